@@ -1,0 +1,27 @@
+#include "base/paths.h"
+
+namespace skv {
+
+std::string withBackslash(std::string_view path) {
+  std::string result(path);
+  if (!result.ends_with('\\')) result += '\\';
+  return result;
+}
+
+std::string withoutBackslash(std::string_view path) {
+  if (path.ends_with('\\')) path.remove_suffix(1);
+  return std::string(path);
+}
+
+std::string FolderName(std::string_view folder) {
+  const auto last = folder.rfind('\\');
+  if (last == std::string_view::npos) return {};
+  return fileName(folder.substr(0, last));
+}
+
+std::string fileName(std::string_view path) {
+  const auto last = path.rfind('\\');
+  return std::string(last == std::string_view::npos ? path : path.substr(last + 1));
+}
+
+}  // namespace skv

@@ -1,0 +1,19 @@
+// Windows paths as text: plain concatenation, folders with a trailing backslash.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace skv {
+
+// `path` with a backslash at its end, one added when there is none ("" becomes "\").
+std::string withBackslash(std::string_view path);
+// `path` without one backslash at its end.
+std::string withoutBackslash(std::string_view path);
+// The folder's own name: the element before the last backslash, "" when there is no backslash.
+// FolderName("C:\\FS2002\\aircraft\\b737\\") is "b737".
+std::string FolderName(std::string_view folder);
+// What follows the last backslash; the whole text when there is none.
+std::string fileName(std::string_view path);
+
+}  // namespace skv

@@ -1,0 +1,48 @@
+// Text as the program holds it: UTF-8 std::string. Bytes that are no UTF-8 (file names of older
+// systems) pass through every function here as they are.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace skv {
+
+// Upper case by Unicode's simple (one to one) mapping, the one by which names match without regard
+// to case. Never changes the number of characters.
+std::string upper(std::string_view text);
+// The same for the letters A to Z alone; for comparisons with fixed words.
+std::string lowerAscii(std::string_view text);
+
+bool equalsIgnoringCase(std::string_view a, std::string_view b);
+// Both arguments in upper case already, or exact matching wanted.
+inline bool endsWith(std::string_view text, std::string_view end) { return text.ends_with(end); }
+
+// Always one piece more than there are separators: split("a\\", '\\') is {"a", ""}.
+std::vector<std::string> split(std::string_view text, char separator);
+// Blanks off both ends.
+std::string trim(std::string_view text);
+
+// The leading number of a text as BASIC's Val reads it: blanks are passed over, a point is the
+// decimal sign whatever the locale, and what does not start with a number is 0.
+double val(std::string_view text);
+// Plain decimal with a point, at most 15 significant digits, no exponent, no trailing zeros.
+std::string decimal(double number);
+
+// The 8-bit code page of stored files.
+class CodePage {
+ public:
+  // A Windows code page by number. One that the machine lacks is replaced by 1252.
+  explicit CodePage(int number = 1252);
+
+  // Every byte comes back by encode, also those that the page leaves undefined.
+  std::string decode(std::string_view bytes) const;
+  // A character that the page lacks becomes a question mark.
+  std::string encode(std::string_view text) const;
+
+ private:
+  int number_;
+};
+
+}  // namespace skv

@@ -1,0 +1,76 @@
+// One run of the program: what all operations share. Nothing else is shared; two runs can live side
+// by side.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "base/text.h"
+#include "core/error_state.h"
+#include "platform/platform.h"
+#include "ui/model/dialogs.h"
+#include "ui/model/frm_main.h"
+#include "ui/model/windowing.h"
+
+namespace skv {
+
+struct App {
+  App(Platform thePlatform, ui::Windowing& theWindows);
+  App(const App&) = delete;
+  App& operator=(const App&) = delete;
+
+  Platform platform;
+  ui::Windowing& windows;
+  CodePage codePage;  // of stored files
+  ErrorState error;
+
+  // Program-wide state. Paths end in a backslash.
+  std::string AppDir;          // folder of the program file
+  std::string TempDir;         // the environment's TEMP
+  std::string InstallTempDir;  // working folder of installers, transfers and Package jobs
+  std::string AppVersionText;  // as in 0.06.0129
+  std::string FSRoot;          // the simulator
+  std::string HangarDir;       // side store of aircraft
+  std::string PacksDir;        // Packages
+  std::string PanelsDir;       // central panels folder; as the user wrote it, backslash or none
+  std::string SceneryLib;      // as the user wrote it
+  std::string SceneryPacksPath;
+  std::string LastZIPDir;  // folder of the last ZIP picked
+  struct {
+    std::string FirstName, LastName;
+  } SenderIdentity;
+
+  std::string ACRoot;   // aircraft root of the current view
+  std::string ListDir;  // folder of the current view's list files
+  int FSSelIndex = 0;   // remembered row of each aircraft view, from 1; 0 until set
+  int HangarSelIndex = 0;
+
+  // Results of WalkTree.
+  std::string FoundDir;  // folder of the first match
+  double SizeTotal = 0;  // bytes
+  std::vector<std::string> PackFileList;
+
+  std::string PendingZIP;  // an archive handed over by mail, "" for none
+  bool ZipDone = false;    // the extraction is over
+
+  bool SepDragging = false;
+  // Of the main window at the last layout, in twips; the aspect is width by height, 0 until
+  // start-up.
+  int LayoutWidth = 0, LayoutHeight = 0;
+  double LayoutAspect = 0;
+
+  // The folder whose panel picture shows, with trailing backslash.
+  std::string PanelPicDir;
+
+  ui::FrmMain frmMain;
+  ui::FrmSplash frmSplash;
+  ui::FrmSettings frmSettings;
+  ui::FrmDirSelect frmDirSelect;
+
+  FileSystem& files() { return platform.files; }
+  // Runs on after a failed step, which stays noted as the current error. Answers whether it went
+  // well.
+  bool step(const Outcome& outcome) { return error.note(outcome); }
+};
+
+}  // namespace skv

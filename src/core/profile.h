@@ -1,0 +1,71 @@
+// Private-profile files ("INI files"): aircraft.cfg, panel.cfg, Scenery.cfg, read and written as
+// the system calls of that name do.
+//
+//   [fltsim.0]
+//   title=Boeing 737-400
+//   sim=Boeing737-400
+//
+// Section and key names match without regard to case, the first of two equal ones counts. A write
+// changes the one line, or adds it at the end of its section, and leaves every other byte as it
+// was.
+#pragma once
+
+#include <map>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "base/outcome.h"
+#include "base/text.h"
+#include "platform/file_system.h"
+
+namespace skv {
+
+// One profile file in memory. All text of the interface is UTF-8.
+class Profile {
+ public:
+  // Takes the file's bytes; never fails, whatever they are.
+  Profile(std::string bytes, const CodePage& codePage);
+  ~Profile();
+  Profile(Profile&&) noexcept;
+  Profile& operator=(Profile&&) noexcept;
+
+  // As ReadProfile below.
+  std::string read(std::string_view section, std::string_view key) const;
+  // An empty value writes the key with an empty value. A section that the file lacks is added at
+  // its end. Costs no rebuilding of the file: many writes and one bytes() are linear.
+  void write(std::string_view section, std::string_view key, std::string_view value);
+  // The whole file as it is now.
+  std::string bytes() const;
+
+ private:
+  struct Content;
+  std::unique_ptr<Content> content_;
+};
+
+// Reads keys of any files, each file read and parsed once in the reader's life. Make one for the
+// length of an operation that does not yield; a file that changes meanwhile is not seen.
+class ProfileReader {
+ public:
+  ProfileReader(const FileSystem& files, const CodePage& codePage);
+  // As ReadProfile below.
+  std::string read(const std::string& file, std::string_view section, std::string_view key);
+
+ private:
+  const FileSystem& files_;
+  const CodePage& codePage_;
+  std::map<std::string, Profile, std::less<>> profiles_;
+};
+
+// One value, "" when it is absent; with an empty `key` every key name of the section, each followed
+// by one NUL; with an empty `section` every section name. At most 65,535 bytes in the code page,
+// cut as the system call cuts. A missing file reads as "".
+std::string ReadProfile(const FileSystem& files, const CodePage& codePage, const std::string& file,
+                        std::string_view section, std::string_view key);
+
+// Replaces the file in one step. Makes it when it is missing.
+Outcome WriteProfile(FileSystem& files, const CodePage& codePage, const std::string& file,
+                     std::string_view section, std::string_view key, std::string_view value);
+
+}  // namespace skv

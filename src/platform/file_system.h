@@ -1,0 +1,120 @@
+// The disk as the simulator sees it: drives, backslashes, names without regard to case.
+//
+// Paths are Windows paths ("C:\FS2002\aircraft\"), with or without a trailing backslash. A path
+// without a drive is relative to the current folder; one that begins with a backslash to the
+// current drive. Network paths ("\\server\share\...") do not exist here. The calls may come from
+// several threads.
+#pragma once
+
+#include <compare>
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "base/outcome.h"
+
+namespace skv {
+
+// Seconds since 1 January 1970 UTC, and the nanoseconds after it.
+struct FileTime {
+  std::int64_t seconds = 0;
+  std::int32_t nanoseconds = 0;
+  auto operator<=>(const FileTime&) const = default;
+};
+
+struct Attributes {
+  bool folder = false;
+  bool readOnly = false;
+  bool hidden = false;
+  bool system = false;
+  bool archive = false;
+};
+
+struct FolderEntry {
+  std::string name;  // as the disk spells it
+  bool folder = false;
+};
+
+// A file that is being made. It appears under its name by commit() alone; destroyed without it, the
+// writer leaves nothing behind and an older file of that name is as it was.
+class FileWriter {
+ public:
+  virtual ~FileWriter() = default;
+  virtual Outcome write(std::span<const char> bytes) = 0;
+  // Replaces an older file of that name unless it is read-only. `modified`: the time to give the
+  // file; none means now. Nothing may be written afterwards.
+  virtual Outcome commit(std::optional<FileTime> modified) = 0;
+};
+
+class FileSystem {
+ public:
+  enum class Entries {
+    plain,  // without what is hidden or system
+    all,
+  };
+
+  virtual ~FileSystem() = default;
+
+  // Fails with pathNotFound or fileNotFound when nothing stands there.
+  virtual Result<Attributes> attributes(std::string_view path) const = 0;
+  // Sets read-only, hidden, system and archive as given; `folder` is ignored. Hiding by a leading
+  // dot cannot be cleared. On a file that is a link, the link's target is left alone.
+  virtual Outcome setAttributes(std::string_view path, Attributes attributes) = 0;
+
+  // In NTFS's order, by upper-cased name; without "." and "..". A link to a folder is listed as a
+  // folder, a link to nowhere is not listed.
+  virtual Result<std::vector<FolderEntry>> list(std::string_view folder,
+                                                Entries entries = Entries::plain) const = 0;
+  // Whether the path's last element is a symbolic link on disk.
+  virtual bool isLink(std::string_view path) const = 0;
+  // A text that is equal for two paths exactly when they lead to the same folder on disk, through
+  // whatever links; "" when there is none. A walk uses it to keep out of circles.
+  virtual std::string identity(std::string_view folder) const = 0;
+
+  // Keeps the time of last change, replaces an existing file unless that is read-only, and never
+  // leaves a half-written target.
+  virtual Outcome copyFile(std::string_view from, std::string_view to) = 0;
+  // The result of copyFile and then deleteFile of the source, by a rename where both lie on one
+  // disk.
+  virtual Outcome moveFile(std::string_view from, std::string_view to) = 0;
+  // Files and folders. Fails with fileExists when the new name stands there (in other letters too,
+  // unless it is the very same file that only gets other letters).
+  virtual Outcome rename(std::string_view from, std::string_view to) = 0;
+  // Removes a link itself, never its target. Fails with pathFileAccess on a read-only file.
+  virtual Outcome deleteFile(std::string_view path) = 0;
+  // One level. Fails with pathFileAccess when the folder exists, pathNotFound when its parent does
+  // not.
+  virtual Outcome makeFolder(std::string_view path) = 0;
+  // Only an empty folder, hidden entries count. A link to a folder is removed itself.
+  virtual Outcome removeFolder(std::string_view path) = 0;
+
+  virtual Result<std::uint64_t> fileLength(std::string_view path) const = 0;
+  virtual Result<FileTime> modified(std::string_view path) const = 0;
+
+  virtual Result<std::string> readFile(std::string_view path) const = 0;
+  // Replaces or makes the file whole: written beside its target, flushed to disk, renamed over it,
+  // with the permissions of the file it replaces.
+  virtual Outcome replaceFile(std::string_view path, std::string_view content) = 0;
+  // The folder must exist.
+  virtual Result<std::unique_ptr<FileWriter>> createFile(std::string_view path) = 0;
+
+  // Bytes that an ordinary user may still write on the disk behind `path`; `path` is a root
+  // ("C:\").
+  virtual Result<double> freeBytes(std::string_view path) const = 0;
+
+  // Full path of an existing folder, with trailing backslash.
+  virtual std::string currentFolder() const = 0;
+  virtual Outcome setCurrentFolder(std::string_view path) = 0;
+
+  // The place on disk that a path means, whether something stands there or not: for libraries and
+  // programs that take a path of the machine. Fails with badFileName or pathNotFound.
+  virtual Result<std::string> nativePath(std::string_view path) const = 0;
+  // The Windows path of a place on disk, by the drive that reaches it with the fewest elements.
+  virtual std::string windowsPath(std::string_view native) const = 0;
+};
+
+}  // namespace skv

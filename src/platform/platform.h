@@ -1,0 +1,58 @@
+// The outside world as the program asks for it: one interface for each thing, all of them together
+// in Platform. main.cpp and the tests choose the implementations and own them.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "base/outcome.h"
+#include "platform/file_system.h"
+#include "platform/zipit.h"
+
+namespace skv {
+
+// Strings by section and key, for this user, kept between runs. A key never written reads as the
+// default of the call.
+class SettingsStore {
+ public:
+  virtual ~SettingsStore() = default;
+  virtual std::string read(std::string_view section, std::string_view key,
+                           std::string_view fallback) const = 0;
+  virtual Outcome write(std::string_view section, std::string_view key, std::string_view value) = 0;
+};
+
+class Clock {
+ public:
+  virtual ~Clock() = default;
+  // Local time as a day count: days since 30 December 1899, the time of day as the fraction.
+  virtual double now() const = 0;
+};
+
+// Programs of the desktop.
+class Shell {
+ public:
+  virtual ~Shell() = default;
+  // Opens a document, file or address with the desktop's program for it. Above 32 is success; other
+  // results are those of the classic shell call (2 file not found, 31 no association, ...).
+  virtual int open(std::string_view target) = 0;
+  // Starts the desktop's plain text editor on a file of this Windows path, without waiting. Fails
+  // with fileNotFound when there is no such editor.
+  virtual Outcome editText(std::string_view path) = 0;
+};
+
+// What the process was started with.
+struct Environment {
+  std::string programFolder;  // Windows path of the folder of the program file
+  std::string TEMP;  // Windows path; never the machine's shared folder unless the user set it
+};
+
+struct Platform {
+  FileSystem& files;
+  SettingsStore& settings;
+  Clock& clock;
+  Shell& shell;
+  ZipEngine& zip;
+  Environment environment;
+};
+
+}  // namespace skv

@@ -1,0 +1,151 @@
+// The small controls of the forms. Captions carry their mnemonic as "&File".
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "ui/model/control.h"
+#include "ui/model/list_view.h"
+
+namespace skv::ui {
+
+class Button : public Control {
+ public:
+  explicit Button(std::string name, std::string text = {})
+      : Control(std::move(name)), caption(*this, std::move(text)) {}
+  Text caption;
+  std::function<void()> click;
+};
+
+class OptionButton : public Control {
+ public:
+  OptionButton(std::string name, std::string text, bool chosen)
+      : Control(std::move(name)), caption(*this, std::move(text)), value(*this, chosen) {}
+  Text caption;
+  Property<bool> value;
+  std::function<void()> click;
+};
+
+class Label : public Control {
+ public:
+  explicit Label(std::string name, std::string text = {})
+      : Control(std::move(name)), caption(*this, std::move(text)) {}
+  Text caption;
+  Property<Colour> colour{*this, defaultColour};
+};
+
+// The bar between two lists. `y` is the pointer's offset from the place where the bar was when the
+// event came, in twips, positive downwards.
+class SplitBar : public Control {
+ public:
+  using Control::Control;
+  std::function<void(MouseButton, int y)> mouseDown, mouseMove, mouseUp;
+};
+
+class TextBox : public Control {
+ public:
+  // `labelText` is the label that stands before the box.
+  explicit TextBox(std::string name, std::string labelText = {})
+      : Control(std::move(name)), label(std::move(labelText)) {}
+  Text text{*this};
+  const std::string label;
+  bool password = false;   // shown as asterisks
+  bool multiLine = false;  // wraps; holds no line breaks all the same
+  std::function<void()> gotFocus, lostFocus;
+  // Key 13 is Enter. A handler that sets `key` to 0 cancels the key and returns what is to be typed
+  // in its place.
+  std::function<std::string(int& key)> keyPress;
+};
+
+class ComboBox : public Control {
+ public:
+  using Control::Control;
+  std::vector<std::string> items;
+  Property<int> listIndex{*this, -1};  // from 0; -1 is none
+  std::function<void()> click;
+};
+
+class TabStrip : public Control {
+ public:
+  using Control::Control;
+  Property<std::vector<std::string>> tabs{*this};
+  Property<int> value{*this, 0};  // index of the current tab, from 0
+  std::function<void(int index)> click;
+};
+
+class Frame : public Control {
+ public:
+  explicit Frame(std::string name, std::string text = {})
+      : Control(std::move(name)), caption(*this, std::move(text)) {}
+  Text caption;
+  Property<Colour> colour{*this, defaultColour};  // of the caption
+  std::function<void()> dblClick;
+};
+
+// A picture on the form. `picture` is the Windows path of the file it shows, "" for none.
+class Image : public Control {
+ public:
+  using Control::Control;
+  Text picture{*this};
+  Text tag{*this};
+  std::function<void()> click;
+  std::function<void(MouseButton)> mouseDown;
+};
+
+// One control that shows a text and a progress fill.
+class StatusLine : public Control {
+ public:
+  using Control::Control;
+  Text caption{*this};
+  Property<int> value{*this, 0};               // percent
+  Property<bool> showsProgress{*this, false};  // whether the fill is drawn
+  void setProgress(int percent) {
+    value = percent;
+    showsProgress = true;
+  }
+  void clearProgress() {
+    value = 0;
+    showsProgress = false;
+  }
+};
+
+// The folder tree of a form. `folder` ends in a backslash.
+class FolderTree : public Control {
+ public:
+  using Control::Control;
+  Text folder{*this};
+  std::function<void()> change;  // the user has selected another folder
+};
+
+class MenuItem : public Control {
+ public:
+  MenuItem(std::string name, std::string text, std::string keys = {})
+      : Control(std::move(name)), caption(*this, std::move(text)), shortcut(std::move(keys)) {}
+  Text caption;
+  const std::string shortcut;  // "Ctrl+A", "F2", "" for none
+  Property<bool> checked{*this, false};
+  std::vector<MenuItem*> entries;  // a submenu's; owned by the form
+  bool separator = false;
+  std::function<void()> click;
+};
+
+class Form : public Control {
+ public:
+  enum class State { normal = 0, minimised = 1, maximised = 2 };
+  explicit Form(std::string name, std::string text = {})
+      : Control(std::move(name)), caption(*this, std::move(text)) {
+    visible = false;
+  }
+  Text caption;
+  // Of the normal window, in twips. The front-end keeps them true; setting one moves the window.
+  Property<int> left{*this}, top{*this}, width{*this}, height{*this};
+  Property<State> windowState{*this, State::normal};
+
+  // The window's close box was used. The default hides the form.
+  std::function<void()> closed;
+  std::function<void()> resized;
+};
+
+}  // namespace skv::ui

@@ -1,0 +1,14 @@
+#include "ui/model/dialogs.h"
+
+namespace skv::ui {
+
+FrmSplash::FrmSplash() : Form("frmSplash") { btnClose.visible = false; }
+
+FrmSettings::FrmSettings() : Form("frmSettings", "FS Skyvault Settings") {
+  txtPOPPassword.password = true;
+  frameEmail.visible = false;
+}
+
+FrmDirSelect::FrmDirSelect() : Form("frmDirSelect", "Select Folder") {}
+
+}  // namespace skv::ui

@@ -1,0 +1,48 @@
+#include "ui/model/frm_main.h"
+
+namespace skv::ui {
+
+std::vector<ListView::Column> libraryColumns() { return {{"Name:", 6350}, {"Folder:", 2117}}; }
+
+std::vector<ListView::Column> sceneryColumns() {
+  return {{"Name:", 7056}, {"Folder:", 2540}, {"Area:", 0},   {"Layer:", 0}, {"SortLayer", 0},
+          {"RemPath", 0},  {"Texture_ID", 0}, {"Flatten", 0}, {"Exclude", 0}};
+}
+
+FrmMain::FrmMain() : Form("frmMain", "FS Skyvault") {
+  // Designed size; start-up replaces it by the stored one.
+  left = 1500;
+  top = 1200;
+  width = 15000;
+  height = 10800;
+
+  mnuFile.entries = {&mnuFileImport,  &mnuFileInstall,  &mnuFilePackage,          &mnuFileUnpackage,
+                     &mnuDummy1,      &mnuFileMailPack, &mnuFileInstallFromEmail, &mnuDummy5,
+                     &mnuFileSynchPN, &mnuFileSettings};
+  mnuFileImport.entries = {&mnuFileImportAC, &mnuFileImportPN, &mnuFileImportSN,
+                           &mnuFileImportSceneries};
+  mnuFileInstall.entries = {&mnuFileInstallAC, &mnuFileInstallSC};
+  mnuFileInstallFromEmail.entries = {&mnuFileInstallFromEmailOLK, &mnuFileInstallFromEmailPOP};
+  mnuView.entries = {&mnuViewFSAircraft, &mnuViewHangar,         &mnuViewPackages, &mnuDummy2,
+                     &mnuViewFSScenery,  &mnuViewInactSceneries, &mnuDummy4,       &mnuViewCfg};
+  mnuViewCfg.entries = {&mnuViewACCfgAC, &mnuViewACCfgPN, &mnuViewACCfgSN, &mnuViewACCfgMD};
+  mnuHelp.entries = {&mnuHelpManual, &mnuHelpDownload, &mnuDummy3, &mnuHelpAbout};
+  mnuPic.entries = {&mnuPicSnap, &mnuPicClip, &mnuPicFile, &mnuPicDel};
+  for (MenuItem* line : {&mnuDummy1, &mnuDummy2, &mnuDummy3, &mnuDummy4, &mnuDummy5})
+    line->separator = true;
+  for (MenuItem* hidden : {&mnuViewPackages, &mnuDummy2, &mnuViewInactSceneries})
+    hidden->visible = false;
+
+  for (ListView* list : {&lstAircraft, &lstPanel, &lstSound}) list->labelEdit = true;
+  lstScenery.checkBoxes = true;
+  txtACDescription.multiLine = true;
+
+  lblACSpecimen.visible = false;
+  lblListLoading.visible = false;
+  frameScenery.visible = false;
+  for (Frame* later :
+       {&framePanel, &frameSound, &frameACInfoATC, &frameACinfoUI, &frameACDescription})
+    later->visible = false;
+}
+
+}  // namespace skv::ui

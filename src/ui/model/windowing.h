@@ -1,0 +1,74 @@
+// The window system as the operations ask for it: boxes, dialogs, forms on screen, yields.
+#pragma once
+
+#include <functional>
+#include <string>
+
+#include "base/outcome.h"
+#include "ui/model/controls.h"
+
+namespace skv::ui {
+
+enum class BoxIcon { none, information, question, exclamation, warning };
+enum class BoxButtons { ok, yesNo };
+enum class Answer { ok, yes, no };
+
+inline constexpr const char* programTitle = "FS Skyvault";
+
+struct Box {
+  std::string text;
+  BoxIcon icon = BoxIcon::none;
+  BoxButtons buttons = BoxButtons::ok;
+  std::string title = programTitle;
+};
+
+struct FileDialog {
+  std::string initialFolder;  // Windows path; "" lets the window system choose
+  std::string filter;         // "Zip Files|*.zip"
+};
+
+struct PickedFile {
+  std::string path;           // Windows path
+  std::string initialFolder;  // as the dialog reports it afterwards, with trailing backslash
+};
+
+enum class Pointer { normal, hourglass };
+
+class Windowing {
+ public:
+  virtual ~Windowing() = default;
+
+  // Blocks until answered. Closing a Yes/No box answers No.
+  virtual Answer messageBox(const Box& box) = 0;
+  // The text as typed; "" when it was cancelled.
+  virtual std::string inputBox(const std::string& prompt, const std::string& title,
+                               const std::string& text) = 0;
+  // Fails with err::cancelled when the user leaves it.
+  virtual Result<PickedFile> openFile(const FileDialog& dialog) = 0;
+
+  // Shows a form without blocking, above its owner. Sets form.visible.
+  virtual void show(Form& form, Form* owner) = 0;
+  // Shows a form and returns when it is hidden again; the other forms take no input meanwhile.
+  virtual void showModal(Form& form, Form* owner) = 0;
+  virtual void hide(Form& form) = 0;
+  // Gives the form's window back. Showing the form again makes a new one.
+  virtual void unload(Form& form) = 0;
+
+  virtual void setPointer(Pointer pointer) = 0;
+  virtual void setFocus(Control& control) = 0;
+  // Opens a menu at the mouse.
+  virtual void popUp(MenuItem& menu) = 0;
+
+  // Lets pending events run: any operation may run inside the call.
+  virtual void yield() = 0;
+  // Yields until the condition holds, without burning a processor while there is nothing to do.
+  // Returns early when the program is ending.
+  virtual void yieldUntil(const std::function<bool()>& condition) = 0;
+};
+
+// `count` yields in a row, the program's only pacing.
+inline void yieldTimes(Windowing& windows, int count) {
+  for (int i = 0; i < count; ++i) windows.yield();
+}
+
+}  // namespace skv::ui
