@@ -24,4 +24,9 @@ std::string fileName(std::string_view path) {
   return std::string(last == std::string_view::npos ? path : path.substr(last + 1));
 }
 
+bool isElementName(std::string_view name) {
+  return name.find_first_of("\\/") == std::string_view::npos &&
+         name.find_first_not_of(". ") != std::string_view::npos;
+}
+
 }  // namespace skv

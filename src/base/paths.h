@@ -16,4 +16,8 @@ std::string FolderName(std::string_view folder);
 // What follows the last backslash; the whole text when there is none.
 std::string fileName(std::string_view path);
 
+// Whether `name` can stand as one element of a path and names something of its own: not empty, no
+// separator, and not dots and blanks alone, which lead to the folder itself or the one above.
+bool isElementName(std::string_view name);
+
 }  // namespace skv

@@ -1,0 +1,100 @@
+#include "aircraft/alias_tabs.h"
+
+#include "aircraft/aircraft_cfg.h"
+#include "base/paths.h"
+#include "core/utilities.h"
+
+namespace skv {
+
+namespace {
+
+constexpr ui::Colour aliasColour = 65280;
+constexpr ui::Colour originalColour = 255;
+
+// What tells the panel side from the sound side.
+struct AddonKind {
+  const char* part;    // folder name and section key
+  const char* file;    // configuration file
+  const char* backup;  // the real one, moved aside by an assignment
+  ui::ListView ui::FrmMain::*list;
+  ui::TextBox ui::FrmMain::*box;  // the variation's value
+  ui::Label ui::FrmMain::*status;
+  ui::Button ui::FrmMain::*restore;
+};
+
+constexpr AddonKind panel{"panel",
+                          "panel.cfg",
+                          "panel.preSKV.cfg",
+                          &ui::FrmMain::lstPanel,
+                          &ui::FrmMain::txtPanel,
+                          &ui::FrmMain::lblPNStatus,
+                          &ui::FrmMain::btnPNRestoreOriginal};
+constexpr AddonKind sound{"sound",
+                          "sound.cfg",
+                          "sound.preSKV.cfg",
+                          &ui::FrmMain::lstSound,
+                          &ui::FrmMain::txtSound,
+                          &ui::FrmMain::lblSNStatus,
+                          &ui::FrmMain::btnSNRestoreOriginal};
+
+std::string readAlias(ProfileReader& reader, const std::string& folder, const AddonKind& kind) {
+  return reader.read(folder + kind.file, "fltsim", "alias");
+}
+
+void showStatus(App& app, const AddonKind& kind, const std::string& alias) {
+  auto& label = app.frmMain.*kind.status;
+  label.caption = alias.empty() ? "Original" : "Alias: " + alias;
+  label.colour = alias.empty() ? originalColour : aliasColour;
+}
+
+// The folder whose configuration file is in force for the selected variation.
+std::string folderInForce(App& app, const std::string& folder, const AddonKind& kind) {
+  if (PathExists(app.files(), folder + kind.file)) return folder;
+  return folder + partFolder(kind.part, (app.frmMain.*kind.box).text);
+}
+
+// Answers the folder that the variation really uses, "" without an aircraft.
+std::string fillTab(App& app, ProfileReader& reader, const AddonKind& kind) {
+  auto& restore = app.frmMain.*kind.restore;
+  const std::string folder = selectedAircraftFolder(app);
+  if (folder.empty()) {
+    (app.frmMain.*kind.status).caption = "";
+    restore.enabled = false;
+    return {};
+  }
+  const std::string inForce = folderInForce(app, folder, kind);
+  const std::string alias = readAlias(reader, inForce, kind);
+  std::string used = withBackslash(alias.empty() ? inForce : app.ACRoot + alias);
+
+  auto& list = app.frmMain.*kind.list;
+  list.select(list.findSubItem1(used));
+  if (list.selected() != 0) list.ensureVisible(list.selected());
+  showStatus(app, kind, alias);
+  restore.enabled = PathExists(app.files(), inForce + kind.backup);
+  return used;
+}
+
+void showLibraryRow(App& app, const AddonKind& kind) {
+  const auto& list = app.frmMain.*kind.list;
+  if (list.selected() == 0) return;
+  std::string folder = list.subItem(list.selected(), 1);
+  if (!PathExists(app.files(), folder + kind.file)) folder += partFolder(kind.part, "");
+  ProfileReader reader(app.files(), app.codePage);
+  showStatus(app, kind, readAlias(reader, folder, kind));
+}
+
+}  // namespace
+
+void FillPanelTab(App& app, ProfileReader& reader) {
+  app.PanelPicDir = fillTab(app, reader, panel);
+  const std::string folder = selectedAircraftFolder(app);
+  app.frmMain.btnACRestoreOriginal.enabled =
+      !folder.empty() && PathExists(app.files(), folder + "Aircraft.preSKV.cfg");
+}
+
+void FillSoundTab(App& app, ProfileReader& reader) { fillTab(app, reader, sound); }
+
+void lstPanel_Click(App& app) { showLibraryRow(app, panel); }
+void lstSound_Click(App& app) { showLibraryRow(app, sound); }
+
+}  // namespace skv

@@ -1,0 +1,60 @@
+#include "aircraft/place_mask.h"
+
+#include "base/paths.h"
+#include "core/utilities.h"
+
+namespace skv {
+
+namespace {
+
+constexpr const char* aircraftFolder = "aircraft\\";
+constexpr const char* packageEnd = ".zip";
+
+std::unordered_set<std::string> namesIn(App& app, const std::string& folder, bool folders) {
+  std::unordered_set<std::string> names;
+  const auto listing = app.files().list(folder, FileSystem::Entries::all);
+  if (!listing.ok()) return names;
+  for (const FolderEntry& entry : listing.value())
+    if (entry.folder == folders) names.insert(upper(entry.name));
+  return names;
+}
+
+// Names that the disk may spell otherwise than the row does.
+bool needsTheDisk(const std::string& name) {
+  return name.ends_with('.') || name.ends_with(' ') || name.find('/') != std::string::npos;
+}
+
+}  // namespace
+
+int PlaceMask(App& app, const std::string& folderName) {
+  if (!isElementName(folderName)) return 0;
+  const FileSystem& files = app.files();
+  int mask = 0;
+  if (folderExists(files, app.FSRoot + aircraftFolder + folderName)) mask |= inSimulator;
+  const auto package = files.attributes(app.PacksDir + folderName + packageEnd);
+  if (package.ok() && !package.value().folder) mask |= inPackage;
+  if (folderExists(files, app.HangarDir + aircraftFolder + folderName)) mask |= inHangar;
+  return mask;
+}
+
+PlaceIndex::PlaceIndex(App& app)
+    : app_(app),
+      simulator_(namesIn(app, app.FSRoot + aircraftFolder, true)),
+      packages_(namesIn(app, app.PacksDir, false)),
+      hangar_(namesIn(app, app.HangarDir + aircraftFolder, true)) {}
+
+int PlaceIndex::mask(const std::string& folderName) const {
+  if (needsTheDisk(folderName)) return PlaceMask(app_, folderName);
+  const std::string name = upper(folderName);
+  return (simulator_.contains(name) ? inSimulator : 0) |
+         (packages_.contains(name + ".ZIP") ? inPackage : 0) |
+         (hangar_.contains(name) ? inHangar : 0);
+}
+
+int rowMask(App& app, int row) {
+  const auto& list = app.frmMain.lstAircraft;
+  const int icon = list.smallIcon(row);
+  return icon > 0 ? icon - 1 : PlaceMask(app, FolderName(list.subItem(row, 1)));
+}
+
+}  // namespace skv
