@@ -1,7 +1,7 @@
 // The library's list files: SKV_AC.lst, SKV_PN.lst and SKV_SN.lst of each aircraft view. One line
 // for each row, the two fields separated by the character of code 1 (shown here as a bar):
 //
-//   My Aircraft|C:\FS2002\aircraft\myplane\
+//   My Aircraft|C:\FS2002\aircraft\myplane\ CR LF
 //
 // The files are the record of the lists: every change is saved when it is made.
 #pragma once

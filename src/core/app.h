@@ -53,6 +53,9 @@ struct App {
   std::string PendingZIP;  // an archive handed over by mail, "" for none
   bool ZipDone = false;    // the extraction is over
 
+  bool starting = false;  // start-up has not shown the main window yet
+  bool ending = false;    // the main window was closed: whoever waits for a dialog gives up
+
   bool SepDragging = false;
   // Of the main window at the last layout, in twips; the aspect is width by height, 0 until
   // start-up.

@@ -5,8 +5,9 @@
 
 namespace skv {
 
-// Paths, working folder, splash, window state, settings, lists. Ends with the window on screen, except
-// when the working folder cannot be made: then the window comes up without lists and settings.
+// Paths, working folder, splash, window state, settings, lists. Ends with the window on screen,
+// except when the working folder cannot be made: then the window comes up without lists and
+// settings.
 void Form_Load(App& app);
 
 // Stores the window state and the selected row, and puts the windows away.

@@ -129,6 +129,8 @@ class MenuItem : public Control {
   std::vector<MenuItem*> entries;  // a submenu's; owned by the form
   bool separator = false;
   std::function<void()> click;
+  // Whether the entry has something to do: an operation, or entries of its own.
+  bool available() const { return click != nullptr || !entries.empty(); }
 };
 
 class Form : public Control {

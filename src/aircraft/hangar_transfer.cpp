@@ -1,0 +1,124 @@
+#include "aircraft/hangar_transfer.h"
+
+#include <array>
+
+#include "aircraft/list_files.h"
+#include "aircraft/place_mask.h"
+#include "base/paths.h"
+#include "core/long_operation.h"
+#include "core/utilities.h"
+#include "core/walktree.h"
+#include "packaging/zipservice.h"
+#include "ui/views.h"
+
+namespace skv {
+
+namespace {
+
+constexpr std::array sharedFolders{"Gauges", "Sound", "Texture", "Effects"};
+constexpr int yieldsAfterExtraction = 2000;
+
+// What a transfer needs to know of its row. The row itself may move or go while the transfer
+// yields.
+struct Cargo {
+  ui::ListView::RowId row;
+  std::string Name;
+  std::string Folder;
+  std::string FolderName;
+  int Mask;
+  bool Added = false;  // this transfer made the aircraft's folder at the target
+};
+
+// Makes one level when it is missing. A failure is shown, and ends the transfer.
+bool ensureFolder(App& app, const std::string& folder, bool* added = nullptr) {
+  if (PathExists(app.files(), folder)) return true;
+  if (!app.step(app.files().makeFolder(folder))) return !ReportError(app);
+  if (added != nullptr) *added = true;
+  return true;
+}
+
+// The other view learns of a new aircraft by a line in its list.
+void appendToOtherList(App& app, const Cargo& cargo, const std::string& root) {
+  if (!cargo.Added) return;
+  app.step(appendLibraryRow(app, root + "SKV_AC.lst",
+                            {cargo.Name, root + "aircraft\\" + cargo.FolderName + "\\"}));
+  ReportError(app);
+}
+
+void markPlace(App& app, const Cargo& cargo, Place place) {
+  auto& list = app.frmMain.lstAircraft;
+  if (const int row = list.rowOf(cargo.row); row != 0)
+    list.setSmallIcon(row, placeIcon(cargo.Mask | place));
+}
+
+void toHangar(App& app, Cargo& cargo) {
+  const std::string aircraft = app.HangarDir + "Aircraft\\" + cargo.FolderName;
+  const std::string main = app.HangarDir + "Main\\" + cargo.FolderName;
+  if (!ensureFolder(app, app.HangarDir) || !ensureFolder(app, app.HangarDir + "Aircraft") ||
+      !ensureFolder(app, app.HangarDir + "Main") || !ensureFolder(app, aircraft, &cargo.Added) ||
+      !ensureFolder(app, main))
+    return;
+  for (const char* shared : sharedFolders)
+    if (!ensureFolder(app, main + "\\" + shared)) return;
+
+  WalkTree(app, cargo.Folder, aircraft + "\\", WalkCopy, false);
+  appendToOtherList(app, cargo, app.HangarDir);
+  markPlace(app, cargo, inHangar);
+}
+
+// Merges an aircraft folder and a main folder into the simulator.
+void copyToSimulator(App& app, const std::string& aircraft, const std::string& target,
+                     const std::string& main) {
+  WalkTree(app, aircraft, target, WalkCopy, false);
+  for (const char* shared : sharedFolders)
+    WalkTree(app, main + shared, app.FSRoot + shared, WalkCopy, false);
+}
+
+bool unpackPackage(App& app, const Cargo& cargo) {
+  clearWorkingFolders(app);
+  app.frmMain.lblStatus.caption = "Prepairing files...";
+  ExtractJob job(app);
+  if (!job.open(app.PacksDir + cargo.FolderName + ".zip") || !job.fits(app.FSRoot)) return false;
+  app.frmMain.lblStatus.caption = "Unzipping: " + cargo.FolderName + ".zip";
+  return job.extract(app.InstallTempDir, yieldsAfterExtraction);
+}
+
+void toSimulator(App& app, Cargo& cargo) {
+  const std::string aircraft = app.FSRoot + "aircraft\\" + cargo.FolderName;
+  if (!ensureFolder(app, aircraft, &cargo.Added)) return;
+  // A Package goes before a folder in the Hangar: compressing has thinned that one out.
+  if ((cargo.Mask & inPackage) != 0) {
+    if (!unpackPackage(app, cargo)) return;
+    copyToSimulator(app, app.InstallTempDir + "Aircraft\\", aircraft,
+                    app.InstallTempDir + "Main\\");
+    WalkTree(app, app.InstallTempDir, "", WalkDelete, true);
+  } else {
+    copyToSimulator(app, cargo.Folder, aircraft,
+                    app.HangarDir + "Main\\" + cargo.FolderName + "\\");
+  }
+  appendToOtherList(app, cargo, app.FSRoot);
+  markPlace(app, cargo, inSimulator);
+}
+
+}  // namespace
+
+void btnHangar_Click(App& app) {
+  const auto& list = app.frmMain.lstAircraft;
+  const int row = list.selected();
+  if (row == 0) return;
+  const std::string folder = list.subItem(row, 1);
+  Cargo cargo{list.id(row), list.text(row), folder, FolderName(folder), rowMask(app, row)};
+  // Without a name of its own the aircraft would be spread over the whole store.
+  if (!isElementName(cargo.FolderName)) return;
+
+  const LongOperation busy(app);
+  app.error.clear();
+  if (app.frmMain.btnHangar.caption == fsViewCaption)
+    toHangar(app, cargo);
+  else if (app.frmMain.btnHangar.caption == hangarViewCaption)
+    toSimulator(app, cargo);
+  app.error.clear();
+  app.frmMain.lblStatus.caption = "";
+}
+
+}  // namespace skv

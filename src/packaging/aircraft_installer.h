@@ -1,0 +1,15 @@
+// Turns a ZIP that someone packed, in whatever folder layout, into an aircraft of the Hangar.
+//
+// There is no manifest to read. The installer knows what it has by file names alone: a fixed order
+// of searches over the unpacked tree, each of which moves one whole folder and leaves the rest to
+// the next. Nothing is written into the simulator.
+#pragma once
+
+#include "core/app.h"
+
+namespace skv {
+
+// Takes PendingZIP when it is set, and asks with a file dialog when it is not.
+void mnuFileInstallAC_Click(App& app);
+
+}  // namespace skv

@@ -1,0 +1,49 @@
+// The two job sequences of every archive that the program reads or writes.
+//
+// A job works on one archive, in the ZIP control that lives for its time. Failures are shown where
+// they happen: a caller that gets false leaves, by its exit.
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "core/app.h"
+
+namespace skv {
+
+// The extraction of one archive. Its steps are called in this order.
+class ExtractJob {
+ public:
+  // Loads the control.
+  explicit ExtractJob(App& app);
+
+  // Opens the archive; shows the error box when it cannot be opened.
+  bool open(const std::string& archivefile);
+  // Lists the entries and tests the free space of InstallTempDir and then of `targetStore`, each
+  // against the whole archive; shows which of them is too small. The message names the folder as
+  // given.
+  bool fits(const std::string& targetStore);
+  // Writes all entries below `extractfolder`, which exists. Then waits for ZipDone, clears it and
+  // yields `yields` times more. Shows the error box on a failure.
+  bool extract(const std::string& extractfolder, int yields);
+
+ private:
+  App& app_;
+  std::unique_ptr<Zipit> Zipit1_;
+  std::vector<std::string> names_;
+};
+
+// The three steps in one.
+bool ReadAndExtract(App& app, const std::string& archivefile, const std::string& targetStore,
+                    const std::string& extractfolder, int yields);
+
+// Stores the files of PackFileList, named relative to the current folder of the file system, in a
+// new archive. Shows the error box on a failure, and leaves no archive then.
+bool AddToArchive(App& app, const std::string& archivefile, bool includesystemfiles);
+
+// Removes the folders that a failed job has left in InstallTempDir, so that they cannot get into
+// the next add-on. Files directly in it stay: an archive that came by mail lies there.
+void clearWorkingFolders(App& app);
+
+}  // namespace skv

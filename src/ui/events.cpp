@@ -1,0 +1,117 @@
+#include "ui/events.h"
+
+#include "aircraft/aircraft_cfg.h"
+#include "aircraft/alias_tabs.h"
+#include "aircraft/hangar_transfer.h"
+#include "aircraft/list_files.h"
+#include "packaging/aircraft_installer.h"
+#include "ui/dir_select.h"
+#include "ui/settings.h"
+#include "ui/views.h"
+
+namespace skv {
+
+namespace {
+
+void connectMenus(App& app) {
+  auto& form = app.frmMain;
+  form.mnuFileInstallAC.click = [&app] { mnuFileInstallAC_Click(app); };
+  form.mnuFileSettings.click = [&app] { mnuFileSettings_Click(app); };
+  form.mnuViewFSAircraft.click = [&app] { mnuViewFSAircraft_Click(app); };
+  form.mnuViewHangar.click = [&app] { mnuViewHangar_Click(app); };
+  form.mnuViewFSScenery.click = [&app] { mnuViewFSScenery_Click(app); };
+  form.mnuViewACCfgAC.click = [&app] { mnuViewACCfgAC_Click(app); };
+  form.mnuViewACCfgPN.click = [&app] { mnuViewACCfgPN_Click(app); };
+  form.mnuViewACCfgSN.click = [&app] { mnuViewACCfgSN_Click(app); };
+  form.mnuViewACCfgMD.click = [&app] { mnuViewACCfgMD_Click(app); };
+}
+
+void connectAircraftViews(App& app) {
+  auto& form = app.frmMain;
+  form.frameAircraft.dblClick = [&app] { frameAircraft_DblClick(app); };
+  form.lstAircraft.click = [&app] { lstAircraft_Click(app); };
+  form.lstAircraft.itemClick = [&app] { lstAircraft_ItemClick(app); };
+  form.lstAircraft.columnClick = [&app](int column) { lstAircraft_ColumnClick(app, column); };
+  form.lstAircraft.afterLabelEdit = [&app](bool& cancel, const std::string& name) {
+    lstAircraft_AfterLabelEdit(app, cancel, name);
+  };
+  form.btnHangar.click = [&app] { btnHangar_Click(app); };
+  form.btnACRestoreOriginal.click = [&app] { btnACRestoreOriginal_Click(app); };
+
+  form.tabAddon.click = [&app](int index) { tabAddon_Click(app, index); };
+  form.tabACInfo.click = [&app](int index) { tabACInfo_Click(app, index); };
+  form.lstACVersions.click = [&app] { lstACVersions_Click(app); };
+  form.btnSaveACInfo.click = [&app] { btnSaveACInfo_Click(app); };
+  form.txtACDescription.keyPress = txtACDescription_KeyPress;
+
+  form.lstPanel.click = [&app] { lstPanel_Click(app); };
+  form.lstPanel.afterLabelEdit = [&app](bool& cancel, const std::string& name) {
+    lstPanel_AfterLabelEdit(app, cancel, name);
+  };
+  form.lstSound.click = [&app] { lstSound_Click(app); };
+  form.lstSound.afterLabelEdit = [&app](bool& cancel, const std::string& name) {
+    lstSound_AfterLabelEdit(app, cancel, name);
+  };
+}
+
+void connectSceneryView(App& app) {
+  auto& form = app.frmMain;
+  form.frameScenery.dblClick = [&app] { frameScenery_DblClick(app); };
+  form.lblSepBar.mouseDown = [&app](ui::MouseButton button, int) {
+    lblSepBar_MouseDown(app, button);
+  };
+  form.lblSepBar.mouseMove = [&app](ui::MouseButton, int y) { lblSepBar_MouseMove(app, y); };
+  form.lblSepBar.mouseUp = [&app](ui::MouseButton button, int) { lblSepBar_MouseUp(app, button); };
+}
+
+void connectDialogs(App& app) {
+  auto& settings = app.frmSettings;
+  settings.closed = [&app] { frmSettings_Form_Unload(app); };
+  settings.tabSettings.click = [&app](int index) { tabSettings_Click(app, index); };
+  settings.txtFSRoot.lostFocus = [&app] { txtFSRoot_LostFocus(app); };
+  settings.txtHangarDir.gotFocus = [&app] { txtHangarDir_GotFocus(app); };
+  settings.btnBrowse.click = [&app] { btnBrowse_Click(app); };
+  settings.btnBrowseHangar.click = [&app] { btnBrowseHangar_Click(app); };
+  settings.btnBrowsePacks.click = [&app] { btnBrowsePacks_Click(app); };
+  settings.btnBrowsePanel.click = [&app] { btnBrowsePanel_Click(app); };
+  settings.Command1.click = [&app] { Command1_Click(app); };
+  settings.btnOK.click = [&app] { frmSettings_btnOK_Click(app); };
+
+  auto& picker = app.frmDirSelect;
+  picker.closed = [&app] { frmDirSelect_btnCancel_Click(app); };
+  picker.Dir1.change = [&app] { frmDirSelect_Dir1_Change(app); };
+  picker.btnOK.click = [&app] { frmDirSelect_btnOK_Click(app); };
+  picker.btnCancel.click = [&app] { frmDirSelect_btnCancel_Click(app); };
+  picker.btnMkDir.click = [&app] { frmDirSelect_btnMkDir_Click(app); };
+}
+
+// What has no operation yet is in its place, and says so by being disabled.
+void disableTheRest(App& app) {
+  auto& form = app.frmMain;
+  for (ui::MenuItem* menu : form.menuBar) {
+    for (ui::MenuItem* entry : menu->entries) {
+      entry->enabled = entry->available();
+      for (ui::MenuItem* sub : entry->entries) sub->enabled = sub->available();
+    }
+  }
+  for (ui::MenuItem* entry : form.mnuPic.entries) entry->enabled = entry->available();
+  for (ui::Button* button :
+       {&form.btnAddAC, &form.btnDelAC, &form.btnAddPN, &form.btnDelPN, &form.btnPNRestoreOriginal,
+        &form.btnAssignPN, &form.btnAddSN, &form.btnDelSN, &form.btnSNRestoreOriginal,
+        &form.btnAssignSN, &form.btnSCup, &form.btnSCdn, &form.btnFSScenerySave, &form.btnFSScenDel,
+        &form.btnSLDel, &form.btnAddSLtoFS, &form.btnAddToSL})
+    button->enabled = button->click != nullptr;
+}
+
+}  // namespace
+
+void connectEvents(App& app) {
+  app.frmMain.resized = [&app] { Form_Resize(app); };
+  connectMenus(app);
+  connectAircraftViews(app);
+  connectSceneryView(app);
+  connectDialogs(app);
+  disableTheRest(app);
+}
+
+}  // namespace skv

@@ -1,0 +1,176 @@
+#include "ui/startup.h"
+
+#include <cstdio>
+
+#include "aircraft/aircraft_cfg.h"
+#include "base/paths.h"
+#include "core/utilities.h"
+#include "core/walktree.h"
+#include "ui/settings.h"
+#include "ui/views.h"
+
+namespace skv {
+
+namespace {
+
+// Yields by which the program paces itself; they take as long as the event loop takes.
+constexpr int yieldsBeforeSplash = 100;
+constexpr int yieldsForSplash = 30000;
+constexpr int yieldsAtEnd = 1000;
+
+std::string versionText() {
+  char text[32];
+  std::snprintf(text, sizeof text, "%d.%02d.%04d", SKYVAULT_VERSION_MAJOR, SKYVAULT_VERSION_MINOR,
+                SKYVAULT_VERSION_REVISION);
+  return text;
+}
+
+// The first thing a start does is to empty the working folder of what a failed job left in it.
+bool prepareWorkingFolder(App& app) {
+  if (!PathExists(app.files(), app.InstallTempDir)) {
+    app.step(app.files().makeFolder(app.InstallTempDir));
+    if (ReportError(app)) return false;
+  }
+  app.frmMain.lblStatus.caption = "Cleaning temporary folder...";
+  WalkTree(app, app.InstallTempDir, "", WalkDelete, true);
+  app.frmMain.lblStatus.caption = "";
+  app.error.clear();
+  return true;
+}
+
+void showSplash(App& app) {
+  app.frmSplash.lblVersion.caption = "Version " + app.AppVersionText;
+  app.windows.show(app.frmSplash, &app.frmMain);
+  ui::yieldTimes(app.windows, yieldsForSplash);
+}
+
+void restoreWindow(App& app) {
+  auto& form = app.frmMain;
+  form.visible = false;
+  app.LayoutWidth = form.width;
+  app.LayoutHeight = form.height;
+  app.LayoutAspect = static_cast<double>(app.LayoutWidth) / app.LayoutHeight;
+
+  const auto stored = [&app](const char* key) { return readSetting(app, windowSection, key); };
+  if (stored("MainTop").empty()) return;
+  form.top = static_cast<int>(val(stored("MainTop")));
+  form.left = static_cast<int>(val(stored("MainLeft")));
+  form.width = static_cast<int>(val(stored("MainWidth")));
+  Form_Resize(app);
+  const int state = static_cast<int>(val(stored("MainState")));
+  if (state >= 0 && state <= 2) form.windowState = static_cast<ui::Form::State>(state);
+}
+
+void readSettings(App& app) {
+  const auto stored = [&app](const char* key) { return readSetting(app, generalSection, key); };
+  app.FSRoot = stored("FSRoot");
+  app.HangarDir = stored("HangarDir");
+  app.PacksDir = stored("PacksDir");
+  app.PanelsDir = stored("PanelsDir");
+  app.LastZIPDir = stored("LastZIPDir");
+  app.SceneryLib = stored("SceneryLib");
+  app.SceneryPacksPath =
+      readSetting(app, generalSection, "SceneryPacksPath", app.PacksDir + "Scenery\\");
+}
+
+// Without a Packages folder the path would be a stray one in the current folder.
+void makeSceneryPacksFolder(App& app) {
+  const std::string& path = app.SceneryPacksPath;
+  if (path.find(':') == std::string::npos || PathExists(app.files(), path)) return;
+  MakePath(app.files(), path);
+}
+
+// The settings dialog in place of the main window.
+void askForSettings(App& app) {
+  app.frmMain.visible = false;
+  runSettings(app);
+  app.frmMain.visible = false;
+}
+
+void completeSettings(App& app) {
+  if (app.FSRoot.empty() || readSetting(app, generalSection, "AppVersion") != app.AppVersionText) {
+    askForSettings(app);
+    if (app.ending) return;
+    writeSetting(app, generalSection, "AppVersion", app.AppVersionText);
+  }
+  if (app.HangarDir.empty() && !app.ending) askForSettings(app);
+  if (app.PacksDir.empty() && !app.ending) askForSettings(app);
+}
+
+// The lists once lay beside the program. The old file goes only when its copy stands.
+void moveOldLists(App& app) {
+  if (app.FSRoot.empty()) return;
+  FileSystem& files = app.files();
+  for (const char* name : {"SKV_AC.lst", "SKV_PN.lst", "SKV_SN.lst"}) {
+    if (!PathExists(files, app.AppDir + name)) continue;
+    if (app.step(files.copyFile(app.AppDir + name, app.FSRoot + name)))
+      app.step(files.deleteFile(app.AppDir + name));
+  }
+}
+
+void selectLastAircraft(App& app) {
+  auto& list = app.frmMain.lstAircraft;
+  const double last = val(readSetting(app, generalSection, "LastACSelected"));
+  if (last < 1 || last > list.count()) return;
+  const int row = static_cast<int>(last);
+  list.select(row);
+  list.ensureVisible(row);
+  lstAircraft_Click(app);
+}
+
+}  // namespace
+
+void Form_Load(App& app) {
+  auto& form = app.frmMain;
+  app.starting = true;
+  app.AppDir = withBackslash(app.platform.environment.programFolder);
+  app.TempDir = withBackslash(app.platform.environment.TEMP);
+  app.InstallTempDir = app.TempDir + "SKVInstallTemp\\";
+  if (!prepareWorkingFolder(app)) {
+    app.starting = false;
+    form.visible = true;
+    return;
+  }
+  app.SenderIdentity.FirstName = readSetting(app, mailSection, "FirstName");
+  app.SenderIdentity.LastName = readSetting(app, mailSection, "LastName");
+  app.AppVersionText = versionText();
+  form.caption = std::string(ui::programTitle) + " - " + app.AppVersionText;
+  ui::yieldTimes(app.windows, yieldsBeforeSplash);
+  showSplash(app);
+  restoreWindow(app);
+  form.tabAddon.tabs = std::vector<std::string>{"Info", "Panel", "Sound"};
+  form.tabACInfo.tabs = std::vector<std::string>{"General", "ATC", "UI", "Description"};
+
+  readSettings(app);
+  makeSceneryPacksFolder(app);
+  completeSettings(app);
+  if (app.ending) return;
+  moveOldLists(app);
+  app.error.clear();
+  mnuViewFSAircraft_Click(app);
+  selectLastAircraft(app);
+
+  app.starting = false;
+  form.visible = true;
+  app.windows.unload(app.frmSplash);
+}
+
+void Form_Unload(App& app) {
+  auto& form = app.frmMain;
+  app.ending = true;
+  if (form.lstAircraft.count() > 1)
+    writeSetting(app, generalSection, "LastACSelected",
+                 std::to_string(form.lstAircraft.selected()));
+  writeSetting(app, windowSection, "MainState",
+               std::to_string(static_cast<int>(form.windowState.get())));
+  if (form.windowState != ui::Form::State::normal) form.windowState = ui::Form::State::normal;
+  writeSetting(app, windowSection, "MainTop", std::to_string(form.top));
+  writeSetting(app, windowSection, "MainLeft", std::to_string(form.left));
+  writeSetting(app, windowSection, "MainWidth", std::to_string(form.width));
+  form.visible = false;
+  app.windows.unload(app.frmSplash);
+  app.windows.unload(app.frmSettings);
+  ui::yieldTimes(app.windows, yieldsAtEnd);
+}
+
+}  // namespace skv

@@ -1,0 +1,32 @@
+// The three views of the main window, its tabs and its layout.
+#pragma once
+
+#include "core/app.h"
+
+namespace skv {
+
+// The caption of btnHangar is the only record of which aircraft view is current.
+inline constexpr const char* fsViewCaption = "To Hangar...";
+inline constexpr const char* hangarViewCaption = "To FS2002...";
+
+void mnuViewFSAircraft_Click(App& app);
+void mnuViewHangar_Click(App& app);
+void mnuViewFSScenery_Click(App& app);
+
+// The frames walk through the views: simulator, Hangar, scenery.
+void frameAircraft_DblClick(App& app);
+void frameScenery_DblClick(App& app);
+
+// `index` from 0; one outside the strip does nothing.
+void tabAddon_Click(App& app, int index);
+void tabACInfo_Click(App& app, int index);
+
+// `y` is the pointer's offset in the bar, in twips.
+void lblSepBar_MouseDown(App& app, ui::MouseButton button);
+void lblSepBar_MouseMove(App& app, int y);
+void lblSepBar_MouseUp(App& app, ui::MouseButton button);
+
+// In the normal state the window's height follows its width, and the width has a least value.
+void Form_Resize(App& app);
+
+}  // namespace skv
