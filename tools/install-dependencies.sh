@@ -1,0 +1,34 @@
+#!/usr/bin/env bash
+# Installs what building, testing and measuring need from Debian's packages. Says nothing and needs
+# no rights when everything is there already.
+set -euo pipefail
+
+packages=(
+  g++ cmake ninja-build ccache pkgconf          # build
+  qt6-base-dev qt6-svg-dev                      # the window
+  libzip-dev libdeflate-dev libicu-dev          # archives, code pages
+  libgtest-dev libbenchmark-dev                 # tests, measuring
+  xvfb fonts-dejavu-core                        # the window without a screen
+  zip unzip                                     # the programs that we measure ourselves beside
+)
+
+missing=()
+for package in "${packages[@]}"; do
+  status=$(dpkg-query -W -f='${db:Status-Status}' "$package" 2>/dev/null) || status=
+  [ "$status" = installed ] || missing+=("$package")
+done
+[ ${#missing[@]} -eq 0 ] && exit 0
+
+echo "Installing: ${missing[*]}"
+as_root=()
+if [ "$(id -u)" -ne 0 ]; then
+  if ! command -v sudo >/dev/null; then
+    echo "These packages are missing and only root can install them. Run as root:" >&2
+    echo "  apt-get install --no-install-recommends ${missing[*]}" >&2
+    exit 1
+  fi
+  as_root=(sudo)
+fi
+"${as_root[@]}" apt-get update -qq
+"${as_root[@]}" env DEBIAN_FRONTEND=noninteractive \
+  apt-get install -y -qq --no-install-recommends "${missing[@]}"
