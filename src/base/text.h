@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -42,7 +43,9 @@ class CodePage {
   std::string encode(std::string_view text) const;
 
  private:
+  struct Tables;
   int number_;
+  std::shared_ptr<const Tables> tables_;  // shared by copies, never changed
 };
 
 }  // namespace skv

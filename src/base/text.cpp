@@ -1,0 +1,269 @@
+#include "base/text.h"
+
+#include <unicode/uchar.h>
+#include <unicode/ucnv.h>
+#include <unicode/ucnv_err.h>
+#include <unicode/utf8.h>
+
+#include <algorithm>
+#include <array>
+#include <clocale>
+#include <cmath>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <memory>
+#include <unordered_map>
+
+namespace skv {
+
+namespace {
+
+bool isAscii(std::string_view text) {
+  for (const char c : text)
+    if (static_cast<unsigned char>(c) >= 0x80) return false;
+  return true;
+}
+
+char upperAscii(char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c; }
+
+void appendUtf8(std::string& text, UChar32 character) {
+  char bytes[U8_MAX_LENGTH];
+  int32_t length = 0;
+  U8_APPEND_UNSAFE(bytes, length, character);
+  text.append(bytes, static_cast<std::size_t>(length));
+}
+
+// Reads the character at `i` and moves on; negative for a byte that is no UTF-8, which it passes.
+UChar32 nextUtf8(std::string_view text, int32_t& i) {
+  const int32_t start = i;
+  UChar32 character = 0;
+  U8_NEXT(reinterpret_cast<const uint8_t*>(text.data()), i, static_cast<int32_t>(text.size()),
+          character);
+  if (character < 0) i = start + 1;
+  return character;
+}
+
+// Bytes that a code page leaves undefined are held as these private characters.
+constexpr UChar32 privateBytes = 0xF700;
+
+}  // namespace
+
+std::string upper(std::string_view text) {
+  std::string result(text);
+  if (isAscii(text)) {
+    for (char& c : result) c = upperAscii(c);
+    return result;
+  }
+  result.clear();
+  for (int32_t i = 0; i < static_cast<int32_t>(text.size());) {
+    const int32_t start = i;
+    const UChar32 character = nextUtf8(text, i);
+    if (character < 0)
+      result += text[static_cast<std::size_t>(start)];
+    else
+      appendUtf8(result, u_toupper(character));
+  }
+  return result;
+}
+
+std::string lowerAscii(std::string_view text) {
+  std::string result(text);
+  for (char& c : result)
+    if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
+  return result;
+}
+
+bool equalsIgnoringCase(std::string_view a, std::string_view b) {
+  if (a == b) return true;
+  return upper(a) == upper(b);
+}
+
+std::vector<std::string> split(std::string_view text, char separator) {
+  std::vector<std::string> pieces;
+  for (;;) {
+    const auto end = text.find(separator);
+    pieces.emplace_back(text.substr(0, end));
+    if (end == std::string_view::npos) return pieces;
+    text.remove_prefix(end + 1);
+  }
+}
+
+std::string trim(std::string_view text) {
+  const auto first = text.find_first_not_of(' ');
+  if (first == std::string_view::npos) return {};
+  return std::string(text.substr(first, text.find_last_not_of(' ') - first + 1));
+}
+
+double val(std::string_view text) {
+  // Only what can belong to a decimal number is handed on, so that no locale, no "inf" and no
+  // hexadecimal gets in.
+  std::string number;
+  bool point = false;
+  bool digits = false;
+  bool exponent = false;
+  for (const char c : text) {
+    if (c == ' ' || c == '\t' || c == '\n' || c == '\r') continue;
+    if (c >= '0' && c <= '9') {
+      number += c;
+      digits = true;
+    } else if (c == '.' && !point && !exponent) {
+      number += c;
+      point = true;
+    } else if ((c == '+' || c == '-') && (number.empty() || number.ends_with('e'))) {
+      number += c;
+    } else if ((upperAscii(c) == 'E' || upperAscii(c) == 'D') && digits && !exponent) {
+      number += 'e';
+      exponent = true;
+    } else {
+      break;
+    }
+  }
+  if (!digits) return 0;
+  while (!number.empty() && (number.back() == 'e' || number.back() == '+' || number.back() == '-'))
+    number.pop_back();
+
+  // strtod reads the decimal sign of the locale, which is set once for the process.
+  const char* sign = std::localeconv()->decimal_point;
+  if (const auto at = number.find('.'); at != std::string::npos) number.replace(at, 1, sign);
+  const double value = std::strtod(number.c_str(), nullptr);
+  return std::isfinite(value) ? value : 0;
+}
+
+std::string decimal(double number) {
+  constexpr int digits = 15;
+  if (!std::isfinite(number) || number == 0) return "0";
+  const int whole = static_cast<int>(std::floor(std::log10(std::abs(number)))) + 1;
+  const int places = std::clamp(digits - whole, 0, 30);
+  std::array<char, 400> buffer{};
+  std::snprintf(buffer.data(), buffer.size(), "%.*f", places, number);
+  std::string text(buffer.data());
+  for (char& c : text)
+    if (c != '-' && (c < '0' || c > '9')) c = '.';
+  if (text.find('.') != std::string::npos) {
+    text.erase(text.find_last_not_of('0') + 1);
+    if (text.ends_with('.')) text.pop_back();
+  }
+  return text;
+}
+
+// Both tables of an 8-bit page, made once; pages of more bytes for a character go through the
+// converter each time.
+struct CodePage::Tables {
+  std::array<UChar32, 256> characters{};
+  std::unordered_map<UChar32, char> bytes;
+  bool singleByte = true;
+};
+
+namespace {
+
+struct ConverterCloser {
+  void operator()(UConverter* converter) const { ucnv_close(converter); }
+};
+using Converter = std::unique_ptr<UConverter, ConverterCloser>;
+
+Converter openConverter(int number) {
+  UErrorCode status = U_ZERO_ERROR;
+  const std::string windowsName = "windows-" + std::to_string(number);
+  const std::string name =
+      number == 437 || number == 850 ? "cp" + std::to_string(number) : windowsName;
+  Converter converter(ucnv_open(name.c_str(), &status));
+  if (U_FAILURE(status)) {
+    status = U_ZERO_ERROR;
+    converter.reset(ucnv_open(("cp" + std::to_string(number)).c_str(), &status));
+  }
+  if (U_FAILURE(status)) {
+    status = U_ZERO_ERROR;
+    converter.reset(ucnv_open("windows-1252", &status));
+  }
+  ucnv_setFallback(converter.get(), 0);
+  ucnv_setToUCallBack(converter.get(), UCNV_TO_U_CALLBACK_STOP, nullptr, nullptr, nullptr, &status);
+  ucnv_setFromUCallBack(converter.get(), UCNV_FROM_U_CALLBACK_STOP, nullptr, nullptr, nullptr,
+                        &status);
+  return converter;
+}
+
+// The one character that `bytes` are in the page, negative when they are none.
+UChar32 characterOf(UConverter* converter, std::string_view bytes) {
+  UErrorCode status = U_ZERO_ERROR;
+  UChar units[4];
+  ucnv_resetToUnicode(converter);
+  const int32_t count =
+      ucnv_toUChars(converter, units, 4, bytes.data(), static_cast<int32_t>(bytes.size()), &status);
+  if (U_FAILURE(status) || count < 1) return -1;
+  UChar32 character = 0;
+  int32_t i = 0;
+  U16_NEXT(units, i, count, character);
+  return i == count && character != 0xFFFD ? character : -1;
+}
+
+// The bytes of a character, none when the page lacks it.
+std::string bytesOf(UConverter* converter, UChar32 character) {
+  UErrorCode status = U_ZERO_ERROR;
+  UChar units[2];
+  int32_t count = 0;
+  U16_APPEND_UNSAFE(units, count, character);
+  char bytes[16];
+  ucnv_resetFromUnicode(converter);
+  const int32_t length = ucnv_fromUChars(converter, bytes, sizeof bytes, units, count, &status);
+  if (U_FAILURE(status)) return {};
+  return std::string(bytes, static_cast<std::size_t>(length));
+}
+
+}  // namespace
+
+CodePage::CodePage(int number) : number_(number) {
+  const Converter converter = openConverter(number);
+  auto tables = std::make_shared<Tables>();
+  tables->singleByte = ucnv_getMaxCharSize(converter.get()) == 1;
+  for (int byte = 0; byte < 256; ++byte) {
+    const char c = static_cast<char>(byte);
+    UChar32 character = byte < 0x80 ? byte : characterOf(converter.get(), std::string_view(&c, 1));
+    if (character < 0) character = privateBytes + byte;
+    tables->characters[static_cast<std::size_t>(byte)] = character;
+    tables->bytes.emplace(character, c);
+  }
+  tables_ = std::move(tables);
+}
+
+std::string CodePage::decode(std::string_view bytes) const {
+  if (isAscii(bytes)) return std::string(bytes);
+  const Converter converter = tables_->singleByte ? Converter() : openConverter(number_);
+  std::string text;
+  for (std::size_t i = 0; i < bytes.size(); ++i) {
+    const auto byte = static_cast<unsigned char>(bytes[i]);
+    // A lead byte and its trail: only together they are a character.
+    if (converter && byte >= 0x80 && i + 1 < bytes.size() &&
+        tables_->characters[byte] == privateBytes + byte) {
+      if (const UChar32 pair = characterOf(converter.get(), bytes.substr(i, 2));
+          pair >= 0 && bytesOf(converter.get(), pair) == bytes.substr(i, 2)) {
+        appendUtf8(text, pair);
+        ++i;
+        continue;
+      }
+    }
+    appendUtf8(text, tables_->characters[byte]);
+  }
+  return text;
+}
+
+std::string CodePage::encode(std::string_view text) const {
+  if (isAscii(text)) return std::string(text);
+  const Converter converter = tables_->singleByte ? Converter() : openConverter(number_);
+  std::string bytes;
+  for (int32_t i = 0; i < static_cast<int32_t>(text.size());) {
+    const int32_t start = i;
+    const UChar32 character = nextUtf8(text, i);
+    if (character < 0) {
+      bytes += text[static_cast<std::size_t>(start)];
+    } else if (const auto found = tables_->bytes.find(character); found != tables_->bytes.end()) {
+      bytes += found->second;
+    } else {
+      const std::string pair = converter ? bytesOf(converter.get(), character) : std::string();
+      bytes += pair.empty() ? "?" : pair;
+    }
+  }
+  return bytes;
+}
+
+}  // namespace skv
