@@ -1,0 +1,210 @@
+// skyvault-bench-op: one operation of the program, once, on given folders, and the seconds it took.
+// compare.sh runs it in turn with the tools that do the same work. Paths are the machine's.
+#include <fcntl.h>
+#include <spawn.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <chrono>
+#include <fstream>
+#include <iostream>
+#include <stdexcept>
+
+#include "aircraft/hangar_transfer.h"
+#include "aircraft/list_files.h"
+#include "base/paths.h"
+#include "bench_run.h"
+#include "core/walktree.h"
+#include "packaging/aircraft_installer.h"
+#include "packaging/zipservice.h"
+
+namespace skv::bench {
+namespace {
+
+constexpr const char* usage =
+    "usage: skyvault-bench-op time <program> <arguments>...       another tool, for comparison\n"
+    "       skyvault-bench-op <run folder> copy <folder> <target>  WalkCopy\n"
+    "       skyvault-bench-op <run folder> size <folder>           WalkSize\n"
+    "       skyvault-bench-op <run folder> find <folder>           a finder that finds nothing\n"
+    "       skyvault-bench-op <run folder> scan                    WalkScanAC over FS/aircraft\n"
+    "       skyvault-bench-op <run folder> load                    LoadACList of FS/SKV_AC.lst\n"
+    "       skyvault-bench-op <run folder> install <archive>       a whole installation\n"
+    "       skyvault-bench-op <run folder> to-fs <name>            \"To FS2002...\" of "
+    "Hangar/Aircraft/<name>\n"
+    "       skyvault-bench-op <run folder> package <folder> <archive>\n"
+    "       skyvault-bench-op <run folder> unpack <archive> <target>\n"
+    "prints seconds; unpack prints the megabytes by which the peak of memory rose as well\n";
+
+using Clock = std::chrono::steady_clock;
+
+template <class Work>
+double seconds(Work&& work) {
+  const auto start = Clock::now();
+  work();
+  return std::chrono::duration<double>(Clock::now() - start).count();
+}
+
+void require(bool condition, const std::string& what) {
+  if (!condition) throw std::runtime_error("the operation did not do its work: " + what);
+}
+
+// The child's output goes nowhere, so that a terminal's speed does not count.
+double timeTool(std::vector<char*> words) {
+  words.push_back(nullptr);
+  posix_spawn_file_actions_t actions;
+  posix_spawn_file_actions_init(&actions);
+  posix_spawn_file_actions_addopen(&actions, STDOUT_FILENO, "/dev/null", O_WRONLY, 0);
+  pid_t child = 0;
+  int status = -1;
+  const double result = seconds([&] {
+    require(posix_spawnp(&child, words[0], &actions, nullptr, words.data(), environ) == 0,
+            words[0]);
+    waitpid(child, &status, 0);
+  });
+  posix_spawn_file_actions_destroy(&actions);
+  require(status == 0, words[0]);
+  return result;
+}
+
+// Kilobytes, from the kernel's account of this process.
+long memory(const std::string& field) {
+  std::ifstream status("/proc/self/status");
+  for (std::string line; std::getline(status, line);)
+    if (line.starts_with(field + ":")) return std::stol(line.substr(field.size() + 1));
+  throw std::runtime_error("no " + field);
+}
+
+class Operation {
+ public:
+  explicit Operation(const std::filesystem::path& folder) : run_(folder) {}
+
+  double copy(const std::string& from, const std::string& to) {
+    std::filesystem::create_directories(to);
+    return walk(from, to, WalkCopy);
+  }
+  double size(const std::string& folder) {
+    const double result = walk(folder, {}, WalkSize);
+    require(app().SizeTotal > 0, "no bytes seen");
+    return result;
+  }
+  double find(const std::string& folder) {
+    const double result = walk(folder, {}, WalkFindBgl);
+    require(app().FoundDir.empty(), "something found");
+    return result;
+  }
+  double scan() {
+    const double result = seconds([&] { WalkTree(app(), app().ACRoot, "", WalkScanAC, true); });
+    require(app().frmMain.lstAircraft.count() > 0, "no aircraft found");
+    return result;
+  }
+  double load() {
+    const double result = seconds([&] { LoadACList(app()); });
+    require(app().frmMain.lstAircraft.count() > 0, "no rows loaded");
+    return result;
+  }
+  double install(const std::string& archive) {
+    run_.windows.picks = {windowsPath(archive)};
+    run_.windows.inputs = {"installed"};
+    const double result = seconds([&] { mnuFileInstallAC_Click(app()); });
+    require(run_.windows.boxes.empty(), shown());
+    require(app().frmMain.lstAircraft.selected() != 0, "no row selected");
+    return result;
+  }
+  double toSimulator(const std::string& name) {
+    sample::writeFile(run_.driveC() / "Hangar/SKV_AC.lst",
+                      name + "\1C:\\Hangar\\aircraft\\" + name + "\\\r\n");
+    mnuViewHangar_Click(app());
+    require(app().frmMain.lstAircraft.selected() == 1, "no row selected");
+    const double result = seconds([&] { btnHangar_Click(app()); });
+    require(run_.windows.boxes.empty(), shown());
+    return result;
+  }
+  double package(const std::string& folder, const std::string& archive) {
+    require(app().step(app().files().setCurrentFolder(windowsPath(folder))), "current folder");
+    const double result = seconds([&] {
+      app().PackFileList.clear();
+      WalkTree(app(), windowsPath(folder), "", WalkCollect, true);
+      require(AddToArchive(app(), windowsPath(archive), false), shown());
+    });
+    return result;
+  }
+  // Seconds, and the rise of the peak of memory in megabytes.
+  std::pair<double, double> unpack(const std::string& archive, const std::string& target) {
+    std::filesystem::create_directories(target);
+    std::ofstream("/proc/self/clear_refs") << 5;  // the peak counts from here
+    const long idle = memory("VmRSS");
+    const double result = seconds([&] {
+      ReadAndExtract job(app());
+      require(job.open(windowsPath(archive)) && job.fits(app().HangarDir) &&
+                  job.extract(withBackslash(windowsPath(target)), 0),
+              shown());
+    });
+    return {result, static_cast<double>(memory("VmHWM") - idle) / 1024};
+  }
+
+ private:
+  App& app() { return run_.app; }
+  std::string windowsPath(const std::string& path) const {
+    return run_.disk.windowsPath(std::filesystem::absolute(path).string());
+  }
+  double walk(const std::string& from, const std::string& to, WalkCode code) {
+    const std::string source = windowsPath(from), target = to.empty() ? "" : windowsPath(to);
+    return seconds([&] { WalkTree(app(), source, target, code, true); });
+  }
+  std::string shown() const {
+    return run_.windows.boxes.empty() ? "no box" : run_.windows.boxes.back().text;
+  }
+
+  BenchRun run_;
+};
+
+int perform(const std::vector<std::string>& words) {
+  const std::string name = words.size() > 1 ? words[1] : "";
+  const std::size_t count = words.size();
+  if (count < 2) return 2;
+  Operation operation(words[0]);
+  if (name == "copy" && count == 4)
+    std::cout << operation.copy(words[2], words[3]);
+  else if (name == "size" && count == 3)
+    std::cout << operation.size(words[2]);
+  else if (name == "find" && count == 3)
+    std::cout << operation.find(words[2]);
+  else if (name == "scan" && count == 2)
+    std::cout << operation.scan();
+  else if (name == "load" && count == 2)
+    std::cout << operation.load();
+  else if (name == "install" && count == 3)
+    std::cout << operation.install(words[2]);
+  else if (name == "to-fs" && count == 3)
+    std::cout << operation.toSimulator(words[2]);
+  else if (name == "package" && count == 4)
+    std::cout << operation.package(words[2], words[3]);
+  else if (name == "unpack" && count == 4) {
+    const auto [time, rise] = operation.unpack(words[2], words[3]);
+    std::cout << time << " " << rise;
+  } else {
+    return 2;
+  }
+  std::cout << "\n";
+  return 0;
+}
+
+}  // namespace
+}  // namespace skv::bench
+
+int main(int argc, char** argv) {
+  try {
+    int result = 2;
+    if (argc > 2 && std::string(argv[1]) == "time") {
+      std::cout << skv::bench::timeTool({argv + 2, argv + argc}) << "\n";
+      result = 0;
+    } else {
+      result = skv::bench::perform({argv + 1, argv + argc});
+    }
+    if (result == 2) std::cerr << skv::bench::usage;
+    return result;
+  } catch (const std::exception& failure) {
+    std::cerr << "skyvault-bench-op: " << failure.what() << "\n";
+    return 1;
+  }
+}

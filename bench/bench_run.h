@@ -1,0 +1,104 @@
+// A run of the program on drives of its own, with nobody at the window: what the benches measure.
+#pragma once
+
+#include <cstdlib>
+#include <filesystem>
+#include <map>
+#include <string>
+
+#include "core/app.h"
+#include "platform/drive_file_system.h"
+#include "platform/libzip_zipit.h"
+#include "sample/sample_simulator.h"
+#include "support/scripted_windows.h"
+#include "ui/events.h"
+#include "ui/views.h"
+
+namespace skv::bench {
+
+class MemorySettings : public SettingsStore {
+ public:
+  std::string read(std::string_view section, std::string_view key,
+                   std::string_view fallback) const override {
+    const auto found = values_.find(std::string(section) + "/" + std::string(key));
+    return found == values_.end() ? std::string(fallback) : found->second;
+  }
+  Outcome write(std::string_view section, std::string_view key, std::string_view value) override {
+    values_[std::string(section) + "/" + std::string(key)] = value;
+    return {};
+  }
+
+ private:
+  std::map<std::string, std::string> values_;
+};
+
+class FixedClock : public Clock {
+ public:
+  double now() const override { return 37614.75; }
+};
+
+class NoShell : public Shell {
+ public:
+  int open(std::string_view) override { return 33; }
+  Outcome editText(std::string_view) override { return {}; }
+};
+
+// Folders C:\FS\, C:\Hangar\, C:\Packs\ and C:\Temp\ below `folder`/drive_c, made where they are
+// missing; Z: is the whole disk. The aircraft view of the simulator is set, no list is loaded.
+class BenchRun {
+ public:
+  explicit BenchRun(const std::filesystem::path& folder)
+      : driveC_(folder / "drive_c"), disk((makeDrivesIn(folder) / "dosdevices").string()) {
+    for (const char* name : {"FS/aircraft", "FS/Gauges", "FS/Sound", "FS/Texture", "FS/Effects",
+                             "Hangar/Aircraft", "Hangar/Main", "Packs", "Temp/SKVInstallTemp"})
+      std::filesystem::create_directories(driveC_ / name);
+    app.FSRoot = app.ListDir = "C:\\FS\\";
+    app.ACRoot = "C:\\FS\\aircraft\\";
+    app.HangarDir = "C:\\Hangar\\";
+    app.PacksDir = "C:\\Packs\\";
+    app.TempDir = "C:\\Temp\\";
+    app.InstallTempDir = "C:\\Temp\\SKVInstallTemp\\";
+    connectEvents(app);
+    app.frmMain.btnHangar.caption = fsViewCaption;
+  }
+
+  const std::filesystem::path& driveC() const { return driveC_; }
+
+ private:
+  static const std::filesystem::path& makeDrivesIn(const std::filesystem::path& folder) {
+    sample::makeDrives(folder);
+    return folder;
+  }
+
+  std::filesystem::path driveC_;
+
+ public:
+  DriveFileSystem disk;
+  MemorySettings settings;
+  FixedClock clock;
+  NoShell shell;
+  LibzipEngine zip{CodePage(1252)};
+  test::ScriptedWindows windows;
+  App app{Platform{disk, settings, clock, shell, zip, {"C:\\Program\\", "C:\\Temp"}}, windows};
+};
+
+// A folder of its own on disk, gone with the object. SKYVAULT_BENCH_DIR chooses the disk.
+class ScratchFolder {
+ public:
+  ScratchFolder() {
+    const char* chosen = std::getenv("SKYVAULT_BENCH_DIR");
+    std::string name =
+        (std::filesystem::path(chosen ? chosen : "/var/tmp") / "skyvault-bench-XXXXXX").string();
+    if (mkdtemp(name.data()) == nullptr) throw std::runtime_error("no folder for the bench");
+    path_ = name;
+  }
+  ~ScratchFolder() { std::filesystem::remove_all(path_); }
+  ScratchFolder(const ScratchFolder&) = delete;
+  ScratchFolder& operator=(const ScratchFolder&) = delete;
+  const std::filesystem::path& path() const { return path_; }
+
+ private:
+  std::filesystem::path path_;
+};
+
+}  // namespace skv::bench

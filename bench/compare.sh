@@ -1,0 +1,134 @@
+#!/usr/bin/env bash
+# How fast the program is beside tools that do the same work: one table of ratios, from one run.
+#   bench/compare.sh [ROUNDS]      (5 when not given)
+# Every row is measured in turn, ours, theirs, ours, theirs, on a disk whose cache is warm, and
+# counts by its medians. SKYVAULT_BENCH_DIR chooses the disk (3 GB needed); /var/tmp when not set.
+# Ends with 1 when a limit is missed.
+set -euo pipefail
+export LC_ALL=C
+cd "$(dirname "$0")/.."
+rounds=${1:-5}
+
+tools/install-dependencies.sh
+cmake --preset release >/dev/null
+cmake --build --preset release --target skyvault-bench-op skyvault-bench-start skyvault-sample -- --quiet
+op=$PWD/build/release/bench/skyvault-bench-op
+start=$PWD/build/release/bench/skyvault-bench-start
+sample=$PWD/build/release/share/sample/skyvault-sample
+
+work=$(mktemp -d "${SKYVAULT_BENCH_DIR:-/var/tmp}/skyvault-compare-XXXXXX")
+trap 'rm -rf "$work"' EXIT
+missed=0
+
+median() { sort -g | awk '{ v[NR] = $1 } END { print NR % 2 ? v[(NR + 1) / 2] : (v[NR / 2] + v[NR / 2 + 1]) / 2 }'; }
+
+# row NAME OURS THEIRS RATIO LIMIT
+row() {
+  local verdict=ok
+  awk "BEGIN { exit !($4 <= $5) }" || { verdict=MISSED; missed=1; }
+  printf '| %-58s | %12s | %12s | %6.2f | %6s | %-6s |\n' "$1" "$2" "$3" "$4" "$5" "$verdict"
+}
+
+# beside NAME LIMIT OURS THEIRS [PREPARE]: the last three are functions; PREPARE is not measured.
+beside() {
+  local name=$1 limit=$2 ours=$3 theirs=$4 prepare=${5:-:} a=() b=() i
+  for ((i = 0; i <= rounds; i++)); do
+    "$prepare"; sync -f "$work"; local x; x=$("$ours")
+    "$prepare"; sync -f "$work"; local y; y=$("$theirs")
+    # The first round only warms the cache.
+    ((i == 0)) || { a+=("$x"); b+=("$y"); }
+  done
+  local ma mb
+  ma=$(printf '%s\n' "${a[@]}" | median)
+  mb=$(printf '%s\n' "${b[@]}" | median)
+  row "$name" "$(seconds "$ma")" "$(seconds "$mb")" "$(awk "BEGIN { print $ma / $mb }")" "$limit"
+}
+seconds() { awk "BEGIN { printf $1 < 1 ? \"%.1f ms\" : \"%.2f s\", $1 < 1 ? $1 * 1000 : $1 }"; }
+
+# times COMMAND...: the median of its rounds.
+times() {
+  local i all=()
+  "$@" >/dev/null
+  for ((i = 0; i < rounds; i++)); do all+=("$("$@")"); done
+  printf '%s\n' "${all[@]}" | median
+}
+
+files=1500 bytes=235000000
+echo "Making the loads in $work ..." >&2
+"$sample" large-tree "$work/tree" $files $bytes
+"$sample" large-zip "$work/large.zip" $files $bytes
+
+printf '| %-58s | %12s | %12s | %6s | %6s | %-6s |\n' "operation" "ours" "theirs" "ratio" "limit" ""
+printf '|%s|%s:|%s:|%s:|%s:|%s|\n' "$(printf '%.0s-' {1..60})" -------------{,} -------{,} --------
+
+# Copying and searching 1,500 files, 235 MB.
+fresh() { rm -rf "$work/to"; mkdir "$work/to"; }
+ours_copy() { "$op" "$work/run" copy "$work/tree" "$work/to"; }
+theirs_copy() { "$op" time cp -a "$work/tree/." "$work/to"; }
+beside "copy 1,500 files, 235 MB / cp -a" 1.1 ours_copy theirs_copy fresh
+ours_size() { "$op" "$work/run" size "$work/tree"; }
+theirs_size() { "$op" time find "$work/tree" -type f -printf '%s\n'; }
+beside "size of the same / find -printf %s" 1.5 ours_size theirs_size
+ours_find() { "$op" "$work/run" find "$work/tree"; }
+theirs_find() { "$op" time find "$work/tree" -type f -iname '*.bgl'; }
+beside "search in the same / find -iname" 1.5 ours_find theirs_find
+
+# To the simulator: the add-on lies in the Hangar, its shared files beside it.
+mkdir -p "$work/run/drive_c/Hangar/Aircraft" "$work/run/drive_c/Hangar/Main/big"
+hangar=$work/run/drive_c/Hangar simulator=$work/run/drive_c/FS
+cp -a "$work/tree/BigPlane" "$hangar/Aircraft/big"
+cp -a "$work/tree/"{Gauges,Sound,Texture,Effects} "$hangar/Main/big/"
+empty_simulator() { rm -rf "$simulator" "$work/to"; mkdir -p "$simulator"/{aircraft,Gauges,Sound,Texture,Effects} "$work/to"; }
+ours_to_fs() { "$op" "$work/run" to-fs big; }
+theirs_to_fs() { "$op" time cp -a "$hangar/Aircraft/big" "$hangar/Main/big/." "$work/to"; }
+beside "\"To FS2002...\" of the same / cp -a" 1.1 ours_to_fs theirs_to_fs empty_simulator
+rm -rf "$hangar" "$simulator" "$work/to"
+
+# Installing it from its archive: unpacking, searching, placing, listing.
+no_hangar() { rm -rf "$hangar" "$work/to"; }
+ours_install() { "$op" "$work/run" install "$work/large.zip"; }
+theirs_install() { "$op" time unzip -q "$work/large.zip" -d "$work/to"; }
+beside "install the same from its archive / unzip" 0.8 ours_install theirs_install no_hangar
+no_hangar
+
+# Packing it.
+no_archives() { rm -f "$work/ours.zip" "$work/theirs.zip"; }
+ours_package() { "$op" "$work/run" package "$work/tree" "$work/ours.zip"; }
+theirs_package() { "$op" time sh -c 'cd "$1" && zip -9 -q -r "$2" .' zip "$work/tree" "$work/theirs.zip"; }
+beside "pack the same at level 9 / zip -9 -r" 0.3 ours_package theirs_package no_archives
+no_archives; ours_package >/dev/null; theirs_package >/dev/null
+own_bytes=$(stat -c %s "$work/ours.zip") zip_bytes=$(stat -c %s "$work/theirs.zip")
+row "size of the archive" "$own_bytes" "$zip_bytes" "$(awk "BEGIN { print $own_bytes / $zip_bytes }")" 1.005
+rm -rf "$work/tree" "$work/large.zip"; no_archives
+
+# Many aircraft.
+many() { rm -rf "$work/$1"; "$sample" aircraft "$work/$1/drive_c/FS/aircraft" "$2"; }
+many run5000 5000
+many run20000 20000
+ours_scan() { "$op" "$work/run5000" scan; }
+theirs_scan() { "$op" time find "$work/run5000/drive_c/FS/aircraft" -iname aircraft.cfg; }
+beside "scan 5,000 aircraft folders / find -iname" 3 ours_scan theirs_scan
+few=$(times ours_scan) all=$(times "$op" "$work/run20000" scan)
+row "scan 20,000 / four times the scan of 5,000" "$(seconds "$all")" "$(seconds "$few") * 4" "$(awk "BEGIN { print $all / (4 * $few) }")" 1.25
+rm -rf "$work/run5000"
+
+list() { "$sample" list "$work/run20000/drive_c/FS/SKV_AC.lst" 'C:\FS\aircraft\' "$1"; times "$op" "$work/run20000" load; }
+few=$(list 10000) all=$(list 32767)
+row "load a list of 10,000 aircraft / 100 ms" "$(seconds "$few")" "100 ms" "$(awk "BEGIN { print $few / 0.1 }")" 1
+row "load 32,767 / 3.28 times the load of 10,000" "$(seconds "$all")" "$(seconds "$few") * 3.28" "$(awk "BEGIN { print $all / (3.2767 * $few) }")" 1.25
+rm -rf "$work/run20000"
+
+# The window.
+many window 1000
+"$sample" list "$work/window/drive_c/FS/SKV_AC.lst" 'C:\FS\aircraft\' 1000
+ours_start() { "$start" program "$work/window"; }
+theirs_start() { "$start" empty; }
+beside "start to a window with 1,000 aircraft / empty Qt window" 2 ours_start theirs_start
+rm -rf "$work/window"
+
+# Memory.
+"$sample" large-zip "$work/huge.zip" 40 2000000000
+read -r _ rise < <("$op" "$work/run" unpack "$work/huge.zip" "$work/to")
+row "peak of memory while unpacking 2 GB, above idle / 64 MB" "$(printf '%.1f MB' "$rise")" "64 MB" "$(awk "BEGIN { print $rise / 64 }")" 1
+
+exit $missed
