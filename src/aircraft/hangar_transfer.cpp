@@ -77,7 +77,7 @@ void copyToSimulator(App& app, const std::string& aircraft, const std::string& t
 bool unpackPackage(App& app, const Cargo& cargo) {
   clearWorkingFolders(app);
   app.frmMain.lblStatus.caption = "Prepairing files...";
-  ExtractJob job(app);
+  ReadAndExtract job(app);
   if (!job.open(app.PacksDir + cargo.FolderName + ".zip") || !job.fits(app.FSRoot)) return false;
   app.frmMain.lblStatus.caption = "Unzipping: " + cargo.FolderName + ".zip";
   return job.extract(app.InstallTempDir, yieldsAfterExtraction);

@@ -113,7 +113,7 @@ bool Installation::nameAircraft() {
 }
 
 bool Installation::unpack() {
-  ExtractJob job(app_);
+  ReadAndExtract job(app_);
   if (!job.open(ZipPath_)) return failed();
   FileSystem& files = app_.files();
   if (!PathExists(files, app_.InstallTempDir)) {
@@ -171,7 +171,7 @@ bool Installation::unpackOneEmbedded(const std::string& folder, const std::strin
   if (ReportError(app_)) return failed();
 
   {
-    ExtractJob job(app_);
+    ReadAndExtract job(app_);
     if (!job.open(path)) return failed();
     if (!job.fits(app_.HangarDir)) return false;
     if (!job.extract(target, yieldsAfterExtraction)) return failed();

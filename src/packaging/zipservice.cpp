@@ -32,11 +32,11 @@ bool hasSpace(App& app, const std::string& folder, double needed) {
 
 }  // namespace
 
-ExtractJob::ExtractJob(App& app) : app_(app), Zipit1_(app.platform.zip.load(app.files())) {
+ReadAndExtract::ReadAndExtract(App& app) : app_(app), Zipit1_(app.platform.zip.load(app.files())) {
   connectProgress(app, *Zipit1_);
 }
 
-bool ExtractJob::open(const std::string& archivefile) {
+bool ReadAndExtract::open(const std::string& archivefile) {
   // The control takes a missing archive for one that is to be made.
   if (!PathExists(app_.files(), archivefile))
     app_.step(Outcome::failure(err::fileNotFound, archivefile));
@@ -45,7 +45,7 @@ bool ExtractJob::open(const std::string& archivefile) {
   return !ReportError(app_);
 }
 
-bool ExtractJob::fits(const std::string& targetStore) {
+bool ReadAndExtract::fits(const std::string& targetStore) {
   double needed = 0;
   names_.clear();
   for (const ZipEntry& entry : Zipit1_->entries()) {
@@ -55,7 +55,7 @@ bool ExtractJob::fits(const std::string& targetStore) {
   return hasSpace(app_, app_.InstallTempDir, needed) && hasSpace(app_, targetStore, needed);
 }
 
-bool ExtractJob::extract(const std::string& extractfolder, int yields) {
+bool ReadAndExtract::extract(const std::string& extractfolder, int yields) {
   Zipit1_->extractfolder = extractfolder;
   Zipit1_->usedirectoryinfo = true;
   Zipit1_->extraction = 1;
@@ -67,12 +67,6 @@ bool ExtractJob::extract(const std::string& extractfolder, int yields) {
   app_.ZipDone = false;
   ui::yieldTimes(app_.windows, yields);
   return true;
-}
-
-bool ReadAndExtract(App& app, const std::string& archivefile, const std::string& targetStore,
-                    const std::string& extractfolder, int yields) {
-  ExtractJob job(app);
-  return job.open(archivefile) && job.fits(targetStore) && job.extract(extractfolder, yields);
 }
 
 bool AddToArchive(App& app, const std::string& archivefile, bool includesystemfiles) {

@@ -13,10 +13,10 @@
 namespace skv {
 
 // The extraction of one archive. Its steps are called in this order.
-class ExtractJob {
+class ReadAndExtract {
  public:
   // Loads the control.
-  explicit ExtractJob(App& app);
+  explicit ReadAndExtract(App& app);
 
   // Opens the archive; shows the error box when it cannot be opened.
   bool open(const std::string& archivefile);
@@ -33,10 +33,6 @@ class ExtractJob {
   std::unique_ptr<Zipit> Zipit1_;
   std::vector<std::string> names_;
 };
-
-// The three steps in one.
-bool ReadAndExtract(App& app, const std::string& archivefile, const std::string& targetStore,
-                    const std::string& extractfolder, int yields);
 
 // Stores the files of PackFileList, named relative to the current folder of the file system, in a
 // new archive. Shows the error box on a failure, and leaves no archive then.

@@ -1,0 +1,206 @@
+#include "core/walktree.h"
+
+#include "core/utilities.h"
+#include "support/program_fixture.h"
+
+namespace skv {
+namespace {
+
+using Tree = std::vector<std::string>;
+
+class WalkTreeTest : public test::ProgramTest {
+ protected:
+  void write(const std::vector<std::string>& paths) {
+    for (const std::string& path : paths) drive.write(path, path);
+  }
+  void age(const std::string& path, std::int64_t seconds) {
+    const auto now = disk.modified(path);
+    ASSERT_TRUE(now.ok());
+    drive.setModified(path, {now.value().seconds - seconds, 0});
+  }
+  std::string find(WalkCode code) {
+    app.FoundDir.clear();
+    WalkTree(app, "C:\\s", "", code, true);
+    return app.FoundDir;
+  }
+};
+
+TEST_F(WalkTreeTest, CopyMergesAndKeepsNewerFilesOfTheTopFolderOnly) {
+  write({"C:\\s\\top.txt", "C:\\s\\sub\\deep.txt", "C:\\s\\new.txt", "C:\\s\\Sub2\\x\\y.txt"});
+  drive.write("C:\\d\\TOP.TXT", "newer");
+  drive.write("C:\\d\\SUB\\Deep.txt", "newer");
+  age("C:\\s\\top.txt", 100);
+  age("C:\\s\\sub\\deep.txt", 100);
+
+  WalkTree(app, "C:\\s", "C:\\d", WalkCopy, false);
+  EXPECT_EQ(drive.tree("C:\\d"), (Tree{"SUB\\", "SUB\\Deep.txt", "Sub2\\", "Sub2\\x\\",
+                                       "Sub2\\x\\y.txt", "TOP.TXT", "new.txt"}));
+  EXPECT_EQ(drive.read("C:\\d\\top.txt"), "newer");
+  EXPECT_EQ(drive.read("C:\\d\\sub\\deep.txt"), "C:\\s\\sub\\deep.txt");
+  EXPECT_EQ(disk.modified("C:\\d\\sub\\deep.txt").value(),
+            disk.modified("C:\\s\\sub\\deep.txt").value());
+
+  WalkTree(app, "C:\\s\\", "C:\\d\\", WalkCopy, true);
+  EXPECT_EQ(drive.read("C:\\d\\top.txt"), "C:\\s\\top.txt");
+  EXPECT_EQ(drive.tree("C:\\s").size(), 7U) << "the source is as it was";
+}
+
+TEST_F(WalkTreeTest, CopySkipsWhatItCannotReplaceAndGoesOn) {
+  write({"C:\\s\\a.txt", "C:\\s\\b.txt", "C:\\s\\c.txt"});
+  drive.write("C:\\d\\b.txt", "kept");
+  ASSERT_TRUE(disk.setAttributes("C:\\d\\b.txt", {.readOnly = true}).ok());
+  WalkTree(app, "C:\\s", "C:\\d", WalkCopy, true);
+  EXPECT_EQ(drive.read("C:\\d\\b.txt"), "kept");
+  EXPECT_EQ(drive.read("C:\\d\\c.txt"), "C:\\s\\c.txt");
+  EXPECT_FALSE(app.error.pending());
+  EXPECT_TRUE(windows.boxes.empty());
+}
+
+TEST_F(WalkTreeTest, MoveEmptiesTheSourceAndDropsWhatIsNotNewer) {
+  write({"C:\\s\\old.txt", "C:\\s\\sub\\a.txt", "C:\\s\\ro.txt", "C:\\s\\empty\\x"});
+  drive.write("C:\\d\\old.txt", "newer");
+  age("C:\\s\\old.txt", 100);
+  ASSERT_TRUE(disk.setAttributes("C:\\s\\ro.txt", {.readOnly = true}).ok());
+  const auto time = disk.modified("C:\\s\\sub\\a.txt").value();
+
+  WalkTree(app, "C:\\s", "C:\\d", WalkMove, false);
+  EXPECT_EQ(drive.tree("C:\\s"), Tree{}) << "the top folder itself stays";
+  EXPECT_EQ(drive.read("C:\\d\\old.txt"), "newer");
+  EXPECT_EQ(drive.tree("C:\\d"),
+            (Tree{"empty\\", "empty\\x", "old.txt", "ro.txt", "sub\\", "sub\\a.txt"}));
+  EXPECT_EQ(disk.modified("C:\\d\\sub\\a.txt").value(), time);
+}
+
+TEST_F(WalkTreeTest, AFileThatCannotBeMovedStaysWithItsFolder) {
+  write({"C:\\s\\sub\\a.txt", "C:\\s\\sub\\b.txt", "C:\\s\\sub\\c.txt"});
+  files.failWhen("moveFile", "C:\\s\\sub\\b.txt", err::diskFull);
+  EXPECT_TRUE(disk.makeFolder("C:\\d").ok());
+  WalkTree(app, "C:\\s", "C:\\d", WalkMove, true);
+  EXPECT_EQ(drive.tree("C:\\s"), (Tree{"sub\\", "sub\\b.txt"}));
+  EXPECT_EQ(drive.tree("C:\\d"), (Tree{"sub\\", "sub\\a.txt", "sub\\c.txt"}));
+}
+
+TEST_F(WalkTreeTest, DeleteTakesReadOnlyFilesAndLeavesHiddenOnes) {
+  write({"C:\\s\\a.txt", "C:\\s\\sub\\ro.txt", "C:\\s\\keep\\.hidden", "C:\\s\\x\\y\\z.txt"});
+  ASSERT_TRUE(disk.setAttributes("C:\\s\\sub\\ro.txt", {.readOnly = true}).ok());
+  WalkTree(app, "C:\\s", "", WalkDelete, true);
+  EXPECT_EQ(drive.tree("C:\\s"), (Tree{"keep\\", "keep\\.hidden"}));
+}
+
+TEST_F(WalkTreeTest, LinksAreFollowedForReadingButNeverForRemoving) {
+  write({"C:\\real\\a.gau", "C:\\s\\b.txt"});
+  drive.link("C:\\s\\link", "C:\\real");
+  drive.link("C:\\s\\circle", "C:\\s");
+
+  EXPECT_EQ(find(WalkFindGauge), "C:\\s\\link\\");
+  EXPECT_TRUE(disk.makeFolder("C:\\d").ok());
+  WalkTree(app, "C:\\s", "C:\\d", WalkCopy, true);
+  EXPECT_EQ(drive.tree("C:\\d"), (Tree{"b.txt", "circle\\", "link\\", "link\\a.gau"}));
+
+  for (const WalkCode code : {WalkPurge, WalkMove, WalkDelete}) {
+    WalkTree(app, "C:\\s", "C:\\d", code, true);
+    EXPECT_EQ(drive.read("C:\\real\\a.gau"), "C:\\real\\a.gau") << static_cast<int>(code);
+  }
+  EXPECT_EQ(drive.tree("C:\\s"), Tree{}) << "deleting removes the links themselves";
+}
+
+TEST_F(WalkTreeTest, CopyIntoItselfEnds) {
+  write({"C:\\s\\a.txt", "C:\\s\\sub\\b.txt"});
+  EXPECT_TRUE(disk.makeFolder("C:\\s\\inside").ok());
+  WalkTree(app, "C:\\s", "C:\\s\\inside", WalkCopy, true);
+  EXPECT_EQ(drive.tree("C:\\s\\inside"), (Tree{"a.txt", "inside\\", "sub\\", "sub\\b.txt"}));
+  WalkTree(app, "C:\\s", "C:\\S", WalkMove, true);
+  EXPECT_EQ(drive.read("C:\\s\\a.txt"), "C:\\s\\a.txt");
+}
+
+TEST_F(WalkTreeTest, FindersStopAtTheFirstFolderFilesBeforeSubfolders) {
+  write({"C:\\s\\b\\Aircraft.CFG", "C:\\s\\a\\aircraft.cfg", "C:\\s\\a\\p\\PANEL.cfg",
+         "C:\\s\\g\\x\\deep.gau", "C:\\s\\g\\y.GAU", "C:\\s\\snd\\s.wav", "C:\\s\\snd\\Sound.cfg",
+         "C:\\s\\snd\\in\\t.WAV", "C:\\s\\texture.abc\\t.bmp", "C:\\s\\mytexture\\t.bmp",
+         "C:\\s\\z\\e.fx", "C:\\s\\z\\q.zip", "C:\\s\\z\\w.bgl", "C:\\s\\z\\bgl"});
+  const std::pair<WalkCode, std::string> hits[] = {{WalkFindACCfg, "C:\\s\\a\\"},
+                                                   {WalkFindPanelCfg, "C:\\s\\a\\p\\"},
+                                                   {WalkFindGauge, "C:\\s\\g\\"},
+                                                   {WalkFindLooseWav, "C:\\s\\snd\\in\\"},
+                                                   {WalkFindTextureBmp, "C:\\s\\mytexture\\"},
+                                                   {WalkFindEffect, "C:\\s\\z\\"},
+                                                   {WalkFindZip, "C:\\s\\z\\"},
+                                                   {WalkFindBgl, "C:\\s\\z\\"}};
+  for (const auto& [code, folder] : hits) EXPECT_EQ(find(code), folder) << static_cast<int>(code);
+}
+
+TEST_F(WalkTreeTest, CollectSizeAndPurge) {
+  write({"C:\\s\\a.txt", "C:\\s\\Main\\b.JPG", "C:\\s\\Main\\Deep\\c.cfg", "C:\\s\\Main\\hello",
+         "C:\\s\\Main\\d.bgl"});
+  drive.write("C:\\s\\empty\\sub\\e.mdl", "12345");
+  WalkTree(app, "C:\\s", "", WalkCollect, true);
+  EXPECT_EQ(app.PackFileList, (Tree{"a.txt", "empty\\sub\\e.mdl", "Main\\b.JPG", "Main\\d.bgl",
+                                    "Main\\hello", "Main\\Deep\\c.cfg"}));
+  WalkTree(app, "C:\\s\\empty", "", WalkSize, true);
+  EXPECT_EQ(app.SizeTotal, 5);
+  WalkTree(app, "C:\\s", "", WalkPurge, true);
+  EXPECT_EQ(drive.tree("C:\\s"), (Tree{"Main\\", "Main\\Deep\\", "Main\\Deep\\c.cfg", "Main\\b.JPG",
+                                       "a.txt", "empty\\", "empty\\sub\\"}));
+}
+
+TEST_F(WalkTreeTest, ScansAddWhatTheListsLack) {
+  app.ACRoot = "C:\\FS\\aircraft\\";
+  drive.write("C:\\FS\\aircraft\\one\\aircraft.cfg", "[fltsim.0]\r\ntitle=One\r\n");
+  drive.write("C:\\FS\\aircraft\\two\\Aircraft.cfg", "[General]\r\n");
+  drive.write("C:\\FS\\aircraft\\three\\AIRCRAFT.CFG", "[FLTSIM.0]\r\nTitle=Three\r\n");
+  drive.write("C:\\FS\\aircraft\\one\\panel\\panel.cfg", "[Window Titles]\r\n");
+  drive.write("C:\\FS\\aircraft\\two\\panel.vfr\\panel.cfg", "[fltsim]\r\nalias=one\\panel\r\n");
+  drive.write("C:\\FS\\aircraft\\Glass\\panel.cfg", "[fltsim]\r\nalias=\r\n");
+  drive.write("C:\\FS\\aircraft\\one\\Sound\\sound.cfg", "");
+  app.frmMain.lstAircraft.add("Known", {"c:\\fs\\AIRCRAFT\\THREE\\"});
+
+  for (const WalkCode code : {WalkScanAC, WalkScanPN, WalkScanSN})
+    WalkTree(app, app.ACRoot, "", code, true);
+  EXPECT_EQ(rows(app.frmMain.lstAircraft),
+            (Tree{"Known|c:\\fs\\AIRCRAFT\\THREE\\", "One|C:\\FS\\aircraft\\one\\",
+                  "*Unknown*|C:\\FS\\aircraft\\two\\"}));
+  EXPECT_EQ(rows(app.frmMain.lstPanel),
+            (Tree{"Glass|C:\\FS\\aircraft\\Glass\\", "one|C:\\FS\\aircraft\\one\\panel\\"}));
+  EXPECT_EQ(rows(app.frmMain.lstSound), Tree{"one|C:\\FS\\aircraft\\one\\Sound\\"});
+
+  app.frmMain.lstAircraft.clear();
+  app.frmMain.lstAircraft.add("The root itself", {app.ACRoot});
+  WalkTree(app, app.ACRoot, "", WalkScanAC, true);
+  EXPECT_EQ(app.frmMain.lstAircraft.count(), 1);
+}
+
+TEST_F(WalkTreeTest, ShowsTheFolderAndYieldsAtEveryEntry) {
+  write({"C:\\s\\a.txt", "C:\\s\\sub\\b.txt"});
+  std::vector<std::string> shown;
+  windows.onYield = [&] { shown.push_back(app.frmMain.lblStatus.caption); };
+  WalkTree(app, "C:\\s", "", WalkSize, true);
+  EXPECT_EQ(shown, (Tree{"Processing: C:\\s", "Processing: C:\\s", "Processing: C:\\s\\sub"}));
+  app.error.note(Outcome::failure(err::pathNotFound));
+  WalkTree(app, "C:\\nowhere", "", WalkDelete, true);
+  EXPECT_FALSE(app.error.pending());
+}
+
+TEST_F(WalkTreeTest, MoveKilledAnywhereLosesNoFile) {
+  for (int call = 1;; ++call) {
+    write({"C:\\k\\a.txt", "C:\\k\\sub\\b.txt", "C:\\k\\sub\\c.txt"});
+    disk.makeFolder("C:\\kd").skipped();
+    files.killAt(call);
+    bool killed = false;
+    try {
+      WalkTree(app, "C:\\k", "C:\\kd", WalkMove, true);
+    } catch (const test::Killed&) {
+      killed = true;
+    }
+    files.heal();
+    for (const char* name : {"a.txt", "sub\\b.txt", "sub\\c.txt"}) {
+      const std::string there = std::string("C:\\kd\\") + name;
+      const std::string here = std::string("C:\\k\\") + name;
+      EXPECT_EQ(drive.read(drive.exists(here) ? here : there), here) << "killed at " << call;
+    }
+    WalkTree(app, "C:\\kd", "", WalkDelete, true);
+    if (!killed) break;
+  }
+}
+
+}  // namespace
+}  // namespace skv

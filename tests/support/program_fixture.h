@@ -1,0 +1,99 @@
+// A whole run of the program over a real disk, with scripted windows.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "core/app.h"
+#include "platform/drive_file_system.h"
+#include "platform/libzip_zipit.h"
+#include "support/faulty_file_system.h"
+#include "support/scripted_windows.h"
+#include "support/temporary_drive.h"
+#include "ui/events.h"
+
+namespace skv::test {
+
+// Settings for the length of one test.
+class MemorySettings : public SettingsStore {
+ public:
+  std::string read(std::string_view section, std::string_view key,
+                   std::string_view fallback) const override {
+    const auto found = values.find(std::string(section) + "/" + std::string(key));
+    return found == values.end() ? std::string(fallback) : found->second;
+  }
+  Outcome write(std::string_view section, std::string_view key, std::string_view value) override {
+    values[std::string(section) + "/" + std::string(key)] = value;
+    return {};
+  }
+  std::map<std::string, std::string> values;  // by "section/key"
+};
+
+class FixedClock : public Clock {
+ public:
+  double now() const override { return time; }
+  double time = 46350.5;
+};
+
+class RecordingShell : public Shell {
+ public:
+  int open(std::string_view target) override {
+    opened.emplace_back(target);
+    return result;
+  }
+  Outcome editText(std::string_view path) override {
+    edited.emplace_back(path);
+    return editOutcome;
+  }
+  std::vector<std::string> opened, edited;
+  int result = 33;
+  Outcome editOutcome;
+};
+
+// Drive C: holds a simulator at C:\FS\ with the Hangar C:\Hangar\, the Packages C:\Packs\ and
+// C:\Temp\.
+class ProgramTest : public ::testing::Test {
+ protected:
+  ProgramTest() {
+    for (const char* folder : {"C:\\FS", "C:\\FS\\aircraft", "C:\\FS\\Gauges", "C:\\FS\\Sound",
+                               "C:\\FS\\Texture", "C:\\FS\\Effects", "C:\\Packs", "C:\\Temp"})
+      EXPECT_TRUE(disk.makeFolder(folder).ok()) << folder;
+    drive.write("C:\\FS\\Scenery.cfg", "[General]\r\nTitle=FS World Scenery\r\n");
+    app.FSRoot = "C:\\FS\\";
+    app.HangarDir = "C:\\Hangar\\";
+    app.PacksDir = "C:\\Packs\\";
+    app.TempDir = "C:\\Temp\\";
+    app.InstallTempDir = "C:\\Temp\\SKVInstallTemp\\";
+    EXPECT_TRUE(disk.makeFolder(app.InstallTempDir).ok());
+    connectEvents(app);
+  }
+
+  // One row of a list, as "name|folder".
+  static std::vector<std::string> rows(const ui::ListView& list) {
+    std::vector<std::string> result;
+    for (int row = 1; row <= list.count(); ++row)
+      result.push_back(list.text(row) + "|" + list.subItem(row, 1));
+    return result;
+  }
+  // The window takes input again and the pointer is normal.
+  void expectIdle() {
+    EXPECT_TRUE(app.frmMain.enabled);
+    EXPECT_TRUE(windows.pointers.empty() || windows.pointers.back() == ui::Pointer::normal);
+  }
+
+  TemporaryDrive drive;
+  DriveFileSystem disk{drive.drives()};
+  FaultyFileSystem files{disk};  // the program's view of the disk; passes all through unless told
+  MemorySettings settings;
+  FixedClock clock;
+  RecordingShell shell;
+  LibzipEngine zip{CodePage(1252)};
+  ScriptedWindows windows;
+  App app{Platform{files, settings, clock, shell, zip, {"C:\\Program\\", "C:\\Temp"}}, windows};
+};
+
+}  // namespace skv::test
