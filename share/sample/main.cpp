@@ -1,12 +1,22 @@
-// skyvault-sample: makes the sample simulator, or loads for measuring, in a folder.
+// skyvault-sample: makes the sample simulator with settings that open on it, or loads for
+// measuring.
+//
+//   SKYVAULT_DRIVES=<folder>/dosdevices XDG_CONFIG_HOME=<folder>/config fsskyvault
 #include <algorithm>
+#include <cstdlib>
 #include <exception>
+#include <filesystem>
 #include <iostream>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
+#include "platform/file_settings_store.h"
+#include "platform/system_clock.h"
 #include "sample/sample_files.h"
+#include "sample/sample_settings.h"
 #include "sample/sample_simulator.h"
+#include "ui/startup.h"
 
 namespace {
 
@@ -31,9 +41,25 @@ void tell(const SampleSimulator& sample) {
   }
 }
 
+// In the place where a run with that XDG_CONFIG_HOME looks for them.
+void writeSettings(const std::filesystem::path& config, const SampleSimulator& sample) {
+  std::filesystem::create_directories(config);
+  if (setenv("XDG_CONFIG_HOME", config.c_str(), 1) != 0) throw std::runtime_error("no environment");
+  skv::FileSettingsStore store(skv::FileSettingsStore::defaultFile());
+  const skv::Outcome outcome =
+      writeSettings(store, sample, skv::versionText(), skv::SystemClock().now());
+  if (!outcome.ok()) throw std::runtime_error("settings: " + outcome.description());
+}
+
+void makeAll(const std::filesystem::path& folder) {
+  const SampleSimulator sample = makeSample(folder);
+  writeSettings(folder / "config", sample);
+  tell(sample);
+}
+
 int run(const std::vector<std::string>& words) {
   if (words.size() == 1 && !words[0].starts_with("-"))
-    tell(makeSample(words[0]));
+    makeAll(std::filesystem::absolute(words[0]));
   else if (words.size() == 4 && words[0] == "large-tree")
     makeLargeTree(words[1], std::stoul(words[2]), std::stoull(words[3]));
   else if (words.size() == 4 && words[0] == "large-zip")

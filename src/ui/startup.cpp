@@ -18,13 +18,6 @@ constexpr int yieldsBeforeSplash = 100;
 constexpr int yieldsForSplash = 30000;
 constexpr int yieldsAtEnd = 1000;
 
-std::string versionText() {
-  char text[32];
-  std::snprintf(text, sizeof text, "%d.%02d.%04d", SKYVAULT_VERSION_MAJOR, SKYVAULT_VERSION_MINOR,
-                SKYVAULT_VERSION_REVISION);
-  return text;
-}
-
 // The first thing a start does is to empty the working folder of what a failed job left in it.
 bool prepareWorkingFolder(App& app) {
   if (!PathExists(app.files(), app.InstallTempDir)) {
@@ -119,6 +112,13 @@ void selectLastAircraft(App& app) {
 }
 
 }  // namespace
+
+std::string versionText() {
+  char text[32];
+  std::snprintf(text, sizeof text, "%d.%02d.%04d", SKYVAULT_VERSION_MAJOR, SKYVAULT_VERSION_MINOR,
+                SKYVAULT_VERSION_REVISION);
+  return text;
+}
 
 void Form_Load(App& app) {
   auto& form = app.frmMain;
