@@ -80,19 +80,11 @@ class Walk {
         code_(code),
         destination_(transfers(code) ? app.files().identity(dst) : std::string()) {}
 
-  void folder(const std::string& src, const std::string& dst, bool overwrite) {
-    app_.frmMain.lblStatus.caption = "Processing: " + src;
-    const std::string srcPath = withBackslash(src);
-    const std::string dstPath = withBackslash(dst);
-    if (leadsAstray(srcPath)) return;
-
-    const auto subFolders = visitFiles(srcPath, dstPath, overwrite);
-    ancestors_.push_back(srcPath);
-    for (const std::string& name : subFolders) {
-      subFolder(srcPath + name, dstPath + name);
-      if (found()) break;
-    }
-    ancestors_.pop_back();
+  void top(const std::string& src, const std::string& dst, bool overwrite) {
+    if (leadsAstray(src))
+      showFolder(src);
+    else
+      folder(src, dst, overwrite);
   }
 
  private:
@@ -120,21 +112,40 @@ class Walk {
   // hit.
   bool found() const { return isFinder(code_) && !app_.FoundDir.empty(); }
 
-  void subFolder(const std::string& src, const std::string& dst) {
-    if (code_ == WalkMove && app_.files().isLink(src)) return;
-    if (transfers(code_)) app_.files().makeFolder(dst).skipped();
-    folder(src, dst, true);
-    if (code_ == WalkMove || code_ == WalkDelete) app_.step(app_.files().removeFolder(src));
+  void showFolder(const std::string& src) { app_.frmMain.lblStatus.caption = "Processing: " + src; }
+
+  void folder(const std::string& src, const std::string& dst, bool overwrite) {
+    showFolder(src);
+    const std::string srcPath = withBackslash(src);
+    const std::string dstPath = withBackslash(dst);
+    const auto subFolders = visitFiles(srcPath, dstPath, overwrite);
+    ancestors_.push_back(srcPath);
+    for (const std::string& name : subFolders) {
+      subFolder(srcPath + name, dstPath + name);
+      if (found()) break;
+    }
+    ancestors_.pop_back();
   }
 
-  // Whether the walk must not enter: a link where files would vanish behind it, a circle, or the
-  // very folder that is being filled.
-  bool leadsAstray(const std::string& srcPath) {
+  void subFolder(const std::string& src, const std::string& dst) {
+    const bool enters = !leadsAstray(src);
+    if (enters) {
+      if (transfers(code_)) app_.files().makeFolder(dst).skipped();
+      folder(src, dst, true);
+    }
+    // Of a link this takes away the link itself.
+    if ((code_ == WalkMove && enters) || code_ == WalkDelete)
+      app_.step(app_.files().removeFolder(src));
+  }
+
+  // Whether the walk must not enter: a link behind which files would vanish, a circle, or the very
+  // folder that is being filled.
+  bool leadsAstray(const std::string& src) {
     const FileSystem& files = app_.files();
-    if (!destination_.empty() && files.identity(srcPath) == destination_) return true;
-    if (!files.isLink(withoutBackslash(srcPath))) return false;
+    if (!destination_.empty() && files.identity(src) == destination_) return true;
+    if (!files.isLink(withoutBackslash(src))) return false;
     if (removesFromSource(code_)) return true;
-    const std::string here = files.identity(srcPath);
+    const std::string here = files.identity(src);
     return std::ranges::any_of(
         ancestors_, [&](const std::string& above) { return files.identity(above) == here; });
   }
@@ -235,7 +246,7 @@ class Walk {
 
 void WalkTree(App& app, const std::string& src, const std::string& dst, WalkCode code,
               bool overwrite) {
-  Walk(app, code, dst).folder(src, dst, overwrite);
+  Walk(app, code, dst).top(src, dst, overwrite);
 }
 
 }  // namespace skv

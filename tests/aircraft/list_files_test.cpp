@@ -67,7 +67,7 @@ TEST_F(ListFilesTest, SavingWritesTheRowsAsTheyStand) {
   lstAircraft_ColumnClick(app, 2);
   EXPECT_EQ(list.text(1), "A") << "the first click sorts ascending";
   lstAircraft_ColumnClick(app, 1);
-  EXPECT_EQ(list.text(1), "b\xc3\xa9") << "a click on another column flips the order";
+  EXPECT_EQ(list.text(3), "A") << "a click on another column flips the order";
 }
 
 TEST_F(ListFilesTest, RenamingSavesAndChangesNoFolder) {

@@ -15,9 +15,10 @@ const std::string cfg = "[fltsim.0]\r\nTitle=The Plane\r\n";
 
 class InstallerTest : public test::ProgramTest {
  protected:
-  void zip(const Files& files, const sample::ZipStyle& style = {},
+  InstallerTest() { mnuViewFSAircraft_Click(app); }
+  void zip(const Files& content, const sample::ZipStyle& style = {},
            const std::string& name = "C:\\plane.zip") {
-    sample::writeZip(disk.nativePath(name).value(), files, style);
+    sample::writeZip(disk.nativePath(name).value(), content, style);
   }
   void install(const std::string& name = "C:\\plane.zip") {
     windows.picks = {name};
@@ -104,6 +105,7 @@ TEST_F(InstallerTest, RecognisesWhatIsInAnArchiveOfAnyLayout) {
   for (const Layout& layout : layouts) {
     SCOPED_TRACE(layout.what);
     drive.clear("C:\\Hangar");
+    mnuViewFSAircraft_Click(app);
     zip(layout.files, layout.style);
     install();
     EXPECT_EQ(hangar(), layout.placed);
@@ -224,6 +226,7 @@ TEST_F(InstallerTest, AnyFailingCallLeavesTheWindowEnabledAndTheSimulatorUntouch
   for (int call = 1;; ++call) {
     SCOPED_TRACE(call);
     drive.clear("C:\\Hangar");
+    mnuViewFSAircraft_Click(app);
     drive.clear("C:\\Temp\\SKVInstallTemp");
     files.failAt(call, err::diskFull);
     install();
