@@ -1,0 +1,76 @@
+// A file system that fails where a test wants it to, over a real one.
+#pragma once
+
+#include <map>
+#include <optional>
+#include <string>
+
+#include "platform/file_system.h"
+
+namespace skv::test {
+
+// Thrown in place of the call at which the program is "killed".
+struct Killed {};
+
+class FaultyFileSystem : public FileSystem {
+ public:
+  explicit FaultyFileSystem(FileSystem& real) : real_(real) {}
+
+  // Fails the n-th call from now that changes the disk (1 is the next).
+  void failAt(int call, int error);
+  // Throws Killed in place of that call.
+  void killAt(int call);
+  // Fails every call of an operation ("copyFile") on a path; "" is any path. The path is the first
+  // argument, compared without regard to case and to a trailing backslash.
+  void failWhen(const std::string& operation, const std::string& path, int error);
+  // Ends all faults. Answers whether one of them struck.
+  bool heal();
+
+  // Calls of an operation on a path since the last reset.
+  int count(const std::string& operation, const std::string& path) const;
+  void resetCounts() { counts_.clear(); }
+
+  std::optional<double> freeSpace;  // what freeBytes answers, when set
+
+  Result<Attributes> attributes(std::string_view path) const override;
+  Outcome setAttributes(std::string_view path, Attributes attributes) override;
+  Result<std::vector<FolderEntry>> list(std::string_view folder, Entries entries) const override;
+  bool isLink(std::string_view path) const override { return real_.isLink(path); }
+  std::string identity(std::string_view folder) const override { return real_.identity(folder); }
+  Outcome copyFile(std::string_view from, std::string_view to) override;
+  Outcome moveFile(std::string_view from, std::string_view to) override;
+  Outcome rename(std::string_view from, std::string_view to) override;
+  Outcome deleteFile(std::string_view path) override;
+  Outcome makeFolder(std::string_view path) override;
+  Outcome removeFolder(std::string_view path) override;
+  Result<std::uint64_t> fileLength(std::string_view path) const override;
+  Result<FileTime> modified(std::string_view path) const override { return real_.modified(path); }
+  Result<std::string> readFile(std::string_view path) const override;
+  Outcome replaceFile(std::string_view path, std::string_view content) override;
+  Result<std::unique_ptr<FileWriter>> createFile(std::string_view path) override;
+  Result<double> freeBytes(std::string_view path) const override;
+  std::string currentFolder() const override { return real_.currentFolder(); }
+  Outcome setCurrentFolder(std::string_view path) override { return real_.setCurrentFolder(path); }
+  Result<std::string> nativePath(std::string_view path) const override {
+    return real_.nativePath(path);
+  }
+  std::string windowsPath(std::string_view native) const override {
+    return real_.windowsPath(native);
+  }
+
+ private:
+  struct Rule {
+    std::string operation, path;
+    int error;
+  };
+  Outcome fault(const std::string& operation, std::string_view path, bool changes) const;
+
+  FileSystem& real_;
+  std::optional<Rule> rule_;
+  mutable int callsLeft_ = 0;  // until the counted fault; 0 is none
+  int error_ = 0;              // of the counted fault; 0 kills
+  mutable bool struck_ = false;
+  mutable std::map<std::string, int> counts_;
+};
+
+}  // namespace skv::test
