@@ -4,63 +4,135 @@
 
 #include <array>
 #include <cerrno>
-#include <cstdio>
-#include <cstdlib>
+#include <charconv>
+#include <cstdint>
 #include <cstring>
+
+#include "platform/native_calls.h"
 
 namespace skv {
 
 namespace {
 
 constexpr const char* attributeName = "user.DOSATTRIB";
+constexpr std::size_t longestValue = 256;
+constexpr unsigned keptBits = dos::hidden | dos::system | dos::archive;
 
-std::string textForm(unsigned bits) {
-  std::array<char, 16> text{};
-  std::snprintf(text.data(), text.size(), "0x%x", bits);
-  return text.data();
+bool endsWithAbsence(int error) { return error == ENODATA || error == ENOTSUP; }
+
+template <class Number>
+Number littleEndian(std::string_view bytes, std::size_t at) {
+  Number number = 0;
+  for (std::size_t i = sizeof(Number); i-- > 0;)
+    number = static_cast<Number>((number << 8) | static_cast<unsigned char>(bytes[at + i]));
+  return number;
 }
 
-int outcomeOf(int result, unsigned bits) {
-  if (result == 0) return 0;
-  if (bits == 0 && (errno == ENODATA || errno == ENOTSUP || errno == EPERM)) return 0;
-  return errno;
+template <class Read>
+void copyStored(const char* name, int to, Read read) {
+  std::array<char, 4096> value;
+  const auto length = retried([&] { return read(value.data(), value.size()); });
+  if (length <= 0) return;
+  retried([&] { return ::fsetxattr(to, name, value.data(), static_cast<std::size_t>(length), 0); });
 }
 
 }  // namespace
 
-unsigned parseDosAttributes(const std::string& value) {
-  if (value.starts_with("0x") || value.starts_with("0X"))
-    return static_cast<unsigned>(std::strtoul(value.c_str(), nullptr, 16));
-  // Samba's record: an empty text, the version twice, then which fields are valid and the bits, all
-  // little endian.
-  constexpr std::size_t versionAt = 2, validAt = 8, bitsAt = 12, least = 16;
-  if (value.size() < least || value[0] != 0) return 0;
-  const auto byte = [&value](std::size_t at) { return static_cast<unsigned char>(value[at]); };
-  const bool bitsAreValid = (byte(validAt) & 1U) != 0;
-  if (byte(versionAt) < 3 || byte(versionAt) > 5 || !bitsAreValid) return 0;
-  return byte(bitsAt) | static_cast<unsigned>(byte(bitsAt + 1)) << 8U;
+unsigned dosBitsOf(std::string_view stored) {
+  const std::string_view text = stored.substr(0, stored.find('\0'));
+  if (text.starts_with("0x")) {
+    unsigned bits = 0;
+    std::from_chars(text.data() + 2, text.data() + text.size(), bits, 16);
+    return bits & keptBits;
+  }
+  // A NUL-terminated text, then, each at a multiple of its size: version and once more version as
+  // 16 bits, which fields are valid and the attributes as 32 bits.
+  const auto aligned = [](std::size_t at, std::size_t size) {
+    return (at + size - 1) / size * size;
+  };
+  const std::size_t version = aligned(text.size() + 1, 2);
+  const std::size_t valid = aligned(version + 4, 4);
+  if (stored.size() < valid + 8 || littleEndian<std::uint16_t>(stored, version) < 3) return 0;
+  constexpr std::uint32_t attributesAreValid = 1;
+  if ((littleEndian<std::uint32_t>(stored, valid) & attributesAreValid) == 0) return 0;
+  return littleEndian<std::uint32_t>(stored, valid + 4) & keptBits;
 }
 
-unsigned readDosAttributes(const std::string& native, bool* supported) {
-  std::array<char, 256> value{};
-  const ssize_t length = ::lgetxattr(native.c_str(), attributeName, value.data(), value.size() - 1);
-  if (length > 0) return parseDosAttributes({value.data(), static_cast<std::size_t>(length)});
-  if (length < 0 && errno == ENOTSUP && supported != nullptr) *supported = false;
+unsigned storedDosBits(const std::string& native, bool* supported) {
+  std::array<char, longestValue> value;
+  const auto length = retried(
+      [&] { return ::getxattr(native.c_str(), attributeName, value.data(), value.size()); });
+  if (length >= 0) return dosBitsOf({value.data(), static_cast<std::size_t>(length)});
+  if (supported != nullptr && errno == ENOTSUP) *supported = false;
   return 0;
 }
 
-int writeDosAttributes(const std::string& native, unsigned bits) {
-  const std::string text = textForm(bits);
-  return outcomeOf(bits == 0
-                       ? ::lremovexattr(native.c_str(), attributeName)
-                       : ::lsetxattr(native.c_str(), attributeName, text.data(), text.size(), 0),
-                   bits);
+bool isReadOnly(const struct stat& status) {
+  return !S_ISLNK(status.st_mode) && (status.st_mode & S_IWUSR) == 0;
 }
 
-int writeDosAttributes(int fd, unsigned bits) {
-  if (bits == 0) return 0;  // a new file has none
-  const std::string text = textForm(bits);
-  return outcomeOf(::fsetxattr(fd, attributeName, text.data(), text.size(), 0), bits);
+Attributes attributesOf(const std::string& native, std::string_view name,
+                        const struct stat& status) {
+  const unsigned bits = storedDosBits(native);
+  Attributes result;
+  result.folder = S_ISDIR(status.st_mode);
+  result.readOnly = isReadOnly(status);
+  result.hidden = name.starts_with('.') || (bits & dos::hidden) != 0;
+  result.system = (bits & dos::system) != 0;
+  result.archive = (bits & dos::archive) != 0;
+  return result;
+}
+
+int applyAttributes(const std::string& native, std::string_view name, const struct stat& status,
+                    Attributes attributes) {
+  const mode_t mode = status.st_mode & 07777;
+  const mode_t wantedMode = attributes.readOnly ? mode & ~mode_t{S_IWUSR} : mode | S_IWUSR;
+  const auto changeMode = [&](mode_t to) {
+    return errorOf([&] { return ::chmod(native.c_str(), to); });
+  };
+
+  const unsigned stored = storedDosBits(native);
+  unsigned wanted = (attributes.system ? dos::system : 0) | (attributes.archive ? dos::archive : 0);
+  if (attributes.hidden && !(name.starts_with('.') && (stored & dos::hidden) == 0))
+    wanted |= dos::hidden;
+  mode_t present = mode;
+  if (stored != wanted) {
+    // Only the writer of a file may store attributes with it.
+    if ((mode & S_IWUSR) == 0) {
+      present = mode | S_IWUSR;
+      if (const int error = changeMode(present)) return error;
+    }
+    int error = 0;
+    if (wanted == 0) {
+      error = errorOf([&] { return ::removexattr(native.c_str(), attributeName); });
+    } else {
+      std::array<char, 8> text = {'0', 'x'};
+      const char* end = std::to_chars(text.data() + 2, text.data() + text.size(), wanted, 16).ptr;
+      error = errorOf([&] {
+        return ::setxattr(native.c_str(), attributeName, text.data(),
+                          static_cast<std::size_t>(end - text.data()), 0);
+      });
+    }
+    const bool dropped = endsWithAbsence(error) && (wanted & ~dos::archive) == 0;
+    if (error != 0 && !dropped) {
+      if (present != mode) changeMode(mode);
+      return error;
+    }
+  }
+  return present == wantedMode ? 0 : changeMode(wantedMode);
+}
+
+void copyStoredAttributes(int from, int to) {
+  copyStored(attributeName, to, [&](char* value, std::size_t size) {
+    return ::fgetxattr(from, attributeName, value, size);
+  });
+}
+
+void copyStoredAttributes(const std::string& replaced, int to) {
+  for (const char* name : {attributeName, "system.posix_acl_access"})
+    copyStored(name, to, [&](char* value, std::size_t size) {
+      return ::lgetxattr(replaced.c_str(), name, value, size);
+    });
 }
 
 }  // namespace skv

@@ -1,30 +1,43 @@
-// The attributes that Windows keeps for a file and Linux does not, where Wine and Samba keep them:
-// the extended attribute user.DOSATTRIB.
+// The file attributes of the DOS family on a disk that has none: read-only is a missing write
+// permission of the owner, hidden a leading dot, and what these cannot tell stands in the extended
+// attribute that Wine and Samba keep for it.
 #pragma once
 
-#include <optional>
+#include <sys/stat.h>
+
 #include <string>
+#include <string_view>
+
+#include "platform/file_system.h"
 
 namespace skv {
 
-// The bits of the attribute, as Windows numbers them.
+// The bits of the extended attribute that count here; all others of a stored value are passed over.
 namespace dos {
-inline constexpr unsigned readOnly = 0x01;
-inline constexpr unsigned hidden = 0x02;
-inline constexpr unsigned system = 0x04;
-inline constexpr unsigned archive = 0x20;
-}  // namespace dos
+inline constexpr unsigned hidden = 0x02, system = 0x04, archive = 0x20;
+}
 
-// The value: Wine's and older Samba's text ("0x22"), or newer Samba's record. 0 for anything else.
-unsigned parseDosAttributes(const std::string& value);
+// The bits that a stored value tells: Wine's text ("0x22") or Samba's records of version 3 and
+// later, with or without such a text before them. 0 for anything else.
+unsigned dosBitsOf(std::string_view stored);
 
-// The attribute of a file itself, not of what a link leads to. 0 when it has none. `supported`,
-// when given, becomes false on a disk without extended attributes.
-unsigned readDosAttributes(const std::string& native, bool* supported = nullptr);
+// The stored bits of what stands at a native path, links followed. `supported`, when given, becomes
+// false where the disk cannot store any: no need to ask about its neighbours.
+unsigned storedDosBits(const std::string& native, bool* supported = nullptr);
 
-// Stores the bits, or takes the attribute away for 0. Answers errno, 0 for success; a disk without
-// extended attributes fails for bits other than 0 alone.
-int writeDosAttributes(const std::string& native, unsigned bits);
-int writeDosAttributes(int fd, unsigned bits);
+bool isReadOnly(const struct stat& status);
+Attributes attributesOf(const std::string& native, std::string_view name,
+                        const struct stat& status);
+
+// Gives a file or folder, no link, the attributes; 0 or the system's error number. Archive is
+// dropped on a disk that cannot store it, since nothing depends on it.
+int applyAttributes(const std::string& native, std::string_view name, const struct stat& status,
+                    Attributes attributes);
+
+// Gives an open file what another one has stored beside its content: for a copy the attributes, for
+// a file that is replaced (given by its native path) its access list as well. What the disk cannot
+// take is left out.
+void copyStoredAttributes(int from, int to);
+void copyStoredAttributes(const std::string& replaced, int to);
 
 }  // namespace skv

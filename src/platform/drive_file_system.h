@@ -1,30 +1,30 @@
-// The file system over a folder of drive links in Wine's form: "c:" -> a folder, "z:" -> "/".
+// The disk behind drive links. Knows nothing of Wine but the form in which it keeps its drives.
 #pragma once
 
+#include <memory>
 #include <mutex>
+#include <optional>
+#include <span>
 #include <string>
+#include <string_view>
+#include <vector>
 
+#include "platform/disk_paths.h"
 #include "platform/file_system.h"
-#include "platform/folder_index.h"
-#include "platform/windows_names.h"
+#include "platform/file_writer.h"
 
 namespace skv {
 
-// The folder of drives of this user: $SKYVAULT_DRIVES, $WINEPREFIX/dosdevices, ~/.wine/dosdevices,
-// else one of our own below $XDG_DATA_HOME/FSSkyvault/, made on first use with an empty drive C:
-// and Z: as the whole machine.
-std::string findDrivesFolder();
-
 class DriveFileSystem : public FileSystem {
  public:
-  // `drives`: native path of the folder of links. A link that is not there is a drive that does not
-  // exist.
-  explicit DriveFileSystem(std::string drives);
+  // The native folder of drive links, as findDrivesFolder (platform/drives.h) gives it. The current
+  // folder is C:\ at first.
+  explicit DriveFileSystem(std::string driveFolder);
 
   Result<Attributes> attributes(std::string_view path) const override;
   Outcome setAttributes(std::string_view path, Attributes attributes) override;
-  Result<std::vector<FolderEntry>> list(std::string_view folder, Entries entries) const override;
-  using FileSystem::list;
+  Result<std::vector<FolderEntry>> list(std::string_view folder,
+                                        Entries entries = Entries::plain) const override;
   bool isLink(std::string_view path) const override;
   std::string identity(std::string_view folder) const override;
   Outcome copyFile(std::string_view from, std::string_view to) override;
@@ -37,6 +37,7 @@ class DriveFileSystem : public FileSystem {
   Result<FileTime> modified(std::string_view path) const override;
   Result<std::string> readFile(std::string_view path) const override;
   Outcome replaceFile(std::string_view path, std::string_view content) override;
+  // The writer must not outlive this file system.
   Result<std::unique_ptr<FileWriter>> createFile(std::string_view path) override;
   Result<double> freeBytes(std::string_view path) const override;
   std::string currentFolder() const override;
@@ -45,20 +46,39 @@ class DriveFileSystem : public FileSystem {
   std::string windowsPath(std::string_view native) const override;
 
  private:
-  // Where a path leads on disk. What is missing has the spelling that was asked for.
-  struct Place {
-    std::string native;
-    bool exists = false;
-    bool parentExists = false;
-  };
-  Result<Place> locate(std::string_view path) const;
-  Place search(const std::string& root, const std::vector<std::string>& elements) const;
-  std::string driveLink(char drive) const;
+  class Writer;
 
-  const std::string drives_;
-  mutable FolderIndex index_;
-  mutable std::mutex mutex_;  // of the current folder
-  WindowsPath current_;
+  // What stands at a path; `ofLink`: a link itself rather than what it leads to.
+  struct Standing {
+    std::string native;
+    struct stat status {};
+  };
+  Result<Standing> standing(std::string_view path, bool ofLink = false) const;
+  // A plain file, open for reading, with its state.
+  struct Source {
+    Descriptor fd;
+    struct stat status {};
+  };
+  Result<Source> openSource(std::string_view path) const;
+  Result<Place> placeFor(std::string_view path) const;
+
+  // How a finished file takes its name.
+  struct Publishing {
+    bool keepPermissions = false;  // of a file that is replaced
+    bool durable = false;          // content and name are on the disk when the call returns
+    std::optional<FileTime> modified = {};
+    const struct stat* source = nullptr;  // of a copy: must not be the target itself
+  };
+  // `source` is what the new file is a copy of, nullptr for none.
+  Result<PendingFile> begin(std::string_view path, const struct stat* source);
+  Outcome publish(PendingFile& file, std::string_view path, const Publishing& how);
+  Outcome copy(std::string_view from, std::string_view to, bool durable);
+  Outcome copyAndDelete(std::string_view from, const std::string& native, std::string_view to);
+
+  mutable DiskPaths paths_;
+  // Held from the look for a name in other letters until the new name stands, so that no two
+  // threads make a pair that differs in case alone.
+  std::mutex naming_;
 };
 
 }  // namespace skv

@@ -1,72 +1,93 @@
-// Which drives there are, and what the machine's paths are called on them.
+#include "platform/drives.h"
 
-#include <stdlib.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <filesystem>
+#include <memory>
+#include <optional>
+#include <vector>
 
-#include "platform/drive_file_system.h"
+#include "base/text.h"
+#include "platform/native_calls.h"
 #include "platform/user_folders.h"
+#include "platform/windows_names.h"
 
 namespace skv {
 
 namespace {
 
-namespace fs = std::filesystem;
-
-// The folder behind a link, links in the path resolved as far as it exists; "" when nothing is
-// there.
-std::string realFolder(const std::string& native) {
-  std::error_code error;
-  const fs::path real = fs::weakly_canonical(native, error);
-  return error ? std::string() : real.string();
+bool isFolder(const std::string& native) {
+  struct stat status {};
+  return ::stat(native.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
 }
 
-// What follows `root` in `path`; none when `path` does not lie below it.
-std::optional<std::string> below(const std::string& root, const std::string& path) {
-  const std::string prefix = root.ends_with('/') ? root : root + "/";
-  if (path == root) return std::string();
-  if (!path.starts_with(prefix)) return std::nullopt;
-  return path.substr(prefix.size());
+std::string realPath(const std::string& native) {
+  const std::unique_ptr<char, decltype(&std::free)> real(::realpath(native.c_str(), nullptr),
+                                                         &std::free);
+  return real != nullptr ? real.get() : "";
+}
+
+std::string ownDrives() {
+  const std::string own = dataFolder();
+  const std::string drives = own + "/dosdevices";
+  std::error_code error;  // what could not be made is missing when it is asked for
+  std::filesystem::create_directories(own + "/drive_c", error);
+  std::filesystem::create_directories(drives, error);
+  std::filesystem::create_directory_symlink("../drive_c", drives + "/c:", error);
+  std::filesystem::create_directory_symlink("/", drives + "/z:", error);
+  return drives;
+}
+
+std::vector<std::string> elementsOf(std::string_view native) {
+  std::vector<std::string> elements = split(native, '/');
+  std::erase(elements, "");
+  return elements;
+}
+
+// What follows `root` in `path`; nothing when the path does not lie below it.
+std::optional<std::vector<std::string>> below(const std::string& root, const std::string& path) {
+  const auto above = elementsOf(root);
+  const auto all = elementsOf(path);
+  if (above.size() > all.size() || !std::equal(above.begin(), above.end(), all.begin())) return {};
+  return std::vector<std::string>(all.begin() + static_cast<std::ptrdiff_t>(above.size()),
+                                  all.end());
 }
 
 }  // namespace
 
 std::string findDrivesFolder() {
-  if (const std::string given = environmentValue("SKYVAULT_DRIVES"); !given.empty()) return given;
-  std::error_code error;
-  for (const std::string& prefix : {environmentValue("WINEPREFIX"), homeFolder() + "/.wine"}) {
-    if (!prefix.empty() && fs::is_directory(prefix + "/dosdevices", error))
-      return prefix + "/dosdevices";
-  }
-  const fs::path own = dataFolder();
-  const fs::path drives = own / "dosdevices";
-  fs::create_directories(own / "drive_c", error);
-  fs::create_directories(drives, error);
-  fs::create_directory_symlink("../drive_c", drives / "c:", error);
-  fs::create_directory_symlink("/", drives / "z:", error);
-  return drives.string();
+  if (std::string told = environmentValue("SKYVAULT_DRIVES"); !told.empty()) return told;
+  for (const std::string& prefix : {environmentValue("WINEPREFIX"), homeFolder() + "/.wine"})
+    if (!prefix.empty() && isFolder(prefix + "/dosdevices")) return prefix + "/dosdevices";
+  return ownDrives();
 }
 
-std::string DriveFileSystem::windowsPath(std::string_view native) const {
-  const std::string given = fs::path(native).lexically_normal().string();
-  std::string best;
-  std::size_t shortest = std::string::npos;
-  for (const std::string& path : {given, realFolder(given)}) {
-    for (char drive = 'a'; drive <= 'z'; ++drive) {
-      std::error_code error;
-      if (!fs::exists(driveLink(drive), error)) continue;
-      const auto rest = below(realFolder(driveLink(drive)), path);
-      if (!rest || rest->size() >= shortest) continue;
-      shortest = rest->size();
-      best = std::string(1, static_cast<char>(drive - 'a' + 'A')) + ":\\" + *rest;
+std::string Drives::realRoot(char drive) const { return realPath(root(drive)); }
+
+std::string Drives::windowsPath(std::string_view native) const {
+  const std::filesystem::path full =
+      std::filesystem::absolute(std::filesystem::path(native)).lexically_normal();
+  // A place may be reached by a shorter way than the one that was taken to it. Only the folder is
+  // looked at: an entry that is a link itself keeps its own name.
+  std::vector<std::string> ways = {full.string()};
+  const std::filesystem::path entry = full.has_filename() ? full : full.parent_path();
+  if (const std::string real = realPath(entry.parent_path().string()); !real.empty())
+    ways.push_back(real + "/" + entry.filename().string());
+
+  std::optional<DrivePath> best;
+  for (char drive = 'a'; drive <= 'z'; ++drive) {
+    const std::string real = realRoot(drive);
+    if (real.empty()) continue;
+    for (const std::string& way : ways) {
+      auto elements = below(real, way);
+      if (!elements || !std::ranges::all_of(*elements, isWindowsName)) continue;
+      if (!best || elements->size() < best->elements.size())
+        best = DrivePath{drive, std::move(*elements)};
     }
   }
-  for (char& c : best)
-    if (c == '/') c = '\\';
-  return best;
+  return best ? best->text() : std::string();
 }
 
 }  // namespace skv

@@ -1,13 +1,12 @@
 #include "platform/folder_index.h"
 
-#include <dirent.h>
+#include <linux/magic.h>
 #include <sys/inotify.h>
 #include <sys/vfs.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <array>
-#include <memory>
 
 #include "base/text.h"
 
@@ -15,136 +14,136 @@ namespace skv {
 
 namespace {
 
-constexpr std::size_t mostFolders = 128;
-constexpr std::uint32_t watchedChanges = IN_CREATE | IN_DELETE | IN_MOVED_FROM | IN_MOVED_TO |
-                                         IN_DELETE_SELF | IN_MOVE_SELF | IN_ONLYDIR;
+constexpr std::size_t maxIndexes = 32;
 
-// Whether all changes of a folder pass through this machine's kernel.
-bool isLocal(const std::string& nativeFolder) {
-  struct statfs disk {};
-  if (::statfs(nativeFolder.c_str(), &disk) != 0) return false;
-  switch (static_cast<std::uint32_t>(disk.f_type)) {
-    case 0x6969:      // NFS
-    case 0x517B:      // SMB
-    case 0xFF534D42:  // CIFS
-    case 0xFE534D42:  // SMB2
-    case 0x65735546:  // FUSE
-    case 0x01021997:  // 9P
-    case 0x786f4256:  // VirtualBox shared folders
-    case 0x5346414f:  // AFS
-    case 0x00c36400:  // Ceph
-      return false;
-    default:
-      return true;
-  }
-}
-
-template <class Visit>
-void visitNames(const std::string& nativeFolder, Visit visit) {
-  const std::unique_ptr<DIR, decltype([](DIR* folder) { ::closedir(folder); })> folder(
-      ::opendir(nativeFolder.c_str()));
-  if (!folder) return;
-  while (const dirent* entry = ::readdir(folder.get())) visit(std::string(entry->d_name));
-}
-
-std::optional<std::string> scan(const std::string& nativeFolder, const std::string& upperName) {
-  std::optional<std::string> found;
-  visitNames(nativeFolder, [&](std::string name) {
-    if (upper(name) == upperName && (!found || name < *found)) found = std::move(name);
-  });
-  return found;
+// Disks whose every change passes through this system. On others somebody else's change would not
+// be reported.
+bool isLocalDisk(int fd) {
+  constexpr long zfs = 0x2fc12fc1, exfat = 0x2011bab0, ntfs3 = 0x7366746e, bcachefs = 0xca451a4e,
+                 jfs = 0x3153464a;
+  struct statfs status {};
+  if (::fstatfs(fd, &status) != 0) return false;
+  static constexpr std::array<long, 13> local = {EXT4_SUPER_MAGIC,
+                                                 BTRFS_SUPER_MAGIC,
+                                                 XFS_SUPER_MAGIC,
+                                                 TMPFS_MAGIC,
+                                                 F2FS_SUPER_MAGIC,
+                                                 MSDOS_SUPER_MAGIC,
+                                                 RAMFS_MAGIC,
+                                                 REISERFS_SUPER_MAGIC,
+                                                 zfs,
+                                                 exfat,
+                                                 ntfs3,
+                                                 bcachefs,
+                                                 jfs};
+  return std::ranges::find(local, static_cast<long>(status.f_type)) != local.end();
 }
 
 }  // namespace
 
-FolderIndex::FolderIndex() : inotify_(::inotify_init1(IN_NONBLOCK | IN_CLOEXEC)) {}
+FolderIndexes::FolderIndexes() : changes_(::inotify_init1(IN_NONBLOCK | IN_CLOEXEC)) {}
 
-std::optional<std::string> FolderIndex::find(const std::string& nativeFolder,
-                                             const std::string& name) {
-  const std::string upperName = upper(name);
-  const std::scoped_lock lock(mutex_);
-  Folder* folder = watched(nativeFolder);
-  if (folder == nullptr) return scan(nativeFolder, upperName);
-  const auto found = folder->names.find(upperName);
-  if (found == folder->names.end()) return std::nullopt;
-  return *std::ranges::min_element(found->second);
+Result<std::string> FolderIndexes::spelling(const std::string& folder, std::string_view name) {
+  struct stat status {};
+  if (::stat(folder.c_str(), &status) != 0) return systemFailure(errno, folder);
+  if (!S_ISDIR(status.st_mode)) return systemFailure(ENOTDIR, folder);
+  const Identity identity{status.st_dev, status.st_ino};
+
+  const std::lock_guard lock(mutex_);
+  applyChanges();
+  auto known = byFolder_.find(identity);
+  Index unwatched;
+  const Index* index = &unwatched;
+  if (known != byFolder_.end()) {
+    indexes_.splice(indexes_.begin(), indexes_, known->second);
+    index = &*known->second;
+  } else {
+    Index fresh{identity, -1, {}};
+    const int error = scan(folder, fresh);
+    if (error == EACCES) return std::string();  // a folder that may be entered but not read
+    if (error != 0) return systemFailure(error, folder);
+    if (fresh.watch >= 0) {
+      if (indexes_.size() == maxIndexes) forget(std::prev(indexes_.end()));
+      indexes_.push_front(std::move(fresh));
+      byFolder_[identity] = byWatch_[indexes_.front().watch] = indexes_.begin();
+      index = &indexes_.front();
+    } else {
+      unwatched = std::move(fresh);
+    }
+  }
+
+  const auto found = index->names.find(upper(name));
+  if (found == index->names.end()) return std::string();
+  const std::vector<std::string>& spellings = found->second;
+  const auto exact = std::ranges::find(spellings, name);
+  return exact != spellings.end() ? *exact : std::ranges::min(spellings);
 }
 
-// The folder's index, up to date; none where an index cannot be kept.
-FolderIndex::Folder* FolderIndex::watched(const std::string& nativeFolder) {
-  if (!inotify_.valid()) return nullptr;
-  // The watch belongs to the folder itself, whatever path leads to it: asking again is how a folder
-  // that was replaced under the same path is told from the one before.
-  const int watch = ::inotify_add_watch(inotify_.get(), nativeFolder.c_str(), watchedChanges);
-  if (watch < 0) return nullptr;
-  drainEvents();
-  if (const auto known = folders_.find(watch); known != folders_.end()) {
-    used_.splice(used_.begin(), used_, known->second.use);
-    return &known->second;
+// 0 or the system's error number. Leaves index.watch at -1 when changes would not be seen. Watching
+// starts before reading, so that what changes in between is told twice rather than never.
+int FolderIndexes::scan(const std::string& folder, Index& index) {
+  const Descriptor fd = openFile(folder, O_RDONLY | O_DIRECTORY);
+  if (!fd.valid()) return errno;
+  struct stat status {};
+  if (::fstat(fd.get(), &status) != 0) return errno;
+  const bool asAsked = Identity{status.st_dev, status.st_ino} == index.folder;
+  if (asAsked && changes_.valid() && isLocalDisk(fd.get())) {
+    const std::string opened = "/proc/self/fd/" + std::to_string(fd.get());
+    index.watch =
+        ::inotify_add_watch(changes_.get(), opened.c_str(),
+                            IN_CREATE | IN_DELETE | IN_MOVED_FROM | IN_MOVED_TO | IN_DELETE_SELF);
   }
-  if (!isLocal(nativeFolder)) {
-    ::inotify_rm_watch(inotify_.get(), watch);
-    return nullptr;
-  }
-  if (folders_.size() >= mostFolders) {
-    const int oldest = used_.back();
-    ::inotify_rm_watch(inotify_.get(), oldest);
-    forget(oldest);
-  }
-  used_.push_front(watch);
-  Folder& folder = folders_[watch];
-  folder.use = used_.begin();
-  visitNames(nativeFolder, [&folder](std::string name) {
-    std::string key = upper(name);
-    folder.names[std::move(key)].push_back(std::move(name));
-  });
-  // What came between the watch and the reading is told again by an event, and changes nothing
-  // twice.
-  drainEvents();
-  const auto still = folders_.find(watch);
-  return still == folders_.end() ? nullptr : &still->second;
+  FolderReader reader(fd.get());
+  while (const dirent64* entry = reader.next())
+    index.names[upper(entry->d_name)].emplace_back(entry->d_name);
+  if (reader.error() != 0 && index.watch >= 0) ::inotify_rm_watch(changes_.get(), index.watch);
+  return reader.error();
 }
 
-void FolderIndex::forget(int watch) {
-  const auto known = folders_.find(watch);
-  if (known == folders_.end()) return;
-  used_.erase(known->second.use);
-  folders_.erase(known);
-}
-
-void FolderIndex::drainEvents() {
+void FolderIndexes::applyChanges() {
+  if (!changes_.valid()) return;
   alignas(inotify_event) std::array<char, 16384> buffer;
   for (;;) {
-    const ssize_t length =
-        retried([&] { return ::read(inotify_.get(), buffer.data(), buffer.size()); });
-    if (length <= 0) return;
-    for (std::size_t at = 0; at < static_cast<std::size_t>(length);) {
+    const auto got = retried([&] { return ::read(changes_.get(), buffer.data(), buffer.size()); });
+    if (got == -1 && errno == EAGAIN) return;
+    if (got <= 0) {
+      // Without reports nothing that is kept can be trusted, now or later.
+      forgetAll();
+      changes_.close();
+      return;
+    }
+    for (std::size_t at = 0; at < static_cast<std::size_t>(got);) {
       const auto* event = reinterpret_cast<const inotify_event*>(buffer.data() + at);
       at += sizeof(inotify_event) + event->len;
       if ((event->mask & IN_Q_OVERFLOW) != 0) {
-        // The watches stay: the folder that is asked for just now needs its own.
-        folders_.clear();
-        used_.clear();
+        forgetAll();
         continue;
       }
-      const auto known = folders_.find(event->wd);
-      if (known == folders_.end()) continue;
-      if ((event->mask & (IN_IGNORED | IN_UNMOUNT)) != 0) {
-        forget(event->wd);
+      const auto watched = byWatch_.find(event->wd);
+      if (watched == byWatch_.end()) continue;
+      if ((event->mask & (IN_DELETE_SELF | IN_IGNORED | IN_UNMOUNT)) != 0) {
+        forget(watched->second);
         continue;
       }
-      if (event->len == 0) continue;
-      std::string name(event->name);
-      auto& spellings = known->second.names[upper(name)];
-      const auto at_ = std::ranges::find(spellings, name);
-      if ((event->mask & (IN_CREATE | IN_MOVED_TO)) != 0) {
-        if (at_ == spellings.end()) spellings.push_back(std::move(name));
-      } else if ((event->mask & (IN_DELETE | IN_MOVED_FROM)) != 0) {
-        if (at_ != spellings.end()) spellings.erase(at_);
-        if (spellings.empty()) known->second.names.erase(upper(event->name));
-      }
+      Names& names = watched->second->names;
+      const std::string name = event->name;
+      std::vector<std::string>& spellings = names[upper(name)];
+      std::erase(spellings, name);
+      if ((event->mask & (IN_CREATE | IN_MOVED_TO)) != 0) spellings.push_back(name);
+      if (spellings.empty()) names.erase(upper(name));
     }
   }
+}
+
+void FolderIndexes::forget(Place index) {
+  if (changes_.valid()) ::inotify_rm_watch(changes_.get(), index->watch);
+  byFolder_.erase(index->folder);
+  byWatch_.erase(index->watch);
+  indexes_.erase(index);
+}
+
+void FolderIndexes::forgetAll() {
+  while (!indexes_.empty()) forget(indexes_.begin());
 }
 
 }  // namespace skv

@@ -1,47 +1,54 @@
-// The names in a folder, found without regard to case.
+// Which names stand in a folder, asked without regard to case.
 //
-// The kernel reports every change of an indexed folder before the next question is answered, so an
-// answer is never stale, whoever changes the folder. Where the kernel cannot promise that (network
-// disks, no watch left) the folder is read for each question.
+// A folder is read once and then kept current by the system's own reports of change, so that many
+// questions about one folder cost one reading. Where the system cannot report every change (a disk
+// of the network, no reports left to have) each question reads the folder.
 #pragma once
 
-#include <cstdint>
+#include <sys/stat.h>
+
 #include <list>
+#include <map>
 #include <mutex>
-#include <optional>
 #include <string>
+#include <string_view>
 #include <unordered_map>
 #include <vector>
 
-#include "platform/os_error.h"
+#include "base/outcome.h"
+#include "platform/native_calls.h"
 
 namespace skv {
 
-class FolderIndex {
+// May be asked from several threads.
+class FolderIndexes {
  public:
-  FolderIndex();
-  FolderIndex(const FolderIndex&) = delete;
-  FolderIndex& operator=(const FolderIndex&) = delete;
+  FolderIndexes();
 
-  // The name on disk that is `name` in other letters; of several the first by its bytes. None when
-  // there is none, or no such folder. May be called from several threads.
-  std::optional<std::string> find(const std::string& nativeFolder, const std::string& name);
+  // How `name` is spelled in the folder at the native path: as given where that stands there, else
+  // the first of those that differ in case alone, "" when there is none.
+  Result<std::string> spelling(const std::string& folder, std::string_view name);
 
  private:
-  using Spellings = std::unordered_map<std::string, std::vector<std::string>>;  // by upper case
-  struct Folder {
-    Spellings names;
-    std::list<int>::iterator use;
+  using Names = std::unordered_map<std::string, std::vector<std::string>>;  // by upper case
+  using Identity = std::pair<dev_t, ino_t>;
+  struct Index {
+    Identity folder;
+    int watch = -1;
+    Names names;
   };
+  using Place = std::list<Index>::iterator;
 
-  void drainEvents();
-  Folder* watched(const std::string& nativeFolder);
-  void forget(int watch);
+  int scan(const std::string& folder, Index& index);
+  void applyChanges();
+  void forget(Place index);
+  void forgetAll();
 
   std::mutex mutex_;
-  Descriptor inotify_;
-  std::unordered_map<int, Folder> folders_;  // by watch
-  std::list<int> used_;                      // watches, the one used last in front
+  Descriptor changes_;
+  std::list<Index> indexes_;  // the last used first
+  std::map<Identity, Place> byFolder_;
+  std::unordered_map<int, Place> byWatch_;
 };
 
 }  // namespace skv

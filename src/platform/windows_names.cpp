@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <array>
+#include <cctype>
+#include <utility>
 
 #include "base/text.h"
 
@@ -11,58 +13,66 @@ namespace {
 
 bool isSeparator(char c) { return c == '\\' || c == '/'; }
 
-bool isLetter(char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z'); }
-
-// Devices keep their name whatever extension follows it.
-bool isDevice(std::string_view name) {
-  std::string stem = upper(name.substr(0, name.find('.')));
-  stem.erase(stem.find_last_not_of(' ') + 1);
-  constexpr std::array plain{"CON", "PRN", "AUX", "NUL", "CONIN$", "CONOUT$"};
-  if (std::ranges::find(plain, stem) != plain.end()) return true;
-  return stem.size() == 4 && (stem.starts_with("COM") || stem.starts_with("LPT")) &&
-         stem[3] >= '1' && stem[3] <= '9';
+bool isRefusedCharacter(char c) {
+  const auto code = static_cast<unsigned char>(c);
+  return code < 0x20 || std::string_view("<>:\"|?*").find(c) != std::string_view::npos;
 }
 
-std::string_view withoutTrailingDots(std::string_view element) {
-  const auto last = element.find_last_not_of(". ");
-  return last == std::string_view::npos ? std::string_view() : element.substr(0, last + 1);
+// A device stands behind its name in every folder, whatever extension follows.
+bool isDeviceName(std::string_view name) {
+  std::string_view base = name.substr(0, name.find('.'));
+  while (base.ends_with(' ')) base.remove_suffix(1);
+  if (base.size() < 3 || base.size() > 7) return false;
+  const std::string device = lowerAscii(base);
+  static constexpr std::array<std::string_view, 6> fixed = {"con", "prn",    "aux",
+                                                            "nul", "conin$", "conout$"};
+  if (std::ranges::find(fixed, device) != fixed.end()) return true;
+  if (!device.starts_with("com") && !device.starts_with("lpt")) return false;
+  static constexpr std::array<std::string_view, 12> numbers = {
+      "1", "2", "3", "4", "5", "6", "7", "8", "9", "\u00b9", "\u00b2", "\u00b3"};
+  return std::ranges::find(numbers, std::string_view(device).substr(3)) != numbers.end();
+}
+
+std::string_view withoutTail(std::string_view element, std::string_view dropped) {
+  const auto last = element.find_last_not_of(dropped);
+  return element.substr(0, last == std::string_view::npos ? 0 : last + 1);
 }
 
 }  // namespace
 
-bool isWindowsName(std::string_view name) {
-  if (name.empty()) return false;
-  for (const char c : name)
-    if (static_cast<unsigned char>(c) < 0x20 ||
-        std::string_view("<>:\"|?*\\/").find(c) != std::string_view::npos)
-      return false;
-  return !isDevice(name);
+std::string DrivePath::text() const {
+  std::string result{static_cast<char>(std::toupper(static_cast<unsigned char>(drive))), ':'};
+  for (const std::string& element : elements) result.append("\\").append(element);
+  if (elements.empty()) result += '\\';
+  return result;
 }
 
-Result<WindowsPath> parseWindowsPath(std::string_view path, const WindowsPath& current) {
+Result<DrivePath> parseWindowsPath(std::string_view path, const DrivePath& current) {
   if (path.empty()) return Outcome::failure(err::fileNotFound);
   if (path.size() >= 2 && isSeparator(path[0]) && isSeparator(path[1]))
     return Outcome::failure(err::pathNotFound, path);
 
-  WindowsPath result{current.drive, {}};
+  DrivePath result;
+  result.drive = current.drive;
   std::string_view rest = path;
-  if (path.size() >= 2 && path[1] == ':') {
-    if (!isLetter(path[0])) return Outcome::failure(err::badFileName, path);
-    result.drive = lowerAscii(path.substr(0, 1))[0];
+  if (rest.size() >= 2 && rest[1] == ':') {
+    const std::string letter = lowerAscii(rest.substr(0, 1));
+    if (letter[0] < 'a' || letter[0] > 'z') return Outcome::failure(err::badFileName, path);
+    result.drive = letter[0];
     rest.remove_prefix(2);
-  } else if (!isSeparator(path[0])) {
-    result.elements = current.elements;
   }
+  const bool fromRoot = !rest.empty() && isSeparator(rest[0]);
+  if (!fromRoot && result.drive == current.drive) result.elements = current.elements;
 
   while (!rest.empty()) {
-    const auto end = std::ranges::find_if(rest, isSeparator);
-    const std::string_view element(rest.begin(), end);
+    const auto* const end = std::ranges::find_if(rest, isSeparator);
+    const std::string_view element = rest.substr(0, static_cast<std::size_t>(end - rest.begin()));
     rest.remove_prefix(std::min(rest.size(), element.size() + 1));
-    if (element == "..") {
+    if (withoutTail(element, " ") == "..") {
       if (!result.elements.empty()) result.elements.pop_back();
       continue;
     }
-    const std::string_view name = withoutTrailingDots(element);
+    const std::string_view name = withoutTail(element, ". ");
     if (name.empty()) continue;
     if (!isWindowsName(name)) return Outcome::failure(err::badFileName, path);
     result.elements.emplace_back(name);
@@ -70,10 +80,25 @@ Result<WindowsPath> parseWindowsPath(std::string_view path, const WindowsPath& c
   return result;
 }
 
-std::string folderText(const WindowsPath& path) {
-  std::string text = upper(std::string_view(&path.drive, 1)) + ":\\";
-  for (const std::string& element : path.elements) text += element + "\\";
-  return text;
+bool isWindowsName(std::string_view name) {
+  return !name.empty() && !name.ends_with('.') && !name.ends_with(' ') &&
+         std::ranges::none_of(name,
+                              [](char c) { return isSeparator(c) || isRefusedCharacter(c); }) &&
+         !isDeviceName(name);
+}
+
+bool ntfsLess(std::string_view upperA, std::string_view upperB) {
+  const auto [a, b] = std::ranges::mismatch(upperA, upperB);
+  if (b == upperB.end()) return false;
+  if (a == upperA.end()) return true;
+  // UTF-8 sorts by character, UTF-16 likewise but for the characters above U+FFFF, whose units
+  // come before U+E000.
+  constexpr unsigned char startOfE000 = 0xEE, startOf10000 = 0xF0;
+  const auto unitA = static_cast<unsigned char>(*a), unitB = static_cast<unsigned char>(*b);
+  if (unitA >= startOfE000 && unitB >= startOfE000 &&
+      (unitA >= startOf10000) != (unitB >= startOf10000))
+    return unitA > unitB;
+  return unitA < unitB;
 }
 
 }  // namespace skv

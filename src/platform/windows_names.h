@@ -1,4 +1,4 @@
-// Windows paths taken apart by Windows' rules, before anything reaches the disk.
+// Windows paths taken apart, and what Windows lets a name be.
 #pragma once
 
 #include <string>
@@ -9,21 +9,24 @@
 
 namespace skv {
 
-struct WindowsPath {
-  char drive = 'c';                   // lower case
-  std::vector<std::string> elements;  // from the drive's root; empty for the root itself
+// "C:\FS2002\aircraft" is {'c', {"FS2002", "aircraft"}}; a root has no elements.
+struct DrivePath {
+  char drive = 'c';  // lower case
+  std::vector<std::string> elements;
+
+  // With the drive in upper case; no trailing backslash, but for a root.
+  std::string text() const;
 };
 
-// Whether Windows takes `name` as the name of a file or folder: no reserved character, no control
-// character, no device.
+// Resolves "." and "..", never climbing above the drive, and drops what Windows drops. `current` is
+// what a path without drive or root starts from. Fails with fileNotFound on an empty path, with
+// badFileName on a name that Windows refuses, with pathNotFound on a network path.
+Result<DrivePath> parseWindowsPath(std::string_view path, const DrivePath& current);
+
+// Whether Windows lets a file have exactly this name. One that it refuses no path can lead to.
 bool isWindowsName(std::string_view name);
 
-// Takes a path apart. Both kinds of slash separate; "." and ".." resolve and never climb above the
-// drive; trailing dots and blanks of an element are dropped. `current` is where a relative path
-// starts. Fails with badFileName for what Windows refuses and with pathNotFound for a network path.
-Result<WindowsPath> parseWindowsPath(std::string_view path, const WindowsPath& current);
-
-// "C:\a\b\", always with a trailing backslash.
-std::string folderText(const WindowsPath& path);
+// NTFS's order of two names in upper case: by their UTF-16 units.
+bool ntfsLess(std::string_view upperA, std::string_view upperB);
 
 }  // namespace skv

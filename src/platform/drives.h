@@ -1,0 +1,30 @@
+// The drives: a folder of links in Wine's own form, "c:" to a folder, "z:" to "/".
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace skv {
+
+// The folder of drive links of this user: $SKYVAULT_DRIVES, $WINEPREFIX/dosdevices,
+// ~/.wine/dosdevices, else one of our own below $XDG_DATA_HOME/FSSkyvault/, made on first use with
+// an empty drive C: and Z: as the whole machine. One that cannot be made has no drives.
+std::string findDrivesFolder();
+
+class Drives {
+ public:
+  explicit Drives(std::string folder) : folder_(std::move(folder)) {}
+
+  // Native path of a drive's root, with trailing slash; whether or not there is such a drive.
+  std::string root(char drive) const { return folder_ + "/" + drive + ":/"; }
+  // The same with all links resolved; "" when there is no such drive.
+  std::string realRoot(char drive) const;
+  // The Windows path of a native one, by the drive that reaches it with the fewest elements, the
+  // first of equals; "" when no drive reaches it.
+  std::string windowsPath(std::string_view native) const;
+
+ private:
+  std::string folder_;
+};
+
+}  // namespace skv

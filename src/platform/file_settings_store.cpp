@@ -1,0 +1,134 @@
+#include "platform/file_settings_store.h"
+
+#include "base/text.h"
+#include "platform/file_writer.h"
+#include "platform/native_calls.h"
+#include "platform/user_folders.h"
+
+namespace skv {
+
+namespace {
+
+constexpr std::string_view hexDigits = "0123456789ABCDEF";
+
+// Whether a character must be written as %XX: what ends a line, a name or the escape itself, and
+// blanks at either end, which an editor may drop.
+bool isEscaped(std::string_view text, std::size_t at) {
+  const auto c = static_cast<unsigned char>(text[at]);
+  if (c < 0x20 || c == 0x7F || c == '%') return true;
+  if (c == ' ' || c == ';') return at == 0 || at + 1 == text.size();
+  return false;
+}
+
+std::string escaped(std::string_view text, std::string_view also = {}) {
+  std::string result;
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    if (!isEscaped(text, i) && also.find(text[i]) == std::string_view::npos) {
+      result += text[i];
+      continue;
+    }
+    const auto c = static_cast<unsigned char>(text[i]);
+    result += '%';
+    result += hexDigits[c >> 4U];
+    result += hexDigits[c & 15U];
+  }
+  return result;
+}
+
+std::string unescaped(std::string_view text) {
+  std::string result;
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    const auto digit = [&](std::size_t at) {
+      return at < text.size() ? hexDigits.find(upper(text.substr(at, 1))) : std::string_view::npos;
+    };
+    const std::size_t high = digit(i + 1), low = digit(i + 2);
+    if (text[i] != '%' || high >= hexDigits.size() || low >= hexDigits.size()) {
+      result += text[i];
+      continue;
+    }
+    result += static_cast<char>(high << 4U | low);
+    i += 2;
+  }
+  return result;
+}
+
+// The whole file; fileNotFound when there is none.
+Result<std::string> contentOf(const std::string& file) {
+  const Descriptor opened = openFile(file, O_RDONLY | O_NONBLOCK);
+  if (!opened.valid()) return systemFailure(errno, file);
+  std::string bytes;
+  const int error = readAll(opened.get(), bytes);
+  if (error != 0) return systemFailure(error, file);
+  return bytes;
+}
+
+}  // namespace
+
+FileSettingsStore::FileSettingsStore(std::string file) : file_(std::move(file)) { load(); }
+
+std::string FileSettingsStore::defaultFile() { return configFolder() + "/settings.ini"; }
+
+void FileSettingsStore::load() {
+  const auto bytes = contentOf(file_);
+  if (bytes.ok())
+    parse(bytes.value());
+  else if (bytes.outcome().number() != err::fileNotFound)
+    loaded_ = bytes.outcome();
+}
+
+void FileSettingsStore::parse(const std::string& bytes) {
+  Section* section = nullptr;
+  for (std::string_view line : split(bytes, '\n')) {
+    if (line.ends_with('\r')) line.remove_suffix(1);
+    if (line.starts_with('[') && line.ends_with(']')) {
+      const std::string name = unescaped(line.substr(1, line.size() - 2));
+      section = &sections_[upper(name)];
+      section->name = name;
+      continue;
+    }
+    const auto equals = line.find('=');
+    if (section == nullptr || equals == std::string_view::npos || line.starts_with(';')) continue;
+    const std::string key = unescaped(line.substr(0, equals));
+    section->entries[upper(key)] = {key, unescaped(line.substr(equals + 1))};
+  }
+}
+
+std::string FileSettingsStore::read(std::string_view section, std::string_view key,
+                                    std::string_view fallback) const {
+  const auto inSection = sections_.find(upper(section));
+  if (inSection == sections_.end()) return std::string(fallback);
+  const auto& entries = inSection->second.entries;
+  const auto entry = entries.find(upper(key));
+  return entry == entries.end() ? std::string(fallback) : entry->second.value;
+}
+
+Outcome FileSettingsStore::write(std::string_view section, std::string_view key,
+                                 std::string_view value) {
+  Section& inSection = sections_[upper(section)];
+  if (inSection.name.empty()) inSection.name = section;
+  const auto [entry, isNew] =
+      inSection.entries.try_emplace(upper(key), Entry{std::string(key), {}});
+  if (!isNew && entry->second.value == value) return {};
+  entry->second.value = value;
+  return loaded_.ok() ? save() : loaded_;
+}
+
+Outcome FileSettingsStore::save() const {
+  std::string bytes;
+  for (const auto& [upperName, section] : sections_) {
+    bytes += "[" + escaped(section.name, "[]") + "]\n";
+    for (const auto& [upperKey, entry] : section.entries)
+      bytes += escaped(entry.key, "=[") + "=" + escaped(entry.value) + "\n";
+  }
+  const std::string folder = file_.substr(0, file_.rfind('/'));
+  if (!makePrivateFolder(folder)) return Outcome::failure(err::pathFileAccess, folder);
+  PendingFile file(folder);
+  int error = file.ok() ? writeAll(file.fd(), bytes) : errno;
+  if (error == 0) error = errorOf([&] { return ::fchmod(file.fd(), S_IRUSR | S_IWUSR); });
+  if (error == 0) error = file.flush();
+  if (error == 0) error = file.publish(file_.substr(folder.size() + 1), true);
+  if (error == 0) error = file.flushFolder();
+  return error == 0 ? Outcome() : systemFailure(error, file_);
+}
+
+}  // namespace skv

@@ -1,0 +1,46 @@
+// The settings in one text file, readable by its user alone:
+//
+//   [General]
+//   HangarDir=C:\Hangar
+//
+// Sections and keys match without regard to case. What would break a line is written as %XX.
+#pragma once
+
+#include <map>
+#include <string>
+
+#include "platform/platform.h"
+
+namespace skv {
+
+class FileSettingsStore : public SettingsStore {
+ public:
+  // `file`: native path. Reads it; a missing file is an empty store, and a line that is no setting
+  // is passed over.
+  explicit FileSettingsStore(std::string file);
+  // Below the user's configuration folder.
+  static std::string defaultFile();
+
+  std::string read(std::string_view section, std::string_view key,
+                   std::string_view fallback) const override;
+  // Replaces the file in one step. A file that exists and could not be read is never replaced.
+  Outcome write(std::string_view section, std::string_view key, std::string_view value) override;
+
+ private:
+  struct Entry {
+    std::string key, value;
+  };
+  struct Section {
+    std::string name;
+    std::map<std::string, Entry> entries;  // by upper-cased key
+  };
+  void load();
+  void parse(const std::string& bytes);
+  Outcome save() const;
+
+  const std::string file_;
+  std::map<std::string, Section> sections_;  // by upper-cased name
+  Outcome loaded_;
+};
+
+}  // namespace skv
