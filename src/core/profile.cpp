@@ -66,7 +66,8 @@ struct Profile::Content {
     std::unordered_map<std::string, std::size_t> keys;  // upper-cased name to its first line
 
     void index(std::size_t line, const CodePage& codePage) {
-      keys.try_emplace(upper(codePage.decode(parseKeyLine(lines[line]).name)), line);
+      const std::string_view key = parseKeyLine(lines[line]).name;
+      if (!key.empty()) keys.try_emplace(upper(codePage.decode(key)), line);
     }
   };
 
@@ -179,7 +180,6 @@ void Profile::write(std::string_view section, std::string_view key, std::string_
   found->lines.insert(found->lines.begin() + static_cast<std::ptrdiff_t>(place),
                       codePage.encode(name) + "=" + stored + std::string(ending));
   // Only blank lines have moved, and they have no name to be found by.
-  found->keys.erase("");
   found->index(place, codePage);
 }
 
