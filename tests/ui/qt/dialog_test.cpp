@@ -1,0 +1,160 @@
+// Boxes and dialogs, driven as a user drives them while the program waits for an answer.
+#include <QAbstractButton>
+#include <QDialog>
+#include <QLineEdit>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QTimer>
+#include <QTreeWidget>
+
+#include "core/long_operation.h"
+#include "ui/dir_select.h"
+#include "ui/qt/window_fixture.h"
+#include "ui/settings.h"
+
+namespace skv::test {
+namespace {
+
+// The box that has the floor.
+QDialog* activeBox() { return qobject_cast<QDialog*>(QApplication::activeModalWidget()); }
+
+// Does `act` with the next box that comes up.
+void withBox(std::function<void(QDialog&)> act) {
+  QTimer::singleShot(0, qApp, [act = std::move(act)] {
+    if (auto* box = activeBox())
+      act(*box);
+    else
+      withBox(act);
+  });
+}
+
+TEST_F(WindowTest, ABoxShowsItsTextAsItIsAndAnswers) {
+  showMain();
+  struct Case {
+    ui::BoxButtons buttons;
+    QMessageBox::StandardButton press;  // none: the Escape key
+    ui::Answer answer;
+  };
+  for (const Case& c : {Case{ui::BoxButtons::yesNo, QMessageBox::NoButton, ui::Answer::no},
+                        Case{ui::BoxButtons::yesNo, QMessageBox::Yes, ui::Answer::yes},
+                        Case{ui::BoxButtons::yesNo, QMessageBox::No, ui::Answer::no},
+                        Case{ui::BoxButtons::ok, QMessageBox::NoButton, ui::Answer::ok},
+                        Case{ui::BoxButtons::ok, QMessageBox::Ok, ui::Answer::ok}}) {
+    QString text, title;
+    withBox([&](QDialog& box) {
+      auto& message = dynamic_cast<QMessageBox&>(box);
+      text = message.textFormat() == Qt::PlainText ? message.text() : QString();
+      title = box.windowTitle();
+      if (c.press == QMessageBox::NoButton)
+        QTest::keyClick(&box, Qt::Key_Escape);
+      else
+        QTest::mouseClick(message.button(c.press), Qt::LeftButton);
+    });
+    const auto answer = windows.messageBox(
+        {"Delete <b>this</b> & that?\r\nSecond line", ui::BoxIcon::warning, c.buttons, "Reset"});
+    EXPECT_EQ(answer, c.answer) << c.press;
+    EXPECT_EQ(text, "Delete <b>this</b> & that?\nSecond line");
+    EXPECT_EQ(title, "Reset");
+  }
+}
+
+TEST_F(WindowTest, ABoxOverADisabledWindowTakesInputWithANormalPointer) {
+  showMain();
+  LongOperation busy(app);
+  Qt::CursorShape pointer = Qt::WaitCursor;
+  withBox([&](QDialog& box) {
+    const QCursor* cursor = QGuiApplication::overrideCursor();
+    pointer = cursor ? cursor->shape() : Qt::ArrowCursor;
+    const auto buttons = box.findChildren<QPushButton*>();
+    ASSERT_EQ(buttons.size(), 1);
+    QTest::mouseClick(buttons.front(), Qt::LeftButton);
+  });
+  windows.messageBox({"Done"});
+  EXPECT_EQ(pointer, Qt::ArrowCursor);
+  ASSERT_NE(QGuiApplication::overrideCursor(), nullptr);
+  EXPECT_EQ(QGuiApplication::overrideCursor()->shape(), Qt::WaitCursor);
+}
+
+TEST_F(WindowTest, AnInputBoxGivesTheTextOrNothing) {
+  showMain();
+  withBox([](QDialog& box) {
+    auto* edit = box.findChild<QLineEdit*>();
+    ASSERT_NE(edit, nullptr);
+    EXPECT_EQ(edit->text(), "New Folder");
+    QTest::keyClicks(edit, "Panels");  // over the selected text
+    QTest::keyClick(edit, Qt::Key_Return);
+  });
+  EXPECT_EQ(windows.inputBox("New folder name:", "FS Skyvault", "New Folder"), "Panels");
+  withBox([](QDialog& box) { QTest::keyClick(&box, Qt::Key_Escape); });
+  EXPECT_EQ(windows.inputBox("New folder name:", "FS Skyvault", "New Folder"), "");
+}
+
+TEST_F(WindowTest, SettingsAreOpenedByKeyFilledAndAccepted) {
+  showMain();
+  QTimer::singleShot(0, qApp, [] {
+    auto* field = find<QLineEdit>("txtSceneryLib");
+    ASSERT_NE(field, nullptr);
+    EXPECT_EQ(find<QLineEdit>("txtPOPPassword")->echoMode(), QLineEdit::Password);
+    EXPECT_EQ(find<QLineEdit>("txtFSRoot")->text(), "C:\\FS\\");
+    QTest::keyClicks(field, "C:\\SLib\\");
+    click("tabSettings", 1);
+    EXPECT_TRUE(find<QWidget>("frameEmail")->isVisible());
+    QTest::keyClicks(find<QLineEdit>("txtPOPHost"), "mail.example");
+    click("btnOK");
+  });
+  QTest::keyClick(mainWindow(), Qt::Key_F2);
+  settle();
+  EXPECT_FALSE(app.frmSettings.visible);
+  EXPECT_EQ(find<QWidget>("frmSettings"), nullptr);
+  EXPECT_EQ(settings.values["General/SceneryLib"], "C:\\SLib\\");
+  EXPECT_EQ(settings.values["Mail/POPHost"], "mail.example");
+  // A second opening is a new window with the stored values.
+  QTimer::singleShot(0, qApp, [] {
+    EXPECT_EQ(find<QLineEdit>("txtPOPHost")->text(), "mail.example");
+    find<QWidget>("frmSettings")->close();
+  });
+  click("mnuFileSettings");
+  EXPECT_FALSE(app.frmSettings.visible);
+}
+
+TEST_F(WindowTest, AFolderIsPickedInTheTree) {
+  showMain();
+  QTimer::singleShot(0, qApp, [] {
+    auto* tree = find<QTreeWidget>("Dir1");
+    ASSERT_NE(tree, nullptr);
+    settle();
+    ASSERT_NE(tree->currentItem(), nullptr);
+    EXPECT_EQ(tree->currentItem()->text(0), "FS");
+    QTreeWidgetItem* root = tree->currentItem()->parent();
+    ASSERT_NE(root, nullptr);
+    QStringList names;
+    for (int i = 0; i < root->childCount(); ++i) names << root->child(i)->text(0);
+    EXPECT_EQ(names, (QStringList{"FS", "Hangar", "Packs", "Temp"}));
+    QTest::mouseClick(tree->viewport(), Qt::LeftButton, {},
+                      tree->visualItemRect(root->child(2)).center());
+    settle();
+    EXPECT_EQ(find<QLineEdit>("txtDir")->text(), "C:\\Packs\\");
+    click("btnOK");
+  });
+  EXPECT_EQ(pickFolder(app, app.frmMain, "C:\\FS\\"), FolderPick::chosen);
+  EXPECT_EQ(app.frmDirSelect.txtDir.text.get(), "C:\\Packs\\");
+  windows.unload(app.frmDirSelect);
+
+  QTimer::singleShot(0, qApp,
+                     [] { QTest::keyClick(find<QWidget>("frmDirSelect"), Qt::Key_Escape); });
+  EXPECT_EQ(pickFolder(app, app.frmMain, "C:\\FS\\"), FolderPick::cancelled);
+}
+
+TEST_F(WindowTest, ClosingTheMainWindowEndsAWaitForADialog) {
+  showMain();
+  QWidget* main = mainWindow();
+  QTimer::singleShot(0, qApp, [main] { main->close(); });
+  click("mnuFileSettings");
+  EXPECT_TRUE(app.ending);
+  EXPECT_FALSE(main->isVisible());
+  EXPECT_EQ(settings.values["Window/MainState"], "0");
+  EXPECT_EQ(settings.values["Window/MainWidth"], std::to_string(app.frmMain.width));
+}
+
+}  // namespace
+}  // namespace skv::test

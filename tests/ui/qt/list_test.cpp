@@ -1,0 +1,180 @@
+// The lists as a user meets them: rows, clicks, renaming, headers, check marks.
+#include <QAbstractItemModel>
+#include <QHeaderView>
+#include <QLineEdit>
+#include <QSignalSpy>
+
+#include "ui/qt/window_fixture.h"
+
+namespace skv::test {
+namespace {
+
+class ListTest : public WindowTest {
+ protected:
+  ListTest() {
+    showMain();
+    fillAircraft(5);
+    view = find<QTreeView>("lstAircraft");
+    // The test listens in the program's place.
+    list.itemClick = [this] { heard.push_back("itemClick " + std::to_string(list.selected())); };
+    list.click = [this] { heard.push_back("click " + std::to_string(list.selected())); };
+  }
+
+  void clickRow(int row) { WindowTest::clickRow(*view, row); }
+  QLineEdit* editor() const { return view->findChild<QLineEdit*>(); }
+
+  ui::ListView& list = app.frmMain.lstAircraft;
+  QTreeView* view = nullptr;
+  std::vector<std::string> heard;
+};
+
+using Heard = std::vector<std::string>;
+
+TEST_F(ListTest, AnotherRowRaisesItemClickOnceAndTheSameRowClick) {
+  clickRow(3);
+  EXPECT_EQ(heard, (Heard{"itemClick 3"}));
+  clickRow(3);
+  EXPECT_EQ(heard, (Heard{"itemClick 3", "click 3"}));
+  heard.clear();
+  QTest::keyClick(view, Qt::Key_Down);
+  settle();
+  EXPECT_EQ(heard, (Heard{"itemClick 4"}));
+  // Below the rows nothing changes.
+  heard.clear();
+  QTest::mouseClick(view->viewport(), Qt::LeftButton, {}, view->viewport()->rect().bottomLeft());
+  settle();
+  EXPECT_EQ(heard, Heard{});
+  EXPECT_EQ(list.selected(), 4);
+}
+
+TEST_F(ListTest, AListWithoutItemClickRaisesClickForAnotherRow) {
+  list.itemClick = nullptr;
+  clickRow(2);
+  EXPECT_EQ(heard, (Heard{"click 2"}));
+}
+
+TEST_F(ListTest, WhatTheProgramDoesIsShownAndRaisesNothing) {
+  list.select(4);
+  list.add("Late arrival", {"C:\\FS\\aircraft\\late\\"});
+  list.remove(1);
+  settle();
+  EXPECT_EQ(view->model()->rowCount(), 5);
+  EXPECT_EQ(view->currentIndex().row(), 2);
+  EXPECT_EQ(view->model()->index(4, 0).data().toString(), "Late arrival");
+  list.clear();
+  settle();
+  EXPECT_FALSE(view->currentIndex().isValid());
+  EXPECT_EQ(heard, Heard{});
+}
+
+TEST_F(ListTest, ARowIsRenamedInPlaceByEnterAndLeftByEscape) {
+  std::vector<std::string> names;
+  list.afterLabelEdit = [&](bool& cancel, const std::string& name) {
+    names.push_back(std::to_string(list.selected()) + " " + name);
+    cancel = false;
+    list.setText(list.selected(), name);
+  };
+  doubleClickName(*view, 2);
+  ASSERT_NE(editor(), nullptr);
+  EXPECT_EQ(editor()->text(), "Aircraft 2");
+  editor()->selectAll();
+  QTest::keyClicks(editor(), "Spirit");
+  QTest::keyClick(editor(), Qt::Key_Return);
+  settle();
+  EXPECT_EQ(names, (Heard{"2 Spirit"}));
+  EXPECT_EQ(view->model()->index(1, 0).data().toString(), "Spirit");
+
+  doubleClickName(*view, 3);
+  ASSERT_NE(editor(), nullptr);
+  QTest::keyClicks(editor(), "Lost");
+  QTest::keyClick(editor(), Qt::Key_Escape);
+  settle();
+  EXPECT_EQ(names.size(), 1U);
+  EXPECT_EQ(list.text(3), "Aircraft 3");
+}
+
+TEST_F(ListTest, AHeaderClickSortsAndTheHeaderSaysSo) {
+  EXPECT_FALSE(view->header()->isSortIndicatorShown());
+  const auto clickHeader = [this](int section) {
+    const QHeaderView& header = *view->header();
+    QTest::mouseClick(header.viewport(), Qt::LeftButton, {},
+                      {header.sectionViewportPosition(section) + 12, header.height() / 2});
+    settle();
+  };
+  clickHeader(1);
+  EXPECT_EQ(list.sortKey(), 1);
+  EXPECT_TRUE(view->header()->isSortIndicatorShown());
+  EXPECT_EQ(view->header()->sortIndicatorSection(), 1);
+  EXPECT_EQ(view->header()->sortIndicatorOrder(), Qt::AscendingOrder);
+  clickHeader(0);
+  EXPECT_EQ(view->header()->sortIndicatorSection(), 0);
+  EXPECT_EQ(view->header()->sortIndicatorOrder(), Qt::DescendingOrder);
+  EXPECT_EQ(view->model()->index(0, 0).data().toString(), "Aircraft 5");
+}
+
+TEST_F(ListTest, PlacesAreTold) {
+  list.setSmallIcon(1, 1 + 1 + 4);
+  list.setSmallIcon(2, 1);
+  settle();
+  const QString told = view->model()->index(0, 0).data(Qt::AccessibleTextRole).toString();
+  EXPECT_TRUE(told.contains("in FS2002") && told.contains("in Hangar")) << told.toStdString();
+  EXPECT_FALSE(told.contains("Package")) << told.toStdString();
+  EXPECT_EQ(view->model()->index(1, 0).data(Qt::AccessibleTextRole).toString(), "Aircraft 2");
+}
+
+TEST_F(ListTest, AHandlerMayTakeRowsAwayWhileItYields) {
+  list.itemClick = [this] {
+    windows.yield();
+    while (list.count() > 1) list.remove(1);
+    windows.yieldUntil([this] { return view->model()->rowCount() == 1; });
+    heard.emplace_back("through");
+  };
+  clickRow(5);
+  settle();
+  EXPECT_EQ(heard, (Heard{"through"}));
+  // A row that is gone before the view knows shows nothing.
+  const QModelIndex last = view->model()->index(0, 0);
+  list.clear();
+  EXPECT_EQ(last.data(), QVariant());
+}
+
+TEST_F(ListTest, ThirtyThousandRowsComeInOneRefreshAndScroll) {
+  list.clear();
+  settle();
+  QSignalSpy inserted(view->model(), &QAbstractItemModel::rowsInserted);
+  QSignalSpy reset(view->model(), &QAbstractItemModel::modelReset);
+  fillAircraft(30'000);
+  list.ensureVisible(30'000);
+  settle();
+  EXPECT_EQ(inserted.count() + reset.count(), 1);
+  EXPECT_EQ(view->model()->rowCount(), 30'000);
+  const QModelIndex last = view->model()->index(29'999, 0);
+  EXPECT_TRUE(view->viewport()->rect().intersects(view->visualRect(last)));
+  EXPECT_EQ(last.data().toString(), "Aircraft 30000");
+}
+
+TEST_F(WindowTest, ASceneryIsTickedInItsList) {
+  showMain();
+  click("mnuViewFSScenery");
+  auto& list = app.frmMain.lstScenery;
+  list.clear();
+  list.add("Alps", {"C:\\FS\\Addon\\Alps"});
+  list.add("Default", {"C:\\FS\\Scenery"});
+  list.setColour(2, 255);
+  std::vector<int> ticked;
+  list.itemCheck = [&](int row) { ticked.push_back(list.checked(row) ? row : -row); };
+  settle();
+  auto* view = find<QTreeView>("lstScenery");
+  for (int column = 2; column < 9; ++column) EXPECT_TRUE(view->isColumnHidden(column)) << column;
+  const QRect place = view->visualRect(view->model()->index(0, 0));
+  for (int times = 0; times < 2; ++times) {
+    QTest::mouseClick(view->viewport(), Qt::LeftButton, {},
+                      {place.left() + 12, place.center().y()});
+    settle();
+  }
+  EXPECT_EQ(ticked, (std::vector<int>{1, -1}));
+  EXPECT_FALSE(list.checked(1));
+}
+
+}  // namespace
+}  // namespace skv::test

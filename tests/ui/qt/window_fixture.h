@@ -1,0 +1,60 @@
+// The program with its real windows, offscreen, over a temporary drive C: that holds a simulator at
+// C:\FS\.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <QAction>
+#include <QApplication>
+#include <QMouseEvent>
+#include <QTabBar>
+#include <QTest>
+#include <QTreeView>
+
+#include "support/program_fixture.h"
+#include "ui/qt/qt_windowing.h"
+#include "ui/startup.h"
+
+namespace skv::test {
+
+class WindowTest : public ::testing::Test {
+ protected:
+  WindowTest();
+  ~WindowTest() override;
+
+  // Start-up with the settings stored; a window that is closed ends the program.
+  void showMain();
+  // Adds rows "Aircraft 1" and so on.
+  void fillAircraft(int rows);
+  // Runs the event loop until nothing is pending.
+  static void settle();
+
+  // The widget or action of a control; null when it is on no window that shows.
+  template <class T>
+  static T* find(const char* name) {
+    for (QWidget* window : QApplication::topLevelWidgets()) {
+      if (!window->isVisible()) continue;
+      if (auto* self = qobject_cast<T*>(window); self && self->objectName() == name) return self;
+      if (auto* child = window->findChild<T*>(QLatin1String(name))) return child;
+    }
+    return nullptr;
+  }
+  static QWidget* mainWindow();
+  // Clicks a button, a menu entry, or the tab of a strip.
+  static void click(const char* name, int tab = 0);
+  // Rows from 1.
+  static QPoint cell(const QTreeView& view, int row);
+  static void clickRow(QTreeView& view, int row);
+  static void doubleClickName(QTreeView& view, int row);
+
+  TemporaryDrive drive;
+  DriveFileSystem files{drive.drives()};
+  MemorySettings settings;
+  FixedClock clock;
+  RecordingShell shell;
+  LibzipEngine zip{CodePage(1252)};
+  ui::qt::QtWindowing windows{files};
+  App app{Platform{files, settings, clock, shell, zip, {"C:\\Program\\", "C:\\Temp"}}, windows};
+};
+
+}  // namespace skv::test
