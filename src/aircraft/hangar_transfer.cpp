@@ -45,7 +45,7 @@ void appendToOtherList(App& app, const Cargo& cargo, const std::string& root) {
   ReportError(app);
 }
 
-void markPlace(App& app, const Cargo& cargo, Place place) {
+void markPlace(App& app, const Cargo& cargo, PlaceBit place) {
   auto& list = app.frmMain.lstAircraft;
   if (const int row = list.rowOf(cargo.row); row != 0)
     list.setSmallIcon(row, placeIcon(cargo.Mask | place));

@@ -9,7 +9,7 @@
 
 namespace skv {
 
-enum Place : int {
+enum PlaceBit : int {
   inSimulator = 1,  // a folder FSRoot + "aircraft\" + name
   inPackage = 2,    // a file PacksDir + name + ".zip"
   inHangar = 4,     // a folder HangarDir + "aircraft\" + name
