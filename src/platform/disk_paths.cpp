@@ -71,10 +71,10 @@ Result<std::string> DiskPaths::find(const DrivePath& path) {
   return Outcome::failure(inFolder ? err::fileNotFound : err::pathNotFound, path.text());
 }
 
-Result<Place> DiskPaths::place(const DrivePath& path) {
+Result<DiskPlace> DiskPaths::place(const DrivePath& path) {
   if (path.elements.empty()) return Outcome::failure(err::pathFileAccess, path.text());
   DrivePath folder = path;
-  Place place;
+  DiskPlace place;
   place.name = std::move(folder.elements.back());
   folder.elements.pop_back();
   place.folder = spelled(folder);

@@ -14,7 +14,7 @@
 namespace skv {
 
 // A name in an existing folder, for something that is made or replaced.
-struct Place {
+struct DiskPlace {
   std::string folder;  // native, without trailing slash
   std::string name;    // as it stands there, else as it was asked for
   bool taken = false;
@@ -38,7 +38,7 @@ class DiskPaths {
   // is missing as well.
   Result<std::string> find(const DrivePath& path);
   // Fails with pathNotFound when the folder is missing, with pathFileAccess on a root.
-  Result<Place> place(const DrivePath& path);
+  Result<DiskPlace> place(const DrivePath& path);
   // The native path that something would have, as far as its folders stand in the letters that they
   // have. Fails with pathNotFound when there is no such drive.
   Result<std::string> nativePath(const DrivePath& path);

@@ -84,6 +84,7 @@ void takePermissions(int fd, const std::string& native, const struct stat& repla
 Result<PendingFile> DriveFileSystem::begin(std::string_view path, const struct stat* source) {
   const auto place = placeFor(path);
   if (!place.ok()) return place.outcome();
+  if (meansFolder(path)) return Outcome::failure(err::pathFileAccess, path);
   // Asked again when the file is complete; here it saves making one for nothing.
   if (place.value().taken) {
     const auto target = replaceable(place.value().native(), path, source);

@@ -18,10 +18,12 @@ Result<DriveFileSystem::Standing> DriveFileSystem::standing(std::string_view pat
     return errorOf([&] { return ::fstatat(AT_FDCWD, native.c_str(), &found.status, flags); });
   });
   if (!outcome.ok()) return outcome;
+  if (meansFolder(path) && S_ISREG(found.status.st_mode))
+    return Outcome::failure(err::pathNotFound, path);
   return found;
 }
 
-Result<Place> DriveFileSystem::placeFor(std::string_view path) const {
+Result<DiskPlace> DriveFileSystem::placeFor(std::string_view path) const {
   const auto parsed = paths_.parse(path);
   if (!parsed.ok()) return parsed.outcome();
   return paths_.place(parsed.value());

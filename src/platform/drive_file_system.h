@@ -60,7 +60,7 @@ class DriveFileSystem : public FileSystem {
     struct stat status {};
   };
   Result<Source> openSource(std::string_view path) const;
-  Result<Place> placeFor(std::string_view path) const;
+  Result<DiskPlace> placeFor(std::string_view path) const;
 
   // How a finished file takes its name.
   struct Publishing {

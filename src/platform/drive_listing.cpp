@@ -77,7 +77,8 @@ Result<std::vector<FolderEntry>> DriveFileSystem::list(std::string_view folder,
     }
     found.push_back({upper(name), {std::string(name), kind == Kind::folder}});
   }
-  if (reader.error() != 0) return systemFailure(reader.error(), folder);
+  // A disk that fails halfway still tells what it has.
+  if (reader.error() != 0 && found.empty()) return systemFailure(reader.error(), folder);
 
   std::sort(found.begin(), found.end());
   std::vector<FolderEntry> result;

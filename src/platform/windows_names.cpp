@@ -80,6 +80,8 @@ Result<DrivePath> parseWindowsPath(std::string_view path, const DrivePath& curre
   return result;
 }
 
+bool meansFolder(std::string_view path) { return !path.empty() && isSeparator(path.back()); }
+
 bool isWindowsName(std::string_view name) {
   return !name.empty() && !name.ends_with('.') && !name.ends_with(' ') &&
          std::ranges::none_of(name,

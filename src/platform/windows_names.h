@@ -23,6 +23,9 @@ struct DrivePath {
 // badFileName on a name that Windows refuses, with pathNotFound on a network path.
 Result<DrivePath> parseWindowsPath(std::string_view path, const DrivePath& current);
 
+// Whether a path can only mean a folder, since it ends in a separator.
+bool meansFolder(std::string_view path);
+
 // Whether Windows lets a file have exactly this name. One that it refuses no path can lead to.
 bool isWindowsName(std::string_view name);
 
