@@ -151,10 +151,10 @@ void btnSaveACInfo_Click(App& app) {
       return;
     }
   }
-  auto bytes = files.readFile(folder + currentFile);
+  const auto bytes = files.readFile(folder + currentFile);
   Outcome saved = bytes.outcome();
   if (bytes.ok()) {
-    Profile cfg(std::move(bytes).value(), app.codePage);
+    Profile cfg(bytes.value(), app.codePage);
     for (const VariationKey& key : variationKeys)
       cfg.write(section, key.key, withoutLineBreaks((app.frmMain.*key.box).text));
     saved = files.replaceFile(folder + currentFile, cfg.bytes());

@@ -1,219 +1,135 @@
 #include "core/profile.h"
 
+#include <algorithm>
+#include <cstddef>
+#include <deque>
 #include <optional>
 #include <unordered_map>
+#include <utility>
+
+#include "core/profile_encoding.h"
 
 namespace skv {
 
 namespace {
 
-// The buffer that a reading call of the system is given, in bytes.
+// The call's buffer, its closing NUL included.
 constexpr std::size_t bufferSize = 65536;
 
-// What the system passes over at either end of a name, a value or a line; the end mark of old text
-// files counts as a blank.
-constexpr std::string_view blanks = " \t\r\n\v\f\x1a";
+// The end-of-file mark of DOS is a blank too: it stands at the end of files from old tools.
+constexpr bool isBlank(char c) { return (c >= '\t' && c <= '\r') || c == '\x1a' || c == ' '; }
 
-std::string_view trimmed(std::string_view text) {
-  const auto first = text.find_first_not_of(blanks);
-  if (first == std::string_view::npos) return {};
-  return text.substr(first, text.find_last_not_of(blanks) - first + 1);
+std::string_view trimBlanks(std::string_view text) {
+  while (!text.empty() && isBlank(text.front())) text.remove_prefix(1);
+  while (!text.empty() && isBlank(text.back())) text.remove_suffix(1);
+  return text;
+}
+
+// The call's texts are closed by a NUL.
+std::string_view untilNul(std::string_view text) { return text.substr(0, text.find('\0')); }
+
+// A line and what ends it. CR ends lines only where no LF follows in the file.
+std::string_view takeLine(std::string_view& rest) {
+  auto end = rest.find('\n');
+  if (end == std::string_view::npos) end = rest.find('\r');
+  const auto line = rest.substr(0, end == std::string_view::npos ? end : end + 1);
+  rest.remove_prefix(line.size());
+  return line;
 }
 
 std::string_view lineEnd(std::string_view line) {
-  if (line.ends_with("\r\n")) return "\r\n";
-  return line.ends_with('\n') ? "\n" : "";
+  for (const std::string_view end : {"\r\n", "\n", "\r"})
+    if (line.ends_with(end)) return line.substr(line.size() - end.size());
+  return {};
 }
 
 std::string_view withoutQuotes(std::string_view value) {
-  const bool quoted = value.size() > 1 && value.front() == value.back() &&
-                      (value.front() == '"' || value.front() == '\'');
-  return quoted ? value.substr(1, value.size() - 2) : value;
+  if (value.size() >= 2 && (value.front() == '"' || value.front() == '\'') &&
+      value.back() == value.front())
+    return value.substr(1, value.size() - 2);
+  return value;
 }
 
-// The name in a section header; none for any other line. The header ends at its last bracket.
-std::optional<std::string_view> sectionName(std::string_view line) {
-  const std::string_view text = trimmed(line);
-  if (!text.starts_with('[')) return std::nullopt;
-  const auto end = text.rfind(']');
-  if (end == std::string_view::npos) return std::nullopt;
-  return trimmed(text.substr(1, end - 1));
+// Text that can stand in one line: a line break within it would begin lines of its own.
+std::string oneLine(std::string_view text) {
+  std::string line;
+  for (const char c : untilNul(text)) {
+    const bool secondOfBreak = c == '\n' && line.ends_with('\r');
+    if (secondOfBreak) line.pop_back();
+    line += c == '\n' ? ' ' : c;
+  }
+  std::replace(line.begin(), line.end(), '\r', ' ');
+  return line;
 }
 
+// A line `key=value`, its parts as views of it.
 struct KeyLine {
   std::string_view name;
-  std::optional<std::string_view> value;  // none on a line without "="
+  std::string_view value;  // empty at its place when there is none
+  bool hasEquals = false;
 };
 
-KeyLine parseKeyLine(std::string_view line) {
-  const auto equals = line.find('=');
-  if (equals == std::string_view::npos) return {trimmed(line), std::nullopt};
-  return {trimmed(line.substr(0, equals)), trimmed(line.substr(equals + 1))};
-}
-
-// Names as the call lists them, cut as it cuts: two closing NULs always fit the buffer.
-std::string cutList(std::string list) {
-  if (list.size() + 1 > bufferSize) list.resize(bufferSize - 2);
-  return list;
+KeyLine partsOf(std::string_view line) {
+  const std::string_view text = trimBlanks(line);
+  const auto equals = text.find('=');
+  if (equals == std::string_view::npos) return {untilNul(text), text.substr(text.size()), false};
+  return {untilNul(trimBlanks(text.substr(0, equals))),
+          untilNul(trimBlanks(text.substr(equals + 1))), true};
 }
 
 }  // namespace
 
 struct Profile::Content {
   struct Section {
-    std::string name;                // in the code page; "" before the first header
-    std::vector<std::string> lines;  // as in the file, each with its line end; the header first
-    std::unordered_map<std::string, std::size_t> keys;  // upper-cased name to its first line
-
-    void index(std::size_t line, const CodePage& codePage) {
-      const std::string_view key = parseKeyLine(lines[line]).name;
-      if (!key.empty()) keys.try_emplace(upper(codePage.decode(key)), line);
-    }
+    std::string name;                     // as the file spells it, UTF-8
+    std::vector<std::string_view> lines;  // from the header to the last line that is not blank
+    std::string_view blankLines;          // what follows them
+    std::unordered_map<std::string, std::size_t> keys;  // upper-cased name to index in `lines`
   };
 
-  explicit Content(const CodePage& page) : codePage(page) { sections.emplace_back(); }
-
-  void addLine(std::string line) {
-    if (const auto name = sectionName(line)) {
-      Section section;
-      section.name = *name;
-      section.lines.push_back(std::move(line));
-      addSection(std::move(section));
-      return;
-    }
-    Section& section = sections.back();
-    section.lines.push_back(std::move(line));
-    if (sections.size() > 1) section.index(section.lines.size() - 1, codePage);
+  Content(std::string bytes, const CodePage& codePage)
+      : encoding(bytes, codePage), file(std::move(bytes)) {
+    parse();
   }
 
-  void addSection(Section section) {
-    byName.try_emplace(upper(codePage.decode(section.name)), sections.size());
-    sections.push_back(std::move(section));
-  }
+  void parse();
+  void add(std::string_view line);
+  std::optional<std::string> headerName(std::string_view line) const;
+  Section& openSection(std::string name);
+  void index(Section& section, std::size_t line);
+  // The form in which names are compared.
+  std::string comparable(std::string_view name) const { return upper(trimBlanks(untilNul(name))); }
+  const KeyLine line(std::string_view section, std::string_view key) const;
 
-  Section* find(std::string_view name) {
-    const auto found = byName.find(upper(trimmed(name)));
-    return found == byName.end() ? nullptr : &sections[found->second];
-  }
+  std::string_view keep(std::string line) { return written.emplace_back(std::move(line)); }
+  std::string_view lineEndBefore(std::size_t section) const;
+  void endLastLine(std::size_t section);
+  std::size_t sectionToWrite(std::string_view name);
 
-  CodePage codePage;
-  std::string lineEnding = "\r\n";  // the file's own, by its first line
-  std::vector<Section> sections;    // the first one holds what stands before any header
-  std::unordered_map<std::string, std::size_t> byName;  // upper-cased, the first of equal ones
+  ProfileEncoding encoding;
+  std::string file;                 // the lines as read; what follows holds views of it
+  std::deque<std::string> written;  // lines that were changed or added, never moved
+  std::deque<Section> sections;     // the first holds what stands before any header
+  std::unordered_map<std::string, std::size_t> byName;  // upper-cased name to the first of it
 };
 
-Profile::Profile(std::string bytes, const CodePage& codePage)
-    : content_(std::make_unique<Content>(codePage)) {
-  bool first = true;
-  for (std::size_t start = 0; start < bytes.size();) {
-    const auto end = bytes.find('\n', start);
-    const std::size_t next = end == std::string::npos ? bytes.size() : end + 1;
-    std::string line = bytes.substr(start, next - start);
-    if (first && !lineEnd(line).empty()) content_->lineEnding = lineEnd(line);
-    first = false;
-    content_->addLine(std::move(line));
-    start = next;
-  }
-}
-
-Profile::~Profile() = default;
-Profile::Profile(Profile&&) noexcept = default;
-Profile& Profile::operator=(Profile&&) noexcept = default;
-
-std::string Profile::read(std::string_view section, std::string_view key) const {
-  const CodePage& codePage = content_->codePage;
-  if (section.empty()) {
-    std::string names;
-    for (const Content::Section& one : content_->sections)
-      if (!one.name.empty()) names.append(one.name).push_back('\0');
-    return codePage.decode(cutList(std::move(names)));
-  }
-  const Content::Section* found = content_->find(section);
-  if (found == nullptr) return {};
-  if (key.empty()) {
-    std::string names;
-    for (std::size_t line = 1; line < found->lines.size(); ++line) {
-      const KeyLine parsed = parseKeyLine(found->lines[line]);
-      if (parsed.value && !parsed.name.starts_with(';')) names.append(parsed.name).push_back('\0');
+void Profile::Content::parse() {
+  openSection({});
+  std::string_view rest = file;
+  while (!rest.empty()) {
+    std::string_view next = takeLine(rest);
+    if (rest.empty()) {
+      // What is added must stand before an end-of-file mark, so that mark is no part of a line.
+      const auto blanks =
+          next.substr(trimBlanks(next).empty() ? 0 : next.find_last_not_of(blank) + 1);
+      const auto mark = blanks.find('\x1a');
+      if (mark != std::string_view::npos) {
+        const auto tail = blanks.substr(mark);
+        next.remove_suffix(tail.size());
+        if (!next.empty()) add(next);
+        next = tail;
+      }
     }
-    return codePage.decode(cutList(std::move(names)));
+    add(next);
   }
-  const auto line = found->keys.find(upper(trimmed(key)));
-  if (line == found->keys.end()) return {};
-  const auto value = parseKeyLine(found->lines[line->second]).value;
-  if (!value) return {};
-  return codePage.decode(withoutQuotes(*value).substr(0, bufferSize - 1));
 }
-
-void Profile::write(std::string_view section, std::string_view key, std::string_view value) {
-  const CodePage& codePage = content_->codePage;
-  const std::string& ending = content_->lineEnding;
-  // A value ends where a reader would see it end.
-  const std::string stored = codePage.encode(value.substr(0, value.find_first_of({"\r\n\0", 3})));
-  const auto endLastLine = [&ending](Content::Section& before) {
-    if (!before.lines.empty() && lineEnd(before.lines.back()).empty())
-      before.lines.back() += ending;
-  };
-
-  Content::Section* found = content_->find(section);
-  if (found == nullptr) {
-    endLastLine(content_->sections.back());
-    Content::Section added;
-    added.name = codePage.encode(trimmed(section));
-    added.lines.push_back("[" + added.name + "]" + ending);
-    content_->addSection(std::move(added));
-    found = &content_->sections.back();
-  }
-  const std::string name(trimmed(key));
-  if (const auto known = found->keys.find(upper(name)); known != found->keys.end()) {
-    std::string& line = found->lines[known->second];
-    const std::string end(lineEnd(line));
-    const auto equals = line.find('=');
-    line = (equals == std::string::npos ? std::string(trimmed(line)) : line.substr(0, equals)) +
-           "=" + stored + end;
-    return;
-  }
-  // At the section's end, before the blank lines that part it from the next.
-  std::size_t place = found->lines.size();
-  while (place > 1 && trimmed(found->lines[place - 1]).empty()) --place;
-  if (lineEnd(found->lines[place - 1]).empty()) found->lines[place - 1] += ending;
-  found->lines.insert(found->lines.begin() + static_cast<std::ptrdiff_t>(place),
-                      codePage.encode(name) + "=" + stored + std::string(ending));
-  // Only blank lines have moved, and they have no name to be found by.
-  found->index(place, codePage);
-}
-
-std::string Profile::bytes() const {
-  std::string bytes;
-  for (const Content::Section& section : content_->sections)
-    for (const std::string& line : section.lines) bytes += line;
-  return bytes;
-}
-
-ProfileReader::ProfileReader(const FileSystem& files, const CodePage& codePage)
-    : files_(files), codePage_(codePage) {}
-
-std::string ProfileReader::read(const std::string& file, std::string_view section,
-                                std::string_view key) {
-  auto known = profiles_.find(file);
-  if (known == profiles_.end())
-    known = profiles_.emplace(file, Profile(files_.readFile(file).valueOr(""), codePage_)).first;
-  return known->second.read(section, key);
-}
-
-std::string ReadProfile(const FileSystem& files, const CodePage& codePage, const std::string& file,
-                        std::string_view section, std::string_view key) {
-  return ProfileReader(files, codePage).read(file, section, key);
-}
-
-Outcome WriteProfile(FileSystem& files, const CodePage& codePage, const std::string& file,
-                     std::string_view section, std::string_view key, std::string_view value) {
-  auto bytes = files.readFile(file);
-  // Only a missing file may begin empty: one that cannot be read would be lost.
-  if (!bytes.ok() && files.attributes(file).ok()) return bytes.outcome();
-  Profile profile(bytes.ok() ? std::move(bytes).value() : std::string(), codePage);
-  profile.write(section, key, value);
-  return files.replaceFile(file, profile.bytes());
-}
-
-}  // namespace skv

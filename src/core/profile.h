@@ -26,7 +26,7 @@ namespace skv {
 class Profile {
  public:
   // Takes the file's bytes; never fails, whatever they are.
-  Profile(std::string bytes, const CodePage& codePage);
+  Profile(std::string_view bytes, const CodePage& codePage);
   ~Profile();
   Profile(Profile&&) noexcept;
   Profile& operator=(Profile&&) noexcept;

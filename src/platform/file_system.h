@@ -23,7 +23,7 @@ namespace skv {
 struct FileTime {
   std::int64_t seconds = 0;
   std::int32_t nanoseconds = 0;
-  auto operator<=>(const FileTime&) const = default;
+  auto operator<=>(const FileTime&) const = default;  // NOLINT(modernize-use-nullptr)
 };
 
 struct Attributes {

@@ -89,7 +89,7 @@ void movePackages(App& app) {
 
 }  // namespace
 
-std::string readSetting(App& app, const char* section, const char* key, std::string fallback) {
+std::string readSetting(App& app, const char* section, const char* key, std::string_view fallback) {
   return app.platform.settings.read(section, key, fallback);
 }
 

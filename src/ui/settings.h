@@ -10,7 +10,8 @@ inline constexpr const char* generalSection = "General";
 inline constexpr const char* windowSection = "Window";
 inline constexpr const char* mailSection = "Mail";
 
-std::string readSetting(App& app, const char* section, const char* key, std::string fallback = {});
+std::string readSetting(App& app, const char* section, const char* key,
+                        std::string_view fallback = {});
 // A store that cannot be written is passed over: the values hold for this run.
 void writeSetting(App& app, const char* section, const char* key, const std::string& value);
 
