@@ -1,0 +1,45 @@
+// The composition root: the only place that names what the interfaces are made of.
+#include <QApplication>
+
+#include "core/app.h"
+#include "platform/desktop_shell.h"
+#include "platform/drive_file_system.h"
+#include "platform/drives.h"
+#include "platform/file_settings_store.h"
+#include "platform/libzip_zipit.h"
+#include "platform/process_environment.h"
+#include "platform/single_instance.h"
+#include "platform/system_clock.h"
+#include "ui/events.h"
+#include "ui/qt/qt_windowing.h"
+#include "ui/qt/theme.h"
+#include "ui/startup.h"
+
+int main(int argc, char** argv) {
+  QApplication::setApplicationName(QStringLiteral("fsskyvault"));
+  QApplication::setDesktopFileName(QStringLiteral("fsskyvault"));
+  QApplication qtApplication(argc, argv);
+  skv::ui::qt::dress(qtApplication);
+
+  skv::DriveFileSystem files(skv::findDrivesFolder());
+  skv::ui::qt::QtWindowing windows(files);
+  const auto onlyRun = skv::SingleInstance::acquire();
+  if (!onlyRun) {
+    windows.messageBox({"FS Skyvault is already running.", skv::ui::BoxIcon::information});
+    return 0;
+  }
+
+  skv::FileSettingsStore settings(skv::FileSettingsStore::defaultFile());
+  skv::SystemClock clock;
+  skv::DesktopShell shell(files);
+  skv::LibzipEngine zip;
+  skv::App app({files, settings, clock, shell, zip, skv::processEnvironment(files)}, windows);
+  skv::connectEvents(app);
+  app.frmMain.closed = [&] {
+    skv::Form_Unload(app);
+    windows.quit();
+  };
+  windows.prepare(app.frmMain);
+  windows.run([&app] { skv::Form_Load(app); });
+  return 0;
+}

@@ -1,0 +1,113 @@
+#include "ui/qt/boxes.h"
+
+#include <QFile>
+#include <QFileDialog>
+#include <QInputDialog>
+#include <QMessageBox>
+#include <QPushButton>
+
+#include "base/paths.h"
+#include "base/text.h"
+#include "ui/qt/icons.h"
+#include "ui/qt/text.h"
+
+namespace skv::ui::qt {
+
+namespace {
+
+constexpr int iconSide = 44;
+
+// Texts made for Windows end their lines in CR LF, some in CR alone.
+QString lines(const std::string& text) {
+  QString result = shown(text);
+  result.replace(QStringLiteral("\r\n"), QStringLiteral("\n"));
+  result.replace(QLatin1Char('\r'), QLatin1Char('\n'));
+  return result;
+}
+
+QString iconName(BoxIcon icon) {
+  switch (icon) {
+    case BoxIcon::information:
+      return QStringLiteral("information");
+    case BoxIcon::question:
+      return QStringLiteral("question");
+    case BoxIcon::exclamation:
+    case BoxIcon::warning:
+      return QStringLiteral("warning");
+    case BoxIcon::none:
+      break;
+  }
+  return {};
+}
+
+// "Zip Files|*.zip" as Qt writes it, for any case of the letters: the disk tells them apart.
+QString filterOf(const std::string& filter) {
+  QStringList filters;
+  const auto parts = split(filter, '|');
+  for (std::size_t i = 0; i + 1 < parts.size(); i += 2) {
+    QString patterns;
+    for (const QChar letter : shown(parts[i + 1])) {
+      if (letter == QLatin1Char(';'))
+        patterns += QLatin1Char(' ');
+      else if (letter.isLetter())
+        patterns += QStringLiteral("[%1%2]").arg(letter.toLower()).arg(letter.toUpper());
+      else
+        patterns += letter;
+    }
+    filters << QStringLiteral("%1 (%2)").arg(shown(parts[i]), patterns);
+  }
+  return filters.join(QStringLiteral(";;"));
+}
+
+}  // namespace
+
+Answer runMessageBox(const Box& box, QWidget* owner) {
+  QMessageBox window(owner);
+  window.setObjectName(QStringLiteral("messageBox"));
+  window.setWindowTitle(shown(box.title));
+  window.setTextFormat(Qt::PlainText);
+  window.setText(lines(box.text));
+  if (const QString name = iconName(box.icon); !name.isEmpty())
+    window.setIconPixmap(drawing(name, {iconSide, iconSide}, window.devicePixelRatio()));
+  if (box.buttons == BoxButtons::ok) {
+    window.setStandardButtons(QMessageBox::Ok);
+    window.exec();
+    return Answer::ok;
+  }
+  window.setStandardButtons(QMessageBox::Yes | QMessageBox::No);
+  window.setEscapeButton(QMessageBox::No);
+  // Enter does not remove anything.
+  window.setDefaultButton(box.icon == BoxIcon::warning ? QMessageBox::No : QMessageBox::Yes);
+  return window.exec() == QMessageBox::Yes ? Answer::yes : Answer::no;
+}
+
+std::string runInputBox(const std::string& prompt, const std::string& title,
+                        const std::string& text, QWidget* owner) {
+  QInputDialog window(owner);
+  window.setObjectName(QStringLiteral("inputBox"));
+  window.setWindowTitle(shown(title));
+  window.setLabelText(lines(prompt));
+  window.setTextValue(shown(text));
+  window.setMinimumWidth(380);
+  if (window.exec() != QDialog::Accepted) return {};
+  return typed(window.textValue());
+}
+
+Result<PickedFile> runFileDialog(const FileDialog& dialog, const FileSystem& files,
+                                 QWidget* owner) {
+  QFileDialog window(owner);
+  window.setObjectName(QStringLiteral("openFile"));
+  window.setOption(QFileDialog::HideNameFilterDetails);
+  window.setFileMode(QFileDialog::ExistingFile);
+  if (!dialog.filter.empty()) window.setNameFilter(filterOf(dialog.filter));
+  if (!dialog.initialFolder.empty())
+    if (const auto place = files.nativePath(dialog.initialFolder); place.ok())
+      window.setDirectory(QFile::decodeName(place.value().c_str()));
+  if (window.exec() != QDialog::Accepted || window.selectedFiles().isEmpty())
+    return Outcome::failure(err::cancelled);
+  const std::string path =
+      files.windowsPath(QFile::encodeName(window.selectedFiles().front()).toStdString());
+  return PickedFile{path, path.substr(0, path.rfind('\\') + 1)};
+}
+
+}  // namespace skv::ui::qt

@@ -1,0 +1,66 @@
+#include "ui/qt/caption_label.h"
+
+#include <QPainter>
+#include <algorithm>
+
+#include "ui/qt/theme.h"
+
+namespace skv::ui::qt {
+
+namespace {
+constexpr int paddingX = 9;
+constexpr int paddingY = 3;
+}  // namespace
+
+CaptionLabel::CaptionLabel(QWidget* parent) : QLabel(parent) {
+  setTextFormat(Qt::PlainText);
+  setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
+}
+
+void CaptionLabel::setCaption(const QString& caption, Colour colour) {
+  colour_ = colour;
+  setText(caption);
+  updateGeometry();
+  update();
+}
+
+void CaptionLabel::makeHeading() {
+  QFont heading = font();
+  heading.setWeight(QFont::DemiBold);
+  heading.setPointSizeF(heading.pointSizeF() * 1.12);
+  setFont(heading);
+}
+
+void CaptionLabel::makeNotice() {
+  notice_ = true;
+  updateGeometry();
+}
+
+QSize CaptionLabel::sizeHint() const {
+  const int extra = grounded() ? 2 * paddingX : 0;
+  return {fontMetrics().horizontalAdvance(text()) + extra + 2,
+          fontMetrics().height() + 2 * paddingY};
+}
+
+QSize CaptionLabel::minimumSizeHint() const { return {24, sizeHint().height()}; }
+
+void CaptionLabel::paintEvent(QPaintEvent*) {
+  if (text().isEmpty()) return;
+  QPainter painter(this);
+  painter.setRenderHint(QPainter::Antialiasing);
+  QRect area = rect();
+  if (sizeHint().width() < area.width()) area.setWidth(sizeHint().width());
+  if (alignment() & Qt::AlignHCenter) area.moveLeft((width() - area.width()) / 2);
+  if (grounded()) {
+    painter.setPen(notice_ ? QPen(palette().color(QPalette::Mid)) : QPen(Qt::NoPen));
+    painter.setBrush(tint(colour_, palette()));
+    painter.drawRoundedRect(QRectF(area).adjusted(0.5, 0.5, -0.5, -0.5), 5, 5);
+    area.adjust(paddingX, 0, -paddingX, 0);
+  }
+  const QString line = fontMetrics().elidedText(text(), Qt::ElideMiddle, area.width());
+  setToolTip(line == text() ? QString() : text());
+  painter.setPen(grounded() ? legible(colour_, palette()) : palette().color(foregroundRole()));
+  painter.drawText(area, Qt::AlignLeft | Qt::AlignVCenter, line);
+}
+
+}  // namespace skv::ui::qt

@@ -1,0 +1,33 @@
+// A text of one line that gives way when there is no room: it ends in dots and tells the whole as a
+// tool tip. A text with a colour of its own stands on a soft ground of that colour.
+#pragma once
+
+#include <QLabel>
+
+#include "ui/model/list_view.h"
+
+namespace skv::ui::qt {
+
+class CaptionLabel : public QLabel {
+ public:
+  explicit CaptionLabel(QWidget* parent = nullptr);
+  void setCaption(const QString& caption, Colour colour = defaultColour);
+  // Larger and stronger, for the head of a frame.
+  void makeHeading();
+  // With a ground of its own whatever lies below, for a text over a picture or a list.
+  void makeNotice();
+
+  QSize sizeHint() const override;
+  QSize minimumSizeHint() const override;
+
+ protected:
+  void paintEvent(QPaintEvent* event) override;
+
+ private:
+  bool grounded() const { return notice_ || colour_ != defaultColour; }
+
+  Colour colour_ = defaultColour;
+  bool notice_ = false;
+};
+
+}  // namespace skv::ui::qt

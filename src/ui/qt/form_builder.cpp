@@ -1,0 +1,132 @@
+#include "ui/qt/form_builder.h"
+
+#include <QFormLayout>
+#include <QGridLayout>
+#include <QLabel>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QTabBar>
+
+#include "ui/qt/caption_label.h"
+#include "ui/qt/folder_view.h"
+#include "ui/qt/frame_panel.h"
+#include "ui/qt/list_tree.h"
+#include "ui/qt/picture_view.h"
+#include "ui/qt/status_view.h"
+#include "ui/qt/text.h"
+#include "ui/qt/text_fields.h"
+
+namespace skv::ui::qt {
+
+QPushButton* FormBuilder::button(Button& button, const QString& accessibleName) {
+  auto* widget = new QPushButton;
+  widget->setAutoDefault(false);
+  if (button.caption == "...") widget->setProperty("small", true);
+  auto* binding = new Binding(bindings_, form_, button, widget, [widget, &button, accessibleName] {
+    widget->setText(shown(button.caption));
+    widget->setAccessibleName(accessibleName.isEmpty() ? spoken(button.caption) : accessibleName);
+    widget->setEnabled(button.enabled);
+    widget->setVisible(button.visible);
+  });
+  QObject::connect(widget, &QPushButton::clicked, binding,
+                   [binding, &button] { binding->fire(button.click); });
+  return widget;
+}
+
+QRadioButton* FormBuilder::option(OptionButton& option) {
+  auto* widget = new QRadioButton;
+  auto* binding = new Binding(bindings_, form_, option, widget, [widget, &option] {
+    widget->setText(shown(option.caption));
+    widget->setAccessibleName(spoken(option.caption));
+    widget->setChecked(option.value);
+    widget->setEnabled(option.enabled);
+    widget->setVisible(option.visible);
+  });
+  // The one that loses the mark to its neighbour changes as well; only the chosen one was clicked.
+  QObject::connect(widget, &QRadioButton::toggled, binding, [binding, &option](bool chosen) {
+    if (binding->accepts()) option.value = chosen;
+  });
+  QObject::connect(widget, &QRadioButton::clicked, binding,
+                   [binding, &option] { binding->fire(option.click); });
+  return widget;
+}
+
+CaptionLabel* FormBuilder::label(Label& label) {
+  auto* widget = new CaptionLabel;
+  new Binding(bindings_, form_, label, widget, [widget, &label] {
+    widget->setCaption(shown(label.caption), label.colour);
+    widget->setEnabled(label.enabled);
+    widget->setVisible(label.visible);
+  });
+  return widget;
+}
+
+QWidget* FormBuilder::textBox(TextBox& box) {
+  if (box.multiLine) return new TextArea(bindings_, form_, box);
+  return new TextLine(bindings_, form_, box);
+}
+
+QTabBar* FormBuilder::tabs(TabStrip& strip, const QString& accessibleName) {
+  auto* widget = new QTabBar;
+  widget->setAccessibleName(accessibleName);
+  widget->setExpanding(false);
+  auto* binding = new Binding(bindings_, form_, strip, widget, [widget, &strip] {
+    const QSignalBlocker quiet(widget);
+    const std::vector<std::string>& captions = strip.tabs;
+    const int count = static_cast<int>(captions.size());
+    while (widget->count() > count) widget->removeTab(widget->count() - 1);
+    while (widget->count() < count) widget->addTab({});
+    for (int i = 0; i < count; ++i)
+      widget->setTabText(i, shown(captions[static_cast<std::size_t>(i)]));
+    widget->setCurrentIndex(strip.value);
+    widget->setEnabled(strip.enabled);
+    widget->setVisible(strip.visible);
+  });
+  QObject::connect(widget, &QTabBar::currentChanged, binding, [binding, &strip](int index) {
+    if (!binding->accepts() || index < 0) return;
+    strip.value = index;
+    binding->fire(strip.click, index);
+  });
+  return widget;
+}
+
+FramePanel* FormBuilder::frame(Frame& frame, bool card) {
+  return new FramePanel(bindings_, form_, frame, card);
+}
+
+ListTree* FormBuilder::list(ListView& list, const QString& accessibleName, const QString& hint) {
+  auto* widget = new ListTree(bindings_, form_, list, accessibleName);
+  widget->setHint(hint);
+  return widget;
+}
+
+PictureView* FormBuilder::picture(Image& image, const QString& accessibleName,
+                                  const QString& drawingName) {
+  return new PictureView(bindings_, form_, image, files_, accessibleName, drawingName);
+}
+
+QWidget* FormBuilder::status(StatusLine& line) { return new StatusView(bindings_, form_, line); }
+
+QWidget* FormBuilder::folders(FolderTree& tree, const QString& accessibleName) {
+  return new FolderView(bindings_, form_, tree, files_, accessibleName);
+}
+
+QLabel* FormBuilder::labelOf(TextBox& box, QWidget* field) {
+  auto* label = new QLabel(shown(box.label));
+  label->setTextFormat(Qt::PlainText);
+  label->setBuddy(field);
+  return label;
+}
+
+void FormBuilder::field(QFormLayout& layout, TextBox& box) {
+  QWidget* widget = textBox(box);
+  layout.addRow(labelOf(box, widget), widget);
+}
+
+void FormBuilder::field(QGridLayout& grid, int row, int column, int columns, TextBox& box) {
+  QWidget* widget = textBox(box);
+  grid.addWidget(labelOf(box, widget), row, column);
+  grid.addWidget(widget, row, column + 1, 1, columns);
+}
+
+}  // namespace skv::ui::qt

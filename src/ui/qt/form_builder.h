@@ -1,0 +1,55 @@
+// Makes the widgets of a form's controls, each bound to its control.
+#pragma once
+
+#include <QString>
+
+#include "platform/file_system.h"
+#include "ui/qt/bindings.h"
+
+class QFormLayout;
+class QGridLayout;
+class QHBoxLayout;
+class QLabel;
+class QPushButton;
+class QRadioButton;
+class QTabBar;
+
+namespace skv::ui::qt {
+
+class CaptionLabel;
+class FramePanel;
+class ListTree;
+class PictureView;
+
+class FormBuilder {
+ public:
+  FormBuilder(Bindings& bindings, Form& form, const FileSystem& files)
+      : bindings_(bindings), form_(form), files_(files) {}
+
+  QPushButton* button(Button& button, const QString& accessibleName = {});
+  QRadioButton* option(OptionButton& option);
+  CaptionLabel* label(Label& label);
+  QWidget* textBox(TextBox& box);
+  QTabBar* tabs(TabStrip& strip, const QString& accessibleName);
+  FramePanel* frame(Frame& frame, bool card);
+  ListTree* list(ListView& list, const QString& accessibleName, const QString& hint = {});
+  PictureView* picture(Image& image, const QString& accessibleName, const QString& drawingName);
+  QWidget* status(StatusLine& line);
+  QWidget* folders(FolderTree& tree, const QString& accessibleName);
+
+  // A box with its label before it.
+  void field(QFormLayout& layout, TextBox& box);
+  void field(QGridLayout& grid, int row, int column, int columns, TextBox& box);
+
+  Bindings& bindings() { return bindings_; }
+  Form& form() { return form_; }
+
+ private:
+  QLabel* labelOf(TextBox& box, QWidget* field);
+
+  Bindings& bindings_;
+  Form& form_;
+  const FileSystem& files_;
+};
+
+}  // namespace skv::ui::qt

@@ -1,0 +1,55 @@
+#include "ui/qt/main_window.h"
+
+#include <QMenuBar>
+#include <QVBoxLayout>
+
+#include "ui/qt/form_window.h"
+#include "ui/qt/icons.h"
+#include "ui/qt/menus.h"
+
+namespace skv::ui::qt {
+
+namespace {
+
+constexpr int leastWidth = 10335 / twipsPerPixel;
+
+void addMenus(Bindings& bindings, FrmMain& form, QMainWindow& window) {
+  for (MenuItem* menu : form.menuBar) {
+    if (menu->entries.empty())
+      addEntry(bindings, form, *menu, *window.menuBar());  // a menu that would open on nothing
+    else
+      window.menuBar()->addMenu(makeMenu(bindings, form, *menu, &window));
+  }
+  // Its entries' shortcuts work though the menu itself opens on the pictures alone.
+  QMenu* pictures = makeMenu(bindings, form, form.mnuPic, &window);
+  window.addActions(pictures->actions());
+}
+
+}  // namespace
+
+QMainWindow* makeMainWindow(Bindings& bindings, FrmMain& form, const FileSystem& files) {
+  auto* window = new QMainWindow;
+  window->setWindowIcon(drawnIcon(QStringLiteral("fsskyvault")));
+  window->setMinimumWidth(leastWidth);
+  window->setContextMenuPolicy(Qt::NoContextMenu);
+  addMenus(bindings, form, *window);
+  auto* control = new FormWindow(bindings, form, *window);
+
+  auto* content = new QWidget;
+  auto* column = new QVBoxLayout(content);
+  column->setContentsMargins(0, 0, 0, 0);
+  column->setSpacing(0);
+  auto* views = new QVBoxLayout;
+  views->setContentsMargins(10, 10, 10, 10);
+  views->setSpacing(10);
+  FormBuilder build(bindings, form, files);
+  views->addWidget(makeAircraftBand(build, form), 1);
+  views->addWidget(makeAddonBand(build, form), 1);
+  views->addWidget(makeSceneryView(build, form, *control), 1);
+  column->addLayout(views, 1);
+  column->addWidget(build.status(form.lblStatus));
+  window->setCentralWidget(content);
+  return window;
+}
+
+}  // namespace skv::ui::qt

@@ -1,0 +1,47 @@
+// An Image on screen: its picture file scaled to the room there is, or a calm drawing in its place.
+#pragma once
+
+#include <QImage>
+#include <QPixmap>
+#include <QWidget>
+
+#include "platform/file_system.h"
+#include "ui/qt/bindings.h"
+
+class QVBoxLayout;
+
+namespace skv::ui::qt {
+
+class PictureView : public QWidget {
+ public:
+  // `placeholder` is the drawing shown when there is no picture.
+  PictureView(Bindings& bindings, Form& form, Image& image, const FileSystem& files,
+              const QString& accessibleName, const QString& placeholder);
+  // A label over the foot of the picture.
+  void setOverlay(QWidget* label);
+
+  QSize sizeHint() const override { return {320, 200}; }
+  QSize minimumSizeHint() const override { return {80, 60}; }
+
+ protected:
+  void paintEvent(QPaintEvent* event) override;
+  void mousePressEvent(QMouseEvent* event) override;
+  void mouseReleaseEvent(QMouseEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
+  void contextMenuEvent(QContextMenuEvent* event) override;
+
+ private:
+  void refresh();
+  void load();
+  void paintPlaceholder(QPainter& painter);
+
+  Image& image_;
+  const FileSystem& files_;
+  QString placeholder_;
+  Binding* binding_;
+  std::string loaded_;  // the file that picture_ shows, or that could not be shown
+  QImage picture_;
+  QPixmap scaled_;
+};
+
+}  // namespace skv::ui::qt

@@ -1,0 +1,198 @@
+#include "ui/qt/qt_windowing.h"
+
+#include <QApplication>
+#include <QEventLoop>
+#include <QMenu>
+#include <QTimer>
+#include <QWidget>
+#include <algorithm>
+
+#include "ui/model/dialogs.h"
+#include "ui/model/frm_main.h"
+#include "ui/qt/boxes.h"
+#include "ui/qt/dialogs.h"
+#include "ui/qt/main_window.h"
+#include "ui/qt/text.h"
+
+namespace skv::ui::qt {
+
+namespace {
+using namespace std::chrono_literals;
+
+// Operations yield after every entry of a folder; the window is looked after this often.
+constexpr auto leastPause = 8ms;
+// A window that is slow to draw gets half of the time, but is never left alone for longer.
+constexpr auto longestPause = 40ms;
+}  // namespace
+
+// A box that asks is no time of waiting.
+class QtWindowing::WithoutHourglass {
+ public:
+  explicit WithoutHourglass(const QtWindowing& windows)
+      : suspended_(windows.pointer_ == Pointer::hourglass) {
+    if (suspended_) QGuiApplication::setOverrideCursor(Qt::ArrowCursor);
+  }
+  ~WithoutHourglass() {
+    if (suspended_) QGuiApplication::restoreOverrideCursor();
+  }
+  WithoutHourglass(const WithoutHourglass&) = delete;
+  WithoutHourglass& operator=(const WithoutHourglass&) = delete;
+
+ private:
+  bool suspended_;
+};
+
+QtWindowing::QtWindowing(const FileSystem& files) : files_(files) {
+  QGuiApplication::setQuitOnLastWindowClosed(false);
+}
+
+QtWindowing::~QtWindowing() { unloadAll(); }
+
+QWidget* QtWindowing::make(Form& form, QWidget* owner) {
+  if (auto* main = dynamic_cast<FrmMain*>(&form)) return makeMainWindow(bindings_, *main, files_);
+  if (auto* settings = dynamic_cast<FrmSettings*>(&form))
+    return makeSettingsWindow(bindings_, *settings, files_, owner);
+  if (auto* picker = dynamic_cast<FrmDirSelect*>(&form))
+    return makeDirSelectWindow(bindings_, *picker, files_, owner);
+  if (auto* splash = dynamic_cast<FrmSplash*>(&form))
+    return makeSplashWindow(bindings_, *splash, files_, owner);
+  return nullptr;
+}
+
+void QtWindowing::prepare(Form& form) {
+  if (!windows_[&form]) windows_[&form] = make(form, nullptr);
+}
+
+void QtWindowing::run(const std::function<void()>& start) {
+  QEventLoop loop;
+  loop_ = &loop;
+  QTimer::singleShot(0, &loop, start);
+  if (!ending_) loop.exec();
+  loop_ = nullptr;
+  unloadAll();
+}
+
+void QtWindowing::quit() {
+  ending_ = true;
+  // Not the application's quit: it would also cut short the boxes of an operation that is still at
+  // work.
+  if (loop_) loop_->quit();
+}
+
+void QtWindowing::unloadAll() {
+  while (!windows_.empty()) unload(*windows_.begin()->first);
+  setPointer(Pointer::normal);
+}
+
+QWidget* QtWindowing::shownWindow(Form* form) const {
+  const auto found = form ? windows_.find(form) : windows_.end();
+  return found != windows_.end() && found->second && found->second->isVisible()
+             ? found->second.data()
+             : nullptr;
+}
+
+QWidget* QtWindowing::boxOwner() const {
+  if (QWidget* active = QApplication::activeWindow()) return active;
+  for (const auto& [form, window] : windows_)
+    if (window && window->isVisible()) return window;
+  return nullptr;
+}
+
+Answer QtWindowing::messageBox(const Box& box) {
+  const WithoutHourglass normal(*this);
+  bindings_.flush();
+  return runMessageBox(box, boxOwner());
+}
+
+std::string QtWindowing::inputBox(const std::string& prompt, const std::string& title,
+                                  const std::string& text) {
+  const WithoutHourglass normal(*this);
+  bindings_.flush();
+  return runInputBox(prompt, title, text, boxOwner());
+}
+
+Result<PickedFile> QtWindowing::openFile(const FileDialog& dialog) {
+  const WithoutHourglass normal(*this);
+  bindings_.flush();
+  return runFileDialog(dialog, files_, boxOwner());
+}
+
+void QtWindowing::show(Form& form, Form* owner) {
+  bindings_.flush();
+  QPointer<QWidget>& window = windows_[&form];
+  if (!window) window = make(form, shownWindow(owner));
+  form.visible = true;
+  bindings_.flush();
+  if (window) window->raise();
+}
+
+void QtWindowing::showModal(Form& form, Form* owner) {
+  unload(form);
+  windows_[&form] = make(form, shownWindow(owner));
+  if (QWidget* window = windows_[&form]) window->setWindowModality(Qt::ApplicationModal);
+  show(form, owner);
+  yieldUntil([&form] { return !form.visible; });
+}
+
+void QtWindowing::hide(Form& form) {
+  form.visible = false;
+  bindings_.flush();
+}
+
+void QtWindowing::unload(Form& form) {
+  form.visible = false;
+  const auto found = windows_.find(&form);
+  if (found == windows_.end()) return;
+  const QPointer<QWidget> window = found->second;
+  windows_.erase(found);
+  if (!window) return;
+  window->hide();
+  bindings_.setBlocked(window, false);
+  Bindings::detachAll(*window);
+  // Later: the caller may be an event of the window itself.
+  window->deleteLater();
+}
+
+void QtWindowing::setPointer(Pointer pointer) {
+  if (pointer == pointer_) return;
+  pointer_ = pointer;
+  if (pointer == Pointer::hourglass)
+    QGuiApplication::setOverrideCursor(Qt::WaitCursor);
+  else
+    QGuiApplication::restoreOverrideCursor();
+}
+
+void QtWindowing::setFocus(Control& control) {
+  QWidget* widget = bindings_.widgetOf(control);
+  if (!widget) return;
+  bindings_.flush();
+  widget->window()->raise();
+  widget->window()->activateWindow();
+  widget->setFocus();
+}
+
+void QtWindowing::popUp(MenuItem& menu) {
+  if (auto* widget = qobject_cast<QMenu*>(bindings_.widgetOf(menu))) {
+    bindings_.flush();
+    widget->popup(QCursor::pos());
+  }
+}
+
+void QtWindowing::yield() {
+  const auto begin = Clock::now();
+  if (begin < nextLook_) return;
+  bindings_.flush();
+  QCoreApplication::processEvents();
+  const auto end = Clock::now();
+  nextLook_ = end + std::clamp<Clock::duration>(end - begin, leastPause, longestPause);
+}
+
+void QtWindowing::yieldUntil(const std::function<bool()>& condition) {
+  bindings_.flush();
+  while (!ending_ && !condition()) {
+    QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    bindings_.flush();
+  }
+}
+
+}  // namespace skv::ui::qt

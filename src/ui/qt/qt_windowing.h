@@ -1,0 +1,68 @@
+// The window system of the program: Qt.
+#pragma once
+
+#include <QPointer>
+#include <chrono>
+#include <functional>
+#include <map>
+#include <string>
+
+#include "platform/file_system.h"
+#include "ui/model/windowing.h"
+#include "ui/qt/bindings.h"
+
+class QEventLoop;
+class QWidget;
+
+namespace skv::ui::qt {
+
+// Made after the QApplication and before the forms it shows; run() gives every window back, so that
+// the forms may go first.
+class QtWindowing : public Windowing {
+ public:
+  explicit QtWindowing(const FileSystem& files);
+  ~QtWindowing() override;
+
+  // Makes the form's window without showing it. From now on it follows form.visible.
+  void prepare(Form& form);
+  // The event loop of the program: calls `start` first and returns after quit(), when every
+  // operation that was running has come to its end.
+  void run(const std::function<void()>& start);
+  // Ends run() and all waits.
+  void quit();
+  // Gives all windows back.
+  void unloadAll();
+
+  Answer messageBox(const Box& box) override;
+  std::string inputBox(const std::string& prompt, const std::string& title,
+                       const std::string& text) override;
+  Result<PickedFile> openFile(const FileDialog& dialog) override;
+  void show(Form& form, Form* owner) override;
+  void showModal(Form& form, Form* owner) override;
+  void hide(Form& form) override;
+  void unload(Form& form) override;
+  void setPointer(Pointer pointer) override;
+  void setFocus(Control& control) override;
+  void popUp(MenuItem& menu) override;
+  void yield() override;
+  void yieldUntil(const std::function<bool()>& condition) override;
+
+ private:
+  using Clock = std::chrono::steady_clock;
+
+  QWidget* make(Form& form, QWidget* owner);
+  QWidget* shownWindow(Form* form) const;
+  QWidget* boxOwner() const;
+
+  const FileSystem& files_;
+  Bindings bindings_;
+  std::map<Form*, QPointer<QWidget>> windows_;
+  Pointer pointer_ = Pointer::normal;
+  QEventLoop* loop_ = nullptr;
+  bool ending_ = false;
+  Clock::time_point nextLook_;  // before it a yield costs nothing
+
+  class WithoutHourglass;
+};
+
+}  // namespace skv::ui::qt

@@ -1,0 +1,47 @@
+// The rows of a ListView as Qt's views ask for them. Nothing is copied but the row ids by which the
+// model knows what changed and never shows a row that is gone.
+#pragma once
+
+#include <QAbstractTableModel>
+#include <functional>
+#include <vector>
+
+#include "ui/model/list_view.h"
+
+namespace skv::ui::qt {
+
+class RowsModel : public QAbstractTableModel {
+ public:
+  explicit RowsModel(ListView& list) : list_(&list) {}
+
+  enum class Followed { asBefore, withOtherRows, fromScratch };
+  // Follows the list after any number of changes.
+  Followed refresh();
+  // The list is no longer there: no rows.
+  void detach();
+
+  // The row's number in the list, from 1; 0 when the list has no longer this row in this place.
+  int rowAt(const QModelIndex& index) const;
+
+  // What the list's pictures mean, for tool tips and screen readers.
+  std::function<QString(int smallIcon)> iconWords;
+  // What the user does in a row.
+  std::function<void(ListView::RowId, const std::string& newString)> renamed;
+  std::function<void(ListView::RowId, bool checked)> checked;
+
+  int rowCount(const QModelIndex& parent = {}) const override;
+  int columnCount(const QModelIndex& parent = {}) const override;
+  QVariant data(const QModelIndex& index, int role) const override;
+  bool setData(const QModelIndex& index, const QVariant& value, int role) override;
+  QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
+  Qt::ItemFlags flags(const QModelIndex& index) const override;
+
+ private:
+  const std::string& textAt(int row, int column) const;
+  QString wordsOf(int row, int column) const;
+
+  ListView* list_;
+  std::vector<ListView::RowId> ids_;
+};
+
+}  // namespace skv::ui::qt

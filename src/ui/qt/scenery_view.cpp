@@ -1,0 +1,117 @@
+// The Scenery Manager: the simulator's sceneries above the library's on the left, picture and file
+// browser on the right.
+#include <QCoreApplication>
+#include <QHBoxLayout>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QVBoxLayout>
+
+#include "ui/qt/caption_label.h"
+#include "ui/qt/frame_panel.h"
+#include "ui/qt/icons.h"
+#include "ui/qt/list_tree.h"
+#include "ui/qt/main_window.h"
+#include "ui/qt/picture_view.h"
+#include "ui/qt/split_bar_view.h"
+
+namespace skv::ui::qt {
+
+namespace {
+
+QString tr(const char* text) { return QCoreApplication::translate("SceneryView", text); }
+
+QHBoxLayout* rowOf(std::initializer_list<QWidget*> widgets) {
+  auto* row = new QHBoxLayout;
+  row->setSpacing(6);
+  for (QWidget* widget : widgets) row->addWidget(widget);
+  row->addStretch();
+  return row;
+}
+
+QPushButton* arrowButton(FormBuilder& build, Button& button, const char* drawing,
+                         const QString& accessibleName) {
+  QPushButton* widget = build.button(button, accessibleName);
+  widget->setProperty("small", true);
+  widget->setToolTip(accessibleName);
+  widget->setIcon(drawnIcon(QLatin1String(drawing), widget->palette().color(QPalette::ButtonText)));
+  return widget;
+}
+
+QWidget* lists(FormBuilder& build, FrmMain& form, FormWindow& window) {
+  auto* upperFoot = new QWidget;
+  auto* upperRow = rowOf({arrowButton(build, form.btnSCup, "up", tr("Move up")),
+                          arrowButton(build, form.btnSCdn, "down", tr("Move down")),
+                          build.button(form.btnFSScenDel)});
+  upperRow->addWidget(build.button(form.btnFSScenerySave));
+  upperRow->setContentsMargins(0, 0, 0, 0);
+  upperFoot->setLayout(upperRow);
+
+  ListTree* installed = build.list(form.lstScenery, tr("Sceneries installed in FS2002"),
+                                   tr("No sceneries are listed."));
+  ListTree* library = build.list(form.lstInactScenery, tr("Sceneries in the library"),
+                                 tr("No sceneries in the library yet."));
+  auto* split = new SplitLists(build.bindings(), form, window,
+                               {.upperHead = build.label(form.lblSceneryInstalled),
+                                .upperList = installed,
+                                .upperFoot = upperFoot,
+                                .lowerHead = build.label(form.Label15),
+                                .lowerList = library,
+                                .overlay = build.label(form.lblListLoading)});
+  auto* half = new QWidget;
+  auto* column = new QVBoxLayout(half);
+  column->setContentsMargins(0, 0, 0, 0);
+  column->setSpacing(7);
+  column->addWidget(split, 1);
+  column->addLayout(rowOf({build.button(form.btnSLDel), build.button(form.btnAddSLtoFS)}));
+  return half;
+}
+
+QWidget* optionFrame(FormBuilder& build, Frame& frame, OptionButton& a, OptionButton& b) {
+  FramePanel* panel = build.frame(frame, false);
+  auto* row = new QHBoxLayout;
+  row->setSpacing(10);
+  row->addWidget(build.option(a));
+  row->addWidget(build.option(b));
+  panel->body()->addLayout(row);
+  return panel;
+}
+
+QWidget* pictureAndBrowser(FormBuilder& build, FrmMain& form) {
+  auto* half = new QWidget;
+  auto* column = new QVBoxLayout(half);
+  column->setContentsMargins(0, 0, 0, 0);
+  column->setSpacing(7);
+  CaptionLabel* title = build.label(form.lblSceneryTitle);
+  title->makeHeading();
+  column->addWidget(title);
+  column->addWidget(
+      build.picture(form.imgScenery, tr("Picture of the scenery"), QStringLiteral("scenery")), 1);
+  FramePanel* browser = build.frame(form.frameFtreeScenery, false);
+  browser->body()->addWidget(build.folders(form.ftreeScenery, tr("Scenery files browser")), 1);
+  column->addWidget(browser, 1);
+  QHBoxLayout* options =
+      rowOf({optionFrame(build, form.frameSceneryCopy, form.optMove, form.optCopy),
+             optionFrame(build, form.frameSceneryType, form.optScenery, form.optTextures)});
+  options->setSpacing(28);
+  column->addLayout(options);
+  column->addLayout(rowOf({build.button(form.btnAddToSL)}));
+  return half;
+}
+
+}  // namespace
+
+QWidget* makeSceneryView(FormBuilder& build, FrmMain& form, FormWindow& window) {
+  FramePanel* view = build.frame(form.frameScenery, true);
+  QWidget* left = lists(build, form, window);
+  QWidget* right = pictureAndBrowser(build, form);
+  auto* row = new QHBoxLayout;
+  row->setSpacing(12);
+  for (QWidget* half : {left, right}) {
+    half->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+    row->addWidget(half, 1);
+  }
+  view->body()->addLayout(row, 1);
+  return view;
+}
+
+}  // namespace skv::ui::qt

@@ -1,0 +1,82 @@
+#include <QFrame>
+#include <QPainter>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+#include "ui/qt/caption_label.h"
+#include "ui/qt/dialogs.h"
+#include "ui/qt/form_builder.h"
+#include "ui/qt/form_window.h"
+#include "ui/qt/icons.h"
+#include "ui/qt/text.h"
+
+namespace skv::ui::qt {
+
+namespace {
+
+// The program's picture with its name.
+class Banner : public QWidget {
+ public:
+  Banner(Bindings& bindings, Form& form, Image& image) {
+    setFixedSize(480, 200);
+    setAccessibleName(QString::fromLatin1("FS Skyvault"));
+    new Binding(bindings, form, image, this, [this, &image] { setVisible(image.visible); });
+  }
+
+ protected:
+  void paintEvent(QPaintEvent*) override {
+    QPainter painter(this);
+    painter.drawPixmap(0, 0, drawing(QStringLiteral("splash"), size(), devicePixelRatio()));
+    QFont title = font();
+    title.setPixelSize(38);
+    title.setWeight(QFont::DemiBold);
+    painter.setFont(title);
+    painter.setPen(Qt::white);
+    painter.drawText(QRect(32, 40, 300, 60), Qt::AlignLeft | Qt::AlignVCenter,
+                     QStringLiteral("FS Skyvault"));
+    title.setPixelSize(14);
+    title.setWeight(QFont::Normal);
+    painter.setFont(title);
+    painter.setPen(QColor(255, 255, 255, 210));
+    painter.drawText(QRect(34, 92, 300, 24), Qt::AlignLeft | Qt::AlignVCenter,
+                     QObject::tr("Add-ons of Flight Simulator 2002"));
+  }
+};
+
+}  // namespace
+
+QWidget* makeSplashWindow(Bindings& bindings, FrmSplash& form, const FileSystem& files,
+                          QWidget* owner) {
+  auto* window = new FormDialog(owner);
+  window->setWindowFlags(Qt::Dialog | Qt::FramelessWindowHint);
+  window->setAccessibleName(QObject::tr("About FS Skyvault"));
+  new FormWindow(bindings, form, *window);
+  FormBuilder build(bindings, form, files);
+
+  auto* outline = new QFrame;
+  outline->setProperty("outline", true);
+  auto* fixed = new QVBoxLayout(window);
+  fixed->setSizeConstraint(QLayout::SetFixedSize);
+  fixed->setContentsMargins(0, 0, 0, 0);
+  fixed->addWidget(outline);
+  auto* column = new QVBoxLayout(outline);
+  column->setContentsMargins(1, 1, 1, 1);
+  column->setSpacing(0);
+  column->addWidget(new Banner(bindings, form, form.Image1));
+  auto* text = new QVBoxLayout;
+  text->setContentsMargins(34, 16, 34, 16);
+  text->setSpacing(2);
+  CaptionLabel* version = build.label(form.lblVersion);
+  version->makeHeading();
+  text->addWidget(version);
+  text->addSpacing(8);
+  for (Label* line : {&form.Label2, &form.Label3, &form.Label4, &form.Label5})
+    text->addWidget(build.label(*line));
+  QPushButton* close = build.button(form.btnClose);
+  close->setDefault(true);
+  text->addWidget(close, 0, Qt::AlignRight);
+  column->addLayout(text);
+  return window;
+}
+
+}  // namespace skv::ui::qt
