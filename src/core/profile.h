@@ -34,8 +34,10 @@ class Profile {
   // As ReadProfile below.
   std::string read(std::string_view section, std::string_view key) const;
   // An empty value writes the key with an empty value. A section that the file lacks is added at
-  // its end. Costs no rebuilding of the file: many writes and one bytes() are linear.
-  void write(std::string_view section, std::string_view key, std::string_view value);
+  // its end. Costs no rebuilding of the file: many writes and one bytes() are linear. Line breaks
+  // in `value` become blanks. False, and nothing is changed, when the line would be the header of a
+  // section ("[key=]").
+  bool write(std::string_view section, std::string_view key, std::string_view value);
   // The whole file as it is now.
   std::string bytes() const;
 

@@ -1,0 +1,136 @@
+#include "core/profile_encoding.h"
+
+#include <cstddef>
+
+namespace skv {
+
+namespace {
+
+constexpr std::string_view utf8Mark = "\xEF\xBB\xBF";
+constexpr std::string_view littleEndianMark = "\xFF\xFE";
+constexpr std::string_view bigEndianMark = "\xFE\xFF";
+
+constexpr bool isHighSurrogate(char32_t unit) { return unit >= 0xD800 && unit <= 0xDBFF; }
+constexpr bool isLowSurrogate(char32_t unit) { return unit >= 0xDC00 && unit <= 0xDFFF; }
+
+// A lone surrogate gets the three bytes that its number would have, so that nothing of a damaged
+// file is lost.
+void appendCharacter(std::string& text, char32_t character) {
+  const auto byte = [&text](char32_t value) { text += static_cast<char>(value); };
+  if (character < 0x80) {
+    byte(character);
+  } else if (character < 0x800) {
+    byte(0xC0 | character >> 6);
+    byte(0x80 | (character & 0x3F));
+  } else if (character < 0x10000) {
+    byte(0xE0 | character >> 12);
+    byte(0x80 | (character >> 6 & 0x3F));
+    byte(0x80 | (character & 0x3F));
+  } else {
+    byte(0xF0 | character >> 18);
+    byte(0x80 | (character >> 12 & 0x3F));
+    byte(0x80 | (character >> 6 & 0x3F));
+    byte(0x80 | (character & 0x3F));
+  }
+}
+
+std::string fromUtf16(std::string_view bytes, bool bigEndian) {
+  const auto unitAt = [&](std::size_t i) {
+    const auto first = static_cast<unsigned char>(bytes[i]);
+    const auto second = static_cast<unsigned char>(bytes[i + 1]);
+    return static_cast<char32_t>(bigEndian ? first << 8 | second : second << 8 | first);
+  };
+  std::string text;
+  text.reserve(bytes.size() / 2);
+  for (std::size_t i = 0; i + 1 < bytes.size(); i += 2) {
+    char32_t character = unitAt(i);
+    if (isHighSurrogate(character) && i + 3 < bytes.size() && isLowSurrogate(unitAt(i + 2))) {
+      character = 0x10000 + ((character - 0xD800) << 10) + (unitAt(i + 2) - 0xDC00);
+      i += 2;
+    }
+    appendCharacter(text, character);
+  }
+  return text;
+}
+
+// Takes what fromUtf16 gave and what CodePage decodes to; a byte that begins no character stands
+// for itself.
+std::string toUtf16(std::string_view text, bool bigEndian) {
+  std::string bytes;
+  bytes.reserve(text.size() * 2);
+  const auto unit = [&](char32_t value) {
+    const char high = static_cast<char>(value >> 8);
+    const char low = static_cast<char>(value & 0xFF);
+    bytes += bigEndian ? high : low;
+    bytes += bigEndian ? low : high;
+  };
+  const auto byteAt = [&](std::size_t i) {
+    return static_cast<char32_t>(static_cast<unsigned char>(text[i]));
+  };
+  for (std::size_t i = 0; i < text.size();) {
+    const char32_t lead = byteAt(i);
+    const std::size_t length = lead < 0xC0 ? 1 : lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : 4;
+    if (length == 1 || i + length > text.size()) {
+      unit(lead);
+      ++i;
+      continue;
+    }
+    char32_t character = lead & (0x7Fu >> length);
+    for (std::size_t k = 1; k < length; ++k) character = character << 6 | (byteAt(i + k) & 0x3F);
+    if (character < 0x10000) {
+      unit(character);
+    } else {
+      unit(0xD800 + ((character - 0x10000) >> 10));
+      unit(0xDC00 + ((character - 0x10000) & 0x3FF));
+    }
+    i += length;
+  }
+  return bytes;
+}
+
+}  // namespace
+
+ProfileEncoding::ProfileEncoding(std::string& bytes, const CodePage& codePage)
+    : codePage_(codePage) {
+  const std::string_view view = bytes;
+  if (view.starts_with(utf8Mark)) {
+    kind_ = Kind::utf8;
+    bytes.erase(0, utf8Mark.size());
+  } else if (view.starts_with(littleEndianMark) || view.starts_with(bigEndianMark)) {
+    kind_ = view.starts_with(bigEndianMark) ? Kind::utf16BigEndian : Kind::utf16LittleEndian;
+    if (bytes.size() % 2 != 0) {
+      oddByte_ = bytes.back();
+      bytes.pop_back();
+    }
+    bytes = fromUtf16(std::string_view(bytes).substr(2), kind_ == Kind::utf16BigEndian);
+  }
+}
+
+std::string ProfileEncoding::decode(std::string_view lines) const {
+  return kind_ == Kind::codePage ? codePage_.decode(lines) : std::string(lines);
+}
+
+std::string ProfileEncoding::encode(std::string_view text) const {
+  const std::string bytes = codePage_.encode(text);
+  return kind_ == Kind::codePage ? bytes : codePage_.decode(bytes);
+}
+
+std::string ProfileEncoding::toCodePage(std::string_view lines) const {
+  return kind_ == Kind::codePage ? std::string(lines) : codePage_.encode(lines);
+}
+
+std::string ProfileEncoding::restore(std::string lines) const {
+  switch (kind_) {
+    case Kind::codePage:
+      break;
+    case Kind::utf8:
+      return std::string(utf8Mark) + lines;
+    case Kind::utf16LittleEndian:
+      return std::string(littleEndianMark) + toUtf16(lines, false) + oddByte_;
+    case Kind::utf16BigEndian:
+      return std::string(bigEndianMark) + toUtf16(lines, true) + oddByte_;
+  }
+  return lines;
+}
+
+}  // namespace skv
