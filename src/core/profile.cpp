@@ -31,8 +31,8 @@ struct Profile::Content {
 
   Content(std::string bytes, const CodePage& codePage);
 
-  // The form in which names are compared. `name` is UTF-8; what the code page lacks of it, the
-  // call never gets.
+  // The form in which names are compared: the call tells capitals from small letters beyond A to Z.
+  // `name` is UTF-8; what the code page lacks of it, the call never gets.
   std::string comparable(std::string_view name) const;
   std::optional<std::string> headerName(std::string_view line) const;
   void addParsed(std::string_view line);
@@ -61,7 +61,7 @@ Profile::Content::Content(std::string bytes, const CodePage& codePage)
 }
 
 std::string Profile::Content::comparable(std::string_view name) const {
-  return upper(trimBlanks(encoding.decode(encoding.encode(untilNul(name)))));
+  return lowerAscii(trimBlanks(encoding.decode(encoding.encode(untilNul(name)))));
 }
 
 // The name in a header line, which goes to the last bracket.
@@ -100,13 +100,19 @@ void Profile::Content::indexLine(Section& section, std::size_t line) const {
 
 std::string Profile::Content::keyNames(const Section& section) const {
   std::string names;
+  bool afterNameless = false;
   const std::size_t first = &section == &sections.front() ? 0 : 1;
   for (std::size_t i = first; i < section.lines.size(); ++i) {
+    if (trimBlanks(section.lines[i]).empty()) continue;
     const KeyLine parts = partsOf(section.lines[i]);
-    if (!parts.hasEquals || parts.name.empty() || parts.name.starts_with(';')) continue;
+    // Of several lines without a name the call takes the first.
+    const bool passed = std::exchange(afterNameless, parts.name.empty()) && parts.name.empty();
+    if (passed || !parts.hasEquals || parts.name.starts_with(';')) continue;
     names += encoding.toCodePage(parts.name);
     names += '\0';
   }
+  // A list that begins with a key without name looks empty to the call.
+  if (names.starts_with('\0')) names.clear();
   return names;
 }
 

@@ -46,13 +46,10 @@ std::string oneLine(std::string_view text) {
 
 std::vector<std::string_view> splitLines(std::string_view text) {
   std::vector<std::string_view> lines;
-  // CR ends lines only where no LF follows any more.
-  const std::size_t lastLineFeed = text.rfind('\n');
-  std::size_t start = 0;
-  while (start < text.size()) {
-    const bool feeds = lastLineFeed != std::string_view::npos && start <= lastLineFeed;
-    const auto end = text.find(feeds ? '\n' : '\r', start);
-    const std::size_t next = end == std::string_view::npos ? text.size() : end + 1;
+  for (std::size_t start = 0; start < text.size();) {
+    const auto end = text.find_first_of("\r\n", start);
+    std::size_t next = end == std::string_view::npos ? text.size() : end + 1;
+    if (text.substr(next - 1, 2) == "\r\n") ++next;
     lines.push_back(text.substr(start, next - start));
     start = next;
   }
