@@ -49,6 +49,12 @@ constexpr UChar32 privateBytes = 0xF700;
 
 }  // namespace
 
+bool isUtf8(std::string_view bytes) {
+  for (int32_t i = 0; i < static_cast<int32_t>(bytes.size());)
+    if (nextUtf8(bytes, i) < 0) return false;
+  return true;
+}
+
 std::string upper(std::string_view text) {
   std::string result(text);
   if (isAscii(text)) {

@@ -10,6 +10,9 @@
 
 namespace skv {
 
+// Whether the bytes are well-formed UTF-8 throughout.
+bool isUtf8(std::string_view bytes);
+
 // Upper case by Unicode's simple (one to one) mapping, the one by which names match without regard
 // to case. Never changes the number of characters.
 std::string upper(std::string_view text);

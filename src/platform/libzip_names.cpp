@@ -1,0 +1,75 @@
+#include "platform/libzip_names.h"
+
+#include "platform/windows_names.h"
+
+namespace skv {
+
+namespace {
+
+constexpr int unixHost = 3;
+constexpr int ntfsHost = 11;
+constexpr int macHost = 19;
+constexpr int dosPage = 437;
+
+bool isLetter(char c) {
+  return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
+}
+
+// A name that Windows can hold, as much like the given one as can be: authors
+// on other systems may use what Windows reserves.
+std::string heldByWindows(std::string name) {
+  for (char &c : name)
+    if (static_cast<unsigned char>(c) < 0x20 ||
+        std::string_view("<>:\"|?*").find(c) != std::string_view::npos)
+      c = '_';
+  while (name.ends_with('.') || name.ends_with(' '))
+    name.pop_back();
+  if (name.empty())
+    return "_";
+  return isWindowsName(name) ? name : "_" + name;
+}
+
+} // namespace
+
+std::string decodeEntryName(const StoredName &stored,
+                            const CodePage &systemPage) {
+  if (!stored.unicodeName.empty())
+    return stored.unicodeName;
+  if (stored.flaggedUtf8)
+    return stored.bytes;
+  const bool fromUnix =
+      stored.hostSystem == unixHost || stored.hostSystem == macHost;
+  if (fromUnix && isUtf8(stored.bytes))
+    return stored.bytes;
+  return stored.hostSystem == ntfsHost || fromUnix
+             ? systemPage.decode(stored.bytes)
+             : CodePage(dosPage).decode(stored.bytes);
+}
+
+Result<std::vector<std::string>> entryPath(std::string_view name) {
+  const auto leadsOut = [] {
+    return Outcome::withText(err::zip, "leads out of its folder");
+  };
+  if (name.starts_with('/') || name.starts_with('\\'))
+    return leadsOut();
+  if (name.size() > 1 && name[1] == ':' && isLetter(name[0]))
+    return leadsOut();
+  std::vector<std::string> elements;
+  while (!name.empty()) {
+    const auto end = name.find_first_of("/\\");
+    const std::string element(name.substr(0, end));
+    name = end == std::string_view::npos ? std::string_view()
+                                         : name.substr(end + 1);
+    // Windows reads any number of dots and blanks behind ".." as "..", so
+    // nothing like it may pass.
+    const bool onlyDots = element.find_first_not_of(". ") == std::string::npos;
+    if (onlyDots && element.find("..") != std::string::npos)
+      return leadsOut();
+    if (element.empty() || element == ".")
+      continue;
+    elements.push_back(heldByWindows(element));
+  }
+  return elements;
+}
+
+} // namespace skv
