@@ -11,8 +11,6 @@
 
 namespace skv {
 
-using namespace profile;
-
 namespace {
 
 // The call's buffer, its closing NUL included.
@@ -61,7 +59,7 @@ Profile::Content::Content(std::string bytes, const CodePage& codePage)
 }
 
 std::string Profile::Content::comparable(std::string_view name) const {
-  return lowerAscii(trimBlanks(encoding.decode(encoding.encode(untilNul(name)))));
+  return lowerAscii(trimBlanks(encoding.decode(encoding.encode(oneLine(name)))));
 }
 
 // The name in a header line, which goes to the last bracket.
@@ -101,8 +99,7 @@ void Profile::Content::indexLine(Section& section, std::size_t line) const {
 std::string Profile::Content::keyNames(const Section& section) const {
   std::string names;
   bool afterNameless = false;
-  const std::size_t first = &section == &sections.front() ? 0 : 1;
-  for (std::size_t i = first; i < section.lines.size(); ++i) {
+  for (std::size_t i = 1; i < section.lines.size(); ++i) {
     if (trimBlanks(section.lines[i]).empty()) continue;
     const KeyLine parts = partsOf(section.lines[i]);
     // Of several lines without a name the call takes the first.
@@ -167,7 +164,7 @@ std::size_t Profile::Content::addSection(std::string_view name) {
   return added;
 }
 
-// Puts `value` in the place of the value that stands there, and leaves the rest of the line.
+// Puts `value` in the place of the one that stands there, and leaves the rest of the line.
 bool Profile::Content::change(Section& section, std::size_t line, std::string_view value) {
   const std::string_view old = section.lines[line];
   const KeyLine parts = partsOf(old);
@@ -212,7 +209,11 @@ std::string Profile::read(std::string_view section, std::string_view key) const 
   const auto place = content.byName.find(content.comparable(section));
   if (place == content.byName.end()) return {};
   const Content::Section& found = content.sections[place->second];
-  if (key.empty()) return answer(content.keyNames(found), bufferSize - 2);
+  if (key.empty()) {
+    // For a list the call takes the name with its blanks, and passes over keys before any header.
+    if (place->second == 0 || trimBlanks(section) != section) return {};
+    return answer(content.keyNames(found), bufferSize - 2);
+  }
   const auto line = found.keys.find(content.comparable(key));
   if (line == found.keys.end()) return {};
   const std::string_view value = partsOf(found.lines[line->second]).value;
@@ -261,7 +262,8 @@ Outcome WriteProfile(FileSystem& files, const CodePage& codePage, const std::str
   auto old = files.readFile(file);
   // Only a file that is not there may be made anew: one that cannot be read holds what would be
   // lost.
-  if (!old.ok() && old.outcome().number() != err::fileNotFound) return old.outcome();
+  const bool missing = old.outcome().number() == err::fileNotFound && !files.attributes(file).ok();
+  if (!old.ok() && !missing) return old.outcome();
   Profile profile(old.valueOr({}), codePage);
   if (!profile.write(section, key, value))
     return Outcome::withText(err::pathFileAccess,

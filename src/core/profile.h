@@ -5,9 +5,13 @@
 //   title=Boeing 737-400
 //   sim=Boeing737-400
 //
-// Section and key names match without regard to case, the first of two equal ones counts. A write
-// changes the one line, or adds it at the end of its section, and leaves every other byte as it
-// was.
+// Names of sections and keys match without regard to case, as far as A to Z go: beyond, the call
+// tells capitals from small letters. The first of two equal ones counts. CR, LF and both together
+// end lines, the blanks around names and values don't count, nor do one pair of quotes around a
+// value. Keys that begin with ";" and lines without "=" are not listed.
+//
+// A write changes the value in its line, or adds a line at the end of its section, and leaves every
+// other byte as it was. A file that a byte order mark shows to be UTF-8 or UTF-16 stays so.
 #pragma once
 
 #include <map>

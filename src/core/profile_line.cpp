@@ -1,6 +1,6 @@
 #include "core/profile_line.h"
 
-namespace skv::profile {
+namespace skv {
 
 namespace {
 
@@ -78,4 +78,4 @@ KeyLine partsOf(std::string_view line) {
           untilNul(trimLeadingBlanks(text.substr(equals + 1))), true};
 }
 
-}  // namespace skv::profile
+}  // namespace skv

@@ -7,7 +7,7 @@
 #include <string_view>
 #include <vector>
 
-namespace skv::profile {
+namespace skv {
 
 // Ctrl-Z, which old tools write at the end of a file. To the system call it is a blank.
 inline constexpr char endOfFileMark = '\x1a';
@@ -36,4 +36,4 @@ struct KeyLine {
 };
 KeyLine partsOf(std::string_view line);
 
-}  // namespace skv::profile
+}  // namespace skv
