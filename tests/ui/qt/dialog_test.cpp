@@ -91,7 +91,7 @@ TEST_F(WindowTest, AnInputBoxGivesTheTextOrNothing) {
 
 TEST_F(WindowTest, SettingsAreOpenedByKeyFilledAndAccepted) {
   showMain();
-  QTimer::singleShot(0, qApp, [] {
+  inDialog(app.frmSettings, [] {
     auto* field = find<QLineEdit>("txtSceneryLib");
     ASSERT_NE(field, nullptr);
     EXPECT_EQ(find<QLineEdit>("txtPOPPassword")->echoMode(), QLineEdit::Password);
@@ -109,7 +109,7 @@ TEST_F(WindowTest, SettingsAreOpenedByKeyFilledAndAccepted) {
   EXPECT_EQ(settings.values["General/SceneryLib"], "C:\\SLib\\");
   EXPECT_EQ(settings.values["Mail/POPHost"], "mail.example");
   // A second opening is a new window with the stored values.
-  QTimer::singleShot(0, qApp, [] {
+  inDialog(app.frmSettings, [] {
     EXPECT_EQ(find<QLineEdit>("txtPOPHost")->text(), "mail.example");
     find<QWidget>("frmSettings")->close();
   });
@@ -119,10 +119,9 @@ TEST_F(WindowTest, SettingsAreOpenedByKeyFilledAndAccepted) {
 
 TEST_F(WindowTest, AFolderIsPickedInTheTree) {
   showMain();
-  QTimer::singleShot(0, qApp, [] {
+  inDialog(app.frmDirSelect, [] {
     auto* tree = find<QTreeWidget>("Dir1");
     ASSERT_NE(tree, nullptr);
-    settle();
     ASSERT_NE(tree->currentItem(), nullptr);
     EXPECT_EQ(tree->currentItem()->text(0), "FS");
     QTreeWidgetItem* root = tree->currentItem()->parent();
@@ -140,8 +139,8 @@ TEST_F(WindowTest, AFolderIsPickedInTheTree) {
   EXPECT_EQ(app.frmDirSelect.txtDir.text.get(), "C:\\Packs\\");
   windows.unload(app.frmDirSelect);
 
-  QTimer::singleShot(0, qApp,
-                     [] { QTest::keyClick(find<QWidget>("frmDirSelect"), Qt::Key_Escape); });
+  inDialog(app.frmDirSelect,
+           [] { QTest::keyClick(find<QWidget>("frmDirSelect"), Qt::Key_Escape); });
   EXPECT_EQ(pickFolder(app, app.frmMain, "C:\\FS\\"), FolderPick::cancelled);
 }
 

@@ -1,6 +1,7 @@
 #include "ui/qt/window_fixture.h"
 
 #include <QCoreApplication>
+#include <QTimer>
 
 namespace skv::test {
 
@@ -57,6 +58,14 @@ void WindowTest::click(const char* name, int tab) {
     QTest::mouseClick(widget, Qt::LeftButton);
   }
   settle();
+}
+
+void WindowTest::inDialog(ui::Form& form, std::function<void()> act) {
+  QTimer::singleShot(0, qApp, [this, &form, act = std::move(act)] {
+    settle();
+    act();
+    if (form.visible) windows.hide(form);
+  });
 }
 
 QPoint WindowTest::cell(const QTreeView& view, int row) {

@@ -10,6 +10,7 @@
 #include <QTabBar>
 #include <QTest>
 #include <QTreeView>
+#include <functional>
 
 #include "support/program_fixture.h"
 #include "ui/qt/qt_windowing.h"
@@ -35,13 +36,19 @@ class WindowTest : public ::testing::Test {
     for (QWidget* window : QApplication::topLevelWidgets()) {
       if (!window->isVisible()) continue;
       if (auto* self = qobject_cast<T*>(window); self && self->objectName() == name) return self;
-      if (auto* child = window->findChild<T*>(QLatin1String(name))) return child;
+      for (T* child : window->findChildren<T*>(QLatin1String(name)))
+        if (const auto* widget = qobject_cast<QWidget*>(child);
+            !widget || widget->window() == window)  // not of a dialog that it owns
+          return child;
     }
     return nullptr;
   }
   static QWidget* mainWindow();
   // Clicks a button, a menu entry, or the tab of a strip.
   static void click(const char* name, int tab = 0);
+  // Plays the user in a dialog that is about to come up and to be waited for. A dialog that is
+  // still there afterwards is taken away, so that a failed check does not wait forever.
+  void inDialog(ui::Form& form, std::function<void()> act);
   // Rows from 1.
   static QPoint cell(const QTreeView& view, int row);
   static void clickRow(QTreeView& view, int row);
