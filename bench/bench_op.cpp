@@ -1,10 +1,12 @@
 // skyvault-bench-op: one operation of the program, once, on given folders, and the seconds it took.
-// compare.sh runs it in turn with the tools that do the same work. Paths are the machine's.
+// compare.sh runs it in turn with the tools that do the same work. The real main window is on
+// screen and draws what it shows while the operation runs. Paths are the machine's.
 #include <fcntl.h>
 #include <spawn.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <QApplication>
 #include <chrono>
 #include <fstream>
 #include <iostream>
@@ -17,6 +19,9 @@
 #include "core/walktree.h"
 #include "packaging/aircraft_installer.h"
 #include "packaging/zipservice.h"
+#include "sample/sample_files.h"
+#include "ui/qt/qt_windowing.h"
+#include "ui/qt/theme.h"
 
 namespace skv::bench {
 namespace {
@@ -74,9 +79,37 @@ long memory(const std::string& field) {
   throw std::runtime_error("no " + field);
 }
 
+// The real window, which draws while an operation runs; its questions are answered beforehand.
+class AnsweredWindows : public ui::qt::QtWindowing {
+ public:
+  using QtWindowing::QtWindowing;
+  std::string archive, name;
+  std::vector<std::string> boxes;
+
+  ui::Answer messageBox(const ui::Box& box) override {
+    boxes.push_back(box.text);
+    return box.buttons == ui::BoxButtons::ok ? ui::Answer::ok : ui::Answer::no;
+  }
+  std::string inputBox(const std::string&, const std::string&, const std::string&) override {
+    return name;
+  }
+  Result<ui::PickedFile> openFile(const ui::FileDialog&) override {
+    return ui::PickedFile{archive, archive.substr(0, archive.rfind('\\') + 1)};
+  }
+};
+
 class Operation {
  public:
-  explicit Operation(const std::filesystem::path& folder) : run_(folder) {}
+  explicit Operation(const std::filesystem::path& folder) : run_(folder) {
+    run_.windows.prepare(app().frmMain);
+    mnuViewFSAircraft_Click(app());
+    app().frmMain.lstAircraft.clear();
+    app().frmMain.visible = true;
+    for (int rounds = 0; rounds < 5; ++rounds) QCoreApplication::processEvents();
+  }
+  ~Operation() { run_.windows.unloadAll(); }
+  Operation(const Operation&) = delete;
+  Operation& operator=(const Operation&) = delete;
 
   double copy(const std::string& from, const std::string& to) {
     std::filesystem::create_directories(to);
@@ -103,8 +136,8 @@ class Operation {
     return result;
   }
   double install(const std::string& archive) {
-    run_.windows.picks = {windowsPath(archive)};
-    run_.windows.inputs = {"installed"};
+    run_.windows.archive = windowsPath(archive);
+    run_.windows.name = "installed";
     const double result = seconds([&] { mnuFileInstallAC_Click(app()); });
     require(run_.windows.boxes.empty(), shown());
     require(app().frmMain.lstAircraft.selected() != 0, "no row selected");
@@ -132,7 +165,7 @@ class Operation {
   std::pair<double, double> unpack(const std::string& archive, const std::string& target) {
     std::filesystem::create_directories(target);
     std::ofstream("/proc/self/clear_refs") << 5;  // the peak counts from here
-    const long idle = memory("VmRSS");
+    const long idle = memory("VmHWM");
     const double result = seconds([&] {
       ReadAndExtract job(app());
       require(job.open(windowsPath(archive)) && job.fits(app().HangarDir) &&
@@ -152,10 +185,10 @@ class Operation {
     return seconds([&] { WalkTree(app(), source, target, code, true); });
   }
   std::string shown() const {
-    return run_.windows.boxes.empty() ? "no box" : run_.windows.boxes.back().text;
+    return run_.windows.boxes.empty() ? "no box" : run_.windows.boxes.back();
   }
 
-  BenchRun run_;
+  BenchRun<AnsweredWindows> run_;
 };
 
 int perform(const std::vector<std::string>& words) {
@@ -199,6 +232,8 @@ int main(int argc, char** argv) {
       std::cout << skv::bench::timeTool({argv + 2, argv + argc}) << "\n";
       result = 0;
     } else {
+      QApplication application(argc, argv);
+      skv::ui::qt::dress(application);
       result = skv::bench::perform({argv + 1, argv + argc});
     }
     if (result == 2) std::cerr << skv::bench::usage;

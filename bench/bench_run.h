@@ -1,9 +1,10 @@
-// A run of the program on drives of its own, with nobody at the window: what the benches measure.
+// A run of the program on drives of its own: what the benches measure.
 #pragma once
 
 #include <cstdlib>
 #include <filesystem>
 #include <map>
+#include <stdexcept>
 #include <string>
 
 #include "core/app.h"
@@ -43,8 +44,15 @@ class NoShell : public Shell {
   Outcome editText(std::string_view) override { return {}; }
 };
 
+// Windows for runs that measure the operations alone.
+class NoWindows : public test::ScriptedWindows {
+ public:
+  explicit NoWindows(const FileSystem&) {}
+};
+
 // Folders C:\FS\, C:\Hangar\, C:\Packs\ and C:\Temp\ below `folder`/drive_c, made where they are
 // missing; Z: is the whole disk. The aircraft view of the simulator is set, no list is loaded.
+template <class Windows = NoWindows>
 class BenchRun {
  public:
   explicit BenchRun(const std::filesystem::path& folder)
@@ -78,7 +86,7 @@ class BenchRun {
   FixedClock clock;
   NoShell shell;
   LibzipEngine zip{CodePage(1252)};
-  test::ScriptedWindows windows;
+  Windows windows{disk};
   App app{Platform{disk, settings, clock, shell, zip, {"C:\\Program\\", "C:\\Temp"}}, windows};
 };
 

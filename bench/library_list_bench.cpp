@@ -10,7 +10,7 @@ namespace {
 
 void LoadACListOfManyRows(benchmark::State& state) {
   const ScratchFolder scratch;
-  BenchRun run(scratch.path());
+  BenchRun<> run(scratch.path());
   const auto rows = static_cast<std::size_t>(state.range(0));
   sample::makeAircraftFolders(run.driveC() / "FS/aircraft", rows / 10);
   sample::writeFile(run.driveC() / "FS/SKV_AC.lst", sample::aircraftList(run.app.ACRoot, rows));
@@ -28,7 +28,7 @@ BENCHMARK(LoadACListOfManyRows)
 
 void SaveACListOfManyRows(benchmark::State& state) {
   const ScratchFolder scratch;
-  BenchRun run(scratch.path());
+  BenchRun<> run(scratch.path());
   const auto rows = static_cast<std::size_t>(state.range(0));
   sample::writeFile(run.driveC() / "FS/SKV_AC.lst", sample::aircraftList(run.app.ACRoot, rows));
   LoadACList(run.app);

@@ -12,7 +12,7 @@ class AddonTree : public benchmark::Fixture {
  public:
   void SetUp(const benchmark::State& state) override {
     scratch_ = std::make_unique<ScratchFolder>();
-    run = std::make_unique<BenchRun>(scratch_->path());
+    run = std::make_unique<BenchRun<>>(scratch_->path());
     const auto files = static_cast<std::size_t>(state.range(0));
     sample::makeLargeTree(run->driveC() / "tree", files, files * 20'000);
   }
@@ -21,7 +21,7 @@ class AddonTree : public benchmark::Fixture {
     scratch_.reset();
   }
 
-  std::unique_ptr<BenchRun> run;
+  std::unique_ptr<BenchRun<>> run;
 
  private:
   std::unique_ptr<ScratchFolder> scratch_;
@@ -73,7 +73,7 @@ BENCHMARK_REGISTER_F(AddonTree, WalkCopy)
 
 void WalkScanACOverManyAircraft(benchmark::State& state) {
   const ScratchFolder scratch;
-  BenchRun run(scratch.path());
+  BenchRun<> run(scratch.path());
   const auto count = static_cast<std::size_t>(state.range(0));
   sample::makeAircraftFolders(run.driveC() / "FS/aircraft", count);
   for (auto _ : state) {

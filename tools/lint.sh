@@ -10,8 +10,6 @@ tools/check-format.sh "$@"
 command -v clang-tidy >/dev/null || { echo "clang-tidy is not installed"; exit 1; }
 tools/install-dependencies.sh
 cmake --preset release >/dev/null
-# The window's classes need what Qt's compiler makes of their headers.
-cmake --build --preset release --target skyvault_qt_autogen >/dev/null
 
 sources=("$@")
 [ $# -gt 0 ] || mapfile -t sources < <(git ls-files 'src/*.cpp' 'share/*.cpp' 'tests/*.cpp' 'bench/*.cpp' 'tools/*.cpp')

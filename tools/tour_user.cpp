@@ -1,0 +1,263 @@
+#include "tour_user.h"
+
+#include <QAbstractButton>
+#include <QAction>
+#include <QLineEdit>
+#include <QMenu>
+#include <QMenuBar>
+#include <QMessageBox>
+#include <QPainter>
+#include <QPlainTextEdit>
+#include <QTabBar>
+#include <QTest>
+#include <iostream>
+
+namespace skv::tour {
+
+namespace {
+
+QTreeView& list(const std::string& name) { return User::find<QTreeView>(name); }
+
+QModelIndex index(const std::string& name, int row, int column) {
+  const QModelIndex result = list(name).model()->index(row - 1, column);
+  if (!result.isValid())
+    throw Wrong(name + " has no row " + std::to_string(row) + ", column " + std::to_string(column));
+  return result;
+}
+
+std::string flat(QString text) {
+  return text.replace(QLatin1Char('\n'), QLatin1Char(' ')).toStdString();
+}
+
+}  // namespace
+
+void require(bool condition, const std::string& what) {
+  if (!condition) throw Wrong(what);
+}
+
+User::User(std::filesystem::path pictures) : pictures_(std::move(pictures)) {
+  std::filesystem::create_directories(pictures_);
+  // Boxes run event loops of their own; this timer ticks in all of them.
+  timer_.setInterval(5);
+  QObject::connect(&timer_, &QTimer::timeout, &timer_, [this] { look(); });
+  timer_.start();
+}
+
+bool User::shows(const std::string& window) {
+  for (QWidget* it : QApplication::topLevelWidgets())
+    if (it->isVisible() && it->objectName() == window.c_str()) return true;
+  return false;
+}
+
+void User::stage(const std::string& text) { std::cout << "* " << text << std::endl; }
+
+void User::picture(const std::string& name) {
+  settle();
+  // The windows as they lie on each other; menus and boxes are windows of their own.
+  QRect area;
+  QList<QWidget*> windows;
+  for (QWidget* window : QApplication::topLevelWidgets()) {
+    if (!window->isVisible() || window->width() < 2) continue;
+    area |= window->geometry();
+    if (window->objectName() == QLatin1String("frmMain"))
+      windows.prepend(window);
+    else
+      windows.append(window);
+  }
+  require(!area.isEmpty(), "there is nothing to take a picture of");
+  QPixmap sheet(area.size());
+  sheet.fill(QColor(0x70, 0x78, 0x80));
+  QPainter painter(&sheet);
+  for (QWidget* window : windows) {
+    const QRect place = window->geometry().translated(-area.topLeft());
+    painter.drawPixmap(place.topLeft(), window->grab());
+    // No window manager draws a border here.
+    painter.setPen(QColor(0x70, 0x78, 0x80));
+    if (window != windows.front()) painter.drawRect(place.adjusted(-1, -1, 0, 0));
+  }
+  painter.end();
+
+  const std::string number = std::to_string(++pictureNumber_);
+  const auto file = pictures_ / ((number.size() < 2 ? "0" : "") + number + "-" + name + ".png");
+  require(sheet.save(QString::fromStdString(file.string())), "cannot write " + file.string());
+  std::cout << "    " << file.filename().string() << std::endl;
+}
+
+void User::settle() {
+  // What one round brings about may wait for the next one.
+  for (int rounds = 0; rounds < 5; ++rounds) QCoreApplication::processEvents();
+}
+
+void User::click(const std::string& name) {
+  auto& widget = find<QWidget>(name);
+  require(widget.isEnabled(), name + " is disabled");
+  QTest::mouseClick(&widget, Qt::LeftButton);
+  settle();
+}
+
+void User::clickTab(const std::string& strip, const std::string& caption) {
+  auto& tabs = find<QTabBar>(strip);
+  for (int i = 0; i < tabs.count(); ++i) {
+    if (User::caption(tabs.tabText(i)) != caption) continue;
+    QTest::mouseClick(&tabs, Qt::LeftButton, {}, tabs.tabRect(i).center());
+    return settle();
+  }
+  throw Wrong(strip + " has no tab " + caption);
+}
+
+std::string User::caption(const QString& text) {
+  return QString(text).remove(QLatin1Char('&')).toStdString();
+}
+
+void User::chooseMenu(const std::vector<std::string>& captions, const std::string& pictureName) {
+  const auto entry = [](QWidget& menu, const std::string& text) -> QAction& {
+    for (QAction* action : menu.actions())
+      if (caption(action->text()) == text && action->isVisible()) {
+        require(action->isEnabled(), "the menu entry " + text + " is disabled");
+        return *action;
+      }
+    throw Wrong("there is no menu entry " + text);
+  };
+  auto* bar = find<QWidget>("frmMain").findChild<QMenuBar*>();
+  require(bar != nullptr, "there is no menu bar");
+  QAction* action = &entry(*bar, captions.front());
+  QTest::mouseClick(bar, Qt::LeftButton, {}, bar->actionGeometry(action).center());
+  settle();
+  for (std::size_t i = 1; i < captions.size(); ++i) {
+    QMenu* menu = action->menu();
+    require(menu != nullptr && menu->isVisible(), "the menu " + captions[i - 1] + " did not open");
+    action = &entry(*menu, captions[i]);
+    const QPoint place = menu->actionGeometry(action).center();
+    QTest::mouseMove(menu, place);
+    if (i + 1 == captions.size() && !pictureName.empty()) picture(pictureName);
+    QTest::mouseClick(menu, Qt::LeftButton, {}, place);
+    settle();
+  }
+}
+
+void User::press(int key, Qt::KeyboardModifiers modifiers) {
+  auto& window = find<QWidget>("frmMain");
+  // What a window manager does when a box closes.
+  window.activateWindow();
+  settle();
+  QTest::keyClick(&window, static_cast<Qt::Key>(key), modifiers);
+  settle();
+}
+
+void User::type(const std::string& field, const std::string& text) {
+  auto& widget = find<QWidget>(field);
+  widget.setFocus();
+  settle();
+  QTest::keyClick(&widget, Qt::Key_A, Qt::ControlModifier);
+  QTest::keyClick(&widget, Qt::Key_Delete);
+  QTest::keyClicks(&widget, QString::fromStdString(text));
+  settle();
+}
+
+std::string User::text(const std::string& field) {
+  auto& widget = find<QWidget>(field);
+  if (auto* line = qobject_cast<QLineEdit*>(&widget)) return line->text().toStdString();
+  if (auto* area = qobject_cast<QPlainTextEdit*>(&widget)) return area->toPlainText().toStdString();
+  if (auto* button = qobject_cast<QAbstractButton*>(&widget)) return button->text().toStdString();
+  return widget.property("text").toString().toStdString();
+}
+
+int User::rows(const std::string& name) { return list(name).model()->rowCount(); }
+
+std::string User::cell(const std::string& name, int row, int column) {
+  return index(name, row, column).data().toString().toStdString();
+}
+
+int User::rowOf(const std::string& name, const std::string& text, int column) {
+  for (int row = 1; row <= rows(name); ++row)
+    if (cell(name, row, column) == text) return row;
+  throw Wrong(name + " has no row " + text);
+}
+
+int User::selectedRow(const std::string& name) {
+  const QModelIndexList selected = list(name).selectionModel()->selectedRows();
+  return selected.isEmpty() ? 0 : selected.front().row() + 1;
+}
+
+void User::clickRow(const std::string& name, int row) {
+  auto& view = list(name);
+  const QModelIndex place = index(name, row, 1);
+  view.scrollTo(place);
+  QTest::mouseClick(view.viewport(), Qt::LeftButton, {}, view.visualRect(place).center());
+  settle();
+}
+
+void User::rename(const std::string& name, int row, const std::string& text) {
+  auto& view = list(name);
+  clickRow(name, row);
+  const QPoint place = view.visualRect(index(name, row, 0)).center();
+  QTest::mouseClick(view.viewport(), Qt::LeftButton, {}, place);
+  QTest::mouseDClick(view.viewport(), Qt::LeftButton, {}, place);
+  settle();
+  auto* editor = view.viewport()->findChild<QLineEdit*>();
+  require(editor != nullptr, "the name does not open for editing");
+  editor->selectAll();
+  QTest::keyClicks(editor, QString::fromStdString(text));
+  QTest::keyClick(editor, Qt::Key_Return);
+  settle();
+}
+
+void User::expect(const std::string& window, std::function<void(QWidget&)> answer) {
+  answers_.push_back({window, std::move(answer)});
+}
+
+void User::expectBox(const std::string& text, const std::string& button) {
+  expect("messageBox", [this, text, button](QWidget& window) {
+    auto& box = dynamic_cast<QMessageBox&>(window);
+    require(flat(box.text()) == text, "the box says: " + flat(box.text()));
+    picture("box");
+    for (QAbstractButton* it : box.buttons())
+      if (caption(it->text()) == button) return QTest::mouseClick(it, Qt::LeftButton);
+    throw Wrong("the box has no button " + button);
+  });
+}
+
+QWidget* User::waiting() const {
+  if (QWidget* modal = QApplication::activeModalWidget()) return modal;
+  if (answers_.empty()) return nullptr;
+  for (QWidget* window : QApplication::topLevelWidgets())
+    if (window->isVisible() && window->objectName() == answers_.front().window.c_str())
+      return window;
+  return nullptr;
+}
+
+// Runs inside whatever loop waits for an answer: what goes wrong here is kept for allAnswered,
+// since it must not be thrown through Qt.
+void User::look() {
+  QWidget* window = waiting();
+  if (window == nullptr || window == answering_ || !window->isVisible()) return;
+  const std::string name = window->objectName().toStdString();
+  if (answers_.empty() || answers_.front().window != name) {
+    // A window that is answered already may still be on its way out.
+    if (answering_ != nullptr) return;
+    if (wrong_.empty()) {
+      wrong_ = "nobody expected " + name;
+      if (auto* box = qobject_cast<QMessageBox*>(window)) wrong_ += ": " + flat(box->text());
+    }
+    window->close();
+    return;
+  }
+  const Answer answer = std::move(answers_.front());
+  answers_.pop_front();
+  QWidget* before = std::exchange(answering_, window);
+  try {
+    answer.act(*window);
+  } catch (const std::exception& failure) {
+    if (wrong_.empty()) wrong_ = failure.what();
+    window->close();
+  }
+  answering_ = before;
+}
+
+void User::allAnswered() {
+  settle();
+  if (!wrong_.empty()) throw Wrong(wrong_);
+  if (!answers_.empty()) throw Wrong(answers_.front().window + " did not come");
+}
+
+}  // namespace skv::tour
