@@ -32,7 +32,9 @@ int main(int argc, char** argv) {
   skv::FileSettingsStore settings(skv::FileSettingsStore::defaultFile());
   skv::SystemClock clock;
   skv::DesktopShell shell(files);
-  skv::LibzipEngine zip;
+  const skv::CodePage codePage(
+      static_cast<int>(skv::val(settings.read("General", "CodePage", "1252"))));
+  skv::LibzipEngine zip(codePage);
   skv::App app({files, settings, clock, shell, zip, skv::processEnvironment(files)}, windows);
   skv::connectEvents(app);
   app.frmMain.closed = [&] {

@@ -44,20 +44,23 @@ QHBoxLayout* commands(std::initializer_list<QPushButton*> onList, QPushButton* u
   return row;
 }
 
-// Frames of which the tabs show one at a time. The room is that of the largest.
-void addPages(QVBoxLayout& body, QTabBar* tabs, std::initializer_list<QWidget*> pages) {
+// The head of frames of which the tabs show one at a time, and the place where they all lie. The
+// room is that of the largest.
+QGridLayout* addStack(QVBoxLayout& body, QTabBar* tabs) {
   auto* row = new QHBoxLayout;
   row->addWidget(tabs);
   row->addStretch();
   body.addLayout(row);
   auto* stack = new QGridLayout;
-  for (QWidget* page : pages) {
-    QSizePolicy policy = page->sizePolicy();
-    policy.setRetainSizeWhenHidden(true);
-    page->setSizePolicy(policy);
-    stack->addWidget(page, 0, 0);
-  }
   body.addLayout(stack, 1);
+  return stack;
+}
+
+void addPage(QGridLayout& stack, QWidget* page) {
+  QSizePolicy policy = page->sizePolicy();
+  policy.setRetainSizeWhenHidden(true);
+  page->setSizePolicy(policy);
+  stack.addWidget(page, 0, 0);
 }
 
 FramePanel* detailFrame(FormBuilder& build, Frame& frame, std::initializer_list<TextBox*> boxes) {
@@ -105,13 +108,14 @@ QWidget* infoPage(FormBuilder& build, FrmMain& form) {
   auto* right = new QWidget;
   auto* details = new QVBoxLayout(right);
   details->setContentsMargins(0, 0, 0, 0);
-  addPages(*details, build.tabs(form.tabACInfo, tr("Details of the variation")),
-           {generalFrame(build, form),
-            detailFrame(build, form.frameACInfoATC,
-                        {&form.txtATCID, &form.txtATCAirline, &form.txtATCFlight}),
-            detailFrame(build, form.frameACinfoUI,
-                        {&form.txtUIManufacturer, &form.txtUIType, &form.txtUIVariation}),
-            descriptionFrame(build, form)});
+  QGridLayout* stack =
+      addStack(*details, build.tabs(form.tabACInfo, tr("Details of the variation")));
+  addPage(*stack, generalFrame(build, form));
+  addPage(*stack, detailFrame(build, form.frameACInfoATC,
+                              {&form.txtATCID, &form.txtATCAirline, &form.txtATCFlight}));
+  addPage(*stack, detailFrame(build, form.frameACinfoUI,
+                              {&form.txtUIManufacturer, &form.txtUIType, &form.txtUIVariation}));
+  addPage(*stack, descriptionFrame(build, form));
   page->body()->addLayout(halves(left, right), 1);
   page->body()->addLayout(commands({}, build.button(form.btnSaveACInfo)));
   return page;
@@ -173,8 +177,13 @@ QWidget* makeAircraftBand(FormBuilder& build, FrmMain& form) {
 
 QWidget* makeAddonBand(FormBuilder& build, FrmMain& form) {
   FramePanel* band = build.frame(form.frameAddon, true);
-  addPages(*band->body(), build.tabs(form.tabAddon, tr("Parts of the aircraft")),
-           {infoPage(build, form), panelPage(build, form), soundPage(build, form)});
+  QGridLayout* stack =
+      addStack(*band->body(), build.tabs(form.tabAddon, tr("Parts of the aircraft")));
+  addPage(*stack, infoPage(build, form));
+  build.later([&build, stack, &form] {
+    addPage(*stack, panelPage(build, form));
+    addPage(*stack, soundPage(build, form));
+  });
   return band;
 }
 

@@ -1,72 +1,114 @@
 #include "ui/qt/flat_style.h"
 
+#include <QAbstractScrollArea>
 #include <QPainter>
 #include <QRadioButton>
 #include <QStyleOption>
+#include <algorithm>
+
+#include "ui/qt/flat_marks.h"
 
 namespace skv::ui::qt {
 
 namespace {
 
-constexpr int markSide = 16;
+constexpr int scrollBarExtent = 12;
+constexpr int leastHandle = 28;
 
-QRectF markArea(const QRect& rect) {
-  QRectF area(0, 0, markSide - 1, markSide - 1);
-  area.moveCenter(QRectF(rect).center());
-  return area;
+bool has(const QStyleOption* option, QStyle::StateFlag flag) { return option->state & flag; }
+
+QColor colour(const QStyleOption* option, QPalette::ColorRole role) {
+  return option->palette.color(role);
 }
 
-void setMarkColours(QPainter& painter, const QStyleOption& option, bool on) {
-  const bool enabled = option.state & QStyle::State_Enabled;
-  const QPalette& colours = option.palette;
-  const QColor strong =
-      enabled ? colours.color(QPalette::Link) : colours.color(QPalette::Disabled, QPalette::Text);
+// The border of what a user types into or chooses from.
+QColor fieldBorder(const QStyleOption* option, bool focus) {
+  return colour(option, focus ? QPalette::Link : QPalette::Mid);
+}
+
+bool isDefault(const QStyleOption* option) {
+  const auto* button = qstyleoption_cast<const QStyleOptionButton*>(option);
+  return button && button->features & QStyleOptionButton::DefaultButton &&
+         has(option, QStyle::State_Enabled);
+}
+
+void drawButton(QPainter& painter, const QStyleOption* option) {
+  const bool focus = has(option, QStyle::State_HasFocus);
+  QColor ground = colour(option, QPalette::Base);
+  QColor border = fieldBorder(option, focus);
+  if (!has(option, QStyle::State_Enabled)) {
+    ground = Qt::transparent;
+  } else if (has(option, QStyle::State_Sunken)) {
+    ground = colour(option, QPalette::Highlight);
+  } else if (isDefault(option)) {
+    ground = colour(option, QPalette::Link);
+    border = focus ? colour(option, QPalette::WindowText) : ground;
+  } else if (has(option, QStyle::State_MouseOver)) {
+    ground = colour(option, QPalette::Midlight);
+  }
+  drawBox(painter, option->rect, ground, border);
+}
+
+void drawLineEdit(QPainter& painter, const QStyleOption* option) {
+  const auto* frame = qstyleoption_cast<const QStyleOptionFrame*>(option);
+  const bool inPlace = frame && frame->lineWidth == 0;  // an editor within a row
+  const bool enabled = has(option, QStyle::State_Enabled);
+  drawBox(painter, option->rect, colour(option, enabled ? QPalette::Base : QPalette::Light),
+          fieldBorder(option, inPlace || has(option, QStyle::State_HasFocus)), inPlace ? 0 : 5);
+}
+
+void drawHeader(QPainter& painter, const QStyleOption* option) {
+  const bool hover = has(option, QStyle::State_MouseOver) && has(option, QStyle::State_Enabled);
+  painter.fillRect(option->rect, colour(option, hover ? QPalette::Midlight : QPalette::Light));
+  painter.setPen(colour(option, QPalette::Mid));
+  painter.drawLine(option->rect.bottomLeft(), option->rect.bottomRight());
+  if (qstyleoption_cast<const QStyleOptionHeader*>(option))
+    painter.drawLine(option->rect.topRight(), option->rect.bottomRight());
+}
+
+void drawTab(QPainter& painter, const QStyleOption* option) {
+  const bool selected = has(option, QStyle::State_Selected);
+  if (selected && has(option, QStyle::State_HasFocus))
+    painter.fillRect(option->rect, colour(option, QPalette::Midlight));
+  if (!selected && !has(option, QStyle::State_MouseOver)) return;
+  QRect line = option->rect;
+  line.setTop(line.bottom() - 1);
+  painter.fillRect(line, colour(option, selected ? QPalette::Link : QPalette::Mid));
+}
+
+void drawMenuBarItem(QPainter& painter, const QStyleOption* option) {
+  painter.fillRect(option->rect, colour(option, QPalette::Window));
+  const auto* item = qstyleoption_cast<const QStyleOptionMenuItem*>(option);
+  if (!item) return;
+  if (has(option, QStyle::State_Selected))
+    drawBox(painter, option->rect.adjusted(0, 1, 0, -1), colour(option, QPalette::Midlight),
+            Qt::transparent);
+  painter.setPen(option->palette.color(
+      has(option, QStyle::State_Enabled) ? QPalette::Normal : QPalette::Disabled,
+      QPalette::WindowText));
+  painter.drawText(option->rect, Qt::AlignCenter | Qt::TextShowMnemonic, item->text);
+}
+
+void drawScrollBar(QPainter& painter, const QStyleOptionComplex* option, const QRect& handle) {
+  const bool active = has(option, QStyle::State_MouseOver) || has(option, QStyle::State_Sunken);
+  painter.fillRect(option->rect, colour(option, QPalette::Base));
   painter.setRenderHint(QPainter::Antialiasing);
-  painter.setPen(on ? strong : colours.color(QPalette::Dark));
-  painter.setBrush(on ? strong : colours.color(QPalette::Base));
-}
-
-void drawCheck(QPainter& painter, const QStyleOption& option) {
-  const bool on = option.state & QStyle::State_On;
-  const QRectF area = markArea(option.rect);
-  setMarkColours(painter, option, on);
-  painter.drawRoundedRect(area, 3.5, 3.5);
-  if (!on) return;
-  painter.setPen(QPen(option.palette.color(QPalette::BrightText), 2, Qt::SolidLine, Qt::RoundCap,
-                      Qt::RoundJoin));
-  painter.setBrush(Qt::NoBrush);
-  painter.drawPolyline(
-      QPolygonF({area.topLeft() + QPointF(3.5, 7.8), area.topLeft() + QPointF(6.4, 10.7),
-                 area.topLeft() + QPointF(11.6, 4.6)}));
-}
-
-void drawRadio(QPainter& painter, const QStyleOption& option) {
-  const bool on = option.state & QStyle::State_On;
-  const QRectF area = markArea(option.rect);
-  setMarkColours(painter, option, on);
-  painter.drawEllipse(area);
-  if (!on) return;
   painter.setPen(Qt::NoPen);
-  painter.setBrush(option.palette.color(QPalette::BrightText));
-  painter.drawEllipse(area.center(), 3, 3);
-}
-
-// Upwards for an ascending order.
-void drawArrow(QPainter& painter, const QStyleOption& option) {
-  const auto* header = qstyleoption_cast<const QStyleOptionHeader*>(&option);
-  if (!header || header->sortIndicator == QStyleOptionHeader::None) return;
-  // Qt's names are those of the arrow that Windows draws for the other order.
-  const bool up = header->sortIndicator == QStyleOptionHeader::SortDown;
-  const QPointF middle = QRectF(option.rect).center();
-  const qreal tip = up ? -2.5 : 2.5;
-  painter.setRenderHint(QPainter::Antialiasing);
-  painter.setPen(Qt::NoPen);
-  painter.setBrush(option.palette.color(QPalette::Link));
-  painter.drawPolygon(
-      QPolygonF({middle + QPointF(-4, -tip), middle + QPointF(4, -tip), middle + QPointF(0, tip)}));
+  painter.setBrush(colour(option, active ? QPalette::PlaceholderText : QPalette::Dark));
+  painter.drawRoundedRect(QRectF(handle).adjusted(2, 2, -2, -2), 4, 4);
 }
 
 }  // namespace
+
+void drawBox(QPainter& painter, const QRect& rect, const QColor& ground, const QColor& border,
+             qreal radius) {
+  painter.save();
+  painter.setRenderHint(QPainter::Antialiasing);
+  painter.setPen(border);
+  painter.setBrush(ground);
+  painter.drawRoundedRect(QRectF(rect).adjusted(0.5, 0.5, -0.5, -0.5), radius, radius);
+  painter.restore();
+}
 
 FlatStyle::FlatStyle() : QProxyStyle(QStringLiteral("Fusion")) {}
 
@@ -81,21 +123,153 @@ void FlatStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* opti
     case PE_IndicatorRadioButton:
       drawRadio(*painter, *option);
       break;
+    case PE_IndicatorHeaderArrow:
+      drawSortArrow(*painter, *option);
+      break;
+    case PE_PanelButtonCommand:
+      drawButton(*painter, option);
+      break;
+    case PE_PanelLineEdit:
+      drawLineEdit(*painter, option);
+      break;
+    case PE_Frame:
+      drawBox(*painter, option->rect, colour(option, QPalette::Base),
+              fieldBorder(option, widget && widget->hasFocus()));
+      break;
     case PE_FrameFocusRect:
       // All others show it by their border or ground.
-      if (!qobject_cast<const QRadioButton*>(widget)) break;
-      painter->setRenderHint(QPainter::Antialiasing);
-      painter->setPen(option->palette.color(QPalette::Link));
-      painter->setBrush(Qt::NoBrush);
-      painter->drawRoundedRect(QRectF(option->rect).adjusted(0.5, 0.5, -0.5, -0.5), 3, 3);
+      if (qobject_cast<const QRadioButton*>(widget))
+        drawBox(*painter, option->rect, Qt::transparent, colour(option, QPalette::Link), 3);
       break;
-    case PE_IndicatorHeaderArrow:
-      drawArrow(*painter, *option);
+    case PE_PanelMenu:
+      drawBox(*painter, option->rect, colour(option, QPalette::Base), colour(option, QPalette::Mid),
+              0);
+      break;
+    case PE_FrameMenu:
+    case PE_FrameTabBarBase:
+    case PE_FrameLineEdit:
       break;
     default:
       QProxyStyle::drawPrimitive(element, option, painter, widget);
   }
   painter->restore();
+}
+
+void FlatStyle::drawControl(ControlElement element, const QStyleOption* option, QPainter* painter,
+                            const QWidget* widget) const {
+  painter->save();
+  switch (element) {
+    case CE_HeaderSection:
+    case CE_HeaderEmptyArea:
+      drawHeader(*painter, option);
+      break;
+    case CE_TabBarTabShape:
+      drawTab(*painter, option);
+      break;
+    case CE_MenuBarItem:
+    case CE_MenuBarEmptyArea:
+      drawMenuBarItem(*painter, option);
+      break;
+    case CE_MenuItem:
+      if (const auto* item = qstyleoption_cast<const QStyleOptionMenuItem*>(option)) {
+        QStyleOptionMenuItem flat(*item);
+        if (has(option, State_Selected) && has(option, State_Enabled))
+          drawBox(*painter, option->rect, colour(option, QPalette::Highlight), Qt::transparent);
+        flat.state &= ~State_Selected;
+        QProxyStyle::drawControl(element, &flat, painter, widget);
+      }
+      break;
+    case CE_TabBarTabLabel:
+      if (const auto* tab = qstyleoption_cast<const QStyleOptionTab*>(option)) {
+        QStyleOptionTab label(*tab);
+        if (!has(option, State_Selected) && !has(option, State_MouseOver))
+          label.palette.setColor(QPalette::WindowText, colour(option, QPalette::PlaceholderText));
+        QProxyStyle::drawControl(element, &label, painter, widget);
+      }
+      break;
+    case CE_PushButtonLabel:
+      if (const auto* button = qstyleoption_cast<const QStyleOptionButton*>(option)) {
+        QStyleOptionButton label(*button);
+        if (isDefault(option) && !has(option, State_Sunken))
+          label.palette.setColor(QPalette::ButtonText, colour(option, QPalette::BrightText));
+        QProxyStyle::drawControl(element, &label, painter, widget);
+      }
+      break;
+    default:
+      QProxyStyle::drawControl(element, option, painter, widget);
+  }
+  painter->restore();
+}
+
+void FlatStyle::drawComplexControl(ComplexControl control, const QStyleOptionComplex* option,
+                                   QPainter* painter, const QWidget* widget) const {
+  if (control != CC_ScrollBar) {
+    QProxyStyle::drawComplexControl(control, option, painter, widget);
+    return;
+  }
+  painter->save();
+  drawScrollBar(*painter, option, subControlRect(control, option, SC_ScrollBarSlider, widget));
+  painter->restore();
+}
+
+QRect FlatStyle::subControlRect(ComplexControl control, const QStyleOptionComplex* option,
+                                SubControl subControl, const QWidget* widget) const {
+  const auto* bar = qstyleoption_cast<const QStyleOptionSlider*>(option);
+  if (control != CC_ScrollBar || !bar)
+    return QProxyStyle::subControlRect(control, option, subControl, widget);
+  // No arrow buttons: the handle has the whole length.
+  const bool upright = bar->orientation == Qt::Vertical;
+  const QRect& all = bar->rect;
+  const int length = upright ? all.height() : all.width();
+  const qint64 values = static_cast<qint64>(bar->maximum) - bar->minimum + bar->pageStep;
+  const int handle = static_cast<int>(std::clamp<qint64>(
+      values <= 0 ? length : static_cast<qint64>(length) * bar->pageStep / values,
+      std::min(leastHandle, length), length));
+  const int start = sliderPositionFromValue(bar->minimum, bar->maximum, bar->sliderPosition,
+                                            length - handle, bar->upsideDown);
+  const auto along = [&](int from, int size) {
+    return upright ? QRect(all.x(), all.y() + from, all.width(), size)
+                   : QRect(all.x() + from, all.y(), size, all.height());
+  };
+  switch (subControl) {
+    case SC_ScrollBarSlider:
+      return along(start, handle);
+    case SC_ScrollBarSubPage:
+      return along(0, start);
+    case SC_ScrollBarAddPage:
+      return along(start + handle, length - start - handle);
+    case SC_ScrollBarGroove:
+      return all;
+    default:
+      return {};
+  }
+}
+
+QRect FlatStyle::subElementRect(SubElement element, const QStyleOption* option,
+                                const QWidget* widget) const {
+  if (element == SE_LineEditContents) {
+    const auto* frame = qstyleoption_cast<const QStyleOptionFrame*>(option);
+    return option->rect.adjusted(frame && frame->lineWidth == 0 ? 2 : 6, 1, -6, -1);
+  }
+  return QProxyStyle::subElementRect(element, option, widget);
+}
+
+QSize FlatStyle::sizeFromContents(ContentsType type, const QStyleOption* option,
+                                  const QSize& contents, const QWidget* widget) const {
+  switch (type) {
+    case CT_PushButton:
+      return contents + QSize(widget && widget->property("small").toBool() ? 20 : 30, 12);
+    case CT_LineEdit:
+      return contents + QSize(16, 10);
+    case CT_MenuBarItem:
+      return contents + QSize(22, 12);
+    case CT_MenuItem:
+      return QProxyStyle::sizeFromContents(type, option, contents, widget) + QSize(8, 4);
+    case CT_HeaderSection:
+      return QProxyStyle::sizeFromContents(type, option, contents, widget) + QSize(4, 8);
+    default:
+      return QProxyStyle::sizeFromContents(type, option, contents, widget);
+  }
 }
 
 int FlatStyle::pixelMetric(PixelMetric metric, const QStyleOption* option,
@@ -107,7 +281,32 @@ int FlatStyle::pixelMetric(PixelMetric metric, const QStyleOption* option,
     case PM_ExclusiveIndicatorHeight:
       return markSide;
     case PM_FocusFrameHMargin:  // what stands left and right of a row's text
+    case PM_HeaderMargin:
       return 5;
+    case PM_ScrollBarExtent:
+      return scrollBarExtent;
+    case PM_DefaultFrameWidth:
+      return qobject_cast<const QAbstractScrollArea*>(widget)
+                 ? 2
+                 : QProxyStyle::pixelMetric(metric, option, widget);
+    case PM_TabBarTabHSpace:
+      return 30;
+    case PM_TabBarTabVSpace:
+      return 14;
+    case PM_TabBarTabShiftHorizontal:
+    case PM_TabBarTabShiftVertical:
+    case PM_TabBarTabOverlap:
+    case PM_TabBarBaseOverlap:
+    case PM_ButtonShiftHorizontal:
+    case PM_ButtonShiftVertical:
+      return 0;
+    case PM_MenuHMargin:
+    case PM_MenuVMargin:
+      return 5;
+    case PM_MenuBarHMargin:
+      return 6;
+    case PM_MenuBarVMargin:
+      return 3;
     default:
       return QProxyStyle::pixelMetric(metric, option, widget);
   }

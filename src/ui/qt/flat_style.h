@@ -1,5 +1,5 @@
-// Fusion with flat marks of its own: check boxes, option buttons and the frame of what has the
-// keyboard stay visible on light and dark alike.
+// The look of the widgets: Fusion, flattened, with colours from the palette alone. A style sheet
+// would say the same in fewer lines, but costs half of the program's start.
 #pragma once
 
 #include <QProxyStyle>
@@ -11,10 +11,24 @@ class FlatStyle : public QProxyStyle {
   FlatStyle();
   void drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
                      const QWidget* widget) const override;
+  void drawControl(ControlElement element, const QStyleOption* option, QPainter* painter,
+                   const QWidget* widget) const override;
+  void drawComplexControl(ComplexControl control, const QStyleOptionComplex* option,
+                          QPainter* painter, const QWidget* widget) const override;
+  QRect subControlRect(ComplexControl control, const QStyleOptionComplex* option,
+                       SubControl subControl, const QWidget* widget) const override;
+  QRect subElementRect(SubElement element, const QStyleOption* option,
+                       const QWidget* widget) const override;
+  QSize sizeFromContents(ContentsType type, const QStyleOption* option, const QSize& contents,
+                         const QWidget* widget) const override;
   int pixelMetric(PixelMetric metric, const QStyleOption* option,
                   const QWidget* widget) const override;
   int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
                 QStyleHintReturn* returned) const override;
 };
+
+// A box with round corners and a border of one pixel.
+void drawBox(QPainter& painter, const QRect& rect, const QColor& ground, const QColor& border,
+             qreal radius = 5);
 
 }  // namespace skv::ui::qt

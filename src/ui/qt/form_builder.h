@@ -2,6 +2,9 @@
 #pragma once
 
 #include <QString>
+#include <functional>
+#include <utility>
+#include <vector>
 
 #include "platform/file_system.h"
 #include "ui/qt/bindings.h"
@@ -41,6 +44,10 @@ class FormBuilder {
   void field(QFormLayout& layout, TextBox& box);
   void field(QGridLayout& grid, int row, int column, int columns, TextBox& box);
 
+  // Makes a part that nobody sees yet after the window has shown itself for the first time.
+  void later(std::function<void()> make) { later_.push_back(std::move(make)); }
+  std::vector<std::function<void()>> takeLater() { return std::exchange(later_, {}); }
+
   Bindings& bindings() { return bindings_; }
   Form& form() { return form_; }
 
@@ -50,6 +57,7 @@ class FormBuilder {
   Bindings& bindings_;
   Form& form_;
   const FileSystem& files_;
+  std::vector<std::function<void()>> later_;
 };
 
 }  // namespace skv::ui::qt

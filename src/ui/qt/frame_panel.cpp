@@ -1,16 +1,17 @@
 #include "ui/qt/frame_panel.h"
 
 #include <QMouseEvent>
+#include <QPainter>
 #include <QVBoxLayout>
 
 #include "ui/qt/caption_label.h"
+#include "ui/qt/flat_style.h"
 #include "ui/qt/text.h"
 
 namespace skv::ui::qt {
 
 FramePanel::FramePanel(Bindings& bindings, Form& form, Frame& frame, bool card)
-    : frame_(frame), body_(new QVBoxLayout), caption_(new CaptionLabel) {
-  setProperty("card", card);
+    : frame_(frame), card_(card), body_(new QVBoxLayout), caption_(new CaptionLabel) {
   auto* column = new QVBoxLayout(this);
   column->setContentsMargins(card ? 12 : 0, card ? 8 : 0, card ? 12 : 0, card ? 10 : 0);
   column->setSpacing(7);
@@ -27,6 +28,12 @@ void FramePanel::refresh() {
   setAccessibleName(spoken(frame_.caption));
   setEnabled(frame_.enabled);
   setVisible(frame_.visible);
+}
+
+void FramePanel::paintEvent(QPaintEvent*) {
+  if (!card_) return;
+  QPainter painter(this);
+  drawBox(painter, rect(), palette().color(QPalette::Light), palette().color(QPalette::Mid), 8);
 }
 
 void FramePanel::mouseDoubleClickEvent(QMouseEvent* event) {

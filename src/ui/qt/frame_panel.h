@@ -18,12 +18,14 @@ class FramePanel : public QFrame {
   QVBoxLayout* body() { return body_; }
 
  protected:
+  void paintEvent(QPaintEvent* event) override;
   void mouseDoubleClickEvent(QMouseEvent* event) override;
 
  private:
   void refresh();
 
   Frame& frame_;
+  bool card_;
   QVBoxLayout* body_;
   CaptionLabel* caption_;
   Binding* binding_;

@@ -87,6 +87,12 @@ ListTree::ListTree(Bindings& bindings, Form& form, ListView& list, const QString
   header()->setStretchLastSection(false);
   header()->setMinimumSectionSize(leastColumn);
   header()->setHighlightSections(false);
+  QFont strong = font();
+  strong.setWeight(QFont::DemiBold);
+  header()->setFont(strong);
+  QPalette muted = palette();
+  muted.setColor(QPalette::ButtonText, muted.color(QPalette::PlaceholderText));
+  header()->setPalette(muted);
   header()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
   for (std::size_t i = 0; i < list.columns().size(); ++i)
     setColumnHidden(static_cast<int>(i), list.columns()[i].width == 0);

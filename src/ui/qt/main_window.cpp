@@ -1,7 +1,9 @@
 #include "ui/qt/main_window.h"
 
 #include <QMenuBar>
+#include <QTimer>
 #include <QVBoxLayout>
+#include <memory>
 
 #include "ui/qt/form_window.h"
 #include "ui/qt/icons.h"
@@ -25,10 +27,25 @@ void addMenus(Bindings& bindings, FrmMain& form, QMainWindow& window) {
   window.addActions(pictures->actions());
 }
 
+// Completes itself when it has been seen.
+class MainWindow : public QMainWindow {
+ public:
+  std::vector<std::function<void()>> later;
+
+ protected:
+  void paintEvent(QPaintEvent* event) override {
+    QMainWindow::paintEvent(event);
+    if (later.empty()) return;
+    QTimer::singleShot(0, this, [parts = std::exchange(later, {})] {
+      for (const auto& part : parts) part();
+    });
+  }
+};
+
 }  // namespace
 
 QMainWindow* makeMainWindow(Bindings& bindings, FrmMain& form, const FileSystem& files) {
-  auto* window = new QMainWindow;
+  auto* window = new MainWindow;
   window->setWindowIcon(drawnIcon(QStringLiteral("fsskyvault")));
   window->setMinimumWidth(leastWidth);
   window->setContextMenuPolicy(Qt::NoContextMenu);
@@ -42,12 +59,15 @@ QMainWindow* makeMainWindow(Bindings& bindings, FrmMain& form, const FileSystem&
   auto* views = new QVBoxLayout;
   views->setContentsMargins(10, 10, 10, 10);
   views->setSpacing(10);
-  FormBuilder build(bindings, form, files);
-  views->addWidget(makeAircraftBand(build, form), 1);
-  views->addWidget(makeAddonBand(build, form), 1);
-  views->addWidget(makeSceneryView(build, form, *control), 1);
+  auto build = std::make_shared<FormBuilder>(bindings, form, files);
+  views->addWidget(makeAircraftBand(*build, form), 1);
+  views->addWidget(makeAddonBand(*build, form), 1);
+  build->later([build, control, views, &form] {
+    views->addWidget(makeSceneryView(*build, form, *control), 1);
+  });
   column->addLayout(views, 1);
-  column->addWidget(build.status(form.lblStatus));
+  column->addWidget(build->status(form.lblStatus));
+  window->later = build->takeLater();
   window->setCentralWidget(content);
   return window;
 }

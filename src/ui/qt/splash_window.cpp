@@ -54,13 +54,13 @@ QWidget* makeSplashWindow(Bindings& bindings, FrmSplash& form, const FileSystem&
   FormBuilder build(bindings, form, files);
 
   auto* outline = new QFrame;
-  outline->setProperty("outline", true);
+  outline->setFrameStyle(QFrame::Box | QFrame::Plain);
   auto* fixed = new QVBoxLayout(window);
   fixed->setSizeConstraint(QLayout::SetFixedSize);
   fixed->setContentsMargins(0, 0, 0, 0);
   fixed->addWidget(outline);
   auto* column = new QVBoxLayout(outline);
-  column->setContentsMargins(1, 1, 1, 1);
+  column->setContentsMargins(0, 0, 0, 0);
   column->setSpacing(0);
   column->addWidget(new Banner(bindings, form, form.Image1));
   auto* text = new QVBoxLayout;

@@ -1,6 +1,7 @@
 #include "ui/qt/theme.h"
 
 #include <QApplication>
+#include <QToolTip>
 #include <algorithm>
 #include <cmath>
 
@@ -53,80 +54,6 @@ QPalette paletteOf(const Tones& tones) {
   return palette;
 }
 
-constexpr const char* sheet = R"(
-QMenuBar { background: @window; padding: 3px 6px; border-bottom: 1px solid @border; }
-QMenuBar::item { padding: 5px 11px; border-radius: 5px; background: transparent; }
-QMenuBar::item:selected { background: @hover; }
-QMenu { background: @base; border: 1px solid @border; padding: 5px; }
-QMenu::item { padding: 6px 26px 6px 24px; border-radius: 4px; background: transparent; }
-QMenu::item:selected { background: @selection; }
-QMenu::item:disabled { color: @faint; background: transparent; }
-QMenu::separator { height: 1px; background: @border; margin: 5px 8px; }
-
-QFrame[card="true"] { background: @card; border: 1px solid @border; border-radius: 8px; }
-QFrame[outline="true"] { border: 1px solid @bar; }
-
-QPushButton { background: @base; color: @text; border: 1px solid @border; border-radius: 5px;
-  padding: 4px 14px; min-height: 18px; }
-QPushButton[small="true"] { padding: 4px 8px; min-width: 16px; }
-QPushButton:hover { background: @hover; }
-QPushButton:pressed { background: @selection; }
-QPushButton:focus { border-color: @accent; }
-QPushButton:default { background: @accent; border-color: @accent; color: @onAccent; }
-QPushButton:default:focus { border-color: @text; }
-QPushButton:disabled { background: transparent; color: @faint; border-color: @border; }
-
-QLineEdit, QPlainTextEdit { background: @base; border: 1px solid @border; border-radius: 5px;
-  padding: 3px 7px; selection-background-color: @accent; selection-color: @onAccent; }
-QLineEdit { min-height: 18px; }
-QLineEdit:focus, QPlainTextEdit:focus { border-color: @accent; }
-QLineEdit:disabled, QPlainTextEdit:disabled { background: @card; color: @faint; }
-QTreeView QLineEdit { border-radius: 0; padding: 0 3px; min-height: 0; border-color: @accent; }
-
-QTreeView { background: @base; border: 1px solid @border; border-radius: 5px; padding: 1px; }
-QTreeView:focus { border-color: @accent; }
-QHeaderView { background: @card; border: none; border-bottom: 1px solid @border; }
-QHeaderView::section { background: @card; color: @muted; border: none; padding: 5px 6px;
-  border-right: 1px solid @border; border-bottom: 1px solid @border; font-weight: 600; }
-QHeaderView::section:hover { background: @hover; }
-
-QTabBar { qproperty-drawBase: 0; }
-QTabBar::tab { background: transparent; color: @muted; padding: 6px 15px; border: none;
-  border-bottom: 2px solid transparent; }
-QTabBar::tab:hover { color: @text; border-bottom-color: @border; }
-QTabBar::tab:selected { color: @text; border-bottom-color: @accent; }
-QTabBar::tab:selected:focus { background: @hover; }
-
-QScrollBar:vertical { background: transparent; width: 12px; margin: 2px; }
-QScrollBar:horizontal { background: transparent; height: 12px; margin: 2px; }
-QScrollBar::handle { background: @bar; border-radius: 4px; }
-QScrollBar::handle:vertical { min-height: 28px; }
-QScrollBar::handle:horizontal { min-width: 28px; }
-QScrollBar::handle:hover { background: @muted; }
-QScrollBar::add-line, QScrollBar::sub-line { width: 0; height: 0; }
-QScrollBar::add-page, QScrollBar::sub-page { background: transparent; }
-
-QToolTip { background: @card; color: @text; border: 1px solid @border; padding: 4px 6px; }
-)";
-
-QString sheetOf(const Tones& tones) {
-  QString text = QString::fromLatin1(sheet);
-  for (const auto& [name, colour] : {std::pair{"@window", tones.window},
-                                     {"@card", tones.card},
-                                     {"@base", tones.base},
-                                     {"@text", tones.text},
-                                     {"@muted", tones.muted},
-                                     {"@faint", tones.faint},
-                                     {"@border", tones.border},
-                                     {"@bar", tones.bar},
-                                     {"@hover", tones.hover},
-                                     {"@accent", tones.accent},
-                                     {"@onAccent", tones.onAccent},
-                                     {"@selection", tones.selection}})
-    text.replace(QLatin1String(name), QLatin1String(colour));
-  return text;
-}
-
 double luminance(const QColor& colour) {
   const auto linear = [](double part) {
     return part <= 0.04045 ? part / 12.92 : std::pow((part + 0.055) / 1.055, 2.4);
@@ -158,7 +85,7 @@ void dress(QApplication& application) {
   const Tones& tones = isDark(QApplication::palette()) ? darkTones : lightTones;
   application.setStyle(new FlatStyle);
   QApplication::setPalette(paletteOf(tones));
-  application.setStyleSheet(sheetOf(tones));
+  QToolTip::setPalette(paletteOf(tones));
 }
 
 bool isDark(const QPalette& palette) {

@@ -10,7 +10,8 @@ class QApplication;
 
 namespace skv::ui::qt {
 
-// Dresses the whole program; dark when the desktop's own palette is dark. Call before any window.
+// Dresses the whole program; dark when the desktop's own palette is dark. Call
+// before any window.
 void dress(QApplication& application);
 
 bool isDark(const QPalette& palette);
