@@ -1,0 +1,130 @@
+#include "base/text.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+namespace skv {
+namespace {
+
+TEST(TextTest, UpperKeepsTheNumberOfCharactersAndStrangeBytes) {
+  const struct {
+    const char* text;
+    const char* upper;
+  } cases[] = {
+      {"Boeing 737-400", "BOEING 737-400"},
+      {"caf\u00e9", "CAF\u00c9"},
+      {"stra\u00dfe", "STRA\u00dfE"},  // one character has no capital of two
+      {"\u00ff \u0131 \ufb01", "\u0178 I \ufb01"},
+      {"a\xe9z\xff", "A\xe9Z\xff"},
+      {"\xc3", "\xc3"},
+      {"\u00e9\xc3", "\u00c9\xc3"},
+      {"\U00010428", "\U00010400"},
+  };
+  for (const auto& [text, expected] : cases) EXPECT_EQ(upper(text), expected) << text;
+  EXPECT_TRUE(equalsIgnoringCase("Textur\u00c9\xfe", "texTUR\u00e9\xfe"));
+  EXPECT_FALSE(equalsIgnoringCase("a\xe9", "a\xc9")) << "bytes that are no text have no case";
+}
+
+TEST(TextTest, EveryByteComesBackFromACodePage) {
+  for (const int number : {1250, 1252, 1253, 932, 437}) {
+    const CodePage page(number);
+    std::string all;
+    for (int byte = 0; byte < 256; ++byte) {
+      const std::string one(1, static_cast<char>(byte));
+      EXPECT_EQ(page.encode(page.decode(one)), one) << number << " " << byte;
+      all += one;
+    }
+    EXPECT_EQ(page.encode(page.decode(all)), all) << number;
+  }
+  // Every pair, so that no lead byte swallows or changes what follows it.
+  const CodePage japanese(932);
+  for (int lead = 0x80; lead < 256; ++lead) {
+    for (int trail = 0; trail < 256; ++trail) {
+      const std::string pair{static_cast<char>(lead), static_cast<char>(trail)};
+      ASSERT_EQ(japanese.encode(japanese.decode(pair)), pair) << lead << " " << trail;
+    }
+  }
+}
+
+TEST(TextTest, CodePagesTellTheirCharacters) {
+  const struct {
+    int page;
+    const char* bytes;
+    const char* text;
+  } cases[] = {
+      {1252, "\x80 \xe9 \x9f", "\u20ac \u00e9 \u0178"},
+      {1250, "\xb9 \xe8", "\u0105 \u010d"},
+      {932, "\x83\x5c\xb1z", "\u30bd\uff71z"},
+      {99999, "\x80", "\u20ac"},  // an unknown page is 1252
+  };
+  for (const auto& [page, bytes, text] : cases) {
+    EXPECT_EQ(CodePage(page).decode(bytes), text) << page;
+    EXPECT_EQ(CodePage(page).encode(text), bytes) << page;
+  }
+  EXPECT_EQ(CodePage(1252).encode("\u4e2d \u0105 \U0001f600"), "? ? ?");
+  EXPECT_EQ(CodePage(1250).encode("\u00f8"), "?");
+}
+
+TEST(TextTest, ValReadsTheLeadingNumber) {
+  const struct {
+    const char* text;
+    double value;
+  } cases[] = {
+      {"12", 12},
+      {" 1 2 .5x", 12.5},
+      {"-3", -3},
+      {"+.5", 0.5},
+      {"1,5", 1},
+      {"1.2.3", 1.2},
+      {"1e3", 1000},
+      {"1D2", 100},
+      {"2e", 2},
+      {"2e-x", 2},
+      {"", 0},
+      {"abc", 0},
+      {"0x10", 0},
+      {"inf", 0},
+      {"nan", 0},
+      {"1e999", 0},
+      {"--1", 0},
+      {"e5", 0},
+      {"37614.75 ", 37614.75},
+  };
+  for (const auto& [text, value] : cases) EXPECT_DOUBLE_EQ(val(text), value) << text;
+}
+
+TEST(TextTest, DecimalIsPlainAndReadsBack) {
+  const struct {
+    double number;
+    const char* text;
+  } cases[] = {
+      {0, "0"},
+      {-0.0, "0"},
+      {46350.5, "46350.5"},
+      {-1.25, "-1.25"},
+      {0.1, "0.1"},
+      {100, "100"},
+      {1e15, "1000000000000000"},
+      {0.000001, "0.000001"},
+      {46350.123456789012, "46350.123456789"},
+      {HUGE_VAL, "0"},
+      {0.30000000000000004, "0.3"},
+      {9.9999999999999999, "10"},
+  };
+  for (const auto& [number, text] : cases) {
+    EXPECT_EQ(decimal(number), text);
+    if (!std::isfinite(number)) continue;
+    EXPECT_NEAR(val(text), number, std::abs(number) * 1e-14) << text;
+  }
+}
+
+TEST(TextTest, SplitAndTrim) {
+  EXPECT_EQ(split("a\\", '\\'), (std::vector<std::string>{"a", ""}));
+  EXPECT_EQ(split("", '\\'), (std::vector<std::string>{""}));
+  EXPECT_EQ(trim("  a b "), "a b");
+  EXPECT_EQ(trim("   "), "");
+}
+
+}  // namespace
+}  // namespace skv
