@@ -232,6 +232,7 @@ int main(int argc, char** argv) {
       std::cout << skv::bench::timeTool({argv + 2, argv + argc}) << "\n";
       result = 0;
     } else {
+      skv::bench::useOffscreenWithoutScreen();
       QApplication application(argc, argv);
       skv::ui::qt::dress(application);
       result = skv::bench::perform({argv + 1, argv + argc});

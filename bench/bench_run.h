@@ -44,6 +44,13 @@ class NoShell : public Shell {
   Outcome editText(std::string_view) override { return {}; }
 };
 
+// Before a QApplication: a machine without a screen measures the offscreen window, which draws all
+// the same.
+inline void useOffscreenWithoutScreen() {
+  if (std::getenv("DISPLAY") == nullptr && std::getenv("WAYLAND_DISPLAY") == nullptr)
+    setenv("QT_QPA_PLATFORM", "offscreen", 0);
+}
+
 // Windows for runs that measure the operations alone.
 class NoWindows : public test::ScriptedWindows {
  public:

@@ -93,6 +93,7 @@ int main(int argc, char** argv) {
   }
   const char* start = std::getenv(skv::bench::startVariable);
   if (start == nullptr) return skv::bench::startAgain(argv);
+  skv::bench::useOffscreenWithoutScreen();
   QApplication application(argc, argv);
   const skv::bench::FirstPaint first(std::stoll(start));
   return what == "empty" ? skv::bench::showEmptyWindow() : skv::bench::showProgram(argv[2]);
