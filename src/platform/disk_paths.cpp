@@ -1,17 +1,27 @@
 #include "platform/disk_paths.h"
 
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace skv {
 
 namespace {
 
-std::string joined(std::string root, const std::vector<std::string>& elements, std::size_t count) {
-  for (std::size_t i = 0; i < count; ++i) {
-    if (i > 0) root += '/';
-    root += elements[i];
-  }
-  return root;
+constexpr std::size_t maxRemembered = 256;
+
+bool isFolder(const std::string& native) {
+  struct stat status {};
+  return ::stat(native.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
+}
+
+bool stands(const std::string& native) {
+  struct stat status {};
+  return ::lstat(native.c_str(), &status) == 0;
+}
+
+std::string joined(std::string folder, std::string_view name) {
+  if (!folder.ends_with('/')) folder += '/';
+  return folder.append(name);
 }
 
 }  // namespace
@@ -27,63 +37,81 @@ void DiskPaths::setCurrentFolder(DrivePath folder) {
 }
 
 Result<DrivePath> DiskPaths::parse(std::string_view path) const {
-  return parseWindowsPath(path, currentFolder());
+  return parseWindowsPath(path, isFullPath(path) ? DrivePath() : currentFolder());
 }
 
 std::string DiskPaths::spelled(const DrivePath& path) const {
-  return joined(drives_.root(path.drive), path.elements, path.elements.size());
+  return drives_.root(path.drive) + path.below;
 }
 
-Result<DiskPaths::Reached> DiskPaths::reach(const DrivePath& path) {
-  const std::string root = drives_.root(path.drive);
-  const auto stands = [](const std::string& native) { return ::access(native.c_str(), F_OK) == 0; };
-  // The longest part that stands as it is spelled; from there on in other letters.
-  Reached reached;
-  for (reached.elements = path.elements.size();; --reached.elements) {
-    reached.native = joined(root, path.elements, reached.elements);
-    if (stands(reached.native)) break;
-    if (reached.elements == 0) return Outcome::failure(err::pathNotFound, path.text());
+std::string DiskPaths::remembered(const std::string& given) {
+  const std::uint64_t generation = indexes_.generation();
+  std::string folder;
+  {
+    const std::lock_guard lock(folderMutex_);
+    if (generation != foldersGeneration_) folders_.clear();
+    foldersGeneration_ = generation;
+    const auto found = folders_.find(given);
+    if (found == folders_.end()) return {};
+    folder = found->second;
   }
-  while (reached.elements < path.elements.size()) {
-    const std::string& name = path.elements[reached.elements];
-    auto spelling = indexes_.spelling(reached.native, name);
-    if (!spelling.ok()) {
-      // A file where a folder was asked for is an end of the way like any other.
-      if (spelling.outcome().number() == err::pathNotFound) break;
-      return spelling.outcome();
-    }
-    if (spelling.value().empty()) break;
-    if (!reached.native.ends_with('/')) reached.native += '/';
-    reached.native += spelling.value();
-    ++reached.elements;
-  }
-  return reached;
+  return isFolder(folder) ? folder : std::string();
 }
 
-Result<std::string> DiskPaths::find(const DrivePath& path) {
-  auto reached = reach(path);
-  if (!reached.ok()) return reached.outcome();
-  const std::size_t missing = path.elements.size() - reached.value().elements;
-  if (missing == 0) return std::move(reached).value().native;
-  struct stat status {};
-  const bool inFolder = missing == 1 && ::stat(reached.value().native.c_str(), &status) == 0 &&
-                        S_ISDIR(status.st_mode);
-  return Outcome::failure(inFolder ? err::fileNotFound : err::pathNotFound, path.text());
+// `lasting` becomes false when the answer may change without the indexes' generation.
+Result<std::string> DiskPaths::standingFolder(const DrivePath& folder, bool& lasting) {
+  std::string given = spelled(folder);
+  if (isFolder(given)) return given;
+  if (folder.isRoot()) return Outcome::failure(err::pathNotFound, folder.text());
+  if (std::string known = remembered(given); !known.empty()) return known;
+
+  const std::uint64_t generation = indexes_.generation();
+  const auto above = standingFolder(folder.folder(), lasting);
+  if (!above.ok()) return above;
+  std::string native = joined(above.value(), folder.name());
+  if (!isFolder(native)) {
+    bool lastingName = false;
+    const auto spelling = indexes_.spelling(above.value(), folder.name(), &lastingName);
+    if (!spelling.ok()) return spelling;
+    native = joined(above.value(), spelling.value());
+    lasting = lasting && lastingName;
+    if (spelling.value().empty() || !isFolder(native))
+      return Outcome::failure(err::pathNotFound, folder.text());
+  }
+  if (lasting) {
+    const std::lock_guard lock(folderMutex_);
+    if (folders_.size() >= maxRemembered) folders_.clear();
+    if (generation == foldersGeneration_) folders_[given] = native;
+  }
+  return native;
+}
+
+// The native path of what stands there, when the letters given have led to nothing.
+Result<std::string> DiskPaths::standingPlace(const DrivePath& path) {
+  if (path.isRoot()) return Outcome::failure(err::pathNotFound, path.text());
+  bool lasting = true;
+  const auto folder = standingFolder(path.folder(), lasting);
+  if (!folder.ok()) return folder;
+  std::string native = joined(folder.value(), path.name());
+  if (stands(native)) return native;
+  const auto spelling = indexes_.spelling(folder.value(), path.name());
+  if (!spelling.ok()) return spelling;
+  if (spelling.value().empty()) return Outcome::failure(err::fileNotFound, path.text());
+  return joined(folder.value(), spelling.value());
 }
 
 Result<DiskPlace> DiskPaths::place(const DrivePath& path) {
-  if (path.elements.empty()) return Outcome::failure(err::pathFileAccess, path.text());
-  DrivePath folder = path;
+  if (path.isRoot()) return Outcome::failure(err::pathFileAccess, path.text());
   DiskPlace place;
-  place.name = std::move(folder.elements.back());
-  folder.elements.pop_back();
-  place.folder = spelled(folder);
+  place.name = path.name();
+  place.folder = spelled(path.folder());
   auto spelling = indexes_.spelling(place.folder, place.name);
-  if (!spelling.ok() && (spelling.outcome().number() == err::fileNotFound ||
-                         spelling.outcome().number() == err::pathNotFound)) {
-    const auto found = find(folder);
-    if (!found.ok()) return Outcome::failure(err::pathNotFound, path.text());
-    place.folder = found.value();
+  const int number = spelling.outcome().number();
+  if (number == err::fileNotFound || number == err::pathNotFound) {
+    bool lasting = true;
+    auto folder = standingFolder(path.folder(), lasting);
+    if (!folder.ok()) return folder.outcome();
+    place.folder = std::move(folder).value();
     spelling = indexes_.spelling(place.folder, place.name);
   }
   if (!spelling.ok()) return spelling.outcome();
@@ -94,20 +122,18 @@ Result<DiskPlace> DiskPaths::place(const DrivePath& path) {
 }
 
 Result<std::string> DiskPaths::nativePath(const DrivePath& path) {
-  const std::string real = drives_.realRoot(path.drive);
-  if (real.empty()) return Outcome::failure(err::pathNotFound, path.text());
-  auto reached = reach(path);
-  if (!reached.ok()) return reached.outcome();
-  std::string native = real;
-  const auto append = [&native](std::string_view more) {
-    if (!native.ends_with('/')) native += '/';
-    native += more;
-  };
-  const std::string standing = reached.value().native.substr(drives_.root(path.drive).size());
-  if (!standing.empty()) append(standing);
-  for (std::size_t i = reached.value().elements; i < path.elements.size(); ++i)
-    append(path.elements[i]);
-  return native;
+  if (path.isRoot()) {
+    std::string root = drives_.realRoot(path.drive);
+    if (root.empty()) return Outcome::failure(err::pathNotFound, path.text());
+    return root;
+  }
+  const auto above = nativePath(path.folder());
+  if (!above.ok()) return above;
+  std::string native = joined(above.value(), path.name());
+  if (stands(native)) return native;
+  const auto spelling = indexes_.spelling(above.value(), path.name());
+  const bool inOtherLetters = spelling.ok() && !spelling.value().empty();
+  return inOtherLetters ? joined(above.value(), spelling.value()) : native;
 }
 
 }  // namespace skv

@@ -2,9 +2,11 @@
 #pragma once
 
 #include <cerrno>
+#include <cstdint>
 #include <mutex>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 
 #include "platform/drives.h"
 #include "platform/folder_index.h"
@@ -32,19 +34,15 @@ class DiskPaths {
   void setCurrentFolder(DrivePath folder);
 
   Result<DrivePath> parse(std::string_view path) const;
-  // The native path in the letters given.
-  std::string spelled(const DrivePath& path) const;
-  // The native path of what stands there. Fails with fileNotFound, or pathNotFound when the folder
-  // is missing as well.
-  Result<std::string> find(const DrivePath& path);
   // Fails with pathNotFound when the folder is missing, with pathFileAccess on a root.
   Result<DiskPlace> place(const DrivePath& path);
-  // The native path that something would have, as far as its folders stand in the letters that they
-  // have. Fails with pathNotFound when there is no such drive.
+  // The native path that something has or would have, its folders in the letters in which they
+  // stand. Fails with pathNotFound when there is no such drive.
   Result<std::string> nativePath(const DrivePath& path);
 
   // Runs `call` on the native path; it answers 0 or a system's error number. The letters given come
-  // first, which is all it takes for a name that is spelled as it stands.
+  // first, which is all it takes for a name that is spelled as it stands. Fails with fileNotFound,
+  // or with pathNotFound when the folder is missing as well.
   template <class Call>
   Outcome at(std::string_view path, Call call) {
     const auto parsed = parse(path);
@@ -52,25 +50,30 @@ class DiskPaths {
     const std::string given = spelled(parsed.value());
     int error = call(given);
     if (error == ENOENT || error == ENOTDIR) {
-      const auto found = find(parsed.value());
-      if (!found.ok()) return found.outcome();
-      if (found.value() != given) error = call(found.value());
+      const auto place = standingPlace(parsed.value());
+      if (!place.ok()) return place.outcome();
+      if (place.value() != given) error = call(place.value());
     }
     return error == 0 ? Outcome() : systemFailure(error, path);
   }
 
  private:
-  // As far as the path stands: its native path, and how many elements that takes in.
-  struct Reached {
-    std::string native;
-    std::size_t elements = 0;
-  };
-  Result<Reached> reach(const DrivePath& path);
+  // The native path in the letters given.
+  std::string spelled(const DrivePath& path) const;
+  Result<std::string> standingPlace(const DrivePath& path);
+  Result<std::string> standingFolder(const DrivePath& folder, bool& lasting);
+  std::string remembered(const std::string& given);
 
   Drives drives_;
   FolderIndexes indexes_;
   mutable std::mutex currentMutex_;
   DrivePath current_;
+
+  // Folders that stand in other letters than they are asked for, native path by native path: a
+  // simulator's folder that was typed in other letters is asked for with every file.
+  std::mutex folderMutex_;
+  std::unordered_map<std::string, std::string> folders_;
+  std::uint64_t foldersGeneration_ = 0;
 };
 
 }  // namespace skv

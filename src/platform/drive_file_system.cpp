@@ -117,7 +117,7 @@ bool removeLeftovers(const std::string& native) {
 Outcome DriveFileSystem::removeFolder(std::string_view path) {
   const auto parsed = paths_.parse(path);
   if (!parsed.ok()) return parsed.outcome();
-  if (parsed.value().elements.empty()) return Outcome::failure(err::pathFileAccess, path);
+  if (parsed.value().isRoot()) return Outcome::failure(err::pathFileAccess, path);
   const auto found = standing(path, true);
   if (!found.ok()) return Outcome::failure(err::pathNotFound, path);
   const std::string& native = found.value().native;
@@ -156,8 +156,8 @@ Outcome DriveFileSystem::rename(std::string_view from, std::string_view to) {
                         ::stat(place.value().folder.c_str(), &newFolder) == 0 &&
                         sameFile(oldFolder, newFolder);
     if (!itself) return Outcome::failure(err::fileExists, to);
-    if (place.value().name == target.value().elements.back()) return {};
-    native = place.value().folder + "/" + target.value().elements.back();
+    if (place.value().name == target.value().name()) return {};
+    native = place.value().folder + "/" + std::string(target.value().name());
   }
   const auto moved = [&](unsigned flags) {
     return errorOf([&] {

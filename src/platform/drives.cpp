@@ -40,19 +40,23 @@ std::string ownDrives() {
   return drives;
 }
 
-std::vector<std::string> elementsOf(std::string_view native) {
-  std::vector<std::string> elements = split(native, '/');
-  std::erase(elements, "");
-  return elements;
+// What follows `root` in `path`, both without doubled slashes; nothing when the path does not lie
+// below it.
+std::optional<std::string> below(std::string_view root, std::string_view path) {
+  if (!path.starts_with(root)) return {};
+  path.remove_prefix(root.size());
+  if (!path.empty() && !root.ends_with('/') && path[0] != '/') return {};
+  while (path.starts_with('/')) path.remove_prefix(1);
+  while (path.ends_with('/')) path.remove_suffix(1);
+  return std::string(path);
 }
 
-// What follows `root` in `path`; nothing when the path does not lie below it.
-std::optional<std::vector<std::string>> below(const std::string& root, const std::string& path) {
-  const auto above = elementsOf(root);
-  const auto all = elementsOf(path);
-  if (above.size() > all.size() || !std::equal(above.begin(), above.end(), all.begin())) return {};
-  return std::vector<std::string>(all.begin() + static_cast<std::ptrdiff_t>(above.size()),
-                                  all.end());
+bool isReachable(const std::string& elements) {
+  return elements.empty() || std::ranges::all_of(split(elements, '/'), isWindowsName);
+}
+
+std::size_t countElements(const std::string& elements) {
+  return elements.empty() ? 0 : 1 + std::ranges::count(elements, '/');
 }
 
 }  // namespace
@@ -82,8 +86,8 @@ std::string Drives::windowsPath(std::string_view native) const {
     if (real.empty()) continue;
     for (const std::string& way : ways) {
       auto elements = below(real, way);
-      if (!elements || !std::ranges::all_of(*elements, isWindowsName)) continue;
-      if (!best || elements->size() < best->elements.size())
+      if (!elements || !isReachable(*elements)) continue;
+      if (!best || countElements(*elements) < countElements(best->below))
         best = DrivePath{drive, std::move(*elements)};
     }
   }

@@ -43,7 +43,8 @@ bool isLocalDisk(int fd) {
 
 FolderIndexes::FolderIndexes() : changes_(::inotify_init1(IN_NONBLOCK | IN_CLOEXEC)) {}
 
-Result<std::string> FolderIndexes::spelling(const std::string& folder, std::string_view name) {
+Result<std::string> FolderIndexes::spelling(const std::string& folder, std::string_view name,
+                                            bool* lasting) {
   struct stat status {};
   if (::stat(folder.c_str(), &status) != 0) return systemFailure(errno, folder);
   if (!S_ISDIR(status.st_mode)) return systemFailure(ENOTDIR, folder);
@@ -53,7 +54,7 @@ Result<std::string> FolderIndexes::spelling(const std::string& folder, std::stri
   applyChanges();
   auto known = byFolder_.find(identity);
   Index unwatched;
-  const Index* index = &unwatched;
+  Index* index = &unwatched;
   if (known != byFolder_.end()) {
     indexes_.splice(indexes_.begin(), indexes_, known->second);
     index = &*known->second;
@@ -74,9 +75,16 @@ Result<std::string> FolderIndexes::spelling(const std::string& folder, std::stri
 
   const auto found = index->names.find(upper(name));
   if (found == index->names.end()) return std::string();
-  const std::vector<std::string>& spellings = found->second;
-  const auto exact = std::ranges::find(spellings, name);
-  return exact != spellings.end() ? *exact : std::ranges::min(spellings);
+  if (lasting != nullptr) *lasting = found->second.lasting = index->watch >= 0;
+  const std::vector<std::string>& names = found->second.names;
+  const auto exact = std::ranges::find(names, name);
+  return exact != names.end() ? *exact : std::ranges::min(names);
+}
+
+std::uint64_t FolderIndexes::generation() {
+  const std::lock_guard lock(mutex_);
+  applyChanges();
+  return generation_;
 }
 
 // 0 or the system's error number. Leaves index.watch at -1 when changes would not be seen. Watching
@@ -95,7 +103,7 @@ int FolderIndexes::scan(const std::string& folder, Index& index) {
   }
   FolderReader reader(fd.get());
   while (const dirent64* entry = reader.next())
-    index.names[upper(entry->d_name)].emplace_back(entry->d_name);
+    index.names[upper(entry->d_name)].names.emplace_back(entry->d_name);
   if (reader.error() != 0 && index.watch >= 0) ::inotify_rm_watch(changes_.get(), index.watch);
   return reader.error();
 }
@@ -125,17 +133,22 @@ void FolderIndexes::applyChanges() {
         forget(watched->second);
         continue;
       }
-      Names& names = watched->second->names;
-      const std::string name = event->name;
-      std::vector<std::string>& spellings = names[upper(name)];
-      std::erase(spellings, name);
-      if ((event->mask & (IN_CREATE | IN_MOVED_TO)) != 0) spellings.push_back(name);
-      if (spellings.empty()) names.erase(upper(name));
+      apply(watched->second->names, (event->mask & (IN_CREATE | IN_MOVED_TO)) != 0, event->name);
     }
   }
 }
 
+void FolderIndexes::apply(Names& names, bool stands, const std::string& name) {
+  const auto entry = names.try_emplace(upper(name)).first;
+  std::vector<std::string>& spellings = entry->second.names;
+  if (entry->second.lasting) ++generation_;
+  std::erase(spellings, name);
+  if (stands) spellings.push_back(name);
+  if (spellings.empty()) names.erase(entry);
+}
+
 void FolderIndexes::forget(Place index) {
+  ++generation_;
   if (changes_.valid()) ::inotify_rm_watch(changes_.get(), index->watch);
   byFolder_.erase(index->folder);
   byWatch_.erase(index->watch);

@@ -7,6 +7,7 @@
 
 #include <sys/stat.h>
 
+#include <cstdint>
 #include <list>
 #include <map>
 #include <mutex>
@@ -26,11 +27,18 @@ class FolderIndexes {
   FolderIndexes();
 
   // How `name` is spelled in the folder at the native path: as given where that stands there, else
-  // the first of those that differ in case alone, "" when there is none.
-  Result<std::string> spelling(const std::string& folder, std::string_view name);
+  // the first of those that differ in case alone, "" when there is none. `lasting`, when given, is
+  // set to whether the answer holds for as long as generation() stays the same.
+  Result<std::string> spelling(const std::string& folder, std::string_view name,
+                               bool* lasting = nullptr);
+  std::uint64_t generation();
 
  private:
-  using Names = std::unordered_map<std::string, std::vector<std::string>>;  // by upper case
+  struct Spellings {
+    std::vector<std::string> names;
+    bool lasting = false;  // an answer that somebody relies on
+  };
+  using Names = std::unordered_map<std::string, Spellings>;  // by upper case
   using Identity = std::pair<dev_t, ino_t>;
   struct Index {
     Identity folder;
@@ -41,11 +49,13 @@ class FolderIndexes {
 
   int scan(const std::string& folder, Index& index);
   void applyChanges();
+  void apply(Names& names, bool stands, const std::string& name);
   void forget(Place index);
   void forgetAll();
 
   std::mutex mutex_;
   Descriptor changes_;
+  std::uint64_t generation_ = 0;
   std::list<Index> indexes_;  // the last used first
   std::map<Identity, Place> byFolder_;
   std::unordered_map<int, Place> byWatch_;

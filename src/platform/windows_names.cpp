@@ -13,9 +13,21 @@ namespace {
 
 bool isSeparator(char c) { return c == '\\' || c == '/'; }
 
-bool isRefusedCharacter(char c) {
-  const auto code = static_cast<unsigned char>(c);
-  return code < 0x20 || std::string_view("<>:\"|?*").find(c) != std::string_view::npos;
+bool isRefused(char c) {
+  switch (c) {
+    case '<':
+    case '>':
+    case ':':
+    case '"':
+    case '|':
+    case '?':
+    case '*':
+    case '\\':
+    case '/':
+      return true;
+    default:
+      return static_cast<unsigned char>(c) < 0x20;
+  }
 }
 
 // A device stands behind its name in every folder, whatever extension follows.
@@ -40,11 +52,25 @@ std::string_view withoutTail(std::string_view element, std::string_view dropped)
 
 }  // namespace
 
+std::string_view DrivePath::name() const {
+  return std::string_view(below).substr(below.rfind('/') + 1);
+}
+
+DrivePath DrivePath::folder() const {
+  const auto last = below.rfind('/');
+  return {drive, last == std::string::npos ? std::string() : below.substr(0, last)};
+}
+
 std::string DrivePath::text() const {
-  std::string result{static_cast<char>(std::toupper(static_cast<unsigned char>(drive))), ':'};
-  for (const std::string& element : elements) result.append("\\").append(element);
-  if (elements.empty()) result += '\\';
+  std::string result{static_cast<char>(std::toupper(static_cast<unsigned char>(drive))), ':', '\\'};
+  const std::size_t start = result.size();
+  result += below;
+  std::replace(result.begin() + static_cast<std::ptrdiff_t>(start), result.end(), '/', '\\');
   return result;
+}
+
+bool isFullPath(std::string_view path) {
+  return path.size() >= 3 && path[1] == ':' && isSeparator(path[2]);
 }
 
 Result<DrivePath> parseWindowsPath(std::string_view path, const DrivePath& current) {
@@ -56,26 +82,29 @@ Result<DrivePath> parseWindowsPath(std::string_view path, const DrivePath& curre
   result.drive = current.drive;
   std::string_view rest = path;
   if (rest.size() >= 2 && rest[1] == ':') {
-    const std::string letter = lowerAscii(rest.substr(0, 1));
-    if (letter[0] < 'a' || letter[0] > 'z') return Outcome::failure(err::badFileName, path);
-    result.drive = letter[0];
+    const char letter = static_cast<char>(rest[0] | 0x20);
+    if (letter < 'a' || letter > 'z') return Outcome::failure(err::badFileName, path);
+    result.drive = letter;
     rest.remove_prefix(2);
   }
   const bool fromRoot = !rest.empty() && isSeparator(rest[0]);
-  if (!fromRoot && result.drive == current.drive) result.elements = current.elements;
+  if (!fromRoot && result.drive == current.drive) result.below = current.below;
+  result.below.reserve(result.below.size() + rest.size() + 1);
 
   while (!rest.empty()) {
-    const auto* const end = std::ranges::find_if(rest, isSeparator);
-    const std::string_view element = rest.substr(0, static_cast<std::size_t>(end - rest.begin()));
-    rest.remove_prefix(std::min(rest.size(), element.size() + 1));
-    if (withoutTail(element, " ") == "..") {
-      if (!result.elements.empty()) result.elements.pop_back();
+    const auto end = std::min(rest.find_first_of("\\/"), rest.size());
+    const std::string_view element = rest.substr(0, end);
+    rest.remove_prefix(std::min(rest.size(), end + 1));
+    if (element.starts_with("..") && withoutTail(element, " ") == "..") {
+      const auto last = result.below.rfind('/');
+      result.below.resize(last == std::string::npos ? 0 : last);
       continue;
     }
     const std::string_view name = withoutTail(element, ". ");
     if (name.empty()) continue;
     if (!isWindowsName(name)) return Outcome::failure(err::badFileName, path);
-    result.elements.emplace_back(name);
+    if (!result.below.empty()) result.below += '/';
+    result.below += name;
   }
   return result;
 }
@@ -84,9 +113,7 @@ bool meansFolder(std::string_view path) { return !path.empty() && isSeparator(pa
 
 bool isWindowsName(std::string_view name) {
   return !name.empty() && !name.ends_with('.') && !name.ends_with(' ') &&
-         std::ranges::none_of(name,
-                              [](char c) { return isSeparator(c) || isRefusedCharacter(c); }) &&
-         !isDeviceName(name);
+         std::ranges::none_of(name, isRefused) && !isDeviceName(name);
 }
 
 bool ntfsLess(std::string_view upperA, std::string_view upperB) {

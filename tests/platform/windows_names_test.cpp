@@ -6,7 +6,7 @@ namespace skv {
 namespace {
 
 TEST(WindowsNamesTest, PathsResolveBeforeTheyReachTheDisk) {
-  const DrivePath current{'d', {"Work", "Now"}};
+  const DrivePath current{'d', "Work/Now"};
   const struct {
     const char* path;
     const char* meant;
