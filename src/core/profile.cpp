@@ -117,7 +117,7 @@ std::string Profile::Content::sectionNames() const {
   std::string names;
   for (const Section& section : sections) {
     if (section.name.empty()) continue;
-    names += encoding.codePage().encode(section.name);
+    names += encoding.toCodePage(encoding.encode(section.name));
     names += '\0';
   }
   return names;

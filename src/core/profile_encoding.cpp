@@ -53,6 +53,36 @@ std::string fromUtf16(std::string_view bytes, bool bigEndian) {
   return text;
 }
 
+// The bytes of the character at `i`: 1 for a byte that begins none.
+std::size_t characterLength(std::string_view text, std::size_t i) {
+  const auto lead = static_cast<unsigned char>(text[i]);
+  const std::size_t length = lead < 0xC2 || lead > 0xF4 ? 1 : lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : 4;
+  for (std::size_t k = 1; k < length; ++k)
+    if (i + k >= text.size() || (static_cast<unsigned char>(text[i + k]) & 0xC0) != 0x80) return 1;
+  return length;
+}
+
+// Question marks for what the call cannot hand on: a damaged character, and both of the surrogates
+// that make up one.
+std::string withoutSurrogates(std::string_view text) {
+  std::string result;
+  result.reserve(text.size());
+  for (std::size_t i = 0; i < text.size();) {
+    const std::string_view character = text.substr(i, characterLength(text, i));
+    const auto lead = static_cast<unsigned char>(character[0]);
+    const bool surrogate =
+        lead == 0xED && character.size() == 3 && static_cast<unsigned char>(character[1]) >= 0xA0;
+    if (character.size() == 4)
+      result += "??";
+    else if (surrogate || (character.size() == 1 && lead >= 0x80))
+      result += '?';
+    else
+      result += character;
+    i += character.size();
+  }
+  return result;
+}
+
 // Takes what fromUtf16 gave and what CodePage decodes to; a byte that begins no character stands
 // for itself.
 std::string toUtf16(std::string_view text, bool bigEndian) {
@@ -68,14 +98,8 @@ std::string toUtf16(std::string_view text, bool bigEndian) {
     return static_cast<char32_t>(static_cast<unsigned char>(text[i]));
   };
   for (std::size_t i = 0; i < text.size();) {
-    const char32_t lead = byteAt(i);
-    const std::size_t length = lead < 0xC0 ? 1 : lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : 4;
-    if (length == 1 || i + length > text.size()) {
-      unit(lead);
-      ++i;
-      continue;
-    }
-    char32_t character = lead & (0x7Fu >> length);
+    const std::size_t length = characterLength(text, i);
+    char32_t character = length == 1 ? byteAt(i) : byteAt(i) & (0x7Fu >> length);
     for (std::size_t k = 1; k < length; ++k) character = character << 6 | (byteAt(i + k) & 0x3F);
     if (character < 0x10000) {
       unit(character);
@@ -111,12 +135,12 @@ std::string ProfileEncoding::decode(std::string_view lines) const {
 }
 
 std::string ProfileEncoding::encode(std::string_view text) const {
-  const std::string bytes = codePage_.encode(text);
-  return kind_ == Kind::codePage ? bytes : codePage_.decode(bytes);
+  if (kind_ == Kind::codePage) return codePage_.encode(text);
+  return codePage_.decode(codePage_.encode(withoutSurrogates(text)));
 }
 
 std::string ProfileEncoding::toCodePage(std::string_view lines) const {
-  return kind_ == Kind::codePage ? std::string(lines) : codePage_.encode(lines);
+  return kind_ == Kind::codePage ? std::string(lines) : codePage_.encode(withoutSurrogates(lines));
 }
 
 std::string ProfileEncoding::restore(std::string lines) const {

@@ -61,6 +61,7 @@ TEST(ProfileTest, ReadsWhatNoEditorWouldWrite) {
       {"[s]=1\r\nk=2", "s", "k", "2"},
       {"[]\r\nk=1\r\n[ s ]\r\n", "", "", "s\0"s},
       {"a=1\r\n[s]\r\n", " ", "a", "1"},
+      {"a=1\r\n[s]\r\nb=2\r\n", " ", "", ""},
       {"[s]\rk=1\rl=2", "s", "l", "2"},
       {"[s]\r\nk=1\rl=2\r\n", "s", "", "k\0l\0"s},
       {"[s]\r\nk\r\nk=2\r\n", "s", "k", ""},
@@ -76,6 +77,9 @@ TEST(ProfileTest, ReadsWhatNoEditorWouldWrite) {
       {"[s]\r\n?=1\r\n", "s", "\u4e2d", "1"},
       {"\xef\xbb\xbf[s]\r\n\xc3\xa9=\xe4\xb8\xad\xc3\xbc\r\n", "s", "\u00e9", "?\u00fc"},
       {"\xff\xfe[\0s\0]\0\n\0\xe9\0=\0\x2d\x4e\xfc\0"s, "s", "\u00e9", "?\u00fc"},
+      // The call counts characters by 16 bits, and knows no damaged ones.
+      {"\xef\xbb\xbf[s]\nk=\xe9\xf0\x9f\x98\x80z\xc3", "s", "k", "???z?"},
+      {"\xff\xfe[\0s\0]\0\n\0k\0=\0\x3d\xd8\x01\xde\x01\xdez\0"s, "s", "k", "???z"},
       {"\xfe\xff\0[\0s\0]\0\n\0\xe9\0=\x4e\x2d\0\xfc"s, "s", "\u00e9", "?\u00fc"},
   };
   for (const auto& [file, section, key, value] : cases)
@@ -134,6 +138,7 @@ TEST(ProfileTest, WritesNothingButTheLine) {
        "[s]\nk=1\nl=2\n\n[t]\r\nm=3\r\n"},
       {"[s]\rk=1", {{"s", "l", "2"}, {"t", "m", "3"}}, "[s]\rk=1\rl=2\r[t]\rm=3\r"},
       {"[s]\r\nk=1", {{"s", "l", "2"}}, "[s]\r\nk=1\r\nl=2\r\n"},
+      {"[s]\nk=1", {{"t", "l", "2"}}, "[s]\nk=1\n[t]\nl=2\n"},
       {"[s]\r\nk=1\r\n\r\n ", {{"t", "l", "2"}}, "[s]\r\nk=1\r\n\r\n \r\n[t]\r\nl=2\r\n"},
       // Before the mark that ends the file for older readers.
       {"[s]\r\nk=1\r\n\r\n\x1a\x1a",
