@@ -10,45 +10,26 @@ constexpr std::string_view utf8Mark = "\xEF\xBB\xBF";
 constexpr std::string_view littleEndianMark = "\xFF\xFE";
 constexpr std::string_view bigEndianMark = "\xFE\xFF";
 
-constexpr bool isHighSurrogate(char32_t unit) { return unit >= 0xD800 && unit <= 0xDBFF; }
-constexpr bool isLowSurrogate(char32_t unit) { return unit >= 0xDC00 && unit <= 0xDFFF; }
-
-// A lone surrogate gets the three bytes that its number would have, so that nothing of a damaged
-// file is lost.
-void appendCharacter(std::string& text, char32_t character) {
-  const auto byte = [&text](char32_t value) { text += static_cast<char>(value); };
-  if (character < 0x80) {
-    byte(character);
-  } else if (character < 0x800) {
-    byte(0xC0 | character >> 6);
-    byte(0x80 | (character & 0x3F));
-  } else if (character < 0x10000) {
-    byte(0xE0 | character >> 12);
-    byte(0x80 | (character >> 6 & 0x3F));
-    byte(0x80 | (character & 0x3F));
-  } else {
-    byte(0xF0 | character >> 18);
-    byte(0x80 | (character >> 12 & 0x3F));
-    byte(0x80 | (character >> 6 & 0x3F));
-    byte(0x80 | (character & 0x3F));
-  }
-}
-
+// Each unit by itself, the two of a surrogate pair too, as three bytes each: so nothing of a
+// damaged file is lost, and characters are counted as the call counts them.
 std::string fromUtf16(std::string_view bytes, bool bigEndian) {
-  const auto unitAt = [&](std::size_t i) {
-    const auto first = static_cast<unsigned char>(bytes[i]);
-    const auto second = static_cast<unsigned char>(bytes[i + 1]);
-    return static_cast<char32_t>(bigEndian ? first << 8 | second : second << 8 | first);
-  };
   std::string text;
   text.reserve(bytes.size() / 2);
+  const auto byte = [&text](int value) { text += static_cast<char>(value); };
   for (std::size_t i = 0; i + 1 < bytes.size(); i += 2) {
-    char32_t character = unitAt(i);
-    if (isHighSurrogate(character) && i + 3 < bytes.size() && isLowSurrogate(unitAt(i + 2))) {
-      character = 0x10000 + ((character - 0xD800) << 10) + (unitAt(i + 2) - 0xDC00);
-      i += 2;
+    const int first = static_cast<unsigned char>(bytes[i]);
+    const int second = static_cast<unsigned char>(bytes[i + 1]);
+    const int unit = bigEndian ? first << 8 | second : second << 8 | first;
+    if (unit < 0x80) {
+      byte(unit);
+    } else if (unit < 0x800) {
+      byte(0xC0 | unit >> 6);
+      byte(0x80 | (unit & 0x3F));
+    } else {
+      byte(0xE0 | unit >> 12);
+      byte(0x80 | (unit >> 6 & 0x3F));
+      byte(0x80 | (unit & 0x3F));
     }
-    appendCharacter(text, character);
   }
   return text;
 }

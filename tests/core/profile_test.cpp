@@ -61,7 +61,7 @@ TEST(ProfileTest, ReadsWhatNoEditorWouldWrite) {
       {"[s]=1\r\nk=2", "s", "k", "2"},
       {"[]\r\nk=1\r\n[ s ]\r\n", "", "", "s\0"s},
       {"a=1\r\n[s]\r\n", " ", "a", "1"},
-      {"a=1\r\n[s]\r\nb=2\r\n", " ", "", ""},
+      {"a=1\r\nb=2\r\n[s]\r\n", " ", "", ""},
       {"[s]\rk=1\rl=2", "s", "l", "2"},
       {"[s]\r\nk=1\rl=2\r\n", "s", "", "k\0l\0"s},
       {"[s]\r\nk\r\nk=2\r\n", "s", "k", ""},
