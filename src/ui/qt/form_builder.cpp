@@ -28,8 +28,11 @@ QPushButton* FormBuilder::button(Button& button, const QString& accessibleName) 
     widget->setEnabled(button.enabled);
     widget->setVisible(button.visible);
   });
-  QObject::connect(widget, &QPushButton::clicked, binding,
-                   [binding, &button] { binding->fire(button.click); });
+  QObject::connect(widget, &QPushButton::clicked, binding, [widget, binding, &button] {
+    // By Enter or by its letter the button is pressed from within a field, which is left first.
+    widget->setFocus(Qt::OtherFocusReason);
+    binding->fire(button.click);
+  });
   return widget;
 }
 

@@ -43,8 +43,9 @@ class ListTree::RowDelegate : public QStyledItemDelegate {
  protected:
   void initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const override {
     QStyledItemDelegate::initStyleOption(option, index);
-    // The end of a path tells most.
-    option->textElideMode = index.column() == 0 ? Qt::ElideRight : Qt::ElideLeft;
+    // The end of a path tells most, the beginning of any other text.
+    option->textElideMode =
+        option->text.contains(QLatin1Char('\\')) ? Qt::ElideLeft : Qt::ElideRight;
     // The selected row is marked enough, and the list shows that it has the keyboard.
     option->state &= ~QStyle::State_HasFocus;
     if (const Colour colour = index.data(Qt::UserRole).toUInt(); colour != defaultColour) {

@@ -6,7 +6,6 @@
 #include <memory>
 
 #include "ui/qt/form_window.h"
-#include "ui/qt/icons.h"
 #include "ui/qt/menus.h"
 
 namespace skv::ui::qt {
@@ -46,7 +45,6 @@ class MainWindow : public QMainWindow {
 
 QMainWindow* makeMainWindow(Bindings& bindings, FrmMain& form, const FileSystem& files) {
   auto* window = new MainWindow;
-  window->setWindowIcon(drawnIcon(QStringLiteral("fsskyvault")));
   window->setMinimumWidth(leastWidth);
   window->setContextMenuPolicy(Qt::NoContextMenu);
   addMenus(bindings, form, *window);

@@ -117,6 +117,26 @@ TEST_F(WindowTest, SettingsAreOpenedByKeyFilledAndAccepted) {
   EXPECT_FALSE(app.frmSettings.visible);
 }
 
+TEST_F(WindowTest, AFirstStartAsksForSettingsAndEnterFillsTheDefaults) {
+  settings.values.clear();
+  inDialog(app.frmSettings, [this] {
+    EXPECT_EQ(find<QTreeView>("lstAircraft"), nullptr);
+    auto* root = find<QLineEdit>("txtFSRoot");
+    ASSERT_NE(root, nullptr);
+    root->setFocus();
+    root->selectAll();
+    QTest::keyClicks(root, "C:\\FS");
+    // The field is left before the button does its work.
+    QTest::keyClick(root, Qt::Key_Return);
+    EXPECT_FALSE(app.frmSettings.visible);
+  });
+  showMain();
+  EXPECT_EQ(settings.values["General/FSRoot"], "C:\\FS\\");
+  EXPECT_EQ(settings.values["General/HangarDir"], "C:\\FS\\SKV-Hangar\\");
+  EXPECT_EQ(settings.values["General/PacksDir"], "C:\\FS\\SKV-Packages\\");
+  EXPECT_NE(find<QTreeView>("lstAircraft"), nullptr);
+}
+
 TEST_F(WindowTest, AFolderIsPickedInTheTree) {
   showMain();
   inDialog(app.frmDirSelect, [] {

@@ -62,6 +62,10 @@ void WindowTest::click(const char* name, int tab) {
 
 void WindowTest::inDialog(ui::Form& form, std::function<void()> act) {
   QTimer::singleShot(0, qApp, [this, &form, act = std::move(act)] {
+    if (!form.visible) {
+      inDialog(form, act);
+      return;
+    }
     settle();
     act();
     if (form.visible) windows.hide(form);
