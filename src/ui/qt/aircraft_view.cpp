@@ -158,10 +158,9 @@ QWidget* soundPage(FormBuilder& build, FrmMain& form) {
 
 QWidget* makeAircraftBand(FormBuilder& build, FrmMain& form) {
   FramePanel* band = build.frame(form.frameAircraft, true);
-  ListTree* list =
-      build.list(form.lstAircraft, tr("Aircraft"),
-                 tr("No aircraft here yet.\nFile, Import, Aircrafts looks for those that are "
-                    "installed; Add New... takes one folder."));
+  ListTree* list = build.list(form.lstAircraft, tr("Aircraft"),
+                              tr("No aircraft here yet.\n"
+                                 "File, Install Package/ZIP adds one from a ZIP to the Hangar."));
   list->showPlaces();
   PictureView* picture =
       build.picture(form.imgAircraft, tr("Picture of the aircraft"), QStringLiteral("aircraft"));

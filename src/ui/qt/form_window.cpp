@@ -160,4 +160,11 @@ bool FormWindow::eventFilter(QObject* watched, QEvent* event) {
   }
 }
 
+void FormDialog::reject() {
+  if (onEscape)
+    onEscape();
+  else
+    close();
+}
+
 }  // namespace skv::ui::qt

@@ -50,17 +50,13 @@ class FormWindow : public QObject {
   QTimer settle_;
 };
 
-// A dialog whose Escape key is its close box, or its cancel button when it has one.
+// A dialog whose Escape key is its close box, or its cancel button when it has one. The Enter key
+// is a click on the default button: the field it was pressed in loses the focus first.
 class FormDialog : public QDialog {
  public:
   explicit FormDialog(QWidget* owner) : QDialog(owner) {}
   std::function<void()> onEscape;
-  void reject() override {
-    if (onEscape)
-      onEscape();
-    else
-      close();
-  }
+  void reject() override;
 };
 
 }  // namespace skv::ui::qt

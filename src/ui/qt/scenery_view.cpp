@@ -50,11 +50,15 @@ QWidget* lists(FormBuilder& build, FrmMain& form, FormWindow& window) {
                                    tr("No sceneries are listed."));
   ListTree* library = build.list(form.lstInactScenery, tr("Sceneries in the library"),
                                  tr("No sceneries in the library yet."));
+  CaptionLabel* installedHead = build.label(form.lblSceneryInstalled);
+  CaptionLabel* libraryHead = build.label(form.Label15);
+  installedHead->setBuddy(installed);
+  libraryHead->setBuddy(library);
   auto* split = new SplitLists(build.bindings(), form, window,
-                               {.upperHead = build.label(form.lblSceneryInstalled),
+                               {.upperHead = installedHead,
                                 .upperList = installed,
                                 .upperFoot = upperFoot,
-                                .lowerHead = build.label(form.Label15),
+                                .lowerHead = libraryHead,
                                 .lowerList = library,
                                 .overlay = build.label(form.lblListLoading)});
   auto* half = new QWidget;

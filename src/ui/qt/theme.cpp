@@ -6,6 +6,7 @@
 #include <cmath>
 
 #include "ui/qt/flat_style.h"
+#include "ui/qt/icons.h"
 
 // A library's resources are not there until they are asked for, and not from within a namespace.
 static void loadDrawings() { Q_INIT_RESOURCE(icons); }
@@ -83,6 +84,7 @@ QColor mixed(const QColor& a, const QColor& b, float share) {
 void dress(QApplication& application) {
   loadDrawings();
   const Tones& tones = isDark(QApplication::palette()) ? darkTones : lightTones;
+  application.setWindowIcon(drawnIcon(QStringLiteral("fsskyvault")));
   application.setStyle(new FlatStyle);
   QApplication::setPalette(paletteOf(tones));
   QToolTip::setPalette(paletteOf(tones));
