@@ -1,6 +1,7 @@
 #include "platform/dos_attributes.h"
 
 #include <sys/xattr.h>
+#include <unistd.h>
 
 #include <array>
 #include <cerrno>
@@ -17,6 +18,14 @@ namespace {
 constexpr const char* attributeName = "user.DOSATTRIB";
 constexpr std::size_t longestValue = 256;
 constexpr unsigned keptBits = dos::hidden | dos::system | dos::archive;
+
+// getxattrat of Linux 6.13, which the C library does not know yet. Its number is the same on every
+// machine.
+constexpr long getxattratCall = 464;
+struct ValueArguments {
+  std::uint64_t value;
+  std::uint32_t size, flags;
+};
 
 bool endsWithAbsence(int error) { return error == ENODATA || error == ENOTSUP; }
 
@@ -58,13 +67,37 @@ unsigned dosBitsOf(std::string_view stored) {
   return littleEndian<std::uint32_t>(stored, valid + 4) & keptBits;
 }
 
-unsigned storedDosBits(const std::string& native, bool* supported) {
+unsigned storedDosBits(const std::string& native) {
   std::array<char, longestValue> value;
   const auto length = retried(
       [&] { return ::getxattr(native.c_str(), attributeName, value.data(), value.size()); });
-  if (length >= 0) return dosBitsOf({value.data(), static_cast<std::size_t>(length)});
-  if (supported != nullptr && errno == ENOTSUP) *supported = false;
-  return 0;
+  return length < 0 ? 0 : dosBitsOf({value.data(), static_cast<std::size_t>(length)});
+}
+
+StoredDosBits::StoredDosBits(int folder, std::string native)
+    : folder_(folder), path_(std::move(native)), prefix_(path_.size()) {}
+
+unsigned StoredDosBits::of(const char* name) {
+  if (!stored_) return 0;
+  std::array<char, longestValue> value;
+  const auto answer = [&](long length) {
+    if (length >= 0) return dosBitsOf({value.data(), static_cast<std::size_t>(length)});
+    if (errno == ENOTSUP) stored_ = false;
+    return 0U;
+  };
+  if (byFolder_) {
+    const ValueArguments arguments{reinterpret_cast<std::uintptr_t>(value.data()), value.size(), 0};
+    const long length = retried([&] {
+      return ::syscall(getxattratCall, folder_, name, 0, attributeName, &arguments,
+                       sizeof arguments);
+    });
+    // Not only systems that lack the call refuse it: a sandbox may forbid what it does not know.
+    byFolder_ = length >= 0 || errno == ENODATA || errno == ENOTSUP;
+    if (byFolder_) return answer(length);
+  }
+  path_.replace(prefix_, std::string::npos, name);
+  return answer(retried(
+      [&] { return ::getxattr(path_.c_str(), attributeName, value.data(), value.size()); }));
 }
 
 bool isReadOnly(const struct stat& status) {

@@ -21,9 +21,23 @@ inline constexpr unsigned hidden = 0x02, system = 0x04, archive = 0x20;
 // later, with or without such a text before them. 0 for anything else.
 unsigned dosBitsOf(std::string_view stored);
 
-// The stored bits of what stands at a native path, links followed. `supported`, when given, becomes
-// false where the disk cannot store any: no need to ask about its neighbours.
-unsigned storedDosBits(const std::string& native, bool* supported = nullptr);
+// The stored bits of what stands at a native path, links followed.
+unsigned storedDosBits(const std::string& native);
+
+// The stored bits of one entry after the other of an open folder, as cheaply as the system allows.
+class StoredDosBits {
+ public:
+  // `native` is the folder's path, with trailing slash.
+  StoredDosBits(int folder, std::string native);
+  unsigned of(const char* name);
+
+ private:
+  int folder_;
+  std::string path_;
+  std::size_t prefix_;
+  bool stored_ = true;    // false on a disk that cannot store any
+  bool byFolder_ = true;  // false on a system without the call that saves the way to the folder
+};
 
 bool isReadOnly(const struct stat& status);
 Attributes attributesOf(const std::string& native, std::string_view name,

@@ -61,8 +61,7 @@ Result<std::vector<FolderEntry>> DriveFileSystem::list(std::string_view folder,
                                                 : opened;
   if (!native.ends_with('/')) native += '/';
 
-  const std::size_t prefix = native.size();
-  bool attributesStored = true;
+  StoredDosBits stored(fd.get(), native);
   std::vector<Sorted> found;
   FolderReader reader(fd.get());
   while (const dirent64* entry = reader.next()) {
@@ -71,10 +70,7 @@ Result<std::vector<FolderEntry>> DriveFileSystem::list(std::string_view folder,
     if ((plain && name.starts_with('.')) || !isWindowsName(name)) continue;
     const Kind kind = kindOf(*entry, fd.get());
     if (kind == Kind::other) continue;
-    if (plain && attributesStored) {
-      native.replace(prefix, std::string::npos, name);
-      if ((storedDosBits(native, &attributesStored) & (dos::hidden | dos::system)) != 0) continue;
-    }
+    if (plain && (stored.of(entry->d_name) & (dos::hidden | dos::system)) != 0) continue;
     found.push_back({upper(name), {std::string(name), kind == Kind::folder}});
   }
   // A disk that fails halfway still tells what it has.
