@@ -96,9 +96,6 @@ SplitLists::SplitLists(Bindings& bindings, FrmMain& form, FormWindow& window, co
 void SplitLists::resizeEvent(QResizeEvent* event) {
   QWidget::resizeEvent(event);
   shareRoom();
-  QRect middle({}, parts_.overlay->sizeHint());
-  middle.moveCenter(rect().center());
-  parts_.overlay->setGeometry(middle);
 }
 
 void SplitLists::shareRoom() {
@@ -121,6 +118,11 @@ void SplitLists::layOut() {
   // The column has exactly the room of both heights, so the shares are the heights.
   column_->setStretchFactor(parts_.upperList, form_.sceneryHeight);
   column_->setStretchFactor(parts_.lowerList, form_.libraryHeight);
+  // The notice stands in the middle of the upper list.
+  QRect notice({}, parts_.overlay->sizeHint());
+  notice.moveCenter({width() / 2, parts_.upperHead->sizeHint().height() + column_->spacing() +
+                                      form_.sceneryHeight / twipsPerPixel / 2});
+  parts_.overlay->setGeometry(notice);
 }
 
 }  // namespace skv::ui::qt
