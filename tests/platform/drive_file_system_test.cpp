@@ -134,17 +134,17 @@ TEST_F(DriveFileSystemTest, MoreChangesThanTheSystemReportsAreSeenToo) {
 TEST_F(DriveFileSystemTest, ThreadsMakeNoTwins) {
   EXPECT_TRUE(disk.makeFolder("C:\\d").ok());
   const auto make = [&](bool capital) {
-    for (int i = 0; i < 200; ++i) {
+    for (int i = 0; i < 60; ++i) {
       const std::string number = std::to_string(i);
-      disk.replaceFile("C:\\d\\" + std::string(capital ? "FILE" : "file") + number, number)
-          .skipped();
+      auto file = disk.createFile("C:\\d\\" + std::string(capital ? "FILE" : "file") + number);
+      if (file.ok()) file.value()->commit({}).skipped();
       disk.makeFolder("C:\\d\\" + std::string(capital ? "SUB" : "sub") + number).skipped();
     }
   };
   std::thread other(make, true);
   make(false);
   other.join();
-  EXPECT_EQ(drive.tree("C:\\d").size(), 400U);
+  EXPECT_EQ(drive.tree("C:\\d").size(), 120U);
 }
 
 TEST_F(DriveFileSystemTest, ListingIsInTheOrderOfNtfs) {
