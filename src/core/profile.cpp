@@ -126,9 +126,10 @@ std::string Profile::Content::sectionNames() const {
 // How lines end at the end of a section: as the nearest line before it does, or else after it.
 std::string_view Profile::Content::lineEndNear(std::size_t section) const {
   for (std::size_t i = section + 1; i-- > 0;) {
+    // Of a section's lines only the last can lack its end.
     const auto& lines = sections[i].lines;
-    for (auto line = lines.rbegin(); line != lines.rend(); ++line)
-      if (const auto end = lineEnd(*line); !end.empty()) return end;
+    for (std::size_t k = lines.size(); k-- > 0;)
+      if (const auto end = lineEnd(lines[k]); !end.empty()) return end;
   }
   if (section + 1 < sections.size())
     if (const auto end = lineEnd(sections[section + 1].lines.front()); !end.empty()) return end;

@@ -26,14 +26,13 @@ std::string fixture(const std::string& name) {
 std::string unescaped(const std::string& text) {
   std::string result;
   for (std::size_t i = 0; i < text.size(); ++i) {
-    if (text[i] != '\\') {
-      result += text[i];
-    } else if (text[++i] == 'x') {
-      result += static_cast<char>(std::stoi(text.substr(i + 1, 2), nullptr, 16));
-      i += 2;
-    } else {
-      result += text[i];
+    if (text.substr(i, 2) == "\\x") {
+      result += static_cast<char>(std::stoi(text.substr(i + 2, 2), nullptr, 16));
+      i += 3;
+      continue;
     }
+    if (text[i] == '\\') ++i;
+    result += text[i];
   }
   return result;
 }
