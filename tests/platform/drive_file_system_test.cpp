@@ -6,6 +6,7 @@
 #include <sys/xattr.h>
 #include <unistd.h>
 
+#include <atomic>
 #include <filesystem>
 #include <thread>
 
@@ -133,18 +134,27 @@ TEST_F(DriveFileSystemTest, MoreChangesThanTheSystemReportsAreSeenToo) {
 
 TEST_F(DriveFileSystemTest, ThreadsMakeNoTwins) {
   EXPECT_TRUE(disk.makeFolder("C:\\d").ok());
+  constexpr int rounds = 200;
+  // Turning threads meet more closely than waiting ones.
+  std::atomic<int> come = 0;
+  const auto together = [&](int meeting) {
+    for (++come; come < 2 * meeting;) continue;
+  };
   const auto make = [&](bool capital) {
-    for (int i = 0; i < 60; ++i) {
-      const std::string number = std::to_string(i);
+    for (int round = 0; round < rounds; ++round) {
+      const std::string number = std::to_string(round);
+      const std::string folder = "C:\\d\\" + std::string(capital ? "SUB" : "sub") + number;
       auto file = disk.createFile("C:\\d\\" + std::string(capital ? "FILE" : "file") + number);
+      together(2 * round + 1);
+      disk.makeFolder(folder).skipped();
+      together(2 * round + 2);
       if (file.ok()) file.value()->commit({}).skipped();
-      disk.makeFolder("C:\\d\\" + std::string(capital ? "SUB" : "sub") + number).skipped();
     }
   };
   std::thread other(make, true);
   make(false);
   other.join();
-  EXPECT_EQ(drive.tree("C:\\d").size(), 120U);
+  EXPECT_EQ(drive.tree("C:\\d").size(), 2U * rounds);
 }
 
 TEST_F(DriveFileSystemTest, ListingIsInTheOrderOfNtfs) {
