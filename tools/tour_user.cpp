@@ -10,6 +10,7 @@
 #include <QPlainTextEdit>
 #include <QTabBar>
 #include <QTest>
+#include <QTimer>
 #include <iostream>
 
 namespace skv::tour {
@@ -37,10 +38,16 @@ void require(bool condition, const std::string& what) {
 
 User::User(std::filesystem::path pictures) : pictures_(std::move(pictures)) {
   std::filesystem::create_directories(pictures_);
-  // Boxes run event loops of their own; this timer ticks in all of them.
-  timer_.setInterval(5);
-  QObject::connect(&timer_, &QTimer::timeout, &timer_, [this] { look(); });
-  timer_.start();
+  watch();
+}
+
+// Boxes run event loops of their own, and so does an answer that opens the next box: every look is
+// a timer of its own, since one timer does not tick inside its own tick.
+void User::watch() {
+  QTimer::singleShot(5, &context_, [this] {
+    watch();
+    look();
+  });
 }
 
 bool User::shows(const std::string& window) {

@@ -3,7 +3,7 @@
 #pragma once
 
 #include <QApplication>
-#include <QTimer>
+#include <QObject>
 #include <QTreeView>
 #include <deque>
 #include <filesystem>
@@ -84,6 +84,7 @@ class User {
     std::string window;
     std::function<void(QWidget&)> act;
   };
+  void watch();
   void look();
   QWidget* waiting() const;
   static std::string caption(const QString& text);
@@ -93,7 +94,7 @@ class User {
   std::deque<Answer> answers_;
   QWidget* answering_ = nullptr;
   std::string wrong_;
-  QTimer timer_;
+  QObject context_;
 };
 
 void require(bool condition, const std::string& what);
