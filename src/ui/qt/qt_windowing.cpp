@@ -11,7 +11,6 @@
 #include "ui/model/frm_main.h"
 #include "ui/qt/boxes.h"
 #include "ui/qt/dialogs.h"
-#include "ui/qt/icons.h"
 #include "ui/qt/main_window.h"
 #include "ui/qt/text.h"
 
@@ -45,7 +44,6 @@ class QtWindowing::WithoutHourglass {
 
 QtWindowing::QtWindowing(const FileSystem& files) : files_(files) {
   QGuiApplication::setQuitOnLastWindowClosed(false);
-  QGuiApplication::setWindowIcon(drawnIcon(QStringLiteral("fsskyvault")));
 }
 
 QtWindowing::~QtWindowing() { unloadAll(); }
