@@ -201,7 +201,7 @@ void ListTree::fitColumns() {
     designed += columnWidth;
     if (columnWidth > list_.columns()[static_cast<std::size_t>(widest)].width) widest = i;
   }
-  if (seen.empty() || width < 2 * leastColumn) return;
+  if (designed == 0 || width < 2 * leastColumn) return;
   int taken = 0;
   for (const int i : seen) {
     if (i == widest) continue;
