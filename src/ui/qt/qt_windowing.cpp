@@ -80,8 +80,8 @@ void QtWindowing::quit() {
 }
 
 void QtWindowing::unloadAll() {
-  while (!windows_.empty()) unload(*windows_.begin()->first);
-  setPointer(Pointer::normal);
+  while (!windows_.empty()) QtWindowing::unload(*windows_.begin()->first);
+  QtWindowing::setPointer(Pointer::normal);
 }
 
 QWidget* QtWindowing::shownWindow(Form* form) const {

@@ -18,7 +18,7 @@ namespace skv::ui::qt {
 
 // Made after the QApplication and before the forms it shows; run() gives every window back, so that
 // the forms may go first.
-class QtWindowing final : public Windowing {
+class QtWindowing : public Windowing {
  public:
   explicit QtWindowing(const FileSystem& files);
   ~QtWindowing() override;
