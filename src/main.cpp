@@ -24,8 +24,8 @@ int main(int argc, char** argv) {
   skv::DriveFileSystem files(skv::findDrivesFolder());
   skv::ui::qt::QtWindowing windows(files);
   const auto onlyRun = skv::SingleInstance::acquire();
-  if (!onlyRun) {
-    windows.messageBox({"FS Skyvault is already running.", skv::ui::BoxIcon::information});
+  if (!onlyRun.ok()) {
+    windows.messageBox({onlyRun.outcome().description(), skv::ui::BoxIcon::exclamation});
     return 0;
   }
 

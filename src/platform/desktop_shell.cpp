@@ -1,100 +1,29 @@
 #include "platform/desktop_shell.h"
 
-#include <fcntl.h>
-#include <spawn.h>
-#include <sys/wait.h>
-#include <unistd.h>
-
-#include <array>
-#include <filesystem>
+#include <chrono>
 #include <fstream>
 
 #include "base/text.h"
-#include "platform/os_error.h"
+#include "platform/child_process.h"
 #include "platform/user_folders.h"
-
-extern char** environ;
 
 namespace skv {
 
 namespace {
 
-namespace fs = std::filesystem;
-
 // Results of the classic shell call.
 constexpr int shellStarted = 33;
 constexpr int shellFileNotFound = 2;
+constexpr int shellPathNotFound = 3;
 constexpr int shellNoAssociation = 31;
 
-std::string findProgram(const std::string& name) {
-  std::error_code error;
-  if (name.find('/') != std::string::npos) return fs::exists(name, error) ? name : std::string();
-  for (const std::string& folder : split(environmentValue("PATH"), ':')) {
-    const std::string program = folder + "/" + name;
-    if (!folder.empty() && ::access(program.c_str(), X_OK) == 0 &&
-        !fs::is_directory(program, error))
-      return program;
-  }
-  return {};
-}
-
-std::vector<char*> argumentsOf(std::vector<std::string>& command) {
-  std::vector<char*> arguments;
-  for (std::string& word : command) arguments.push_back(word.data());
-  arguments.push_back(nullptr);
-  return arguments;
-}
-
-// Starts a program that is nobody's child: it outlives this one, and nobody has to wait for it.
-bool startDetached(std::vector<std::string> command) {
-  if (command.empty()) return false;
-  const std::string program = findProgram(command[0]);
-  if (program.empty()) return false;
-  auto arguments = argumentsOf(command);
-  const pid_t child = ::fork();
-  if (child < 0) return false;
-  if (child == 0) {
-    ::setsid();
-    if (::fork() != 0) ::_exit(0);
-    const int null = ::open("/dev/null", O_RDWR);
-    ::dup2(null, STDIN_FILENO);
-    ::execv(program.c_str(), arguments.data());
-    ::_exit(127);
-  }
-  int status = 0;
-  retried([&] { return ::waitpid(child, &status, 0); });
-  return true;
-}
-
-// The first line that a program prints.
-std::string firstLineOf(std::vector<std::string> command) {
-  const std::string program = findProgram(command[0]);
-  std::array<int, 2> ends{};
-  if (program.empty() || ::pipe2(ends.data(), O_CLOEXEC) != 0) return {};
-  const Descriptor reading(ends[0]);
-  Descriptor writing(ends[1]);
-  posix_spawn_file_actions_t actions;
-  ::posix_spawn_file_actions_init(&actions);
-  ::posix_spawn_file_actions_adddup2(&actions, writing.get(), STDOUT_FILENO);
-  ::posix_spawn_file_actions_addopen(&actions, STDERR_FILENO, "/dev/null", O_WRONLY, 0);
-  auto arguments = argumentsOf(command);
-  pid_t child = 0;
-  const int failed =
-      ::posix_spawn(&child, program.c_str(), &actions, nullptr, arguments.data(), environ);
-  ::posix_spawn_file_actions_destroy(&actions);
-  writing = Descriptor();
-  if (failed != 0) return {};
-  std::string text;
-  std::array<char, 512> buffer;
-  for (;;) {
-    const ssize_t count =
-        retried([&] { return ::read(reading.get(), buffer.data(), buffer.size()); });
-    if (count <= 0) break;
-    text.append(buffer.data(), static_cast<std::size_t>(count));
-  }
-  int status = 0;
-  retried([&] { return ::waitpid(child, &status, 0); });
-  return text.substr(0, text.find('\n'));
+// "http://...", "mailto:...": a scheme, which is longer than the letter of a drive.
+bool isAddress(std::string_view target) {
+  const auto colon = target.find(':');
+  return colon != std::string_view::npos && colon > 1 &&
+         target.substr(0, colon).find_first_not_of(
+             "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789+.-") ==
+             std::string_view::npos;
 }
 
 std::vector<std::string> dataFolders() {
@@ -163,19 +92,31 @@ std::vector<std::string> desktopCommand(const std::string& exec, const std::stri
 
 int DesktopShell::open(std::string_view target) {
   std::string opened(target);
-  const bool isAddress = target.find("://") != std::string_view::npos;
-  if (!isAddress) {
+  if (!isAddress(target)) {
+    const auto found = files_.attributes(target);
+    if (!found.ok())
+      return found.outcome().number() == err::pathNotFound ? shellPathNotFound : shellFileNotFound;
     const auto native = files_.nativePath(target);
-    if (!native.ok() || !files_.attributes(target).ok()) return shellFileNotFound;
+    if (!native.ok()) return shellFileNotFound;
     opened = native.value();
   }
-  return startDetached({"xdg-open", opened}) ? shellStarted : shellNoAssociation;
+  // The opener tells by its end whether it found a program. One that still runs is that program.
+  constexpr std::chrono::milliseconds time{1500};
+  switch (startHelper({"xdg-open", opened}, time).value_or(0)) {
+    case 0:
+      return shellStarted;
+    case 2:
+      return shellFileNotFound;
+    default:
+      return shellNoAssociation;
+  }
 }
 
 Outcome DesktopShell::editText(std::string_view path) {
   const auto native = files_.nativePath(path);
   if (!native.ok()) return native.outcome();
-  const std::string entry = firstLineOf({"xdg-mime", "query", "default", "text/plain"});
+  constexpr std::chrono::milliseconds time{3000};
+  const std::string entry = firstLineOf({"xdg-mime", "query", "default", "text/plain"}, time);
   if (!entry.empty() && startDetached(desktopCommand(execOf(entry), native.value()))) return {};
   for (const char* editor : {"gnome-text-editor", "gedit", "kate", "kwrite", "xed", "mousepad",
                              "pluma", "featherpad", "leafpad", "l3afpad", "geany", "xedit"})

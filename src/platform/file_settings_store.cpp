@@ -64,25 +64,27 @@ Result<std::string> contentOf(const std::string& file) {
 
 }  // namespace
 
-FileSettingsStore::FileSettingsStore(std::string file) : file_(std::move(file)) { load(); }
+FileSettingsStore::FileSettingsStore(std::string file) : file_(std::move(file)) {
+  sections_ = load().valueOr({});
+}
 
 std::string FileSettingsStore::defaultFile() { return configFolder() + "/settings.ini"; }
 
-void FileSettingsStore::load() {
+Result<FileSettingsStore::Sections> FileSettingsStore::load() const {
   const auto bytes = contentOf(file_);
-  if (bytes.ok())
-    parse(bytes.value());
-  else if (bytes.outcome().number() != err::fileNotFound)
-    loaded_ = bytes.outcome();
+  if (bytes.ok()) return parse(bytes.value());
+  if (bytes.outcome().number() == err::fileNotFound) return Sections();
+  return bytes.outcome();
 }
 
-void FileSettingsStore::parse(const std::string& bytes) {
+FileSettingsStore::Sections FileSettingsStore::parse(const std::string& bytes) {
+  Sections sections;
   Section* section = nullptr;
   for (std::string_view line : split(bytes, '\n')) {
     if (line.ends_with('\r')) line.remove_suffix(1);
     if (line.starts_with('[') && line.ends_with(']')) {
       const std::string name = unescaped(line.substr(1, line.size() - 2));
-      section = &sections_[upper(name)];
+      section = &sections[upper(name)];
       section->name = name;
       continue;
     }
@@ -91,6 +93,7 @@ void FileSettingsStore::parse(const std::string& bytes) {
     const std::string key = unescaped(line.substr(0, equals));
     section->entries[upper(key)] = {key, unescaped(line.substr(equals + 1))};
   }
+  return sections;
 }
 
 std::string FileSettingsStore::read(std::string_view section, std::string_view key,
@@ -104,18 +107,23 @@ std::string FileSettingsStore::read(std::string_view section, std::string_view k
 
 Outcome FileSettingsStore::write(std::string_view section, std::string_view key,
                                  std::string_view value) {
-  Section& inSection = sections_[upper(section)];
+  auto loaded = load();
+  if (!loaded.ok()) return loaded.outcome();
+  Sections sections = std::move(loaded).value();
+  Section& inSection = sections[upper(section)];
   if (inSection.name.empty()) inSection.name = section;
   const auto [entry, isNew] =
       inSection.entries.try_emplace(upper(key), Entry{std::string(key), {}});
-  if (!isNew && entry->second.value == value) return {};
+  const bool same = !isNew && entry->second.value == value;
   entry->second.value = value;
-  return loaded_.ok() ? save() : loaded_;
+  Outcome saved = same ? Outcome() : save(sections);
+  if (saved.ok()) sections_ = std::move(sections);
+  return saved;
 }
 
-Outcome FileSettingsStore::save() const {
+Outcome FileSettingsStore::save(const Sections& sections) const {
   std::string bytes;
-  for (const auto& [upperName, section] : sections_) {
+  for (const auto& [upperName, section] : sections) {
     bytes += "[" + escaped(section.name, "[]") + "]\n";
     for (const auto& [upperKey, entry] : section.entries)
       bytes += escaped(entry.key, "=[") + "=" + escaped(entry.value) + "\n";

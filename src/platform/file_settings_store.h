@@ -15,15 +15,16 @@ namespace skv {
 
 class FileSettingsStore : public SettingsStore {
  public:
-  // `file`: native path. Reads it; a missing file is an empty store, and a line that is no setting
-  // is passed over.
+  // `file`: native path. A missing file is an empty store, and a line that is no setting is passed
+  // over.
   explicit FileSettingsStore(std::string file);
   // Below the user's configuration folder.
   static std::string defaultFile();
 
   std::string read(std::string_view section, std::string_view key,
                    std::string_view fallback) const override;
-  // Replaces the file in one step. A file that exists and could not be read is never replaced.
+  // Replaces the file in one step, with what somebody has changed in it by hand meanwhile. A file
+  // that exists and cannot be read is never replaced.
   Outcome write(std::string_view section, std::string_view key, std::string_view value) override;
 
  private:
@@ -34,13 +35,13 @@ class FileSettingsStore : public SettingsStore {
     std::string name;
     std::map<std::string, Entry> entries;  // by upper-cased key
   };
-  void load();
-  void parse(const std::string& bytes);
-  Outcome save() const;
+  using Sections = std::map<std::string, Section>;  // by upper-cased name
+  Result<Sections> load() const;
+  static Sections parse(const std::string& bytes);
+  Outcome save(const Sections& sections) const;
 
   const std::string file_;
-  std::map<std::string, Section> sections_;  // by upper-cased name
-  Outcome loaded_;
+  Sections sections_;
 };
 
 }  // namespace skv

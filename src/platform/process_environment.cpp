@@ -19,9 +19,8 @@ Environment processEnvironment(const FileSystem& files) {
   Environment environment;
   environment.programFolder = files.windowsPath(programFolder());
   environment.TEMP = environmentValue("TEMP");
-  if (environment.TEMP.starts_with('/'))
-    environment.TEMP = files.windowsPath(environment.TEMP);
-  else if (environment.TEMP.empty() && makePrivateFolder(cacheFolder()))
+  if (environment.TEMP.starts_with('/')) environment.TEMP = files.windowsPath(environment.TEMP);
+  if (environment.TEMP.empty() && makePrivateFolder(cacheFolder()))
     environment.TEMP = files.windowsPath(cacheFolder());
   return environment;
 }

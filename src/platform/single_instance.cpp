@@ -3,23 +3,31 @@
 #include <fcntl.h>
 #include <sys/file.h>
 
+#include "platform/native_calls.h"
 #include "platform/user_folders.h"
 
 namespace skv {
 
-std::optional<SingleInstance> SingleInstance::acquire(const std::string& folder) {
-  if (!makePrivateFolder(folder)) return std::nullopt;
+Result<SingleInstance> SingleInstance::acquire(const std::string& folder) {
+  if (!makePrivateFolder(folder)) return Outcome::failure(err::pathFileAccess, folder);
   const std::string file = folder + "/running";
-  Descriptor lock(retried(
-      [&] { return ::open(file.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, 0600); }));
-  if (!lock.valid() || retried([&] { return ::flock(lock.get(), LOCK_EX | LOCK_NB); }) != 0)
-    return std::nullopt;
+  Descriptor lock = openFile(file, O_RDWR | O_CREAT | O_NOFOLLOW, 0600);
+  if (!lock.valid()) return systemFailure(errno, file);
+  const int error = errorOf([&] { return ::flock(lock.get(), LOCK_EX | LOCK_NB); });
+  if (error == EWOULDBLOCK)
+    return Outcome::withText(err::permissionDenied, "FS Skyvault is already running.");
+  if (error != 0) return systemFailure(error, file);
   return SingleInstance(std::move(lock));
 }
 
-std::optional<SingleInstance> SingleInstance::acquire() {
+Result<SingleInstance> SingleInstance::acquire() {
   const std::string runtime = environmentValue("XDG_RUNTIME_DIR");
-  return acquire(runtime.starts_with('/') ? runtime + "/FSSkyvault" : configFolder());
+  if (runtime.starts_with('/')) {
+    auto run = acquire(runtime + "/FSSkyvault");
+    // A runtime folder that is gone, or another user's, is as good as none.
+    if (run.ok() || run.outcome().number() != err::pathFileAccess) return run;
+  }
+  return acquire(configFolder());
 }
 
 }  // namespace skv

@@ -41,9 +41,11 @@ bool makePrivateFolder(const std::string& folder) {
   std::error_code error;
   std::filesystem::create_directories(std::filesystem::path(folder).parent_path(), error);
   ::mkdir(folder.c_str(), 0700);
-  struct stat status {};
-  if (::lstat(folder.c_str(), &status) != 0 || !S_ISDIR(status.st_mode) ||
-      status.st_uid != ::getuid())
+  // A link is the user's own choice when it is the user's own link.
+  struct stat status {
+  }, link{};
+  if (::stat(folder.c_str(), &status) != 0 || ::lstat(folder.c_str(), &link) != 0 ||
+      !S_ISDIR(status.st_mode) || status.st_uid != ::getuid() || link.st_uid != ::getuid())
     return false;
   return (status.st_mode & 0077U) == 0 || ::chmod(folder.c_str(), 0700) == 0;
 }
