@@ -1,12 +1,14 @@
 #include "ui/qt/flat_style.h"
 
 #include <QAbstractScrollArea>
+#include <QGuiApplication>
 #include <QPainter>
 #include <QRadioButton>
 #include <QStyleOption>
 #include <algorithm>
 
 #include "ui/qt/flat_marks.h"
+#include "ui/qt/icons.h"
 
 namespace skv::ui::qt {
 
@@ -316,6 +318,15 @@ int FlatStyle::styleHint(StyleHint hint, const QStyleOption* option, const QWidg
                          QStyleHintReturn* returned) const {
   if (hint == SH_DialogButtonBox_ButtonsHaveIcons) return 0;
   return QProxyStyle::styleHint(hint, option, widget, returned);
+}
+
+QIcon FlatStyle::standardIcon(StandardPixmap which, const QStyleOption* option,
+                              const QWidget* widget) const {
+  // Every menu bar asks for it, to draw it when the window is too narrow: ours is made then.
+  if (which == SP_ToolBarHorizontalExtensionButton)
+    return drawnIcon(QStringLiteral("down"),
+                     QGuiApplication::palette().color(QPalette::ButtonText));
+  return QProxyStyle::standardIcon(which, option, widget);
 }
 
 }  // namespace skv::ui::qt

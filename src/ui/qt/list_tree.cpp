@@ -88,9 +88,6 @@ ListTree::ListTree(Bindings& bindings, Form& form, ListView& list, const QString
   header()->setStretchLastSection(false);
   header()->setMinimumSectionSize(leastColumn);
   header()->setHighlightSections(false);
-  QFont strong = font();
-  strong.setWeight(QFont::DemiBold);
-  header()->setFont(strong);
   QPalette muted = palette();
   muted.setColor(QPalette::ButtonText, muted.color(QPalette::PlaceholderText));
   header()->setPalette(muted);
