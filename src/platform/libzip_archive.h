@@ -1,10 +1,7 @@
-// An archive that is open for reading, and what its directory says.
+// What the directory of an archive says, and whether it can be true.
 #pragma once
 
-#include <zip.h>
-
 #include <cstdint>
-#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -12,48 +9,35 @@
 #include "base/outcome.h"
 #include "base/text.h"
 #include "platform/file_system.h"
-#include "platform/zipit.h"
+#include "platform/libzip_file.h"
 
 namespace skv {
 
-struct ZipDiscard {
-  void operator()(zip_t *archive) const { zip_discard(archive); }
-};
-using ZipHandle = std::unique_ptr<zip_t, ZipDiscard>;
-
 struct ArchiveEntry {
-  std::string Filename;     // decoded, separators as stored
-  std::uint64_t size = 0;   // bytes, once unpacked
-  std::uint64_t packed = 0; // bytes in the archive
+  std::string Filename;      // decoded, separators as stored; of a folder with one at its end
+  std::uint64_t size = 0;    // bytes, once unpacked
+  std::uint64_t packed = 0;  // bytes in the archive
   std::uint32_t crc = 0;
-  // From the local header to the end of the data, in bytes from the file's
-  // start; `end` is 0 when that is not in the file.
-  std::uint64_t begin = 0, end = 0;
-  int method = 0; // ZIP_CM_...
+  int method = 0;  // ZIP_CM_...
   bool encrypted = false;
-  bool special = false; // a link, a device: no plain file and no folder
+  bool special = false;  // a link, a device: no plain file and no folder
   std::optional<FileTime> modified;
 };
 
-// Opens the file at a native path for reading.
-Result<ZipHandle> openZip(const std::string &native, const std::string &shown);
+// The entries in the order of the directory, each with the finest time that it has.
+Result<std::vector<ArchiveEntry>> readDirectory(const ArchiveFile& file,
+                                                const CodePage& systemPage);
 
-// The entries in the order of the directory, each with the finest time that it
-// has.
-Result<std::vector<ArchiveEntry>> readDirectory(zip_t *archive,
-                                                const std::string &native,
-                                                const std::string &shown,
-                                                const CodePage &systemPage);
+// An entry that is to be unpacked.
+struct ChosenEntry {
+  std::size_t index;  // in the directory
+  const ArchiveEntry* entry;
+  std::uint64_t data = 0;  // where its packed bytes begin in the file; nowhere when it has none
+};
 
-// Whether these entries can be what the archive says: plain files whose data
-// lies in the file and apart from all others, packed as this program can unpack
-// it, and none larger than its packed form can become. `shown` is the archive's
-// path for messages.
-Outcome auditArchive(const std::string &shown,
-                     const std::vector<const ArchiveEntry *> &entries);
+// Whether these entries can be what the archive says: plain files whose data lies in the file and
+// apart from all others, packed as this program can unpack it, and none larger than its packed form
+// can become. Fills in where the data lies.
+Outcome auditArchive(const ArchiveFile& file, std::vector<ChosenEntry>& chosen);
 
-// The failure of an entry, in words that name it and its archive.
-Outcome entryFailure(const std::string &archive, const std::string &entry,
-                     const std::string &what);
-
-} // namespace skv
+}  // namespace skv

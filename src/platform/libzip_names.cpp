@@ -1,75 +1,72 @@
 #include "platform/libzip_names.h"
 
+#include <algorithm>
+
 #include "platform/windows_names.h"
 
 namespace skv {
 
 namespace {
 
-constexpr int unixHost = 3;
-constexpr int ntfsHost = 11;
-constexpr int macHost = 19;
 constexpr int dosPage = 437;
+constexpr int ntfsHostOfPkware = 10;
+constexpr int vfatHost = 14;
 
-bool isLetter(char c) {
-  return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
+// Page 437 has the letters of western languages here, and elsewhere frames, Greek and mathematics,
+// which stand in no name.
+bool isDosLetter(char c) {
+  constexpr unsigned char ascii = 0x80, firstSign = 0x9B, lastSign = 0x9F, lastLetter = 0xA5,
+                          sharpS = 0xE1;
+  const auto byte = static_cast<unsigned char>(c);
+  return byte < ascii || byte < firstSign || (byte > lastSign && byte <= lastLetter) ||
+         byte == sharpS;
 }
 
-// A name that Windows can hold, as much like the given one as can be: authors
-// on other systems may use what Windows reserves.
+bool isLetter(char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z'); }
+
+// A name that Windows can hold, as much like the given one as can be: authors on other systems may
+// use what Windows reserves.
 std::string heldByWindows(std::string name) {
-  for (char &c : name)
+  for (char& c : name)
     if (static_cast<unsigned char>(c) < 0x20 ||
         std::string_view("<>:\"|?*").find(c) != std::string_view::npos)
       c = '_';
-  while (name.ends_with('.') || name.ends_with(' '))
-    name.pop_back();
-  if (name.empty())
-    return "_";
+  while (name.ends_with('.') || name.ends_with(' ')) name.pop_back();
+  if (name.empty()) return "_";
   return isWindowsName(name) ? name : "_" + name;
 }
 
-} // namespace
+}  // namespace
 
-std::string decodeEntryName(const StoredName &stored,
-                            const CodePage &systemPage) {
-  if (!stored.unicodeName.empty())
-    return stored.unicodeName;
-  if (stored.flaggedUtf8)
-    return stored.bytes;
-  const bool fromUnix =
-      stored.hostSystem == unixHost || stored.hostSystem == macHost;
-  if (fromUnix && isUtf8(stored.bytes))
-    return stored.bytes;
-  return stored.hostSystem == ntfsHost || fromUnix
-             ? systemPage.decode(stored.bytes)
-             : CodePage(dosPage).decode(stored.bytes);
+std::string decodeEntryName(const StoredName& stored, const CodePage& systemPage) {
+  if (!stored.unicodeName.empty() && isUtf8(stored.unicodeName)) return stored.unicodeName;
+  if (isUtf8(stored.bytes)) return stored.bytes;
+  const int host = stored.hostSystem;
+  const bool fromWindows = host == ntfsHost || host == ntfsHostOfPkware || host == vfatHost;
+  if (fromWindows || !std::ranges::all_of(stored.bytes, isDosLetter))
+    return systemPage.decode(stored.bytes);
+  return CodePage(dosPage).decode(stored.bytes);
 }
 
 Result<std::vector<std::string>> entryPath(std::string_view name) {
-  const auto leadsOut = [] {
-    return Outcome::withText(err::zip, "leads out of its folder");
-  };
-  if (name.starts_with('/') || name.starts_with('\\'))
-    return leadsOut();
-  if (name.size() > 1 && name[1] == ':' && isLetter(name[0]))
-    return leadsOut();
+  // Windows itself ends at 260 characters.
+  constexpr std::size_t longest = 1024;
+  const auto leadsOut = [] { return Outcome::withText(err::zip, "leads out of its folder"); };
+  if (name.size() > longest) return Outcome::withText(err::zip, "has a name that is too long");
+  if (name.starts_with('/') || name.starts_with('\\')) return leadsOut();
+  if (name.size() > 1 && name[1] == ':' && isLetter(name[0])) return leadsOut();
   std::vector<std::string> elements;
   while (!name.empty()) {
     const auto end = name.find_first_of("/\\");
     const std::string element(name.substr(0, end));
-    name = end == std::string_view::npos ? std::string_view()
-                                         : name.substr(end + 1);
-    // Windows reads any number of dots and blanks behind ".." as "..", so
-    // nothing like it may pass.
+    name = end == std::string_view::npos ? std::string_view() : name.substr(end + 1);
+    // Windows reads any number of dots and blanks behind ".." as "..", so nothing like it may pass.
     const bool onlyDots = element.find_first_not_of(". ") == std::string::npos;
-    if (onlyDots && element.find("..") != std::string::npos)
-      return leadsOut();
-    if (element.empty() || element == ".")
-      continue;
+    if (onlyDots && element.find("..") != std::string::npos) return leadsOut();
+    if (element.empty() || element == ".") continue;
     elements.push_back(heldByWindows(element));
   }
   return elements;
 }
 
-} // namespace skv
+}  // namespace skv

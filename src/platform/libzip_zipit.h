@@ -7,15 +7,13 @@
 namespace skv {
 
 class LibzipEngine : public ZipEngine {
-public:
-  // `systemPage`: the code page of names that archives of Windows programs hold
-  // without a mark.
-  explicit LibzipEngine(CodePage systemPage)
-      : systemPage_(std::move(systemPage)) {}
-  std::unique_ptr<Zipit> load(FileSystem &files) override;
+ public:
+  // `systemPage`: the code page of names that archives of Windows programs hold without a mark.
+  explicit LibzipEngine(CodePage systemPage) : systemPage_(std::move(systemPage)) {}
+  std::unique_ptr<Zipit> load(FileSystem& files) override;
 
-private:
+ private:
   CodePage systemPage_;
 };
 
-} // namespace skv
+}  // namespace skv

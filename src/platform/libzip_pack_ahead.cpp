@@ -1,0 +1,134 @@
+#include "platform/libzip_pack_ahead.h"
+
+#include <libdeflate.h>
+
+#include <algorithm>
+#include <chrono>
+#include <memory>
+#include <system_error>
+
+#include "platform/libzip_file.h"
+
+namespace skv {
+
+namespace {
+
+constexpr unsigned workers = 2;
+constexpr std::uint64_t mostHeld = std::uint64_t{40} << 20U;
+
+// The library's levels go on where zlib's end, and mean other things: at this one it makes what
+// zlib makes at its highest, in a fraction of the time.
+constexpr int highest = 9;
+
+struct CompressorCloser {
+  void operator()(libdeflate_compressor* one) const { libdeflate_free_compressor(one); }
+};
+
+// While a file is packed it is there twice.
+std::uint64_t workingSize(std::uint64_t size) { return 2 * size; }
+
+}  // namespace
+
+PackAhead::~PackAhead() {
+  {
+    const std::scoped_lock lock(mutex_);
+    stop_ = true;
+  }
+  changed_.notify_all();
+  for (std::thread& thread : threads_) thread.join();
+}
+
+std::size_t PackAhead::add(std::string path, std::uint64_t size) {
+  tasks_.push_back({std::move(path), size});
+  return tasks_.size() - 1;
+}
+
+void PackAhead::start() {
+  const auto wanted = std::min<std::size_t>(workers, tasks_.size());
+  threads_.reserve(wanted);
+  for (std::size_t i = 0; i < wanted; ++i) {
+    try {
+      threads_.emplace_back([this] { work(); });
+    } catch (const std::system_error&) {
+      break;  // what could not be started the others do, or take() itself
+    }
+  }
+}
+
+PackedFile PackAhead::take(std::size_t number, const std::function<void()>& meanwhile) {
+  constexpr auto look = std::chrono::milliseconds(20);
+  if (threads_.empty()) {
+    const std::unique_ptr<libdeflate_compressor, CompressorCloser> compressor(
+        libdeflate_alloc_compressor(std::max(level_, 1)));
+    return pack(tasks_[number], compressor.get());
+  }
+  std::unique_lock lock(mutex_);
+  wanted_ = number;
+  changed_.notify_all();
+  while (!changed_.wait_for(lock, look, [&] { return ready_.contains(number); })) {
+    lock.unlock();
+    meanwhile();
+    lock.lock();
+  }
+  PackedFile file = std::move(ready_.extract(number).mapped());
+  held_ -= file.data.size();
+  changed_.notify_all();
+  return file;
+}
+
+bool PackAhead::mayBegin() const {
+  // The file that is waited for is packed however much lies ready, as nothing of that can leave
+  // before it.
+  return held_ + workingSize(tasks_[next_].size) <= mostHeld || next_ <= wanted_;
+}
+
+void PackAhead::work() {
+  const std::unique_ptr<libdeflate_compressor, CompressorCloser> compressor(
+      libdeflate_alloc_compressor(std::clamp(level_, 1, highest)));
+  for (;;) {
+    std::size_t number = 0;
+    std::uint64_t working = 0;
+    {
+      std::unique_lock lock(mutex_);
+      changed_.wait(lock, [this] { return stop_ || next_ >= tasks_.size() || mayBegin(); });
+      if (stop_ || next_ >= tasks_.size()) return;
+      number = next_++;
+      working = workingSize(tasks_[number].size);
+      held_ += working;
+    }
+    PackedFile file;
+    file.outcome = guarded(tasks_[number].path, [&] {
+      file = pack(tasks_[number], compressor.get());
+      return file.outcome;
+    });
+    const std::scoped_lock lock(mutex_);
+    held_ += file.data.size();
+    held_ -= working;
+    ready_.emplace(number, std::move(file));
+    changed_.notify_all();
+  }
+}
+
+PackedFile PackAhead::pack(const Task& task, libdeflate_compressor* compressor) const {
+  PackedFile file;
+  const auto content = files_.readFile(task.path);
+  if (!content.ok()) {
+    file.outcome = content.outcome();
+    return file;
+  }
+  const std::string& bytes = content.value();
+  file.size = bytes.size();
+  file.crc = libdeflate_crc32(0, bytes.data(), bytes.size());
+  if (level_ > 0 && compressor != nullptr && bytes.size() > 1) {
+    // Only what gets smaller is worth unpacking.
+    const auto buffer = std::make_unique_for_overwrite<char[]>(bytes.size());
+    const std::size_t length = libdeflate_deflate_compress(compressor, bytes.data(), bytes.size(),
+                                                           buffer.get(), bytes.size() - 1);
+    file.deflated = length != 0;
+    file.data.assign(buffer.get(), buffer.get() + length);
+  }
+  if (!file.deflated) file.data.assign(bytes.begin(), bytes.end());
+  return file;
+}
+
+}  // namespace skv

@@ -1,0 +1,67 @@
+// Files packed on several threads, some way ahead of whoever writes them.
+#pragma once
+
+#include <condition_variable>
+#include <cstdint>
+#include <functional>
+#include <map>
+#include <mutex>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "base/outcome.h"
+#include "platform/file_system.h"
+
+struct libdeflate_compressor;
+
+namespace skv {
+
+struct PackedFile {
+  Outcome outcome;  // of reading the file
+  std::vector<char> data;
+  std::uint64_t size = 0;  // bytes, unpacked
+  std::uint32_t crc = 0;
+  bool deflated = false;  // else `data` is the file as it is
+};
+
+class PackAhead {
+ public:
+  // Files up to this size fit in here: bytes.
+  static constexpr std::uint64_t largestFile = std::uint64_t{16} << 20U;
+
+  // `level`: 0 (stored) to 9.
+  PackAhead(const FileSystem& files, int level) : files_(files), level_(level) {}
+  ~PackAhead();
+  PackAhead(const PackAhead&) = delete;
+  PackAhead& operator=(const PackAhead&) = delete;
+
+  // Before start(). Answers the file's number.
+  std::size_t add(std::string path, std::uint64_t size);
+  void start();
+  // Waits for a file, which is handed out once, and calls `meanwhile` now and then. Numbers are to
+  // be taken in rising order.
+  PackedFile take(std::size_t number, const std::function<void()>& meanwhile);
+
+ private:
+  struct Task {
+    std::string path;
+    std::uint64_t size;
+  };
+  void work();
+  bool mayBegin() const;
+  PackedFile pack(const Task& task, libdeflate_compressor* compressor) const;
+
+  const FileSystem& files_;
+  const int level_;
+  std::vector<Task> tasks_;
+  std::vector<std::thread> threads_;
+  std::mutex mutex_;
+  std::condition_variable changed_;
+  std::map<std::size_t, PackedFile> ready_;
+  std::uint64_t held_ = 0;  // bytes of buffers, those of ready_ included
+  std::size_t next_ = 0, wanted_ = 0;
+  bool stop_ = false;
+};
+
+}  // namespace skv

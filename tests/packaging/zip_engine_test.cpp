@@ -1,0 +1,236 @@
+#include <gtest/gtest.h>
+
+#include "platform/drive_file_system.h"
+#include "platform/libzip_zipit.h"
+#include "support/faulty_file_system.h"
+#include "support/temporary_drive.h"
+#include "support/zip_maker.h"
+
+namespace skv {
+namespace {
+
+using test::RawEntry;
+using Tree = std::vector<std::string>;
+
+class ZipEngineTest : public ::testing::Test {
+ protected:
+  ZipEngineTest() { drive.clear("C:\\out"); }
+
+  std::unique_ptr<Zipit> open(const std::string& bytes) {
+    drive.write("C:\\a.zip", bytes);
+    return open();
+  }
+  std::unique_ptr<Zipit> open() {
+    auto zip = LibzipEngine(CodePage(1252)).load(files);
+    opened = zip->setArchivefile("C:\\a.zip");
+    zip->extractfolder = "C:\\out\\";
+    zip->usedirectoryinfo = true;
+    zip->ExtractProgress = [this](int percent) { percents.push_back(percent); };
+    return zip;
+  }
+  static Tree namesOf(const Zipit& zip) {
+    Tree names;
+    for (const ZipEntry& entry : zip.entries()) names.push_back(entry.Filename);
+    return names;
+  }
+  Outcome extract(const std::string& bytes) {
+    drive.clear("C:\\out");
+    percents.clear();
+    const auto zip = open(bytes);
+    return opened.ok() ? zip->extractfiles(namesOf(*zip)) : opened;
+  }
+
+  test::TemporaryDrive drive;
+  DriveFileSystem disk{drive.drives()};
+  test::FaultyFileSystem files{disk};
+  Outcome opened;
+  std::vector<int> percents;
+};
+
+TEST_F(ZipEngineTest, PutsEveryEntryInItsPlace) {
+  const std::string text(100000, 't');
+  const Outcome done = extract(test::rawZip({
+      {"folder\\", ""},
+      {"folder/stored.txt", "stored"},
+      {"back\\slash\\deflated.txt", test::deflated(text), 8, 100000, {}, test::crc32Of(text)},
+      {"./x//y/empty", ""},
+      {"README.TXT", "first"},
+      {"readme.txt", "second"},
+      {"what?: a \"name\".", "w"},
+      {"nul.txt", "device"},
+  }));
+  EXPECT_TRUE(done.ok()) << done.description();
+  EXPECT_EQ(
+      drive.tree("C:\\out"),
+      (Tree{"README.TXT", "_nul.txt", "back\\", "back\\slash\\", "back\\slash\\deflated.txt",
+            "folder\\", "folder\\stored.txt", "what__ a _name_", "x\\", "x\\y\\", "x\\y\\empty"}));
+  EXPECT_EQ(drive.read("C:\\out\\README.TXT"), "second");
+  EXPECT_EQ(drive.read("C:\\out\\back\\slash\\deflated.txt"), text);
+  EXPECT_EQ(percents.back(), 100);
+  EXPECT_TRUE(extract(test::rawZip({})).ok());
+  EXPECT_EQ(percents, std::vector<int>{100});
+}
+
+TEST_F(ZipEngineTest, ReadsNamesAsTheirMakersWroteThem) {
+  const std::string unicode = "\xC3\xA4";  // ä
+  const std::string field = std::string("\x01", 1) + [] {
+    const std::uint32_t crc = test::crc32Of("plain");
+    std::string bytes;
+    for (unsigned i = 0; i < 4; ++i) bytes += static_cast<char>(crc >> (8 * i));
+    return bytes;
+  }() + unicode;
+  const std::string extra =
+      std::string("\x75\x70", 2) + static_cast<char>(field.size()) + std::string(1, '\0') + field;
+  const RawEntry names[] = {
+      {.name = unicode, .data = "", .flags = 0x800}, {.name = "\x84", .data = ""},  // page 437
+      {.name = "\xE4", .data = "", .madeBy = 11},                                   // page 1252
+      {.name = unicode, .data = "", .madeBy = 3},    {.name = "plain", .data = "", .extra = extra},
+  };
+  for (const RawEntry& entry : names) {
+    const auto zip = open(test::rawZip({entry}));
+    ASSERT_TRUE(opened.ok()) << opened.description();
+    EXPECT_EQ(namesOf(*zip), Tree{unicode}) << entry.madeBy << " " << entry.flags;
+  }
+}
+
+TEST_F(ZipEngineTest, GivesFilesTheFinestTimeThatIsStored) {
+  const std::string utc("UT\x05\0\x01\x39\x30\0\0", 9);  // second 12345
+  // 1 January 1970 and 15 units of 100 ns.
+  const std::string ntfs(
+      "\x0a\0\x20\0\0\0\0\0\x01\0\x18\0\x0f\x80\x3e\xd5\xde\xb1\x9d\x01"
+      "\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0",
+      36);
+  EXPECT_TRUE(extract(test::rawZip({{.name = "dos", .data = ""},
+                                    {.name = "utc", .data = "", .extra = utc},
+                                    {.name = "ntfs", .data = "", .extra = utc + ntfs}}))
+                  .ok());
+  std::tm local{};
+  const auto dos = static_cast<std::time_t>(disk.modified("C:\\out\\dos").value().seconds);
+  ::localtime_r(&dos, &local);
+  EXPECT_EQ(local.tm_year, 102);
+  EXPECT_EQ(local.tm_mday, 24);
+  EXPECT_EQ(local.tm_hour, 12);
+  EXPECT_EQ(disk.modified("C:\\out\\utc").value(), (FileTime{12345, 0}));
+  EXPECT_EQ(disk.modified("C:\\out\\ntfs").value(), (FileTime{0, 1500}));
+}
+
+TEST_F(ZipEngineTest, RefusesHostileArchivesBeforeItWritesAnything) {
+  const std::string bomb = test::deflated(std::string(1000, '\0'));
+  const RawEntry honest{"honest.txt", "honest"};
+  const std::pair<const char*, std::vector<RawEntry>> archives[] = {
+      {"climbs", {honest, {"a/../../evil.txt", "e"}}},
+      {"climbs with backslashes", {honest, {"..\\evil.txt", "e"}}},
+      {"climbs as Windows would read it", {honest, {".. ./evil.txt", "e"}}},
+      {"absolute", {honest, {"/evil.txt", "e"}}},
+      {"another server", {honest, {"\\\\server\\share\\evil.txt", "e"}}},
+      {"a drive", {honest, {"C:\\evil.txt", "e"}}},
+      {"a link",
+       {honest, {.name = "evil", .data = "/etc", .madeBy = 3, .attributes = 0120777U << 16U}}},
+      {"a file where a folder is needed", {{"a", "file"}, {"a/b", "e"}}},
+      {"a folder where a file stands", {{"A/b", "file"}, {"a", "e"}}},
+      {"encrypted", {honest, {.name = "evil", .data = "123456789012e", .flags = 1}}},
+      {"an unknown method", {honest, {.name = "evil", .data = "e", .method = 97}}},
+      {"absurd growth", {honest, {"evil", bomb, 8, 0x7FFFFFFF, {}, 0}}},
+      {"overlap", {honest, {.name = "evil", .data = "honest", .offset = 0}}},
+      {"beyond the end", {honest, {.name = "evil", .data = "e", .size = 5000, .packed = 5000}}},
+  };
+  for (const auto& [what, entries] : archives) {
+    const Outcome done = extract(test::rawZip(entries));
+    EXPECT_FALSE(done.ok()) << what;
+    EXPECT_NE(done.description().find("a.zip"), std::string::npos) << what << done.description();
+    EXPECT_EQ(drive.tree("C:\\out"), Tree{}) << what;
+    EXPECT_FALSE(drive.exists("C:\\evil.txt")) << what;
+  }
+}
+
+TEST_F(ZipEngineTest, StopsAtEntriesThatAreNotWhatTheySay) {
+  const std::string text(50000, 'x');
+  const std::string packed = test::deflated(text);
+  const std::string large(20 << 20, 'x');
+  const std::uint32_t crc = test::crc32Of(text);
+  const auto length = static_cast<std::uint32_t>(text.size());
+  const RawEntry entries[] = {
+      {"larger", packed, 8, 100, {}, crc},
+      {"shorter", packed, 8, length + 1, {}, crc},
+      {"wrong sum", packed, 8, length, {}, crc + 1},
+      {"truncated", packed.substr(0, packed.size() / 2), 8, length, {}, crc},
+      {"garbage", "\xFF\xFF\xFF\xFF", 8, 400, {}, crc},
+      {"stored with another size", "abc", 0, 5, {}, test::crc32Of("abc")},
+      {"large and larger", test::deflated(large), 8, 19 << 20, {}, test::crc32Of(large)},
+      {"large with a wrong sum", test::deflated(large), 8, 20 << 20, {}, 1},
+  };
+  for (const RawEntry& entry : entries) {
+    const Outcome done = extract(test::rawZip({entry}));
+    EXPECT_FALSE(done.ok()) << entry.name;
+    EXPECT_NE(done.description().find(entry.name), std::string::npos) << done.description();
+    EXPECT_EQ(drive.tree("C:\\out"), Tree{}) << entry.name;
+    EXPECT_EQ(percents.back(), 100) << entry.name;
+  }
+  const std::string sound = test::rawZip({{"a", "aaaa"}, {"b", "bbbb"}});
+  for (std::size_t cut = 0; cut < sound.size(); ++cut)
+    EXPECT_FALSE(extract(sound.substr(0, cut)).ok()) << cut;
+}
+
+TEST_F(ZipEngineTest, AFullDiskIsToldWithTheEntry) {
+  files.failWhen("createFile", "", err::diskFull);
+  const Outcome done = extract(test::rawZip({{"entry.txt", "e"}}));
+  EXPECT_EQ(done.number(), err::diskFull);
+  EXPECT_NE(done.description().find("entry.txt"), std::string::npos);
+}
+
+TEST_F(ZipEngineTest, PacksAndUnpacksWithoutLoss) {
+  std::string noise;
+  for (unsigned i = 0, x = 1; i < 300000; ++i)
+    noise += static_cast<char>((x = x * 1103515245 + 12345) >> 16U);
+  drive.write("C:\\in\\a.txt", std::string(70000, 'a'));
+  drive.write("C:\\in\\sub\\noise.bin", noise);
+  drive.write("C:\\in\\sub\\empty", "");
+  drive.write(
+      "C:\\in\\gr\xC3\xBC\xC3\x9F"
+      "e.txt",
+      "1252");
+  drive.write("C:\\in\\\xE4\xB8\xAD.txt", "utf8");
+  drive.write("C:\\in\\large", std::string(40 << 20, 'l'));
+  drive.setModified("C:\\in\\a.txt", {1040740001, 0});
+  drive.write("C:\\a.zip", "an older archive");
+  const Tree names = {"a.txt",
+                      "sub\\noise.bin",
+                      "sub\\empty",
+                      "gr\xC3\xBC\xC3\x9F"
+                      "e.txt",
+                      "\xE4\xB8\xAD.txt",
+                      "large"};
+  ASSERT_TRUE(disk.setCurrentFolder("C:\\in").ok());
+  drive.remove("C:\\a.zip");
+  auto zip = open();
+  ASSERT_TRUE(opened.ok()) << "a missing archive is to be made";
+  zip->compressionlevel = 9;
+  const Outcome added = zip->addfiles(names);
+  ASSERT_TRUE(added.ok()) << added.description();
+  EXPECT_NE(drive.read("C:\\a.zip")
+                .find("gr\xFC\xDF"
+                      "e.txt"),
+            std::string::npos);
+  EXPECT_LT(drive.read("C:\\a.zip").size(), noise.size() + 100000);
+
+  zip = open();
+  ASSERT_TRUE(opened.ok()) << opened.description();
+  EXPECT_EQ(namesOf(*zip).size(), names.size());
+  const Outcome done = zip->extractfiles(namesOf(*zip));
+  EXPECT_TRUE(done.ok()) << done.description();
+  for (const std::string& name : names)
+    EXPECT_TRUE(drive.read("C:\\out\\" + name) == drive.read("C:\\in\\" + name)) << name;
+  EXPECT_EQ(disk.modified("C:\\out\\a.txt").value(), (FileTime{1040740001, 0}));
+
+  // A job that fails leaves the archive that was there.
+  const std::string before = drive.read("C:\\a.zip");
+  EXPECT_FALSE(open()->addfiles({"a.txt", "missing"}).ok());
+  files.failWhen("readFile", "C:\\in\\a.txt", err::deviceIo);
+  EXPECT_EQ(open()->addfiles({"a.txt"}).number(), err::deviceIo);
+  EXPECT_TRUE(drive.read("C:\\a.zip") == before);
+  EXPECT_EQ(drive.tree("C:\\").size(), 2 + names.size() + drive.tree("C:\\out").size() + 2)
+      << "nothing else is left";
+}
+
+}  // namespace
+}  // namespace skv
