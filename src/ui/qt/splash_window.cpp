@@ -27,6 +27,15 @@ class Banner : public QWidget {
   void paintEvent(QPaintEvent*) override {
     QPainter painter(this);
     painter.drawPixmap(0, 0, drawing(QStringLiteral("splash"), size(), devicePixelRatio()));
+    painter.setPen(Qt::white);
+    painter.drawText(QRect(34, 92, 300, 24), Qt::AlignLeft | Qt::AlignVCenter,
+                     QObject::tr("Add-ons of Flight Simulator 2002"));
+    QFont title = font();
+    title.setPixelSize(38);
+    title.setWeight(QFont::DemiBold);
+    painter.setFont(title);
+    painter.drawText(QRect(32, 40, 300, 60), Qt::AlignLeft | Qt::AlignVCenter,
+                     QStringLiteral("FS Skyvault"));
   }
 };
 
