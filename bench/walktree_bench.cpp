@@ -37,7 +37,7 @@ BENCHMARK_DEFINE_F(AddonTree, WalkSize)(benchmark::State& state) {
 }
 BENCHMARK_REGISTER_F(AddonTree, WalkSize)
     ->RangeMultiplier(4)
-    ->Range(250, 16'000)
+    ->Range(256, 16'384)
     ->Unit(benchmark::kMillisecond)
     ->Complexity(benchmark::oN);
 
@@ -51,7 +51,7 @@ BENCHMARK_DEFINE_F(AddonTree, WalkFindBglThatIsNotThere)(benchmark::State& state
 }
 BENCHMARK_REGISTER_F(AddonTree, WalkFindBglThatIsNotThere)
     ->RangeMultiplier(4)
-    ->Range(250, 16'000)
+    ->Range(256, 16'384)
     ->Unit(benchmark::kMillisecond)
     ->Complexity(benchmark::oN);
 
@@ -67,7 +67,7 @@ BENCHMARK_DEFINE_F(AddonTree, WalkCopy)(benchmark::State& state) {
 }
 BENCHMARK_REGISTER_F(AddonTree, WalkCopy)
     ->RangeMultiplier(4)
-    ->Range(250, 4'000)
+    ->Range(256, 4'096)
     ->Unit(benchmark::kMillisecond)
     ->Complexity(benchmark::oN);
 
