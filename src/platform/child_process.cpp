@@ -34,6 +34,7 @@ std::optional<Pipe> makePipe() {
 
 std::vector<char*> argumentsOf(std::vector<std::string>& command) {
   std::vector<char*> arguments;
+  arguments.reserve(command.size() + 1);
   for (std::string& word : command) arguments.push_back(word.data());
   arguments.push_back(nullptr);
   return arguments;
@@ -115,8 +116,11 @@ std::string findProgram(const std::string& name) {
            ::access(program.c_str(), X_OK) == 0;
   };
   if (name.find('/') != std::string::npos) return canRun(name) ? name : std::string();
-  for (const std::string& folder : split(environmentValue("PATH"), ':'))
-    if (!folder.empty() && canRun(folder + "/" + name)) return folder + "/" + name;
+  for (std::string& program : split(environmentValue("PATH"), ':')) {
+    if (program.empty()) continue;
+    program.append("/").append(name);
+    if (canRun(program)) return program;
+  }
   return {};
 }
 

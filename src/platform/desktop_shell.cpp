@@ -36,8 +36,8 @@ std::vector<std::string> dataFolders() {
 
 // The Exec value of a desktop entry, "" when it is not found or needs a terminal.
 std::string execOf(const std::string& entry) {
-  for (const std::string& folder : dataFolders()) {
-    std::ifstream file(folder + "/applications/" + entry);
+  for (std::string& folder : dataFolders()) {
+    std::ifstream file(folder.append("/applications/").append(entry));
     bool inEntry = false;
     std::string exec;
     for (std::string line; std::getline(file, line);) {

@@ -66,12 +66,12 @@ Result<std::string> DiskPaths::standingFolder(const DrivePath& folder, bool& las
   if (std::string known = remembered(given); !known.empty()) return known;
 
   const std::uint64_t generation = indexes_.generation();
-  const auto above = standingFolder(folder.folder(), lasting);
+  auto above = standingFolder(folder.folder(), lasting);
   if (!above.ok()) return above;
   std::string native = joined(above.value(), folder.name());
   if (!isFolder(native)) {
     bool lastingName = false;
-    const auto spelling = indexes_.spelling(above.value(), folder.name(), &lastingName);
+    auto spelling = indexes_.spelling(above.value(), folder.name(), &lastingName);
     if (!spelling.ok()) return spelling;
     native = joined(above.value(), spelling.value());
     lasting = lasting && lastingName;
@@ -90,11 +90,11 @@ Result<std::string> DiskPaths::standingFolder(const DrivePath& folder, bool& las
 Result<std::string> DiskPaths::standingPlace(const DrivePath& path) {
   if (path.isRoot()) return Outcome::failure(err::pathNotFound, path.text());
   bool lasting = true;
-  const auto folder = standingFolder(path.folder(), lasting);
+  auto folder = standingFolder(path.folder(), lasting);
   if (!folder.ok()) return folder;
   std::string native = joined(folder.value(), path.name());
   if (stands(native)) return native;
-  const auto spelling = indexes_.spelling(folder.value(), path.name());
+  auto spelling = indexes_.spelling(folder.value(), path.name());
   if (!spelling.ok()) return spelling;
   if (spelling.value().empty()) return Outcome::failure(err::fileNotFound, path.text());
   return joined(folder.value(), spelling.value());
@@ -127,7 +127,7 @@ Result<std::string> DiskPaths::nativePath(const DrivePath& path) {
     if (root.empty()) return Outcome::failure(err::pathNotFound, path.text());
     return root;
   }
-  const auto above = nativePath(path.folder());
+  auto above = nativePath(path.folder());
   if (!above.ok()) return above;
   std::string native = joined(above.value(), path.name());
   if (stands(native)) return native;

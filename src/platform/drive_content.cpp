@@ -195,7 +195,8 @@ Outcome DriveFileSystem::copyFile(std::string_view from, std::string_view to) {
 Outcome DriveFileSystem::moveFile(std::string_view from, std::string_view to) {
   const auto found = standing(from, true);
   if (!found.ok()) return found.outcome();
-  const auto& [native, status] = found.value();
+  const std::string& native = found.value().native;
+  const struct stat& status = found.value().status;
   // The content moves, not the link: what it leads to may be out of reach from the new place.
   if (S_ISLNK(status.st_mode)) return copyAndDelete(from, native, to);
   if (!S_ISREG(status.st_mode) || isReadOnly(status))

@@ -75,10 +75,10 @@ std::string DriveFileSystem::identity(std::string_view folder) const {
 Outcome DriveFileSystem::deleteFile(std::string_view path) {
   const auto found = standing(path, true);
   if (!found.ok()) return found.outcome();
-  const auto& [native, status] = found.value();
+  const struct stat& status = found.value().status;
   if (S_ISDIR(status.st_mode) || isReadOnly(status))
     return Outcome::failure(err::pathFileAccess, path);
-  const int error = errorOf([&] { return ::unlink(native.c_str()); });
+  const int error = errorOf([&] { return ::unlink(found.value().native.c_str()); });
   return error == 0 ? Outcome() : systemFailure(error, path);
 }
 

@@ -31,7 +31,7 @@ std::string realPath(const std::string& native) {
 
 std::string ownDrives() {
   const std::string own = dataFolder();
-  const std::string drives = own + "/dosdevices";
+  std::string drives = own + "/dosdevices";
   std::error_code error;  // what could not be made is missing when it is asked for
   std::filesystem::create_directories(own + "/drive_c", error);
   std::filesystem::create_directories(drives, error);
