@@ -23,6 +23,8 @@ using namespace std::chrono_literals;
 constexpr auto leastPause = 8ms;
 // A window that is slow to draw gets half of the time, but is never left alone for longer.
 constexpr auto longestPause = 40ms;
+// A start that is over sooner would only flash the splash.
+constexpr auto splashDelay = 150ms;
 }  // namespace
 
 // A box that asks is no time of waiting.
@@ -44,6 +46,9 @@ class QtWindowing::WithoutHourglass {
 
 QtWindowing::QtWindowing(const FileSystem& files) : files_(files) {
   QGuiApplication::setQuitOnLastWindowClosed(false);
+  splashTimer_.setSingleShot(true);
+  splashTimer_.setInterval(splashDelay);
+  QObject::connect(&splashTimer_, &QTimer::timeout, [this] { presentSplash(); });
 }
 
 QtWindowing::~QtWindowing() { unloadAll(); }
@@ -60,7 +65,17 @@ QWidget* QtWindowing::make(Form& form, QWidget* owner) {
 }
 
 void QtWindowing::prepare(Form& form) {
-  if (!windows_[&form]) windows_[&form] = make(form, nullptr);
+  windows_[&form];
+  form.onChange = [this, &form] {
+    if (!form.visible) return;
+    // Later: the window's own binding takes the place of this function.
+    QMetaObject::invokeMethod(
+        &bindings_,
+        [this, &form] {
+          if (windows_.contains(&form) && form.visible) present(form, nullptr);
+        },
+        Qt::QueuedConnection);
+  };
 }
 
 void QtWindowing::run(const std::function<void()>& start) {
@@ -118,6 +133,23 @@ Result<PickedFile> QtWindowing::openFile(const FileDialog& dialog) {
 }
 
 void QtWindowing::show(Form& form, Form* owner) {
+  if (dynamic_cast<FrmSplash*>(&form)) {
+    form.visible = true;
+    splash_ = &form;
+    splashTimer_.start();
+    return;
+  }
+  presentSplash();
+  present(form, owner);
+}
+
+void QtWindowing::presentSplash() {
+  splashTimer_.stop();
+  if (Form* splash = std::exchange(splash_, nullptr); splash && splash->visible)
+    present(*splash, nullptr);
+}
+
+void QtWindowing::present(Form& form, Form* owner) {
   bindings_.flush();
   QPointer<QWidget>& window = windows_[&form];
   if (!window) window = make(form, shownWindow(owner));
@@ -130,7 +162,7 @@ void QtWindowing::showModal(Form& form, Form* owner) {
   unload(form);
   windows_[&form] = make(form, shownWindow(owner));
   if (QWidget* window = windows_[&form]) window->setWindowModality(Qt::ApplicationModal);
-  show(form, owner);
+  present(form, owner);
   yieldUntil([&form] { return !form.visible; });
 }
 
@@ -141,11 +173,15 @@ void QtWindowing::hide(Form& form) {
 
 void QtWindowing::unload(Form& form) {
   form.visible = false;
+  if (splash_ == &form) splash_ = nullptr;
   const auto found = windows_.find(&form);
   if (found == windows_.end()) return;
   const QPointer<QWidget> window = found->second;
   windows_.erase(found);
-  if (!window) return;
+  if (!window) {
+    form.onChange = nullptr;
+    return;
+  }
   window->hide();
   bindings_.setBlocked(window, false);
   Bindings::detachAll(*window);

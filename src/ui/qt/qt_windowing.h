@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QPointer>
+#include <QTimer>
 #include <chrono>
 #include <functional>
 #include <map>
@@ -23,7 +24,7 @@ class QtWindowing : public Windowing {
   explicit QtWindowing(const FileSystem& files);
   ~QtWindowing() override;
 
-  // Makes the form's window without showing it. From now on it follows form.visible.
+  // From now on the form's window follows form.visible; it is made when that is first set.
   void prepare(Form& form);
   // The event loop of the program: calls `start` first and returns after quit(), when every
   // operation that was running has come to its end.
@@ -51,6 +52,8 @@ class QtWindowing : public Windowing {
   using Clock = std::chrono::steady_clock;
 
   QWidget* make(Form& form, QWidget* owner);
+  void present(Form& form, Form* owner);
+  void presentSplash();
   QWidget* shownWindow(Form* form) const;
   QWidget* boxOwner() const;
 
@@ -60,6 +63,9 @@ class QtWindowing : public Windowing {
   Pointer pointer_ = Pointer::normal;
   QEventLoop* loop_ = nullptr;
   bool ending_ = false;
+  // Shown as far as the program knows, and on screen when the start takes its time.
+  Form* splash_ = nullptr;
+  QTimer splashTimer_;
   Clock::time_point nextLook_;  // before it a yield costs nothing
 
   class WithoutHourglass;
