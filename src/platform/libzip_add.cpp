@@ -144,7 +144,7 @@ class PackedSource : public EntrySource {
   void close() override {
     job_.done += file_.size;
     job_.report();
-    file_.data = {};
+    file_.data = std::vector<char>();  // its memory as well
     read_ = 0;
   }
 

@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <chrono>
-#include <memory>
 #include <system_error>
 
 #include "platform/libzip_file.h"
@@ -14,15 +13,7 @@ namespace skv {
 namespace {
 
 constexpr unsigned workers = 2;
-constexpr std::uint64_t mostHeld = std::uint64_t{40} << 20U;
-
-// The library's levels go on where zlib's end, and mean other things: at this one it makes what
-// zlib makes at its highest, in a fraction of the time.
-constexpr int highest = 9;
-
-struct CompressorCloser {
-  void operator()(libdeflate_compressor* one) const { libdeflate_free_compressor(one); }
-};
+constexpr std::uint64_t mostHeld = std::uint64_t{24} << 20U;
 
 // While a file is packed it is there twice.
 std::uint64_t workingSize(std::uint64_t size) { return 2 * size; }
@@ -39,11 +30,12 @@ PackAhead::~PackAhead() {
 }
 
 std::size_t PackAhead::add(std::string path, std::uint64_t size) {
-  tasks_.push_back({std::move(path), size});
+  tasks_.push_back({std::move(path), size, 0});
   return tasks_.size() - 1;
 }
 
 void PackAhead::start() {
+  chooseLevels(files_, level_, tasks_);
   const auto wanted = std::min<std::size_t>(workers, tasks_.size());
   threads_.reserve(wanted);
   for (std::size_t i = 0; i < wanted; ++i) {
@@ -58,9 +50,8 @@ void PackAhead::start() {
 PackedFile PackAhead::take(std::size_t number, const std::function<void()>& meanwhile) {
   constexpr auto look = std::chrono::milliseconds(20);
   if (threads_.empty()) {
-    const std::unique_ptr<libdeflate_compressor, CompressorCloser> compressor(
-        libdeflate_alloc_compressor(std::max(level_, 1)));
-    return pack(tasks_[number], compressor.get());
+    Deflater deflater;
+    return pack(tasks_[number], deflater);
   }
   std::unique_lock lock(mutex_);
   wanted_ = number;
@@ -83,8 +74,7 @@ bool PackAhead::mayBegin() const {
 }
 
 void PackAhead::work() {
-  const std::unique_ptr<libdeflate_compressor, CompressorCloser> compressor(
-      libdeflate_alloc_compressor(std::clamp(level_, 1, highest)));
+  Deflater deflater;
   for (;;) {
     std::size_t number = 0;
     std::uint64_t working = 0;
@@ -98,7 +88,7 @@ void PackAhead::work() {
     }
     PackedFile file;
     file.outcome = guarded(tasks_[number].path, [&] {
-      file = pack(tasks_[number], compressor.get());
+      file = pack(tasks_[number], deflater);
       return file.outcome;
     });
     const std::scoped_lock lock(mutex_);
@@ -109,7 +99,7 @@ void PackAhead::work() {
   }
 }
 
-PackedFile PackAhead::pack(const Task& task, libdeflate_compressor* compressor) const {
+PackedFile PackAhead::pack(const FileToPack& task, Deflater& deflater) const {
   PackedFile file;
   const auto content = files_.readFile(task.path);
   if (!content.ok()) {
@@ -119,14 +109,8 @@ PackedFile PackAhead::pack(const Task& task, libdeflate_compressor* compressor) 
   const std::string& bytes = content.value();
   file.size = bytes.size();
   file.crc = libdeflate_crc32(0, bytes.data(), bytes.size());
-  if (level_ > 0 && compressor != nullptr && bytes.size() > 1) {
-    // Only what gets smaller is worth unpacking.
-    const auto buffer = std::make_unique_for_overwrite<char[]>(bytes.size());
-    const std::size_t length = libdeflate_deflate_compress(compressor, bytes.data(), bytes.size(),
-                                                           buffer.get(), bytes.size() - 1);
-    file.deflated = length != 0;
-    file.data.assign(buffer.get(), buffer.get() + length);
-  }
+  file.data = deflater.pack(bytes, task.level);
+  file.deflated = !file.data.empty();
   if (!file.deflated) file.data.assign(bytes.begin(), bytes.end());
   return file;
 }

@@ -11,9 +11,7 @@
 #include <vector>
 
 #include "base/outcome.h"
-#include "platform/file_system.h"
-
-struct libdeflate_compressor;
+#include "platform/libzip_levels.h"
 
 namespace skv {
 
@@ -36,7 +34,7 @@ class PackAhead {
   PackAhead(const PackAhead&) = delete;
   PackAhead& operator=(const PackAhead&) = delete;
 
-  // Before start(). Answers the file's number.
+  // Before start(). `path`: Windows path; `size`: bytes. Answers the file's number.
   std::size_t add(std::string path, std::uint64_t size);
   void start();
   // Waits for a file, which is handed out once, and calls `meanwhile` now and then. Numbers are to
@@ -44,17 +42,13 @@ class PackAhead {
   PackedFile take(std::size_t number, const std::function<void()>& meanwhile);
 
  private:
-  struct Task {
-    std::string path;
-    std::uint64_t size;
-  };
   void work();
   bool mayBegin() const;
-  PackedFile pack(const Task& task, libdeflate_compressor* compressor) const;
+  PackedFile pack(const FileToPack& task, Deflater& deflater) const;
 
   const FileSystem& files_;
   const int level_;
-  std::vector<Task> tasks_;
+  std::vector<FileToPack> tasks_;
   std::vector<std::thread> threads_;
   std::mutex mutex_;
   std::condition_variable changed_;
