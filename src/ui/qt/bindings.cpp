@@ -108,6 +108,8 @@ bool Bindings::eventFilter(QObject* receiver, QEvent* event) {
     case QEvent::TouchUpdate:
     case QEvent::TabletPress:
     case QEvent::TabletMove:
+    case QEvent::DragEnter:
+    case QEvent::Drop:
       return isBlocked(receiver);
     default:
       return false;

@@ -29,8 +29,4 @@ class FlatStyle : public QProxyStyle {
                      const QWidget* widget) const override;
 };
 
-// A box with round corners and a border of one pixel.
-void drawBox(QPainter& painter, const QRect& rect, const QColor& ground, const QColor& border,
-             qreal radius = 5);
-
 }  // namespace skv::ui::qt

@@ -51,13 +51,12 @@ FormWindow::FormWindow(Bindings& bindings, Form& form, QWidget& window)
 void FormWindow::refresh() {
   window_.setWindowTitle(shown(form_.caption));
   bindings_.setBlocked(&window_, !form_.enabled);
+  if (!form_.visible) window_.hide();
   place();
-  if (form_.visible != window_.isVisible()) {
-    window_.setVisible(form_.visible);
-    if (form_.visible) {
-      window_.raise();
-      window_.activateWindow();
-    }
+  if (form_.visible && !window_.isVisible()) {
+    window_.show();
+    window_.raise();
+    window_.activateWindow();
   }
   if (onRefresh) onRefresh();
 }

@@ -5,7 +5,7 @@
 #include <QVBoxLayout>
 
 #include "ui/qt/caption_label.h"
-#include "ui/qt/flat_style.h"
+#include "ui/qt/flat_drawing.h"
 #include "ui/qt/text.h"
 
 namespace skv::ui::qt {

@@ -149,8 +149,6 @@ void ListTree::listen() {
   };
 }
 
-void ListTree::rename(const QModelIndex& index) { edit(index.siblingAtColumn(0)); }
-
 void ListTree::refresh() {
   refreshing_ = true;
   const int scrolled = verticalScrollBar()->value();
@@ -249,15 +247,15 @@ void ListTree::mousePressEvent(QMouseEvent* event) {
 }
 
 void ListTree::contextMenuEvent(QContextMenuEvent* event) {
-  const QModelIndex index = currentIndex();
+  const bool byMouse = event->reason() == QContextMenuEvent::Mouse;
+  const QModelIndex index = byMouse ? indexAt(event->pos()) : currentIndex();
   if (list_.labelEdit && index.isValid()) {
     auto* menu = new QMenu(this);
     menu->setAttribute(Qt::WA_DeleteOnClose);
-    menu->addAction(tr("&Rename"), this, [this] { rename(currentIndex()); });
-    const bool byMouse = event->reason() == QContextMenuEvent::Mouse;
+    menu->addAction(tr("&Rename"), this, [this] { edit(currentIndex().siblingAtColumn(0)); });
     menu->popup(byMouse ? event->globalPos()
                         : viewport()->mapToGlobal(visualRect(index).bottomLeft()));
-  } else if (event->reason() == QContextMenuEvent::Keyboard) {
+  } else if (!byMouse) {
     later([this] { ui::raise(list_.mouseDown, MouseButton::right); });
   }
 }

@@ -19,8 +19,6 @@ class ListTree : public QTreeView {
   void showPlaces();
   // What stands in the middle of an empty list.
   void setHint(const QString& hint) { hint_ = hint; }
-  // The row that Rename of the context menu and a double click edit.
-  void rename(const QModelIndex& index);
 
  protected:
   void currentChanged(const QModelIndex& current, const QModelIndex& previous) override;

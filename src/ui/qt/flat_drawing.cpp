@@ -1,0 +1,159 @@
+#include "ui/qt/flat_drawing.h"
+
+#include <QPainter>
+#include <QStyleOption>
+
+namespace skv::ui::qt {
+
+namespace {
+
+bool has(const QStyleOption* option, QStyle::StateFlag flag) { return option->state & flag; }
+
+QColor colour(const QStyleOption* option, QPalette::ColorRole role) {
+  return option->palette.color(role);
+}
+
+QRectF markArea(const QRect& rect) {
+  QRectF area(0, 0, markSide - 1, markSide - 1);
+  area.moveCenter(QRectF(rect).center());
+  return area;
+}
+
+void setMarkColours(QPainter& painter, const QStyleOption& option, bool on) {
+  const bool enabled = option.state & QStyle::State_Enabled;
+  const QPalette& colours = option.palette;
+  const QColor strong =
+      enabled ? colours.color(QPalette::Link) : colours.color(QPalette::Disabled, QPalette::Text);
+  painter.setRenderHint(QPainter::Antialiasing);
+  painter.setPen(on ? strong : colours.color(QPalette::Dark));
+  painter.setBrush(on ? strong : colours.color(QPalette::Base));
+}
+
+}  // namespace
+
+void drawBox(QPainter& painter, const QRect& rect, const QColor& ground, const QColor& border,
+             qreal radius) {
+  painter.save();
+  painter.setRenderHint(QPainter::Antialiasing);
+  painter.setPen(border);
+  painter.setBrush(ground);
+  painter.drawRoundedRect(QRectF(rect).adjusted(0.5, 0.5, -0.5, -0.5), radius, radius);
+  painter.restore();
+}
+
+QColor fieldBorder(const QStyleOption* option, bool focus) {
+  return colour(option, focus ? QPalette::Link : QPalette::Mid);
+}
+
+bool isDefault(const QStyleOption* option) {
+  const auto* button = qstyleoption_cast<const QStyleOptionButton*>(option);
+  return button && button->features & QStyleOptionButton::DefaultButton &&
+         has(option, QStyle::State_Enabled);
+}
+
+void drawButton(QPainter& painter, const QStyleOption* option) {
+  const bool focus = has(option, QStyle::State_HasFocus);
+  QColor ground = colour(option, QPalette::Base);
+  QColor border = fieldBorder(option, focus);
+  if (!has(option, QStyle::State_Enabled)) {
+    ground = Qt::transparent;
+  } else if (has(option, QStyle::State_Sunken)) {
+    ground = colour(option, QPalette::Highlight);
+  } else if (isDefault(option)) {
+    ground = colour(option, QPalette::Link);
+    border = focus ? colour(option, QPalette::WindowText) : ground;
+  } else if (has(option, QStyle::State_MouseOver)) {
+    ground = colour(option, QPalette::Midlight);
+  }
+  drawBox(painter, option->rect, ground, border);
+}
+
+void drawLineEdit(QPainter& painter, const QStyleOption* option) {
+  const auto* frame = qstyleoption_cast<const QStyleOptionFrame*>(option);
+  const bool inPlace = frame && frame->lineWidth == 0;  // an editor within a row
+  const bool enabled = has(option, QStyle::State_Enabled);
+  drawBox(painter, option->rect, colour(option, enabled ? QPalette::Base : QPalette::Light),
+          fieldBorder(option, inPlace || has(option, QStyle::State_HasFocus)), inPlace ? 0 : 5);
+}
+
+void drawHeader(QPainter& painter, const QStyleOption* option) {
+  const bool hover = has(option, QStyle::State_MouseOver) && has(option, QStyle::State_Enabled);
+  painter.fillRect(option->rect, colour(option, hover ? QPalette::Midlight : QPalette::Light));
+  painter.setPen(colour(option, QPalette::Mid));
+  painter.drawLine(option->rect.bottomLeft(), option->rect.bottomRight());
+  if (qstyleoption_cast<const QStyleOptionHeader*>(option))
+    painter.drawLine(option->rect.topRight(), option->rect.bottomRight());
+}
+
+void drawTab(QPainter& painter, const QStyleOption* option) {
+  const bool selected = has(option, QStyle::State_Selected);
+  if (selected && has(option, QStyle::State_HasFocus))
+    painter.fillRect(option->rect, colour(option, QPalette::Midlight));
+  if (!selected && !has(option, QStyle::State_MouseOver)) return;
+  QRect line = option->rect;
+  line.setTop(line.bottom() - 1);
+  painter.fillRect(line, colour(option, selected ? QPalette::Link : QPalette::Mid));
+}
+
+void drawMenuBarItem(QPainter& painter, const QStyleOption* option) {
+  painter.fillRect(option->rect, colour(option, QPalette::Window));
+  const auto* item = qstyleoption_cast<const QStyleOptionMenuItem*>(option);
+  if (!item) return;
+  if (has(option, QStyle::State_Selected))
+    drawBox(painter, option->rect.adjusted(0, 1, 0, -1), colour(option, QPalette::Midlight),
+            Qt::transparent);
+  painter.setPen(option->palette.color(
+      has(option, QStyle::State_Enabled) ? QPalette::Normal : QPalette::Disabled,
+      QPalette::WindowText));
+  painter.drawText(option->rect, Qt::AlignCenter | Qt::TextShowMnemonic, item->text);
+}
+
+void drawScrollBar(QPainter& painter, const QStyleOptionComplex* option, const QRect& handle) {
+  const bool active = has(option, QStyle::State_MouseOver) || has(option, QStyle::State_Sunken);
+  painter.fillRect(option->rect, colour(option, QPalette::Base));
+  painter.setRenderHint(QPainter::Antialiasing);
+  painter.setPen(Qt::NoPen);
+  painter.setBrush(colour(option, active ? QPalette::PlaceholderText : QPalette::Dark));
+  painter.drawRoundedRect(QRectF(handle).adjusted(2, 2, -2, -2), 4, 4);
+}
+
+void drawCheck(QPainter& painter, const QStyleOption& option) {
+  const bool on = option.state & QStyle::State_On;
+  const QRectF area = markArea(option.rect);
+  setMarkColours(painter, option, on);
+  painter.drawRoundedRect(area, 3.5, 3.5);
+  if (!on) return;
+  painter.setPen(QPen(option.palette.color(QPalette::BrightText), 2, Qt::SolidLine, Qt::RoundCap,
+                      Qt::RoundJoin));
+  painter.setBrush(Qt::NoBrush);
+  painter.drawPolyline(
+      QPolygonF({area.topLeft() + QPointF(3.5, 7.8), area.topLeft() + QPointF(6.4, 10.7),
+                 area.topLeft() + QPointF(11.6, 4.6)}));
+}
+
+void drawRadio(QPainter& painter, const QStyleOption& option) {
+  const bool on = option.state & QStyle::State_On;
+  const QRectF area = markArea(option.rect);
+  setMarkColours(painter, option, on);
+  painter.drawEllipse(area);
+  if (!on) return;
+  painter.setPen(Qt::NoPen);
+  painter.setBrush(option.palette.color(QPalette::BrightText));
+  painter.drawEllipse(area.center(), 3, 3);
+}
+
+void drawSortArrow(QPainter& painter, const QStyleOption& option) {
+  const auto* header = qstyleoption_cast<const QStyleOptionHeader*>(&option);
+  if (!header || header->sortIndicator == QStyleOptionHeader::None) return;
+  // Qt's names are those of the arrow that Windows draws for the other order.
+  const bool up = header->sortIndicator == QStyleOptionHeader::SortDown;
+  const QPointF middle = QRectF(option.rect).center();
+  const qreal tip = up ? -2.5 : 2.5;
+  painter.setRenderHint(QPainter::Antialiasing);
+  painter.setPen(Qt::NoPen);
+  painter.setBrush(option.palette.color(QPalette::Link));
+  painter.drawPolygon(
+      QPolygonF({middle + QPointF(-4, -tip), middle + QPointF(4, -tip), middle + QPointF(0, tip)}));
+}
+
+}  // namespace skv::ui::qt
