@@ -91,14 +91,14 @@ class Walk {
   // Works on the files directly in a folder and answers its subfolders, none after a hit.
   std::vector<std::string> visitFiles(const std::string& srcPath, const std::string& dstPath,
                                       bool overwrite) {
-    const auto listing = app_.files().list(srcPath);
+    const auto listing = app_.files().list(srcPath, wantedEntries());
     app_.error.clear();
     std::vector<std::string> subFolders;
     if (!listing.ok()) return subFolders;
     for (const FolderEntry& entry : listing.value()) {
       if (entry.folder) {
         subFolders.push_back(entry.name);
-      } else if (file(srcPath, dstPath, entry.name, overwrite)) {
+      } else if (file(srcPath, dstPath, entry, overwrite)) {
         app_.FoundDir = srcPath;
         return {};
       }
@@ -106,6 +106,15 @@ class Walk {
       app_.windows.yield();
     }
     return subFolders;
+  }
+
+  // A listing costs by what it must tell of each file.
+  FileSystem::Entries wantedEntries() const {
+    if (code_ == WalkSize) return FileSystem::Entries::measured;
+    return goesByName() ? FileSystem::Entries::named : FileSystem::Entries::plain;
+  }
+  bool goesByName() const {
+    return isFinder(code_) || code_ == WalkScanAC || code_ == WalkScanPN || code_ == WalkScanSN;
   }
 
   // A finder that has been called with FoundDir set stops at the first subfolder, like one with a
@@ -150,20 +159,54 @@ class Walk {
         ancestors_, [&](const std::string& above) { return files.identity(above) == here; });
   }
 
-  // The action of the code on one file; true is a hit.
-  bool file(const std::string& srcPath, const std::string& dstPath, const std::string& name,
-            bool overwrite) {
-    const std::string path = srcPath + name;
-    const std::string NAME = upper(name);
+  // Whether a code that goes by names wants the file.
+  bool matches(const std::string& srcPath, const std::string& NAME) const {
     switch (code_) {
       case WalkScanAC:
-        if (NAME == "AIRCRAFT.CFG") LibraryScan(app_).aircraft(srcPath);
+      case WalkFindACCfg:
+        return NAME == "AIRCRAFT.CFG";
+      case WalkScanPN:
+      case WalkFindPanelCfg:
+        return NAME == "PANEL.CFG";
+      case WalkScanSN:
+        return NAME == "SOUND.CFG";
+      case WalkFindGauge:
+        return NAME.ends_with(".GAU");
+      case WalkFindLooseWav:
+        return NAME.ends_with(".WAV") && !PathExists(app_.files(), srcPath + "sound.cfg");
+      case WalkFindZip:
+        return NAME.ends_with(".ZIP");
+      case WalkFindTextureBmp:
+        return NAME.ends_with(".BMP") && upper(srcPath).ends_with("TEXTURE\\");
+      case WalkFindEffect:
+        return NAME.ends_with(".FX");
+      case WalkFindBgl:
+        return NAME.ends_with(".BGL");
+      default:
+        return false;
+    }
+  }
+
+  bool isPlain(const std::string& path) const {
+    const auto found = app_.files().attributes(path);
+    return found.ok() && !found.value().hidden && !found.value().system;
+  }
+
+  // The action of the code on one file; true is a hit.
+  bool file(const std::string& srcPath, const std::string& dstPath, const FolderEntry& entry,
+            bool overwrite) {
+    const std::string& name = entry.name;
+    const std::string path = srcPath + name;
+    if (goesByName() && !(matches(srcPath, upper(name)) && isPlain(path))) return false;
+    switch (code_) {
+      case WalkScanAC:
+        LibraryScan(app_).aircraft(srcPath);
         return false;
       case WalkScanPN:
-        if (NAME == "PANEL.CFG") LibraryScan(app_).panel(srcPath);
+        LibraryScan(app_).panel(srcPath);
         return false;
       case WalkScanSN:
-        if (NAME == "SOUND.CFG") LibraryScan(app_).sound(srcPath);
+        LibraryScan(app_).sound(srcPath);
         return false;
       case WalkCopy:
         if (mayReplace(path, dstPath + name, overwrite))
@@ -172,38 +215,23 @@ class Walk {
       case WalkMove:
         move(path, dstPath + name, overwrite);
         return false;
-      case WalkFindACCfg:
-        return NAME == "AIRCRAFT.CFG";
-      case WalkFindGauge:
-        return NAME.ends_with(".GAU");
       case WalkDelete:
         remove(path);
         return false;
-      case WalkFindLooseWav:
-        return NAME.ends_with(".WAV") && !PathExists(app_.files(), srcPath + "sound.cfg");
-      case WalkFindZip:
-        return NAME.ends_with(".ZIP");
-      case WalkFindPanelCfg:
-        return NAME == "PANEL.CFG";
-      case WalkFindTextureBmp:
-        return NAME.ends_with(".BMP") && upper(srcPath).ends_with("TEXTURE\\");
-      case WalkFindEffect:
-        return NAME.ends_with(".FX");
-      case WalkFindBgl:
-        return NAME.ends_with(".BGL");
       case WalkCollect:
         // An empty dst has become a backslash, which is no part of a relative path.
         app_.PackFileList.push_back((dstPath.starts_with('\\') ? dstPath.substr(1) : dstPath) +
                                     name);
         return false;
       case WalkPurge:
-        if (!keptByPurge(NAME)) remove(path);
+        if (!keptByPurge(upper(name))) remove(path);
         return false;
       case WalkSize:
-        app_.SizeTotal += static_cast<double>(app_.files().fileLength(path).valueOr(0));
+        app_.SizeTotal += static_cast<double>(entry.length);
         return false;
+      default:
+        return isFinder(code_);
     }
-    return false;
   }
 
   bool mayReplace(const std::string& path, const std::string& target, bool overwrite) const {

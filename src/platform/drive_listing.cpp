@@ -17,22 +17,18 @@ Kind kindOf(mode_t mode) {
   return S_ISDIR(mode) ? Kind::folder : S_ISREG(mode) ? Kind::file : Kind::other;
 }
 
-// Pipes, devices and links to nowhere are neither files nor folders.
-Kind kindOf(const dirent64& entry, int folder) {
-  switch (entry.d_type) {
-    case DT_DIR:
-      return Kind::folder;
-    case DT_REG:
-      return Kind::file;
-    case DT_LNK:
-    case DT_UNKNOWN: {
-      struct stat status {};
-      const bool stands = retried([&] { return ::fstatat(folder, entry.d_name, &status, 0); }) == 0;
-      return stands ? kindOf(status.st_mode) : Kind::other;
-    }
-    default:
-      return Kind::other;
-  }
+// Pipes, devices and links to nowhere are neither files nor folders. `length`, when given, is set
+// for a file.
+Kind kindOf(const dirent64& entry, int folder, std::uint64_t* length) {
+  if (entry.d_type == DT_DIR) return Kind::folder;
+  if (entry.d_type == DT_REG && length == nullptr) return Kind::file;
+  if (entry.d_type != DT_REG && entry.d_type != DT_LNK && entry.d_type != DT_UNKNOWN)
+    return Kind::other;
+  struct stat status {};
+  if (retried([&] { return ::fstatat(folder, entry.d_name, &status, 0); }) != 0) return Kind::other;
+  if (length != nullptr && S_ISREG(status.st_mode))
+    *length = static_cast<std::uint64_t>(status.st_size);
+  return kindOf(status.st_mode);
 }
 
 struct Sorted {
@@ -66,12 +62,14 @@ Result<std::vector<FolderEntry>> DriveFileSystem::list(std::string_view folder,
   FolderReader reader(fd.get());
   while (const dirent64* entry = reader.next()) {
     const std::string_view name = entry->d_name;
-    const bool plain = entries == Entries::plain;
-    if ((plain && name.starts_with('.')) || !isWindowsName(name)) continue;
-    const Kind kind = kindOf(*entry, fd.get());
+    const bool all = entries == Entries::all;
+    if ((!all && name.starts_with('.')) || !isWindowsName(name)) continue;
+    std::uint64_t length = 0;
+    const Kind kind = kindOf(*entry, fd.get(), entries == Entries::measured ? &length : nullptr);
     if (kind == Kind::other) continue;
-    if (plain && (stored.of(entry->d_name) & (dos::hidden | dos::system)) != 0) continue;
-    found.push_back({upper(name), {std::string(name), kind == Kind::folder}});
+    const bool asksAttributes = !all && (entries != Entries::named || kind == Kind::folder);
+    if (asksAttributes && (stored.of(entry->d_name) & (dos::hidden | dos::system)) != 0) continue;
+    found.push_back({upper(name), {std::string(name), kind == Kind::folder, length}});
   }
   // A disk that fails halfway still tells what it has.
   if (reader.error() != 0 && found.empty()) return systemFailure(reader.error(), folder);

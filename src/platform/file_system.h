@@ -37,6 +37,7 @@ struct Attributes {
 struct FolderEntry {
   std::string name;  // as the disk spells it
   bool folder = false;
+  std::uint64_t length = 0;  // bytes of a file, where the listing was asked for them
 };
 
 // A file that is being made. It appears under its name by commit() alone; destroyed without it, the
@@ -53,7 +54,10 @@ class FileWriter {
 class FileSystem {
  public:
   enum class Entries {
-    plain,  // without what is hidden or system
+    plain,     // without what is hidden or system
+    measured,  // the same with the lengths of files, which costs less than asking for each
+    named,  // as plain, but hidden and system files may be among them, which costs much less: for
+            // a caller that goes by names and asks attributes() of the few that it wants
     all,
   };
 

@@ -87,6 +87,20 @@ TEST_F(WalkTreeTest, DeleteTakesReadOnlyFilesAndLeavesHiddenOnes) {
   EXPECT_EQ(drive.tree("C:\\s"), (Tree{"keep\\", "keep\\.hidden"}));
 }
 
+TEST_F(WalkTreeTest, FilesHiddenByAttributeAreNoHits) {
+  write({"C:\\s\\a.gau", "C:\\s\\one\\aircraft.cfg", "C:\\s\\two\\b.gau"});
+  if (!disk.setAttributes("C:\\s\\a.gau", {.hidden = true}).ok())
+    GTEST_SKIP() << "not on this disk";
+  ASSERT_TRUE(disk.setAttributes("C:\\s\\one\\aircraft.cfg", {.system = true}).ok());
+  EXPECT_EQ(find(WalkFindGauge), "C:\\s\\two\\");
+  EXPECT_EQ(find(WalkFindACCfg), "");
+  WalkTree(app, "C:\\s", "", WalkScanAC, true);
+  EXPECT_EQ(app.frmMain.lstAircraft.count(), 0);
+  app.SizeTotal = 0;
+  WalkTree(app, "C:\\s", "", WalkSize, true);
+  EXPECT_EQ(app.SizeTotal, 14) << "the path of the one in sight is its content";
+}
+
 TEST_F(WalkTreeTest, LinksAreFollowedForReadingButNeverForRemoving) {
   write({"C:\\real\\a.gau", "C:\\s\\b.txt"});
   drive.link("C:\\s\\link", "C:\\real");

@@ -173,6 +173,10 @@ TEST_F(DriveFileSystemTest, ListingIsInTheOrderOfNtfs) {
   Names all = plain;
   all.insert(all.begin(), ".dot");
   EXPECT_EQ(names("C:\\", FileSystem::Entries::all), all);
+  EXPECT_EQ(names("C:\\", FileSystem::Entries::named), plain);
+  EXPECT_EQ(names("C:\\", FileSystem::Entries::measured), plain);
+  foreign("b.txt", "12345");
+  EXPECT_EQ(disk.list("C:\\", FileSystem::Entries::measured).value()[1].length, 5U);
   EXPECT_EQ(disk.list("C:\\a").outcome().number(), err::pathNotFound);
   EXPECT_EQ(disk.list("C:\\none").outcome().number(), err::pathNotFound);
   EXPECT_TRUE(disk.isLink("C:\\LINKED\\"));
@@ -194,6 +198,8 @@ TEST_F(DriveFileSystemTest, AttributesLiveWhereWineKeepsThem) {
   EXPECT_TRUE(disk.attributes("C:\\a.txt").value().hidden);
   EXPECT_TRUE(disk.attributes("C:\\a.txt").value().archive);
   EXPECT_EQ(names("C:\\"), Names{});
+  EXPECT_EQ(names("C:\\", FileSystem::Entries::measured), Names{});
+  EXPECT_EQ(names("C:\\", FileSystem::Entries::named), Names{"a.txt"});
   EXPECT_EQ(names("C:\\", FileSystem::Entries::all), Names{"a.txt"});
 
   ASSERT_TRUE(disk.setAttributes("C:\\a.txt", {.readOnly = true, .system = true}).ok());
