@@ -114,8 +114,10 @@ Result<DiskPlace> DiskPaths::place(const DrivePath& path) {
     place.folder = std::move(folder).value();
     spelling = indexes_.spelling(place.folder, place.name);
   }
-  if (!spelling.ok()) return spelling.outcome();
   while (place.folder.ends_with('/')) place.folder.pop_back();
+  // In a folder that may be entered but not read a name that stands as it is spelled is certain.
+  if (!spelling.ok() && stands(place.native())) spelling = place.name;
+  if (!spelling.ok()) return spelling.outcome();
   place.taken = !spelling.value().empty();
   if (place.taken) place.name = spelling.value();
   return place;

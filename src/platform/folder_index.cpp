@@ -61,7 +61,6 @@ Result<std::string> FolderIndexes::spelling(const std::string& folder, std::stri
   } else {
     Index fresh{identity, -1, {}};
     const int error = scan(folder, fresh);
-    if (error == EACCES) return std::string();  // a folder that may be entered but not read
     if (error != 0) return systemFailure(error, folder);
     if (fresh.watch >= 0) {
       if (indexes_.size() == maxIndexes) forget(std::prev(indexes_.end()));
