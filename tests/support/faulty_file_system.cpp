@@ -35,6 +35,7 @@ int FaultyFileSystem::count(const std::string& operation, const std::string& pat
 
 Outcome FaultyFileSystem::fault(const std::string& operation, std::string_view path,
                                 bool changes) const {
+  const std::scoped_lock lock(mutex_);
   ++counts_[keyOf(operation, path)];
   if (changes && callsLeft_ > 0 && --callsLeft_ == 0) {
     struck_ = true;

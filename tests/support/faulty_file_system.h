@@ -2,6 +2,7 @@
 #pragma once
 
 #include <map>
+#include <mutex>
 #include <optional>
 #include <string>
 
@@ -66,6 +67,7 @@ class FaultyFileSystem : public FileSystem {
   Outcome fault(const std::string& operation, std::string_view path, bool changes) const;
 
   FileSystem& real_;
+  mutable std::mutex mutex_;  // an archive is packed and unpacked on several threads
   std::optional<Rule> rule_;
   mutable int callsLeft_ = 0;  // until the counted fault; 0 is none
   int error_ = 0;              // of the counted fault; 0 kills
