@@ -4,8 +4,7 @@
 
 #include <algorithm>
 #include <array>
-#include <cstring>
-#include <limits>
+#include <exception>
 #include <memory>
 
 #include "platform/libzip_file.h"
@@ -23,6 +22,7 @@ struct Job {
   const std::function<void(int)>& progress;
   PackAhead ahead;
   Outcome failure;                    // the first one, in better words than libzip has
+  std::exception_ptr thrown;          // what is no std::exception is for the caller
   std::uint64_t done = 0, total = 0;  // bytes
 
   void report() const {
@@ -71,7 +71,15 @@ class EntrySource {
 
   static zip_int64_t answer(void* user, void* data, zip_uint64_t length, zip_source_cmd_t command) {
     auto& source = *static_cast<EntrySource*>(user);
-    const auto guardedNote = [&](auto&& work) { return source.note(guarded(source.name_, work)); };
+    // Nothing may be thrown through libzip.
+    const auto guardedNote = [&](auto&& work) {
+      try {
+        return source.note(guarded(source.name_, work));
+      } catch (...) {
+        if (!source.job_.thrown) source.job_.thrown = std::current_exception();
+        return source.note(Outcome::failure(err::deviceIo));
+      }
+    };
     switch (command) {
       case ZIP_SOURCE_OPEN:
         return guardedNote([&] { return source.open(); });
@@ -85,8 +93,10 @@ class EntrySource {
         return failed != 0 ? failed : count;
       }
       case ZIP_SOURCE_CLOSE:
-        source.close();
-        return 0;
+        return guardedNote([&] {
+          source.close();
+          return Outcome();
+        });
       case ZIP_SOURCE_STAT: {
         auto& status = *static_cast<zip_stat_t*>(data);
         zip_stat_init(&status);
@@ -124,8 +134,8 @@ class PackedSource : public EntrySource {
   // libzip asks before and after it reads.
   Outcome stat(zip_stat_t& status) override {
     if (!taken_) {
+      taken_ = true;  // even when it fails, as a file is handed out once
       file_ = job_.ahead.take(number_, [this] { job_.report(); });
-      taken_ = true;
       packed_ = file_.data.size();
     }
     status.size = file_.size;
@@ -203,7 +213,7 @@ class Packer {
       : files_(files),
         systemPage_(systemPage),
         packing_(packing),
-        job_{packing, progress, PackAhead(files, packing.level), {}} {}
+        job_{packing, progress, PackAhead(files, packing.level), {}, {}} {}
 
   Outcome run() {
     if (packing_.files.empty())
@@ -241,10 +251,10 @@ class Packer {
     for (const Packing::File& file : packing_.files)
       if (Outcome added = add(*archive, file); !added.ok()) return added;
     job_.ahead.start();
-    if (zip_close(archive.get()) == 0) {
-      static_cast<void>(archive.release());  // closed, and gone with it
-      return {};
-    }
+    const bool closed = zip_close(archive.get()) == 0;
+    if (closed) static_cast<void>(archive.release());  // it is gone
+    if (job_.thrown) std::rethrow_exception(job_.thrown);
+    if (closed) return {};
     if (!job_.failure.ok()) return job_.failure;
     if (!output.failure().ok()) return output.failure();
     return fails(zip_error_code_zip(zip_get_error(archive.get())));

@@ -6,9 +6,9 @@
 #include <atomic>
 #include <chrono>
 #include <condition_variable>
+#include <exception>
 #include <memory>
 #include <mutex>
-#include <optional>
 #include <system_error>
 #include <thread>
 
@@ -105,7 +105,7 @@ class Unpacker {
     if (!reader_) {
       auto opened = ZipReader::open(archive_);
       if (!opened.ok()) return opened.outcome();
-      reader_ = std::move(opened).value();
+      reader_ = std::make_unique<ZipReader>(std::move(opened).value());
       piece_ = std::make_unique_for_overwrite<char[]>(pieceSize);
     }
     const ZipFile data(zip_fopen_index(reader_->get(), chosen.index, 0));
@@ -129,7 +129,7 @@ class Unpacker {
   FileSystem& files_;
   const ArchiveFile& archive_;
   Shared& shared_;
-  std::optional<ZipReader> reader_;
+  std::unique_ptr<ZipReader> reader_;
   std::unique_ptr<libdeflate_decompressor, DecompressorCloser> inflater_;
   std::unique_ptr<char[]> packed_, content_, piece_;
 };
@@ -167,6 +167,7 @@ class Crew {
       progress(percent());
     }
     join();
+    if (thrown_) std::rethrow_exception(thrown_);
     return failure_;
   }
 
@@ -183,12 +184,20 @@ class Crew {
     while (!shared_.stop) {
       const std::size_t next = next_++;
       if (next >= plan_.files.size()) break;
-      Outcome outcome =
-          guarded(archive_.shown(), [&] { return unpacker.unpack(plan_.files[next]); });
-      if (outcome.ok()) continue;
+      Outcome outcome;
+      std::exception_ptr thrown;
+      try {
+        outcome = guarded(archive_.shown(), [&] { return unpacker.unpack(plan_.files[next]); });
+      } catch (...) {
+        thrown = std::current_exception();
+      }
+      if (outcome.ok() && !thrown) continue;
       const std::scoped_lock lock(mutex_);
       // What another worker left because of the stop is no failure.
-      if (!shared_.stop) failure_ = std::move(outcome);
+      if (!shared_.stop) {
+        failure_ = std::move(outcome);
+        thrown_ = thrown;
+      }
       shared_.stop = true;
     }
     const std::scoped_lock lock(mutex_);
@@ -210,6 +219,7 @@ class Crew {
   std::condition_variable ended_;
   std::size_t finished_ = 0;  // workers
   Outcome failure_;
+  std::exception_ptr thrown_;  // what is no std::exception is for the caller
   std::vector<std::thread> threads_;
 };
 

@@ -64,6 +64,7 @@ PackedFile PackAhead::take(std::size_t number, const std::function<void()>& mean
   PackedFile file = std::move(ready_.extract(number).mapped());
   held_ -= file.data.size();
   changed_.notify_all();
+  if (file.thrown) std::rethrow_exception(file.thrown);
   return file;
 }
 
@@ -87,10 +88,14 @@ void PackAhead::work() {
       held_ += working;
     }
     PackedFile file;
-    file.outcome = guarded(tasks_[number].path, [&] {
-      file = pack(tasks_[number], deflater);
-      return file.outcome;
-    });
+    try {
+      file.outcome = guarded(tasks_[number].path, [&] {
+        file = pack(tasks_[number], deflater);
+        return file.outcome;
+      });
+    } catch (...) {
+      file.thrown = std::current_exception();
+    }
     const std::scoped_lock lock(mutex_);
     held_ += file.data.size();
     held_ -= working;

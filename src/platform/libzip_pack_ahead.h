@@ -3,6 +3,7 @@
 
 #include <condition_variable>
 #include <cstdint>
+#include <exception>
 #include <functional>
 #include <map>
 #include <mutex>
@@ -20,7 +21,8 @@ struct PackedFile {
   std::vector<char> data;
   std::uint64_t size = 0;  // bytes, unpacked
   std::uint32_t crc = 0;
-  bool deflated = false;  // else `data` is the file as it is
+  bool deflated = false;           // else `data` is the file as it is
+  std::exception_ptr thrown = {};  // instead of an outcome; what is no std::exception
 };
 
 class PackAhead {
@@ -38,7 +40,7 @@ class PackAhead {
   std::size_t add(std::string path, std::uint64_t size);
   void start();
   // Waits for a file, which is handed out once, and calls `meanwhile` now and then. Numbers are to
-  // be taken in rising order.
+  // be taken in rising order. Throws what a call on the file has thrown, failures apart.
   PackedFile take(std::size_t number, const std::function<void()>& meanwhile);
 
  private:
