@@ -201,6 +201,7 @@ Outcome DriveFileSystem::moveFile(std::string_view from, std::string_view to) {
   if (S_ISLNK(status.st_mode)) return copyAndDelete(from, native, to);
   if (!S_ISREG(status.st_mode) || isReadOnly(status))
     return Outcome::failure(err::pathFileAccess, from);
+  if (meansFolder(to)) return Outcome::failure(err::pathFileAccess, to);
 
   int error = 0;
   {

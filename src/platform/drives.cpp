@@ -71,14 +71,16 @@ std::string findDrivesFolder() {
 std::string Drives::realRoot(char drive) const { return realPath(root(drive)); }
 
 std::string Drives::windowsPath(std::string_view native) const {
-  const std::filesystem::path full =
-      std::filesystem::absolute(std::filesystem::path(native)).lexically_normal();
+  std::error_code error;
+  std::filesystem::path entry =
+      std::filesystem::absolute(std::filesystem::path(native), error).lexically_normal();
+  if (error || native.empty()) return {};
+  if (!entry.has_filename()) entry = entry.parent_path();
   // A place may be reached by a shorter way than the one that was taken to it. Only the folder is
   // looked at: an entry that is a link itself keeps its own name.
-  std::vector<std::string> ways = {full.string()};
-  const std::filesystem::path entry = full.has_filename() ? full : full.parent_path();
+  std::vector<std::string> ways = {entry.string()};
   if (const std::string real = realPath(entry.parent_path().string()); !real.empty())
-    ways.push_back(real + "/" + entry.filename().string());
+    ways.push_back((real == "/" ? real : real + "/") + entry.filename().string());
 
   std::optional<DrivePath> best;
   for (char drive = 'a'; drive <= 'z'; ++drive) {

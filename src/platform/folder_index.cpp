@@ -23,7 +23,8 @@ bool isLocalDisk(int fd) {
                  jfs = 0x3153464a;
   struct statfs status {};
   if (::fstatfs(fd, &status) != 0) return false;
-  static constexpr std::array<long, 13> local = {EXT4_SUPER_MAGIC,
+  static constexpr std::array<long, 14> local = {EXT4_SUPER_MAGIC,
+                                                 OVERLAYFS_SUPER_MAGIC,
                                                  BTRFS_SUPER_MAGIC,
                                                  XFS_SUPER_MAGIC,
                                                  TMPFS_MAGIC,
@@ -63,6 +64,8 @@ Result<std::string> FolderIndexes::spelling(const std::string& folder, std::stri
     const int error = scan(folder, fresh);
     if (error != 0) return systemFailure(error, folder);
     if (fresh.watch >= 0) {
+      // One folder under two identities, as layered disks may have it, has but one watch.
+      if (const auto same = byWatch_.find(fresh.watch); same != byWatch_.end()) drop(same->second);
       if (indexes_.size() == maxIndexes) forget(std::prev(indexes_.end()));
       indexes_.push_front(std::move(fresh));
       byFolder_[identity] = byWatch_[indexes_.front().watch] = indexes_.begin();
@@ -147,8 +150,12 @@ void FolderIndexes::apply(Names& names, bool stands, const std::string& name) {
 }
 
 void FolderIndexes::forget(Place index) {
-  ++generation_;
   if (changes_.valid()) ::inotify_rm_watch(changes_.get(), index->watch);
+  drop(index);
+}
+
+void FolderIndexes::drop(Place index) {
+  ++generation_;
   byFolder_.erase(index->folder);
   byWatch_.erase(index->watch);
   indexes_.erase(index);

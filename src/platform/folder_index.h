@@ -51,6 +51,7 @@ class FolderIndexes {
   void applyChanges();
   void apply(Names& names, bool stands, const std::string& name);
   void forget(Place index);
+  void drop(Place index);  // leaves the watch
   void forgetAll();
 
   std::mutex mutex_;

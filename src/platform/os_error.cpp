@@ -38,6 +38,9 @@ int classicNumber(int error) {
       return err::tooManyFiles;
     case ENXIO:
     case ENODEV:
+    case ENOMEDIUM:
+    case ENOTCONN:
+    case ESTALE:
       return err::deviceUnavailable;
     case ENAMETOOLONG:
     case EINVAL:

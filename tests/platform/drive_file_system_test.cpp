@@ -258,6 +258,10 @@ TEST_F(DriveFileSystemTest, DrivesLeadToTheMachineAndBack) {
   EXPECT_EQ(disk.windowsPath("/usr/../etc/hostname"), "Z:\\etc\\hostname");
   EXPECT_EQ(disk.windowsPath(drive.drives() + "/c:/Games/a.txt"), "C:\\Games\\a.txt");
   EXPECT_EQ(disk.windowsPath("/a:b"), "");
+  EXPECT_EQ(disk.windowsPath(""), "");
+  EXPECT_EQ(disk.windowsPath("/"), "Z:\\");
+  fs::create_symlink(native("Games"), native("linked"));
+  EXPECT_EQ(disk.windowsPath(native("linked/a.txt")), "C:\\linked\\a.txt") << "as it was said";
   fs::create_symlink(native("Games"), drive.drives() + "/g:");
   EXPECT_EQ(disk.windowsPath(native("Games/a.txt")), "G:\\a.txt");
   EXPECT_GT(disk.freeBytes("C:\\").valueOr(0), 0);
