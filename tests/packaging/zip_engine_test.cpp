@@ -82,9 +82,12 @@ TEST_F(ZipEngineTest, ReadsNamesAsTheirMakersWroteThem) {
   const std::string extra =
       std::string("\x75\x70", 2) + static_cast<char>(field.size()) + std::string(1, '\0') + field;
   const RawEntry names[] = {
-      {.name = unicode, .data = "", .flags = 0x800}, {.name = "\x84", .data = ""},  // page 437
-      {.name = "\xE4", .data = "", .madeBy = 11},                                   // page 1252
-      {.name = unicode, .data = "", .madeBy = 3},    {.name = "plain", .data = "", .extra = extra},
+      {.name = unicode, .data = "", .flags = 0x800},  // marked
+      {.name = unicode, .data = "", .madeBy = 3},
+      {.name = "\x84", .data = ""},                // page 437
+      {.name = "\xE4", .data = "", .madeBy = 11},  // page 1252
+      {.name = "\xE4", .data = ""},                // a Greek letter in page 437
+      {.name = "plain", .data = "", .extra = extra},
   };
   for (const RawEntry& entry : names) {
     const auto zip = open(test::rawZip({entry}));
@@ -112,6 +115,10 @@ TEST_F(ZipEngineTest, GivesFilesTheFinestTimeThatIsStored) {
   EXPECT_EQ(local.tm_hour, 12);
   EXPECT_EQ(disk.modified("C:\\out\\utc").value(), (FileTime{12345, 0}));
   EXPECT_EQ(disk.modified("C:\\out\\ntfs").value(), (FileTime{0, 1500}));
+
+  EXPECT_TRUE(
+      extract(test::rawZip({{.name = "no date", .data = "", .dosTime = 0, .dosDate = 0}})).ok());
+  EXPECT_GT(disk.modified("C:\\out\\no date").value().seconds, dos);
 }
 
 TEST_F(ZipEngineTest, RefusesHostileArchivesBeforeItWritesAnything) {
@@ -131,6 +138,8 @@ TEST_F(ZipEngineTest, RefusesHostileArchivesBeforeItWritesAnything) {
       {"encrypted", {honest, {.name = "evil", .data = "123456789012e", .flags = 1}}},
       {"an unknown method", {honest, {.name = "evil", .data = "e", .method = 97}}},
       {"absurd growth", {honest, {"evil", bomb, 8, 0x7FFFFFFF, {}, 0}}},
+      {"absurd growth of something large",
+       {honest, {"evil", std::string(1 << 20, '\0'), 8, 0x38000000, {}, 0}}},
       {"overlap", {honest, {.name = "evil", .data = "honest", .offset = 0}}},
       {"beyond the end", {honest, {.name = "evil", .data = "e", .size = 5000, .packed = 5000}}},
   };
@@ -169,6 +178,23 @@ TEST_F(ZipEngineTest, StopsAtEntriesThatAreNotWhatTheySay) {
   const std::string sound = test::rawZip({{"a", "aaaa"}, {"b", "bbbb"}});
   for (std::size_t cut = 0; cut < sound.size(); ++cut)
     EXPECT_FALSE(extract(sound.substr(0, cut)).ok()) << cut;
+}
+
+TEST_F(ZipEngineTest, TakesFoldersByTheirAttributesAndLeavesThemOutOnDemand) {
+  const std::string bytes =
+      test::rawZip({{.name = "dos", .data = "", .attributes = 0x10},
+                    {.name = "unix", .data = "", .madeBy = 3, .attributes = 040755U << 16U},
+                    {"sub/a.txt", "a"}});
+  EXPECT_EQ(namesOf(*open(bytes)), (Tree{"dos/", "unix/", "sub/a.txt"}));
+  EXPECT_TRUE(extract(bytes).ok());
+  EXPECT_EQ(drive.tree("C:\\out"), (Tree{"dos\\", "sub\\", "sub\\a.txt", "unix\\"}));
+
+  drive.clear("C:\\out");
+  const auto zip = open(bytes);
+  zip->usedirectoryinfo = false;
+  EXPECT_TRUE(zip->extractfiles({"sub/a.txt"}).ok());
+  EXPECT_EQ(drive.tree("C:\\out"), Tree{"a.txt"});
+  EXPECT_FALSE(zip->extractfiles({"missing"}).ok());
 }
 
 TEST_F(ZipEngineTest, AFullDiskIsToldWithTheEntry) {
@@ -222,14 +248,54 @@ TEST_F(ZipEngineTest, PacksAndUnpacksWithoutLoss) {
     EXPECT_TRUE(drive.read("C:\\out\\" + name) == drive.read("C:\\in\\" + name)) << name;
   EXPECT_EQ(disk.modified("C:\\out\\a.txt").value(), (FileTime{1040740001, 0}));
 
-  // A job that fails leaves the archive that was there.
-  const std::string before = drive.read("C:\\a.zip");
+  // Without folders, and without what is marked as the system's.
+  ASSERT_TRUE(disk.setAttributes("C:\\in\\a.txt", {.system = true}).ok());
+  zip = open();
+  zip->usedirectoryinfo = false;
+  EXPECT_TRUE(zip->addfiles({"a.txt", "sub\\empty"}).ok());
+  EXPECT_EQ(namesOf(*open()), Tree{"empty"});
+}
+
+TEST_F(ZipEngineTest, APackingThatFailsLeavesTheArchiveThatWasThere) {
+  drive.write("C:\\in\\a.txt", "a");
+  drive.write("C:\\in\\b.txt", "b");
+  ASSERT_TRUE(disk.setCurrentFolder("C:\\in").ok());
+  const std::string before = test::rawZip({{"older", ""}});
+  drive.write("C:\\a.zip", before);
+  const auto left = [&] {
+    return drive.read("C:\\a.zip") == before &&
+           drive.tree("C:\\") == Tree{"a.zip", "in\\", "in\\a.txt", "in\\b.txt", "out\\"};
+  };
   EXPECT_FALSE(open()->addfiles({"a.txt", "missing"}).ok());
-  files.failWhen("readFile", "C:\\in\\a.txt", err::deviceIo);
-  EXPECT_EQ(open()->addfiles({"a.txt"}).number(), err::deviceIo);
-  EXPECT_TRUE(drive.read("C:\\a.zip") == before);
-  EXPECT_EQ(drive.tree("C:\\").size(), 2 + names.size() + drive.tree("C:\\out").size() + 2)
-      << "nothing else is left";
+  EXPECT_TRUE(left());
+  EXPECT_FALSE(open()->addfiles({}).ok());
+  EXPECT_TRUE(left());
+  files.failWhen("readFile", "C:\\in\\b.txt", err::deviceIo);
+  const Outcome unread = open()->addfiles({"a.txt", "b.txt"});
+  EXPECT_EQ(unread.number(), err::deviceIo);
+  EXPECT_NE(unread.description().find("b.txt"), std::string::npos);
+  EXPECT_TRUE(left());
+  files.heal();
+  ASSERT_TRUE(disk.setAttributes("C:\\a.zip", {.readOnly = true}).ok());
+  EXPECT_EQ(open()->addfiles({"a.txt"}).number(), err::pathFileAccess);
+  EXPECT_TRUE(left());
+}
+
+TEST_F(ZipEngineTest, WhatEndsAWorkerEndsTheJob) {
+  const std::string bytes = test::rawZip({{"a", "a"}, {"sub/b", "b"}, {"c", "c"}});
+  int kills = 0;
+  for (int call = 1; call < 20; ++call) {
+    drive.clear("C:\\out");
+    const auto zip = open(bytes);
+    files.killAt(call);
+    try {
+      EXPECT_TRUE(zip->extractfiles({"a", "sub/b", "c"}).ok());
+    } catch (const test::Killed&) {
+      ++kills;
+    }
+    if (!files.heal()) break;
+  }
+  EXPECT_GE(kills, 4);  // a folder and three files
 }
 
 }  // namespace
