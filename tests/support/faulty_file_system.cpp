@@ -111,9 +111,31 @@ Outcome FaultyFileSystem::replaceFile(std::string_view path, std::string_view co
   return real_.replaceFile(path, content);
 }
 
+class FaultyFileSystem::Writer : public FileWriter {
+ public:
+  Writer(const FaultyFileSystem& files, std::string_view path, std::unique_ptr<FileWriter> real)
+      : files_(files), path_(path), real_(std::move(real)) {}
+  Outcome write(std::span<const char> bytes) override {
+    if (Outcome failure = files_.fault("write", path_, true); !failure.ok()) return failure;
+    return real_->write(bytes);
+  }
+  Outcome commit(std::optional<FileTime> modified) override {
+    if (Outcome failure = files_.fault("commit", path_, true); !failure.ok()) return failure;
+    return real_->commit(modified);
+  }
+
+ private:
+  const FaultyFileSystem& files_;
+  std::string path_;
+  std::unique_ptr<FileWriter> real_;
+};
+
 Result<std::unique_ptr<FileWriter>> FaultyFileSystem::createFile(std::string_view path) {
   if (Outcome failure = fault("createFile", path, true); !failure.ok()) return failure;
-  return real_.createFile(path);
+  auto real = real_.createFile(path);
+  if (!real.ok()) return real;
+  return std::unique_ptr<FileWriter>(
+      std::make_unique<Writer>(*this, path, std::move(real).value()));
 }
 
 Result<double> FaultyFileSystem::freeBytes(std::string_view path) const {

@@ -22,7 +22,8 @@ class FaultyFileSystem : public FileSystem {
   // Throws Killed in place of that call.
   void killAt(int call);
   // Fails every call of an operation ("copyFile") on a path; "" is any path. The path is the first
-  // argument, compared without regard to case and to a trailing backslash.
+  // argument, compared without regard to case and to a trailing backslash. The calls of a file's
+  // writer are "write" and "commit", on the path it was created with.
   void failWhen(const std::string& operation, const std::string& path, int error);
   // Ends all faults. Answers whether one of them struck.
   bool heal();
@@ -60,6 +61,7 @@ class FaultyFileSystem : public FileSystem {
   }
 
  private:
+  class Writer;
   struct Rule {
     std::string operation, path;
     int error;
