@@ -5,13 +5,9 @@
 #include <unicode/ucnv_err.h>
 #include <unicode/utf8.h>
 
-#include <algorithm>
 #include <array>
-#include <clocale>
+#include <charconv>
 #include <cmath>
-#include <cstdio>
-#include <cstdlib>
-#include <cstring>
 #include <memory>
 #include <unordered_map>
 
@@ -44,8 +40,11 @@ UChar32 nextUtf8(std::string_view text, int32_t& i) {
   return character;
 }
 
-// Bytes that a code page leaves undefined are held as these private characters.
-constexpr UChar32 privateBytes = 0xF700;
+// Bytes that a code page leaves undefined are held as these private characters, which no code page
+// has a use for.
+constexpr UChar32 privateBytes = 0x10FF00;
+
+constexpr int utf8Page = 65001;
 
 }  // namespace
 
@@ -102,8 +101,8 @@ std::string trim(std::string_view text) {
 }
 
 double val(std::string_view text) {
-  // Only what can belong to a decimal number is handed on, so that no locale, no "inf" and no
-  // hexadecimal gets in.
+  // Only what can belong to a decimal number is handed on, so that no "inf" and no hexadecimal
+  // gets in.
   std::string number;
   bool point = false;
   bool digits = false;
@@ -125,32 +124,33 @@ double val(std::string_view text) {
       break;
     }
   }
-  if (!digits) return 0;
-  while (!number.empty() && (number.back() == 'e' || number.back() == '+' || number.back() == '-'))
-    number.pop_back();
-
-  // strtod reads the decimal sign of the locale, which is set once for the process.
-  const char* sign = std::localeconv()->decimal_point;
-  if (const auto at = number.find('.'); at != std::string::npos) number.replace(at, 1, sign);
-  const double value = std::strtod(number.c_str(), nullptr);
-  return std::isfinite(value) ? value : 0;
+  // from_chars takes no plus, and gives nothing for what a double cannot hold.
+  const char* start = number.data() + (number.starts_with('+') ? 1 : 0);
+  double value = 0;
+  std::from_chars(start, number.data() + number.size(), value);
+  return value;
 }
 
 std::string decimal(double number) {
-  constexpr int digits = 15;
+  constexpr int significant = 15;
   if (!std::isfinite(number) || number == 0) return "0";
-  const int whole = static_cast<int>(std::floor(std::log10(std::abs(number)))) + 1;
-  const int places = std::clamp(digits - whole, 0, 30);
-  std::array<char, 400> buffer{};
-  std::snprintf(buffer.data(), buffer.size(), "%.*f", places, number);
-  std::string text(buffer.data());
-  for (char& c : text)
-    if (c != '-' && (c < '0' || c > '9')) c = '.';
-  if (text.find('.') != std::string::npos) {
-    text.erase(text.find_last_not_of('0') + 1);
-    if (text.ends_with('.')) text.pop_back();
-  }
-  return text;
+  // "1.23450000000000e+04", whose point goes to its place.
+  std::array<char, 32> buffer{};
+  const auto written = std::to_chars(buffer.data(), buffer.data() + buffer.size(), std::abs(number),
+                                     std::chars_format::scientific, significant - 1);
+  const std::string_view scientific(buffer.data(), written.ptr);
+  std::string digits(scientific.substr(0, 1));
+  digits += scientific.substr(2, significant - 1);
+  digits.erase(digits.find_last_not_of('0') + 1);
+  const int beforePoint = std::stoi(std::string(scientific.substr(significant + 2))) + 1;
+
+  if (beforePoint <= 0)
+    digits.insert(0, "0." + std::string(static_cast<std::size_t>(-beforePoint), '0'));
+  else if (const auto whole = static_cast<std::size_t>(beforePoint); digits.size() <= whole)
+    digits.resize(whole, '0');
+  else
+    digits.insert(whole, 1, '.');
+  return number < 0 ? "-" + digits : digits;
 }
 
 // Both tables of an 8-bit page, made once; pages of more bytes for a character go through the
@@ -168,20 +168,11 @@ struct ConverterCloser {
 };
 using Converter = std::unique_ptr<UConverter, ConverterCloser>;
 
-Converter openConverter(int number) {
+// Null for a name that ICU does not know.
+Converter openByName(const std::string& name) {
   UErrorCode status = U_ZERO_ERROR;
-  const std::string windowsName = "windows-" + std::to_string(number);
-  const std::string name =
-      number == 437 || number == 850 ? "cp" + std::to_string(number) : windowsName;
   Converter converter(ucnv_open(name.c_str(), &status));
-  if (U_FAILURE(status)) {
-    status = U_ZERO_ERROR;
-    converter.reset(ucnv_open(("cp" + std::to_string(number)).c_str(), &status));
-  }
-  if (U_FAILURE(status)) {
-    status = U_ZERO_ERROR;
-    converter.reset(ucnv_open("windows-1252", &status));
-  }
+  if (U_FAILURE(status)) return nullptr;
   ucnv_setFallback(converter.get(), 0);
   ucnv_setToUCallBack(converter.get(), UCNV_TO_U_CALLBACK_STOP, nullptr, nullptr, nullptr, &status);
   ucnv_setFromUCallBack(converter.get(), UCNV_FROM_U_CALLBACK_STOP, nullptr, nullptr, nullptr,
@@ -216,9 +207,22 @@ std::string bytesOf(UConverter* converter, UChar32 character) {
   return std::string(bytes, static_cast<std::size_t>(length));
 }
 
+// A page of at most two bytes for a character, of which ASCII is the first half; other pages, which
+// no Windows system has for its own, are replaced.
+Converter openConverter(int number) {
+  for (const char* prefix : {"windows-", "cp"}) {
+    Converter converter = openByName(prefix + std::to_string(number));
+    if (converter && ucnv_getMaxCharSize(converter.get()) <= 2 &&
+        characterOf(converter.get(), "~") == U'~')
+      return converter;
+  }
+  return openByName("windows-1252");
+}
+
 }  // namespace
 
 CodePage::CodePage(int number) : number_(number) {
+  if (number == utf8Page) return;
   const Converter converter = openConverter(number);
   auto tables = std::make_shared<Tables>();
   tables->singleByte = ucnv_getMaxCharSize(converter.get()) == 1;
@@ -233,7 +237,7 @@ CodePage::CodePage(int number) : number_(number) {
 }
 
 std::string CodePage::decode(std::string_view bytes) const {
-  if (isAscii(bytes)) return std::string(bytes);
+  if (number_ == utf8Page || isAscii(bytes)) return std::string(bytes);
   const Converter converter = tables_->singleByte ? Converter() : openConverter(number_);
   std::string text;
   for (std::size_t i = 0; i < bytes.size(); ++i) {
@@ -254,7 +258,7 @@ std::string CodePage::decode(std::string_view bytes) const {
 }
 
 std::string CodePage::encode(std::string_view text) const {
-  if (isAscii(text)) return std::string(text);
+  if (number_ == utf8Page || isAscii(text)) return std::string(text);
   const Converter converter = tables_->singleByte ? Converter() : openConverter(number_);
   std::string bytes;
   for (int32_t i = 0; i < static_cast<int32_t>(text.size());) {

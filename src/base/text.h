@@ -37,7 +37,7 @@ std::string decimal(double number);
 // The 8-bit code page of stored files.
 class CodePage {
  public:
-  // A Windows code page by number. One that the machine lacks is replaced by 1252.
+  // A Windows code page by number, 65001 for UTF-8. One that the machine lacks is replaced by 1252.
   explicit CodePage(int number = 1252);
 
   // Every byte comes back by encode, also those that the page leaves undefined.
@@ -48,7 +48,7 @@ class CodePage {
  private:
   struct Tables;
   int number_;
-  std::shared_ptr<const Tables> tables_;  // shared by copies, never changed
+  std::shared_ptr<const Tables> tables_;  // shared by copies, never changed; none for UTF-8
 };
 
 }  // namespace skv

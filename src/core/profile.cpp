@@ -29,8 +29,8 @@ struct Profile::Content {
 
   Content(std::string bytes, const CodePage& codePage);
 
-  // The form in which names are compared: the call tells capitals from small letters beyond A to Z.
-  // `name` is UTF-8; what the code page lacks of it, the call never gets.
+  // A name that is asked for, in the form in which the index holds names: the call tells capitals
+  // from small letters beyond A to Z. What the code page lacks of the name, it never gets.
   std::string comparable(std::string_view name) const;
   std::optional<std::string> headerName(std::string_view line) const;
   void addParsed(std::string_view line);
@@ -81,7 +81,7 @@ void Profile::Content::addParsed(std::string_view line) {
     return;
   }
   if (auto name = headerName(line)) {
-    byName.emplace(comparable(*name), sections.size());
+    byName.emplace(lowerAscii(*name), sections.size());
     sections.emplace_back().name = *std::move(name);
     sections.back().lines.push_back(line);
     return;
@@ -93,7 +93,7 @@ void Profile::Content::addParsed(std::string_view line) {
 }
 
 void Profile::Content::indexLine(Section& section, std::size_t line) const {
-  section.keys.emplace(comparable(encoding.decode(partsOf(section.lines[line]).name)), line);
+  section.keys.emplace(lowerAscii(encoding.decode(partsOf(section.lines[line]).name)), line);
 }
 
 std::string Profile::Content::keyNames(const Section& section) const {

@@ -27,7 +27,7 @@ TEST(TextTest, UpperKeepsTheNumberOfCharactersAndStrangeBytes) {
 }
 
 TEST(TextTest, EveryByteComesBackFromACodePage) {
-  for (const int number : {1250, 1252, 1253, 932, 437}) {
+  for (const int number : {1250, 1252, 1253, 932, 437, 65001}) {
     const CodePage page(number);
     std::string all;
     for (int byte = 0; byte < 256; ++byte) {
@@ -38,11 +38,13 @@ TEST(TextTest, EveryByteComesBackFromACodePage) {
     EXPECT_EQ(page.encode(page.decode(all)), all) << number;
   }
   // Every pair, so that no lead byte swallows or changes what follows it.
-  const CodePage japanese(932);
-  for (int lead = 0x80; lead < 256; ++lead) {
-    for (int trail = 0; trail < 256; ++trail) {
-      const std::string pair{static_cast<char>(lead), static_cast<char>(trail)};
-      ASSERT_EQ(japanese.encode(japanese.decode(pair)), pair) << lead << " " << trail;
+  for (const int number : {932, 950}) {
+    const CodePage page(number);
+    for (int lead = 0x80; lead < 256; ++lead) {
+      for (int trail = 0; trail < 256; ++trail) {
+        const std::string pair{static_cast<char>(lead), static_cast<char>(trail)};
+        ASSERT_EQ(page.encode(page.decode(pair)), pair) << number << " " << lead << " " << trail;
+      }
     }
   }
 }
@@ -56,7 +58,9 @@ TEST(TextTest, CodePagesTellTheirCharacters) {
       {1252, "\x80 \xe9 \x9f", "\u20ac \u00e9 \u0178"},
       {1250, "\xb9 \xe8", "\u0105 \u010d"},
       {932, "\x83\x5c\xb1z", "\u30bd\uff71z"},
+      {65001, "\u4e2d\xff", "\u4e2d\xff"},
       {99999, "\x80", "\u20ac"},  // an unknown page is 1252
+      {37, "a\x80", "a\u20ac"},   // and so is one that is not ASCII below 128
   };
   for (const auto& [page, bytes, text] : cases) {
     EXPECT_EQ(CodePage(page).decode(bytes), text) << page;
@@ -111,6 +115,8 @@ TEST(TextTest, DecimalIsPlainAndReadsBack) {
       {HUGE_VAL, "0"},
       {0.30000000000000004, "0.3"},
       {9.9999999999999999, "10"},
+      {1.2345678901234567e20, "123456789012346000000"},
+      {-1e-40, "-0.0000000000000000000000000000000000000001"},
   };
   for (const auto& [number, text] : cases) {
     EXPECT_EQ(decimal(number), text);

@@ -68,12 +68,14 @@ TEST(ProfileTest, ReadsWhatNoEditorWouldWrite) {
       {"[s]\r\n k\v=\x1a 1 \x1a\r\n\x1a", "s", "\tK ", "1"},
       {"[s]\r\nk=1  \0x\r\nm\0x=2\r\n"s, "s", "k", "1  "},
       {"[s]\r\nk=1  \0x\r\nm\0x=2\r\n"s, "s", "", "k\0m\0"s},
+      {"[s]\r\nk \0=1\r\nk=2\r\n"s, "s", "k", "2"},
       // Keys without a name.
       {"[s]\r\nk=1\r\n=2\r\n=3\r\n\r\nl=4\r\n", "s", "", "k\0\0l\0"s},
       {"[s]\r\n=2\r\nl=4\r\n", "s", "", ""},
       // Beyond A to Z capitals are other letters, and no-break spaces are letters too.
       {"[s]\r\nK\xe9=1\r\nk\xc9=\xa0\xfc\xa0\r\n", "s", "k\u00c9", "\u00a0\u00fc\u00a0"},
       {"[s]\r\n?=1\r\n", "s", "\u4e2d", "1"},
+      {"\xef\xbb\xbf[s]\r\n\u4e2d=1\r\n?=2\r\n", "s", "?", "2"},
       {"\xef\xbb\xbf[s]\r\n\xc3\xa9=\xe4\xb8\xad\xc3\xbc\r\n", "s", "\u00e9", "?\u00fc"},
       {"\xff\xfe[\0s\0]\0\n\0\xe9\0=\0\x2d\x4e\xfc\0"s, "s", "\u00e9", "?\u00fc"},
       // The call counts characters by 16 bits, and knows no damaged ones.
