@@ -1,5 +1,7 @@
 #include "base/text.h"
 
+#include <unicode/bytestream.h>
+#include <unicode/normalizer2.h>
 #include <unicode/uchar.h>
 #include <unicode/ucnv.h>
 #include <unicode/ucnv_err.h>
@@ -69,6 +71,17 @@ std::string upper(std::string_view text) {
     else
       appendUtf8(result, u_toupper(character));
   }
+  return result;
+}
+
+std::string composed(std::string_view text) {
+  std::string result;
+  if (isAscii(text) || !isUtf8(text)) return result = text;
+  UErrorCode status = U_ZERO_ERROR;
+  const icu::Normalizer2* const form = icu::Normalizer2::getNFCInstance(status);
+  icu::StringByteSink<std::string> sink(&result);
+  if (U_SUCCESS(status)) form->normalizeUTF8(0, text, sink, nullptr, status);
+  if (U_FAILURE(status)) result = text;
   return result;
 }
 

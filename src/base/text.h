@@ -19,6 +19,10 @@ std::string upper(std::string_view text);
 // The same for the letters A to Z alone; for comparisons with fixed words.
 std::string lowerAscii(std::string_view text);
 
+// Letters and accents that stand apart put together, where Unicode has one character for them
+// (NFC).
+std::string composed(std::string_view text);
+
 bool equalsIgnoringCase(std::string_view a, std::string_view b);
 // Both arguments in upper case already, or exact matching wanted.
 inline bool endsWith(std::string_view text, std::string_view end) { return text.ends_with(end); }

@@ -13,6 +13,7 @@ namespace {
 // Of extra fields.
 constexpr std::uint16_t extendedTimestamp = 0x5455;  // seconds since 1970, UTC
 constexpr std::uint16_t ntfsTimes = 0x000a;          // 100 ns since 1601, UTC
+constexpr std::uint16_t oldUnixTimes = 0x5855;       // seconds of access and change
 constexpr std::uint16_t unicodePath = 0x7075;        // the name again, in UTF-8
 
 std::uint64_t littleEndian(const zip_uint8_t* bytes, int count) {
@@ -49,6 +50,8 @@ std::optional<FileTime> timeOf(zip_t* archive, zip_uint64_t index, const zip_sta
   if (const ExtraField field = extraField(archive, index, extendedTimestamp);
       field.size >= 5 && (field.data[0] & 1U) != 0)
     return FileTime{static_cast<std::int32_t>(littleEndian(field.data + 1, 4)), 0};
+  if (const ExtraField field = extraField(archive, index, oldUnixTimes); field.size >= 8)
+    return FileTime{static_cast<std::int32_t>(littleEndian(field.data + 4, 4)), 0};
   // The time of DOS begins in 1980: what is earlier was no date. Up to a day for the time zone.
   constexpr time_t firstDosDay = 315'532'800 - 86'400;
   if ((status.valid & ZIP_STAT_MTIME) != 0 && status.mtime >= firstDosDay)
@@ -74,12 +77,13 @@ enum class Kind { file, folder, special };
 
 // By what the maker's system noted; the name tells the rest.
 Kind kindOf(int host, zip_uint32_t attributes, std::uint64_t size) {
-  constexpr zip_uint32_t typeMask = 0170000, unixFile = 0100000, unixFolder = 0040000,
-                         unixLink = 0120000, dosFolder = 0x10;
+  constexpr zip_uint32_t typeMask = 0170000, unixFolder = 0040000, unixLink = 0120000,
+                         unixCharacters = 0020000, unixBlocks = 0060000, dosFolder = 0x10;
   const zip_uint32_t type = (attributes >> 16U) & typeMask;
   const bool knowsTypes = host == ZIP_OPSYS_UNIX || host == ZIP_OPSYS_OS_X;
   if (type == unixLink) return Kind::special;
-  if (knowsTypes && type != 0 && type != unixFile && type != unixFolder) return Kind::special;
+  // A pipe is what somebody has packed from, and its data a file.
+  if (knowsTypes && (type == unixCharacters || type == unixBlocks)) return Kind::special;
   const bool folder = knowsTypes ? type == unixFolder : (attributes & dosFolder) != 0;
   return folder && size == 0 ? Kind::folder : Kind::file;
 }

@@ -64,7 +64,9 @@ Result<std::vector<std::string>> entryPath(std::string_view name) {
     const bool onlyDots = element.find_first_not_of(". ") == std::string::npos;
     if (onlyDots && element.find("..") != std::string::npos) return leadsOut();
     if (element.empty() || element == ".") continue;
-    elements.push_back(heldByWindows(element));
+    // Macintosh archives keep accents apart from their letters, where no file of the simulator
+    // would find them.
+    elements.push_back(heldByWindows(composed(element)));
   }
   return elements;
 }

@@ -1,5 +1,7 @@
 #include "platform/libzip_plan.h"
 
+#include <algorithm>
+#include <string_view>
 #include <unordered_map>
 #include <unordered_set>
 
@@ -40,6 +42,11 @@ class Planner {
   }
 
   ExtractionPlan take() {
+    // Folder by folder, however the archive mixes them: whoever makes the files looks into each
+    // folder anew when they come apart.
+    std::ranges::stable_sort(plan_.files, {}, [](const ExtractionPlan::Target& target) {
+      return std::string_view(target.path).substr(0, target.path.rfind('\\'));
+    });
     for (const auto& target : plan_.files) plan_.bytes += target.entry.entry->size;
     return std::move(plan_);
   }

@@ -58,12 +58,14 @@ TEST_F(ZipEngineTest, PutsEveryEntryInItsPlace) {
       {"readme.txt", "second"},
       {"what?: a \"name\".", "w"},
       {"nul.txt", "device"},
+      {"a\xCC\x88.txt", "an a and two dots apart"},
+      {.name = "piped", .data = "p", .madeBy = 3, .attributes = 0010600U << 16U},
   }));
   EXPECT_TRUE(done.ok()) << done.description();
-  EXPECT_EQ(
-      drive.tree("C:\\out"),
-      (Tree{"README.TXT", "_nul.txt", "back\\", "back\\slash\\", "back\\slash\\deflated.txt",
-            "folder\\", "folder\\stored.txt", "what__ a _name_", "x\\", "x\\y\\", "x\\y\\empty"}));
+  EXPECT_EQ(drive.tree("C:\\out"),
+            (Tree{"README.TXT", "_nul.txt", "back\\", "back\\slash\\", "back\\slash\\deflated.txt",
+                  "folder\\", "folder\\stored.txt", "piped", "what__ a _name_", "x\\", "x\\y\\",
+                  "x\\y\\empty", "\xC3\xA4.txt"}));
   EXPECT_EQ(drive.read("C:\\out\\README.TXT"), "second");
   EXPECT_EQ(drive.read("C:\\out\\back\\slash\\deflated.txt"), text);
   EXPECT_EQ(percents.back(), 100);
@@ -103,8 +105,10 @@ TEST_F(ZipEngineTest, GivesFilesTheFinestTimeThatIsStored) {
       "\x0a\0\x20\0\0\0\0\0\x01\0\x18\0\x0f\x80\x3e\xd5\xde\xb1\x9d\x01"
       "\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0",
       36);
+  const std::string old("UX\x08\0\0\0\0\0\x3a\x30\0\0", 12);  // second 12346
   EXPECT_TRUE(extract(test::rawZip({{.name = "dos", .data = ""},
                                     {.name = "utc", .data = "", .extra = utc},
+                                    {.name = "old", .data = "", .extra = old},
                                     {.name = "ntfs", .data = "", .extra = utc + ntfs}}))
                   .ok());
   std::tm local{};
@@ -114,6 +118,7 @@ TEST_F(ZipEngineTest, GivesFilesTheFinestTimeThatIsStored) {
   EXPECT_EQ(local.tm_mday, 24);
   EXPECT_EQ(local.tm_hour, 12);
   EXPECT_EQ(disk.modified("C:\\out\\utc").value(), (FileTime{12345, 0}));
+  EXPECT_EQ(disk.modified("C:\\out\\old").value(), (FileTime{12346, 0}));
   EXPECT_EQ(disk.modified("C:\\out\\ntfs").value(), (FileTime{0, 1500}));
 
   EXPECT_TRUE(
