@@ -15,11 +15,9 @@ constexpr int vfatHost = 14;
 // Page 437 has the letters of western languages here, and elsewhere frames, Greek and mathematics,
 // which stand in no name.
 bool isDosLetter(char c) {
-  constexpr unsigned char ascii = 0x80, firstSign = 0x9B, lastSign = 0x9F, lastLetter = 0xA5,
-                          sharpS = 0xE1;
+  constexpr unsigned char firstSign = 0x9B, lastSign = 0x9F, lastLetter = 0xA5, sharpS = 0xE1;
   const auto byte = static_cast<unsigned char>(c);
-  return byte < ascii || byte < firstSign || (byte > lastSign && byte <= lastLetter) ||
-         byte == sharpS;
+  return byte < firstSign || (byte > lastSign && byte <= lastLetter) || byte == sharpS;
 }
 
 bool isLetter(char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z'); }

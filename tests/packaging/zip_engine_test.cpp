@@ -216,30 +216,20 @@ TEST_F(ZipEngineTest, PacksAndUnpacksWithoutLoss) {
   drive.write("C:\\in\\a.txt", std::string(70000, 'a'));
   drive.write("C:\\in\\sub\\noise.bin", noise);
   drive.write("C:\\in\\sub\\empty", "");
-  drive.write(
-      "C:\\in\\gr\xC3\xBC\xC3\x9F"
-      "e.txt",
-      "1252");
+  const std::string western = "gr\xC3\xBC\xC3\x9F.txt";
+  drive.write("C:\\in\\" + western, "1252");
   drive.write("C:\\in\\\xE4\xB8\xAD.txt", "utf8");
   drive.write("C:\\in\\large", std::string(40 << 20, 'l'));
   drive.setModified("C:\\in\\a.txt", {1040740001, 0});
-  const Tree names = {"a.txt",
-                      "sub\\noise.bin",
-                      "sub\\empty",
-                      "gr\xC3\xBC\xC3\x9F"
-                      "e.txt",
-                      "\xE4\xB8\xAD.txt",
-                      "large"};
+  const Tree names = {"a.txt", "sub\\noise.bin",   "sub\\empty",
+                      western, "\xE4\xB8\xAD.txt", "large"};
   ASSERT_TRUE(disk.setCurrentFolder("C:\\in").ok());
   auto zip = open();
   ASSERT_TRUE(opened.ok()) << "a missing archive is to be made";
   zip->compressionlevel = 9;
   const Outcome added = zip->addfiles(names);
   ASSERT_TRUE(added.ok()) << added.description();
-  EXPECT_NE(drive.read("C:\\a.zip")
-                .find("gr\xFC\xDF"
-                      "e.txt"),
-            std::string::npos);
+  EXPECT_NE(drive.read("C:\\a.zip").find("gr\xFC\xDF.txt"), std::string::npos);
   EXPECT_LT(drive.read("C:\\a.zip").size(), noise.size() + 100000);
 
   zip = open();
