@@ -6,7 +6,8 @@ set -euo pipefail
 packages=(
   g++ cmake ninja-build ccache pkgconf          # build
   qt6-base-dev qt6-svg-dev                      # the window
-  libzip-dev libdeflate-dev libicu-dev          # archives, code pages
+  libzip-dev libdeflate-dev zlib1g-dev          # archives
+  libicu-dev                                    # letters, code pages
   libgtest-dev libbenchmark-dev                 # tests, measuring
   xvfb fonts-dejavu-core                        # the window without a screen
   zip unzip                                     # the programs that we measure ourselves beside

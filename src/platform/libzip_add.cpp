@@ -286,9 +286,11 @@ class Packer {
       return fails(zip_error_code_zip(zip_get_error(&archive)));
     }
     const auto at = static_cast<zip_uint64_t>(index);
-    if (large)
-      zip_set_file_compression(&archive, at, packing_.level == 0 ? ZIP_CM_STORE : ZIP_CM_DEFLATE,
-                               static_cast<zip_uint32_t>(packing_.level));
+    // Not told so, libzip would pack what is to be stored.
+    const bool stored = packing_.level <= 0;
+    if (stored || large)
+      zip_set_file_compression(&archive, at, stored ? ZIP_CM_STORE : ZIP_CM_DEFLATE,
+                               static_cast<zip_uint32_t>(std::max(packing_.level, 0)));
     constexpr zip_uint32_t dosArchive = 0x20;
     zip_file_set_external_attributes(&archive, at, 0, ntfsHost, dosArchive);
     setTime(archive, at, modified.value());

@@ -22,8 +22,8 @@ struct FileToPack {
 // Sets the levels for an archive of level 0 to 9. At 9 the archive gets at most as large as zlib's
 // highest level would make it, within half a percent, in a fraction of its time: most files are
 // smaller than that at a quick level already. Kinds of files that are not (drawn pictures) show in
-// a trial with pieces of a few of them; of these a part gets the level that tries everything, which
-// makes good for the rest.
+// a trial beside zlib with pieces of a few of them; of these a part gets the level that tries
+// everything, just large enough to make good for the rest.
 void chooseLevels(const FileSystem& files, int level, std::span<FileToPack> toPack);
 
 // Packs at whatever level is asked for. For one thread.
@@ -34,7 +34,7 @@ class Deflater {
   Deflater(Deflater&&) noexcept;
   Deflater& operator=(Deflater&&) = delete;
 
-  // Empty when the result would not be smaller, or for level 0.
+  // Level 1 to 12.
   std::vector<char> pack(std::span<const char> bytes, int level);
 
  private:

@@ -114,9 +114,11 @@ PackedFile PackAhead::pack(const FileToPack& task, Deflater& deflater) const {
   const std::string& bytes = content.value();
   file.size = bytes.size();
   file.crc = libdeflate_crc32(0, bytes.data(), bytes.size());
-  file.data = deflater.pack(bytes, task.level);
-  file.deflated = !file.data.empty();
-  if (!file.deflated) file.data.assign(bytes.begin(), bytes.end());
+  file.deflated = task.level > 0;
+  if (file.deflated)
+    file.data = deflater.pack(bytes, task.level);
+  else
+    file.data.assign(bytes.begin(), bytes.end());
   return file;
 }
 
