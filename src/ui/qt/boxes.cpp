@@ -2,9 +2,11 @@
 
 #include <QFile>
 #include <QFileDialog>
+#include <QHeaderView>
 #include <QInputDialog>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QTreeView>
 
 #include "base/paths.h"
 #include "base/text.h"
@@ -59,6 +61,16 @@ QString filterOf(const std::string& filter) {
   return filters.join(QStringLiteral(";;"));
 }
 
+// Qt's own dialog gives sizes and dates less room than they need; a desktop's dialog has no such
+// list.
+void showColumnsInFull(QFileDialog& dialog) {
+  dialog.resize(820, 500);
+  auto* list = dialog.findChild<QTreeView*>(QStringLiteral("treeView"));
+  if (!list) return;
+  list->header()->setSectionResizeMode(QHeaderView::ResizeToContents);
+  list->header()->setSectionResizeMode(0, QHeaderView::Stretch);
+}
+
 }  // namespace
 
 Answer runMessageBox(const Box& box, QWidget* owner) {
@@ -88,7 +100,7 @@ std::string runInputBox(const std::string& prompt, const std::string& title,
   window.setWindowTitle(shown(title));
   window.setLabelText(lines(prompt));
   window.setTextValue(shown(text));
-  window.setMinimumWidth(380);
+  window.resize(380, window.sizeHint().height());
   if (window.exec() != QDialog::Accepted) return {};
   return typed(window.textValue());
 }
@@ -99,6 +111,7 @@ Result<PickedFile> runFileDialog(const FileDialog& dialog, const FileSystem& fil
   window.setObjectName(QStringLiteral("openFile"));
   window.setOption(QFileDialog::HideNameFilterDetails);
   window.setFileMode(QFileDialog::ExistingFile);
+  showColumnsInFull(window);
   if (!dialog.filter.empty()) window.setNameFilter(filterOf(dialog.filter));
   if (!dialog.initialFolder.empty())
     if (const auto place = files.nativePath(dialog.initialFolder); place.ok())
