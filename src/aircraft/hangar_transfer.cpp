@@ -18,9 +18,10 @@ namespace {
 constexpr std::array sharedFolders{"Gauges", "Sound", "Texture", "Effects"};
 constexpr int yieldsAfterExtraction = 2000;
 
-// What a transfer needs to know of its row. The row itself may move or go while the transfer
-// yields.
+// What a transfer needs to know. The row itself may move or go while the transfer yields, and the
+// settings may name other folders.
 struct Cargo {
+  std::string FSRoot, HangarDir, PacksDir;
   ui::ListView::RowId row;
   std::string Name;
   std::string Folder;
@@ -52,51 +53,50 @@ void markPlace(App& app, const Cargo& cargo, PlaceBit place) {
 }
 
 void toHangar(App& app, Cargo& cargo) {
-  const std::string aircraft = app.HangarDir + "Aircraft\\" + cargo.FolderName;
-  const std::string main = app.HangarDir + "Main\\" + cargo.FolderName;
-  if (!ensureFolder(app, app.HangarDir) || !ensureFolder(app, app.HangarDir + "Aircraft") ||
-      !ensureFolder(app, app.HangarDir + "Main") || !ensureFolder(app, aircraft, &cargo.Added) ||
+  const std::string& hangar = cargo.HangarDir;
+  const std::string aircraft = hangar + "Aircraft\\" + cargo.FolderName;
+  const std::string main = hangar + "Main\\" + cargo.FolderName;
+  if (!ensureFolder(app, hangar) || !ensureFolder(app, hangar + "Aircraft") ||
+      !ensureFolder(app, hangar + "Main") || !ensureFolder(app, aircraft, &cargo.Added) ||
       !ensureFolder(app, main))
     return;
   for (const char* shared : sharedFolders)
     if (!ensureFolder(app, main + "\\" + shared)) return;
 
   WalkTree(app, cargo.Folder, aircraft + "\\", WalkCopy, false);
-  appendToOtherList(app, cargo, app.HangarDir);
+  appendToOtherList(app, cargo, hangar);
   markPlace(app, cargo, inHangar);
 }
 
 // Merges an aircraft folder and a main folder into the simulator.
-void copyToSimulator(App& app, const std::string& aircraft, const std::string& target,
+void copyToSimulator(App& app, const Cargo& cargo, const std::string& aircraft,
                      const std::string& main) {
-  WalkTree(app, aircraft, target, WalkCopy, false);
+  WalkTree(app, aircraft, cargo.FSRoot + "aircraft\\" + cargo.FolderName, WalkCopy, false);
   for (const char* shared : sharedFolders)
-    WalkTree(app, main + shared, app.FSRoot + shared, WalkCopy, false);
+    WalkTree(app, main + shared, cargo.FSRoot + shared, WalkCopy, false);
 }
 
 bool unpackPackage(App& app, const Cargo& cargo) {
   clearWorkingFolders(app);
   app.frmMain.lblStatus.caption = "Prepairing files...";
   ReadAndExtract job(app);
-  if (!job.open(app.PacksDir + cargo.FolderName + ".zip") || !job.fits(app.FSRoot)) return false;
+  if (!job.open(cargo.PacksDir + cargo.FolderName + ".zip") || !job.fits(cargo.FSRoot))
+    return false;
   app.frmMain.lblStatus.caption = "Unzipping: " + cargo.FolderName + ".zip";
   return job.extract(app.InstallTempDir, yieldsAfterExtraction);
 }
 
 void toSimulator(App& app, Cargo& cargo) {
-  const std::string aircraft = app.FSRoot + "aircraft\\" + cargo.FolderName;
-  if (!ensureFolder(app, aircraft, &cargo.Added)) return;
+  if (!ensureFolder(app, cargo.FSRoot + "aircraft\\" + cargo.FolderName, &cargo.Added)) return;
   // A Package goes before a folder in the Hangar: compressing has thinned that one out.
   if ((cargo.Mask & inPackage) != 0) {
     if (!unpackPackage(app, cargo)) return;
-    copyToSimulator(app, app.InstallTempDir + "Aircraft\\", aircraft,
-                    app.InstallTempDir + "Main\\");
+    copyToSimulator(app, cargo, app.InstallTempDir + "Aircraft\\", app.InstallTempDir + "Main\\");
     WalkTree(app, app.InstallTempDir, "", WalkDelete, true);
   } else {
-    copyToSimulator(app, cargo.Folder, aircraft,
-                    app.HangarDir + "Main\\" + cargo.FolderName + "\\");
+    copyToSimulator(app, cargo, cargo.Folder, cargo.HangarDir + "Main\\" + cargo.FolderName + "\\");
   }
-  appendToOtherList(app, cargo, app.FSRoot);
+  appendToOtherList(app, cargo, cargo.FSRoot);
   markPlace(app, cargo, inSimulator);
 }
 
@@ -107,7 +107,8 @@ void btnHangar_Click(App& app) {
   const int row = list.selected();
   if (row == 0) return;
   const std::string folder = list.subItem(row, 1);
-  Cargo cargo{list.id(row), list.text(row), folder, FolderName(folder), rowMask(app, row)};
+  Cargo cargo{app.FSRoot,     app.HangarDir, app.PacksDir,       list.id(row),
+              list.text(row), folder,        FolderName(folder), rowMask(app, row)};
   // Without a name of its own the aircraft would be spread over the whole store.
   if (!isElementName(cargo.FolderName)) return;
 

@@ -54,20 +54,25 @@ class Installation {
     return false;
   }
 
-  std::string aircraftFolder() const { return app_.ACRoot + AddonName_; }
-  std::string mainFolder() const { return app_.HangarDir + "Main\\" + AddonName_; }
+  std::string aircraftFolder() const { return ACRoot_ + AddonName_; }
+  std::string mainFolder() const { return HangarDir_ + "Main\\" + AddonName_; }
 
   App& app_;
+  // The Hangar as it was when the run began: the settings, or the view, may change in a yield.
+  std::string HangarDir_, ACRoot_;
   const std::string RunFolder_;  // below InstallTempDir, unique to the run, with trailing backslash
   std::string ZipPath_;
   std::string AddonName_;  // folder of the new aircraft, as the user confirmed it
 };
 
 void Installation::run() {
-  if (app_.frmMain.btnHangar.caption == fsViewCaption) {
+  // The settings may have named another Hangar since the view was opened.
+  if (app_.frmMain.btnHangar.caption == fsViewCaption || app_.ListDir != app_.HangarDir) {
     mnuViewHangar_Click(app_);
     app_.windows.yield();
   }
+  HangarDir_ = app_.HangarDir;
+  ACRoot_ = HangarDir_ + "aircraft\\";
   const LongOperation busy(app_);
   app_.error.clear();
   if (!chooseArchive() || !nameAircraft()) return;
@@ -104,9 +109,7 @@ bool Installation::nameAircraft() {
       app_.windows.inputBox("Foldername for aircraft:", ui::programTitle,
                             file.substr(0, file.size() - std::min(file.size(), extension)));
   // An empty name is the aircraft root itself, whether that stands or not.
-  if (!AddonName_.empty() &&
-      !PathExists(app_.files(), app_.HangarDir + "aircraft\\" + AddonName_ + "\\"))
-    return true;
+  if (!AddonName_.empty() && !PathExists(app_.files(), ACRoot_ + AddonName_ + "\\")) return true;
   app_.windows.messageBox(
       {"Aircraft '" + AddonName_ + "' already exists!", ui::BoxIcon::exclamation});
   return false;
@@ -124,7 +127,7 @@ bool Installation::unpack() {
   status("Extracting ZIP: " + ZipPath_);
   app_.step(files.makeFolder(app_.InstallTempDir + RunFolder_));
   if (ReportError(app_)) return failed();
-  return job.fits(app_.HangarDir) &&
+  return job.fits(HangarDir_) &&
          (job.extract(app_.InstallTempDir + RunFolder_, yieldsAfterExtraction) || failed());
 }
 
@@ -173,7 +176,7 @@ bool Installation::unpackOneEmbedded(const std::string& folder, const std::strin
   {
     ReadAndExtract job(app_);
     if (!job.open(path)) return failed();
-    if (!job.fits(app_.HangarDir)) return false;
+    if (!job.fits(HangarDir_)) return false;
     if (!job.extract(target, yieldsAfterExtraction)) return failed();
   }
   return deleteEmbedded(path) || failed();
@@ -245,11 +248,17 @@ void Installation::placePanel() {
 }
 
 void Installation::finish() {
-  std::string Title = ReadProfile(app_.files(), app_.codePage,
-                                  app_.HangarDir + "Aircraft\\" + AddonName_ + "\\Aircraft.cfg",
-                                  "fltsim.0", "Title");
+  std::string Title =
+      ReadProfile(app_.files(), app_.codePage,
+                  HangarDir_ + "Aircraft\\" + AddonName_ + "\\Aircraft.cfg", "fltsim.0", "Title");
   if (Title.empty()) Title = AddonName_;
   status("");
+  if (app_.ListDir != HangarDir_) {
+    // Another view came up meanwhile. Its list is not the Hangar's, whose file learns of the row.
+    app_.step(appendLibraryRow(app_, HangarDir_ + "SKV_AC.lst", {Title, aircraftFolder() + "\\"}));
+    ReportError(app_);
+    return;
+  }
   auto& list = app_.frmMain.lstAircraft;
   const int row = list.add(Title, {aircraftFolder() + "\\"});
   const auto id = list.id(row);

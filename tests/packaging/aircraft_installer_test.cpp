@@ -218,6 +218,30 @@ TEST_F(InstallerTest, BadEmbeddedArchivesEndTheRunAndTheNextOneWorks) {
   expectClean();
 }
 
+TEST_F(InstallerTest, ARunKeepsToTheHangarItBeganWith) {
+  drive.write("C:\\Other\\readme.txt", "another Hangar");
+  app.HangarDir = "C:\\Other\\";
+  mnuViewHangar_Click(app);
+  // Settings that were accepted take effect at the next switch of the view, and at an installation.
+  app.HangarDir = "C:\\Hangar\\";
+  zip({{"p/aircraft.cfg", cfg}, {"Gauges/g.gau", "g"}});
+  windows.onYield = [this] {
+    if (windows.inputPrompts.empty() || app.HangarDir == "C:\\Other\\") return;
+    app.HangarDir = "C:\\Other\\";
+    mnuViewFSAircraft_Click(app);
+  };
+  install();
+  windows.onYield = nullptr;
+  EXPECT_EQ(hangar(),
+            (Tree{"Main\\plane\\Gauges\\g.gau", "SKV_AC.lst", "aircraft\\plane\\aircraft.cfg"}));
+  EXPECT_EQ(drive.read("C:\\Hangar\\SKV_AC.lst"),
+            "The Plane\x01"
+            "C:\\Hangar\\aircraft\\plane\\\r\n");
+  EXPECT_FALSE(drive.exists("C:\\Other\\SKV_AC.lst"));
+  EXPECT_FALSE(drive.exists("C:\\FS\\SKV_AC.lst"));
+  expectClean();
+}
+
 TEST_F(InstallerTest, AnyFailingCallLeavesTheWindowEnabledAndTheSimulatorUntouched) {
   zip({{"p/aircraft.cfg", cfg},
        {"Gauges/g.gau", "g"},
