@@ -211,6 +211,7 @@ class Tour {
             "the biplane did not arrive");
     user_.press(Qt::Key_H, Qt::ControlModifier);
     selectAircraft("Orléc O.7 Biplane");
+    user_.picture("in-the-hangar");
 
     user_.stage("An aircraft that is packed away comes from its Package");
     selectAircraft("Pallas P8 Courier");
@@ -381,8 +382,15 @@ bool run(const sample::SampleSimulator& sample, const fs::path& config, const fs
 }  // namespace
 }  // namespace skv::tour
 
+// Qt's offscreen windows tell each time that they cannot be raised. Nobody needs to know.
+static void tellOfQt(QtMsgType, const QMessageLogContext&, const QString& message) {
+  if (!message.startsWith(QLatin1String("This plugin does not support")))
+    std::cerr << message.toStdString() << "\n";
+}
+
 int main(int argc, char** argv) {
   namespace fs = std::filesystem;
+  qInstallMessageHandler(tellOfQt);
   if (std::getenv("DISPLAY") == nullptr && std::getenv("WAYLAND_DISPLAY") == nullptr)
     qputenv("QT_QPA_PLATFORM", "offscreen");
   // The same pictures everywhere: not as the desktop of this machine is dressed.
