@@ -104,7 +104,8 @@ FramePanel* descriptionFrame(FormBuilder& build, FrmMain& form) {
 
 QWidget* infoPage(FormBuilder& build, FrmMain& form) {
   FramePanel* page = build.frame(form.frameInfo, false);
-  ListTree* left = build.list(form.lstACVersions, tr("Variations of the aircraft"));
+  ListTree* left = build.list(form.lstACVersions, tr("Variations of the aircraft"),
+                              tr("No variations to show."));
   auto* right = new QWidget;
   auto* details = new QVBoxLayout(right);
   details->setContentsMargins(0, 0, 0, 0);
