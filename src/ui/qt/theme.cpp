@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "ui/qt/desktop_scheme.h"
 #include "ui/qt/flat_style.h"
 #include "ui/qt/icons.h"
 
@@ -88,7 +89,7 @@ void dress(QApplication& application) {
   // while the lists load. Whoever needs a font waits for the end of it.
   QThreadPool::globalInstance()->start([] { QFontDatabase::families(); });
   loadDrawings();
-  const Tones& tones = isDark(QApplication::palette()) ? darkTones : lightTones;
+  const Tones& tones = desktopPrefersDark() ? darkTones : lightTones;
   application.setWindowIcon(drawnIcon(QStringLiteral("fsskyvault")));
   application.setStyle(new FlatStyle);
   QApplication::setPalette(paletteOf(tones));

@@ -10,7 +10,7 @@ class QApplication;
 
 namespace skv::ui::qt {
 
-// Dresses the whole program; dark when the desktop's own palette is dark. Call
+// Dresses the whole program; dark when the desktop's user prefers dark windows. Call
 // before any window.
 void dress(QApplication& application);
 
