@@ -93,7 +93,8 @@ void Profile::Content::addParsed(std::string_view line) {
 }
 
 void Profile::Content::indexLine(Section& section, std::size_t line) const {
-  section.keys.emplace(lowerAscii(encoding.decode(partsOf(section.lines[line]).name)), line);
+  section.keys.emplace(lowerAscii(encoding.decode(untilNul(partsOf(section.lines[line]).name))),
+                       line);
 }
 
 std::string Profile::Content::keyNames(const Section& section) const {
@@ -102,10 +103,12 @@ std::string Profile::Content::keyNames(const Section& section) const {
   for (std::size_t i = 1; i < section.lines.size(); ++i) {
     if (trimBlanks(section.lines[i]).empty()) continue;
     const KeyLine parts = partsOf(section.lines[i]);
-    // Of several lines without a name the call takes the first.
-    const bool passed = std::exchange(afterNameless, parts.name.empty()) && parts.name.empty();
-    if (passed || !parts.hasEquals || parts.name.starts_with(';')) continue;
-    names += encoding.toCodePage(parts.name);
+    const std::string_view name = untilNul(parts.name);
+    // Of several lines without a name the call takes the first. One that a NUL begins has a name to
+    // it, if an empty one.
+    const bool passed = std::exchange(afterNameless, name.empty()) && parts.name.empty();
+    if (passed || !parts.hasEquals || name.starts_with(';')) continue;
+    names += encoding.toCodePage(name);
     names += '\0';
   }
   // A list that begins with a key without name looks empty to the call.
@@ -218,7 +221,12 @@ std::string Profile::read(std::string_view section, std::string_view key) const 
   const auto line = found.keys.find(content.comparable(key));
   if (line == found.keys.end()) return {};
   const std::string_view value = partsOf(found.lines[line->second]).value;
-  return answer(content.encoding.toCodePage(withoutQuotes(value)), bufferSize - 1);
+  const std::string_view plain = withoutQuotes(value);
+  std::string text = content.encoding.toCodePage(plain);
+  // The call takes the closing quote off in its buffer, where one place too few for it costs the
+  // character before.
+  const bool lacksQuote = plain.size() < value.size() && text.size() == bufferSize - 1;
+  return answer(std::move(text), lacksQuote ? bufferSize - 2 : bufferSize - 1);
 }
 
 bool Profile::write(std::string_view section, std::string_view key, std::string_view value) {

@@ -34,13 +34,24 @@ std::string fromUtf16(std::string_view bytes, bool bigEndian) {
   return text;
 }
 
-// The bytes of the character at `i`: 1 for a byte that begins none.
-std::size_t characterLength(std::string_view text, std::size_t i) {
-  const auto lead = static_cast<unsigned char>(text[i]);
+struct Character {
+  std::size_t length;
+  bool whole;
+};
+
+// The character at `i`, or as many bytes there as the call takes for one damaged character.
+Character characterAt(std::string_view text, std::size_t i) {
+  const auto byteAt = [&](std::size_t k) { return static_cast<unsigned char>(text[i + k]); };
+  const unsigned char lead = byteAt(0);
   const std::size_t length = lead < 0xC2 || lead > 0xF4 ? 1 : lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : 4;
-  for (std::size_t k = 1; k < length; ++k)
-    if (i + k >= text.size() || (static_cast<unsigned char>(text[i + k]) & 0xC0) != 0x80) return 1;
-  return length;
+  for (std::size_t k = 1; k < length; ++k) {
+    if (i + k >= text.size() || (byteAt(k) & 0xC0) != 0x80) return {k, false};
+    // Longer than it need be, or beyond the last character.
+    if (k == 1 && ((lead == 0xE0 && byteAt(1) < 0xA0) || (lead == 0xF0 && byteAt(1) < 0x90) ||
+                   (lead == 0xF4 && byteAt(1) > 0x8F)))
+      return {2, false};
+  }
+  return {length, lead < 0x80 || length > 1};
 }
 
 // Question marks for what the call cannot hand on: a damaged character, and both of the surrogates
@@ -49,17 +60,16 @@ std::string withoutSurrogates(std::string_view text) {
   std::string result;
   result.reserve(text.size());
   for (std::size_t i = 0; i < text.size();) {
-    const std::string_view character = text.substr(i, characterLength(text, i));
-    const auto lead = static_cast<unsigned char>(character[0]);
-    const bool surrogate =
-        lead == 0xED && character.size() == 3 && static_cast<unsigned char>(character[1]) >= 0xA0;
-    if (character.size() == 4)
-      result += "??";
-    else if (surrogate || (character.size() == 1 && lead >= 0x80))
+    const auto [length, whole] = characterAt(text, i);
+    const std::string_view character = text.substr(i, length);
+    const bool surrogate = character[0] == '\xED' && whole && character[1] >= '\xA0';
+    if (!whole || surrogate)
       result += '?';
+    else if (length == 4)
+      result += "??";
     else
       result += character;
-    i += character.size();
+    i += length;
   }
   return result;
 }
@@ -79,7 +89,8 @@ std::string toUtf16(std::string_view text, bool bigEndian) {
     return static_cast<char32_t>(static_cast<unsigned char>(text[i]));
   };
   for (std::size_t i = 0; i < text.size();) {
-    const std::size_t length = characterLength(text, i);
+    const Character found = characterAt(text, i);
+    const std::size_t length = found.whole ? found.length : 1;
     char32_t character = length == 1 ? byteAt(i) : byteAt(i) & (0x7Fu >> length);
     for (std::size_t k = 1; k < length; ++k) character = character << 6 | (byteAt(i + k) & 0x3F);
     if (character < 0x10000) {

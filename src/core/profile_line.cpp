@@ -73,8 +73,8 @@ std::string_view lineEnd(std::string_view line) {
 KeyLine partsOf(std::string_view line) {
   const std::string_view text = trimBlanks(line);
   const auto equals = text.find('=');
-  if (equals == std::string_view::npos) return {untilNul(text), text.substr(text.size()), false};
-  return {untilNul(trimTrailingBlanks(text.substr(0, equals))),
+  if (equals == std::string_view::npos) return {text, text.substr(text.size()), false};
+  return {trimTrailingBlanks(text.substr(0, equals)),
           untilNul(trimLeadingBlanks(text.substr(equals + 1))), true};
 }
 

@@ -30,7 +30,7 @@ std::string_view lineEnd(std::string_view line);
 
 // A line `key=value`. Both views are empty at their places when there is nothing.
 struct KeyLine {
-  std::string_view name;
+  std::string_view name;   // with what stands behind a NUL, which the call passes over
   std::string_view value;  // with its quotes
   bool hasEquals = false;
 };

@@ -72,6 +72,7 @@ TEST(ProfileTest, ReadsWhatNoEditorWouldWrite) {
       // Keys without a name.
       {"[s]\r\nk=1\r\n=2\r\n=3\r\n\r\nl=4\r\n", "s", "", "k\0\0l\0"s},
       {"[s]\r\n=2\r\nl=4\r\n", "s", "", ""},
+      {"[s]\r\nk=1\r\n=2\r\n\0=3\r\n=4\r\n"s, "s", "", "k\0\0\0"s},
       // Beyond A to Z capitals are other letters, and no-break spaces are letters too.
       {"[s]\r\nK\xe9=1\r\nk\xc9=\xa0\xfc\xa0\r\n", "s", "k\u00c9", "\u00a0\u00fc\u00a0"},
       {"[s]\r\n?=1\r\n", "s", "\u4e2d", "1"},
@@ -80,6 +81,7 @@ TEST(ProfileTest, ReadsWhatNoEditorWouldWrite) {
       {"\xff\xfe[\0s\0]\0\n\0\xe9\0=\0\x2d\x4e\xfc\0"s, "s", "\u00e9", "?\u00fc"},
       // The call counts characters by 16 bits, and knows no damaged ones.
       {"\xef\xbb\xbf[s]\nk=\xe9\xf0\x9f\x98\x80z\xc3", "s", "k", "???z?"},
+      {"\xef\xbb\xbf[s]\nk=\xe9\x80\xff|\xe0\x80\x8f|\xf4\x90\x80z\n", "s", "k", "??|??|??z"},
       {"\xff\xfe[\0s\0]\0\n\0k\0=\0\x3d\xd8\x01\xde\x01\xdez\0"s, "s", "k", "???z"},
       {"\xfe\xff\0[\0s\0]\0\n\0\xe9\0=\x4e\x2d\0\xfc"s, "s", "\u00e9", "?\u00fc"},
   };
@@ -92,6 +94,9 @@ TEST(ProfileTest, CutsAsTheBufferDoes) {
   EXPECT_EQ(Profile("[s]\r\nk=" + longest + "\r\n", western).read("s", "k"), longest);
   EXPECT_EQ(Profile("[s]\r\nk='x" + longest + "'\r\n", western).read("s", "k"),
             "x" + longest.substr(1));
+  // Where only the closing quote does not fit, a character goes in its place.
+  for (const std::string& quoted : {longest, longest.substr(1)})
+    EXPECT_EQ(Profile("[s]\r\nk='" + quoted + "'\r\n", western).read("s", "k"), longest.substr(1));
   // Counted in bytes of the code page, whatever the file's encoding.
   std::string accents = "\xef\xbb\xbf[s]\r\nk=";
   for (int i = 0; i < 65536; ++i) accents += "\u00e9";
