@@ -3,6 +3,7 @@
 #include <QEvent>
 #include <QGuiApplication>
 #include <QScreen>
+#include <utility>
 
 #include "ui/qt/text.h"
 
@@ -49,6 +50,12 @@ FormWindow::FormWindow(Bindings& bindings, Form& form, QWidget& window)
 }
 
 void FormWindow::refresh() {
+  if (!std::exchange(filled_, true)) {
+    // After the parts that were made with it: a window that grows when it has been shown may lose
+    // its place.
+    binding_->note();
+    return;
+  }
   window_.setWindowTitle(shown(form_.caption));
   bindings_.setBlocked(&window_, !form_.enabled);
   if (!form_.visible) window_.hide();

@@ -40,6 +40,7 @@ class FormWindow : public QObject {
   Form& form_;
   QWidget& window_;
   Binding* binding_;
+  bool filled_ = false;  // the parts have followed their controls once
   // The size that was last given to the window, when, and the one it had before. A window system
   // that soon goes back to the latter has refused, and is not asked again.
   QSize given_;

@@ -153,8 +153,6 @@ void QtWindowing::present(Form& form, Form* owner) {
   bindings_.flush();
   QPointer<QWidget>& window = windows_[&form];
   if (!window) window = make(form, shownWindow(owner));
-  // Its parts first: a window that grows right after it was shown may lose its place.
-  bindings_.flush();
   form.visible = true;
   bindings_.flush();
   if (window) window->raise();
