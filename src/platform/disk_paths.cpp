@@ -9,10 +9,19 @@ namespace {
 
 constexpr std::size_t maxRemembered = 256;
 
-bool isFolder(const std::string& native) {
+// 0, or the system's error number of what stands in the way: ENOTDIR of a file.
+int folderError(const std::string& native) {
   struct stat status {};
-  return ::stat(native.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
+  if (::stat(native.c_str(), &status) != 0) return errno;
+  return S_ISDIR(status.st_mode) ? 0 : ENOTDIR;
 }
+
+// A failure at a place on disk, told by the path that was asked for.
+Outcome failureAt(const DrivePath& path, const Outcome& failure) {
+  return Outcome::failure(failure.number(), path.text());
+}
+
+bool isMissing(int error) { return error == ENOENT || error == ENOTDIR; }
 
 bool stands(const std::string& native) {
   struct stat status {};
@@ -55,13 +64,15 @@ std::string DiskPaths::remembered(const std::string& given) {
     if (found == folders_.end()) return {};
     folder = found->second;
   }
-  return isFolder(folder) ? folder : std::string();
+  return folderError(folder) == 0 ? folder : std::string();
 }
 
 // `lasting` becomes false when the answer may change without the indexes' generation.
 Result<std::string> DiskPaths::standingFolder(const DrivePath& folder, bool& lasting) {
   std::string given = spelled(folder);
-  if (isFolder(given)) return given;
+  int error = folderError(given);
+  if (error == 0) return given;
+  if (!isMissing(error)) return systemFailure(error, folder.text());
   if (folder.isRoot()) return Outcome::failure(err::pathNotFound, folder.text());
   if (std::string known = remembered(given); !known.empty()) return known;
 
@@ -69,15 +80,16 @@ Result<std::string> DiskPaths::standingFolder(const DrivePath& folder, bool& las
   auto above = standingFolder(folder.folder(), lasting);
   if (!above.ok()) return above;
   std::string native = joined(above.value(), folder.name());
-  if (!isFolder(native)) {
+  error = folderError(native);
+  if (isMissing(error)) {
     bool lastingName = false;
     auto spelling = indexes_.spelling(above.value(), folder.name(), &lastingName);
-    if (!spelling.ok()) return spelling;
+    if (!spelling.ok()) return failureAt(folder, spelling.outcome());
     native = joined(above.value(), spelling.value());
     lasting = lasting && lastingName;
-    if (spelling.value().empty() || !isFolder(native))
-      return Outcome::failure(err::pathNotFound, folder.text());
+    error = spelling.value().empty() ? ENOTDIR : folderError(native);
   }
+  if (error != 0) return systemFailure(isMissing(error) ? ENOTDIR : error, folder.text());
   if (lasting) {
     const std::lock_guard lock(folderMutex_);
     if (folders_.size() >= maxRemembered) folders_.clear();
@@ -95,7 +107,7 @@ Result<std::string> DiskPaths::standingPlace(const DrivePath& path) {
   std::string native = joined(folder.value(), path.name());
   if (stands(native)) return native;
   auto spelling = indexes_.spelling(folder.value(), path.name());
-  if (!spelling.ok()) return spelling;
+  if (!spelling.ok()) return failureAt(path, spelling.outcome());
   if (spelling.value().empty()) return Outcome::failure(err::fileNotFound, path.text());
   return joined(folder.value(), spelling.value());
 }
@@ -117,7 +129,7 @@ Result<DiskPlace> DiskPaths::place(const DrivePath& path) {
   while (place.folder.ends_with('/')) place.folder.pop_back();
   // In a folder that may be entered but not read a name that stands as it is spelled is certain.
   if (!spelling.ok() && stands(place.native())) spelling = place.name;
-  if (!spelling.ok()) return spelling.outcome();
+  if (!spelling.ok()) return failureAt(path, spelling.outcome());
   place.taken = !spelling.value().empty();
   if (place.taken) place.name = spelling.value();
   return place;

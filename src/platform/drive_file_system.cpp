@@ -62,7 +62,9 @@ Outcome DriveFileSystem::setAttributes(std::string_view path, Attributes attribu
 
 bool DriveFileSystem::isLink(std::string_view path) const {
   const auto found = standing(path, true);
-  return found.ok() && S_ISLNK(found.value().status.st_mode);
+  if (found.ok()) return S_ISLNK(found.value().status.st_mode);
+  const int number = found.outcome().number();
+  return number != err::fileNotFound && number != err::pathNotFound && number != err::badFileName;
 }
 
 std::string DriveFileSystem::identity(std::string_view folder) const {

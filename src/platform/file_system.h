@@ -73,7 +73,8 @@ class FileSystem {
   // folder, a link to nowhere is not listed.
   virtual Result<std::vector<FolderEntry>> list(std::string_view folder,
                                                 Entries entries = Entries::plain) const = 0;
-  // Whether the path's last element is a symbolic link on disk.
+  // Whether the path's last element is a symbolic link on disk. True as well when something stands
+  // there and the disk does not tell what: whoever asks must not go through a link.
   virtual bool isLink(std::string_view path) const = 0;
   // A text that is equal for two paths exactly when they lead to the same folder on disk, through
   // whatever links; "" when there is none. A walk uses it to keep out of circles.
