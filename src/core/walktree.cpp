@@ -1,6 +1,7 @@
 #include "core/walktree.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "base/paths.h"
 #include "base/text.h"
@@ -32,6 +33,16 @@ bool transfers(WalkCode code) { return code == WalkCopy || code == WalkMove; }
 bool removesFromSource(WalkCode code) {
   return code == WalkMove || code == WalkDelete || code == WalkPurge;
 }
+
+// Which targets of a transfer give way to their source.
+enum class Overwrite { always, older, never };
+
+// What becomes of one file of a transfer.
+enum class Transfer {
+  send,
+  drop,   // its target makes it superfluous
+  leave,  // it stays where it is, and so does the target
+};
 
 // The import commands' detectors: a found configuration file becomes a row of a library list.
 class LibraryScan {
@@ -75,30 +86,40 @@ class LibraryScan {
 // One call of WalkTree: what stays the same on all levels of the recursion.
 class Walk {
  public:
-  Walk(App& app, WalkCode code, const std::string& dst)
+  Walk(App& app, WalkCode code, const std::string& src, const std::string& dst)
       : app_(app),
         code_(code),
-        destination_(transfers(code) ? app.files().identity(dst) : std::string()) {}
+        destination_(transfers(code) ? app.files().identity(dst) : std::string()) {
+    // A link to a folder above `src` closes a circle, too.
+    for (std::size_t end = src.find('\\'); end != std::string::npos; end = src.find('\\', end + 1))
+      if (end + 1 < src.size()) ancestors_.push_back(app.files().identity(src.substr(0, end + 1)));
+  }
 
   void top(const std::string& src, const std::string& dst, bool overwrite) {
-    if (leadsAstray(src))
+    const std::string here = app_.files().identity(src);
+    if (mayBeEntered(src, here)) {
+      folder(src, dst, overwrite ? Overwrite::always : Overwrite::older, here);
+    } else {
       showFolder(src);
-    else
-      folder(src, dst, overwrite);
+      app_.error.clear();
+    }
   }
 
  private:
   // Works on the files directly in a folder and answers its subfolders, none after a hit.
   std::vector<std::string> visitFiles(const std::string& srcPath, const std::string& dstPath,
-                                      bool overwrite) {
+                                      Overwrite overwrite) {
     const auto listing = app_.files().list(srcPath, wantedEntries());
     app_.error.clear();
     std::vector<std::string> subFolders;
     if (!listing.ok()) return subFolders;
+    const std::string* last = nullptr;
     for (const FolderEntry& entry : listing.value()) {
       if (entry.folder) {
         subFolders.push_back(entry.name);
-      } else if (file(srcPath, dstPath, entry, overwrite)) {
+      } else if (file(srcPath, dstPath, entry,
+                      isTwin(entry.name, std::exchange(last, &entry.name)) ? Overwrite::never
+                                                                           : overwrite)) {
         app_.FoundDir = srcPath;
         return {};
       }
@@ -123,40 +144,48 @@ class Walk {
 
   void showFolder(const std::string& src) { app_.frmMain.lblStatus.caption = "Processing: " + src; }
 
-  void folder(const std::string& src, const std::string& dst, bool overwrite) {
+  void folder(const std::string& src, const std::string& dst, Overwrite overwrite,
+              const std::string& identity) {
     showFolder(src);
     const std::string srcPath = withBackslash(src);
     const std::string dstPath = withBackslash(dst);
     const auto subFolders = visitFiles(srcPath, dstPath, overwrite);
-    ancestors_.push_back(srcPath);
+    const Overwrite below = overwrite == Overwrite::never ? overwrite : Overwrite::always;
+    ancestors_.push_back(identity);
+    const std::string* last = nullptr;
     for (const std::string& name : subFolders) {
-      subFolder(srcPath + name, dstPath + name);
+      const bool twin = isTwin(name, std::exchange(last, &name));
+      subFolder(srcPath + name, dstPath + name, twin ? Overwrite::never : below);
       if (found()) break;
     }
     ancestors_.pop_back();
   }
 
-  void subFolder(const std::string& src, const std::string& dst) {
-    const bool enters = !leadsAstray(src);
+  // Whether an entry's name differs in case alone from the one listed before it. Both have one
+  // target, where the second must not take the place of the first.
+  bool isTwin(const std::string& name, const std::string* last) const {
+    return transfers(code_) && last != nullptr && equalsIgnoringCase(name, *last);
+  }
+
+  void subFolder(const std::string& src, const std::string& dst, Overwrite overwrite) {
+    const std::string here = app_.files().identity(src);
+    const bool enters =
+        mayBeEntered(src, here) && std::ranges::find(ancestors_, here) == ancestors_.end();
     if (enters) {
       if (transfers(code_)) app_.files().makeFolder(dst).skipped();
-      folder(src, dst, true);
+      folder(src, dst, overwrite, here);
     }
     // Of a link this takes away the link itself.
     if ((code_ == WalkMove && enters) || code_ == WalkDelete)
       app_.step(app_.files().removeFolder(src));
   }
 
-  // Whether the walk must not enter: a link behind which files would vanish, a circle, or the very
-  // folder that is being filled.
-  bool leadsAstray(const std::string& src) {
-    const FileSystem& files = app_.files();
-    if (!destination_.empty() && files.identity(src) == destination_) return true;
-    if (!files.isLink(withoutBackslash(src))) return false;
-    if (removesFromSource(code_)) return true;
-    const std::string here = files.identity(src);
-    return std::ranges::any_of(
-        ancestors_, [&](const std::string& above) { return files.identity(above) == here; });
+  // Not a link behind which files would vanish, and not the very folder that is being filled. What
+  // the disk does not tell counts as the worst.
+  bool mayBeEntered(const std::string& src, const std::string& identity) const {
+    if (identity.empty()) return false;
+    if (transfers(code_) && (destination_.empty() || identity == destination_)) return false;
+    return !removesFromSource(code_) || !app_.files().isLink(withoutBackslash(src));
   }
 
   // Whether a code that goes by names wants the file.
@@ -194,7 +223,7 @@ class Walk {
 
   // The action of the code on one file; true is a hit.
   bool file(const std::string& srcPath, const std::string& dstPath, const FolderEntry& entry,
-            bool overwrite) {
+            Overwrite overwrite) {
     const std::string& name = entry.name;
     const std::string path = srcPath + name;
     if (goesByName() && !(matches(srcPath, upper(name)) && isPlain(path))) return false;
@@ -209,7 +238,7 @@ class Walk {
         LibraryScan(app_).sound(srcPath);
         return false;
       case WalkCopy:
-        if (mayReplace(path, dstPath + name, overwrite))
+        if (transferOf(path, dstPath + name, overwrite) == Transfer::send)
           app_.step(app_.files().copyFile(path, dstPath + name));
         return false;
       case WalkMove:
@@ -234,21 +263,34 @@ class Walk {
     }
   }
 
-  bool mayReplace(const std::string& path, const std::string& target, bool overwrite) const {
+  Transfer transferOf(const std::string& path, const std::string& target,
+                      Overwrite overwrite) const {
+    if (overwrite == Overwrite::always) return Transfer::send;
     const FileSystem& files = app_.files();
-    if (overwrite || !PathExists(files, target)) return true;
-    const auto source = files.modified(path);
-    const auto old = files.modified(target);
-    return source.ok() && old.ok() && source.value() > old.value();
+    const auto old = files.attributes(target);
+    if (!old.ok())
+      return old.outcome().number() == err::fileNotFound ? Transfer::send : Transfer::leave;
+    if (overwrite == Overwrite::never || old.value().folder) return Transfer::leave;
+    const auto time = files.modified(path);
+    const auto oldTime = files.modified(target);
+    if (!time.ok() || !oldTime.ok()) return Transfer::leave;
+    if (time.value() > oldTime.value()) return Transfer::send;
+    // What stands behind a link may be the source itself.
+    return files.isLink(target) ? Transfer::leave : Transfer::drop;
   }
 
-  void move(const std::string& path, const std::string& target, bool overwrite) {
+  void move(const std::string& path, const std::string& target, Overwrite overwrite) {
     app_.step(app_.files().setAttributes(path, {}));
-    if (mayReplace(path, target, overwrite)) {
-      app_.error.clear();
-      app_.step(app_.files().moveFile(path, target));
-    } else if (!app_.error.pending()) {
-      app_.step(app_.files().deleteFile(path));
+    switch (transferOf(path, target, overwrite)) {
+      case Transfer::send:
+        app_.error.clear();
+        app_.step(app_.files().moveFile(path, target));
+        break;
+      case Transfer::drop:
+        if (!app_.error.pending()) app_.step(app_.files().deleteFile(path));
+        break;
+      case Transfer::leave:
+        break;
     }
   }
 
@@ -267,14 +309,14 @@ class Walk {
   App& app_;
   const WalkCode code_;
   const std::string destination_;       // identity of the folder that is filled, "" for none
-  std::vector<std::string> ancestors_;  // the folders that the walk is in
+  std::vector<std::string> ancestors_;  // identities of the folders that the walk is in
 };
 
 }  // namespace
 
 void WalkTree(App& app, const std::string& src, const std::string& dst, WalkCode code,
               bool overwrite) {
-  Walk(app, code, dst).top(src, dst, overwrite);
+  Walk(app, code, src, dst).top(src, dst, overwrite);
 }
 
 }  // namespace skv

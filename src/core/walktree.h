@@ -35,7 +35,8 @@ using enum WalkCode;
 //
 // `overwrite` false keeps a target that is not older than its source, for the files directly in
 // `src`; in the folders below every target is replaced. Read by WalkCopy and WalkMove alone, and
-// WalkMove deletes a source that is not newer than its target without copying it.
+// WalkMove deletes a source that is not newer than its target without copying it. Of source names
+// that differ in case alone the first one listed gets the target; the others stay behind.
 //
 // A caller empties FoundDir before a finder, zeroes SizeTotal and empties PackFileList.
 //

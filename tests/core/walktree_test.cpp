@@ -1,5 +1,7 @@
 #include "core/walktree.h"
 
+#include <filesystem>
+
 #include "core/utilities.h"
 #include "support/program_fixture.h"
 
@@ -80,6 +82,44 @@ TEST_F(WalkTreeTest, AFileThatCannotBeMovedStaysWithItsFolder) {
   EXPECT_EQ(drive.tree("C:\\d"), (Tree{"sub\\", "sub\\a.txt", "sub\\c.txt"}));
 }
 
+TEST_F(WalkTreeTest, AFileIsDroppedOnlyForATargetThatIsSurelyItsOwn) {
+  EXPECT_TRUE(disk.makeFolder("C:\\d").ok());
+  const auto moved = [&](const char* name) {
+    WalkTree(app, "C:\\s", "C:\\d", WalkMove, false);
+    EXPECT_EQ(drive.read("C:\\s\\a.txt"), "C:\\s\\a.txt") << name;
+    drive.clear("C:\\d");
+  };
+  write({"C:\\s\\a.txt"});
+  drive.link("C:\\d\\a.txt", "C:\\s\\a.txt");
+  moved("a link to the source");
+  write({"C:\\d\\a.txt\\x"});
+  moved("a folder");
+  for (const char* question : {"attributes", "modified"}) {
+    drive.write("C:\\d\\a.txt", "target");
+    files.failWhen(question, "C:\\d\\a.txt", err::deviceIo);
+    WalkTree(app, "C:\\s", "C:\\d", WalkCopy, false);
+    EXPECT_EQ(drive.read("C:\\d\\a.txt"), "target") << question;
+    age("C:\\d\\a.txt", 100);
+    moved(question);
+  }
+}
+
+TEST_F(WalkTreeTest, OfTwinsTheFirstGetsTheTargetAndNoneIsLost) {
+  write({"C:\\s\\Sub\\x.txt", "C:\\other\\sub\\X.TXT", "C:\\other\\sub\\only.txt", "C:\\s\\A.txt",
+         "C:\\other\\a.txt"});
+  for (const char* name : {"sub", "a.txt"})
+    std::filesystem::rename(drive.native("C:\\other") + "/" + name,
+                            drive.native("C:\\s") + "/" + name);
+  for (const WalkCode code : {WalkCopy, WalkMove}) {
+    drive.clear("C:\\d");
+    WalkTree(app, "C:\\s", "C:\\d", code, true);
+    EXPECT_EQ(drive.tree("C:\\d"), (Tree{"A.txt", "Sub\\", "Sub\\only.txt", "Sub\\x.txt"}));
+    EXPECT_EQ(drive.read("C:\\d\\A.txt"), "C:\\s\\A.txt");
+    EXPECT_EQ(drive.read("C:\\d\\Sub\\x.txt"), "C:\\s\\Sub\\x.txt");
+  }
+  EXPECT_EQ(drive.tree("C:\\s"), (Tree{"a.txt", "sub\\", "sub\\X.TXT"}));
+}
+
 TEST_F(WalkTreeTest, DeleteTakesReadOnlyFilesAndLeavesHiddenOnes) {
   write({"C:\\s\\a.txt", "C:\\s\\sub\\ro.txt", "C:\\s\\keep\\.hidden", "C:\\s\\x\\y\\z.txt"});
   ASSERT_TRUE(disk.setAttributes("C:\\s\\sub\\ro.txt", {.readOnly = true}).ok());
@@ -105,6 +145,7 @@ TEST_F(WalkTreeTest, LinksAreFollowedForReadingButNeverForRemoving) {
   write({"C:\\real\\a.gau", "C:\\s\\b.txt"});
   drive.link("C:\\s\\link", "C:\\real");
   drive.link("C:\\s\\circle", "C:\\s");
+  drive.link("C:\\s\\up", "C:\\");
 
   EXPECT_EQ(find(WalkFindGauge), "C:\\s\\link\\");
   EXPECT_TRUE(disk.makeFolder("C:\\d").ok());
@@ -123,6 +164,10 @@ TEST_F(WalkTreeTest, CopyIntoItselfEnds) {
   EXPECT_TRUE(disk.makeFolder("C:\\s\\inside").ok());
   WalkTree(app, "C:\\s", "C:\\s\\inside", WalkCopy, true);
   EXPECT_EQ(drive.tree("C:\\s\\inside"), (Tree{"a.txt", "sub\\", "sub\\b.txt"}));
+  files.failWhen("identity", "C:\\s\\inside", err::deviceIo);
+  WalkTree(app, "C:\\s", "C:\\s\\inside", WalkCopy, true);
+  EXPECT_EQ(drive.tree("C:\\s\\inside").size(), 3U) << "without knowing whether it does";
+  files.heal();
   WalkTree(app, "C:\\s", "C:\\S", WalkMove, true);
   EXPECT_EQ(drive.read("C:\\s\\a.txt"), "C:\\s\\a.txt");
   drive.clear("C:\\s\\inside");

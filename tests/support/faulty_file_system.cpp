@@ -66,6 +66,14 @@ Result<std::vector<FolderEntry>> FaultyFileSystem::list(std::string_view folder,
   return real_.list(folder, entries);
 }
 
+bool FaultyFileSystem::isLink(std::string_view path) const {
+  return !fault("isLink", path, false).ok() || real_.isLink(path);
+}
+
+std::string FaultyFileSystem::identity(std::string_view folder) const {
+  return fault("identity", folder, false).ok() ? real_.identity(folder) : std::string();
+}
+
 Outcome FaultyFileSystem::copyFile(std::string_view from, std::string_view to) {
   if (Outcome failure = fault("copyFile", from, true); !failure.ok()) return failure;
   return real_.copyFile(from, to);
@@ -99,6 +107,11 @@ Outcome FaultyFileSystem::removeFolder(std::string_view path) {
 Result<std::uint64_t> FaultyFileSystem::fileLength(std::string_view path) const {
   if (Outcome failure = fault("fileLength", path, false); !failure.ok()) return failure;
   return real_.fileLength(path);
+}
+
+Result<FileTime> FaultyFileSystem::modified(std::string_view path) const {
+  if (Outcome failure = fault("modified", path, false); !failure.ok()) return failure;
+  return real_.modified(path);
 }
 
 Result<std::string> FaultyFileSystem::readFile(std::string_view path) const {
