@@ -68,15 +68,28 @@ Result<Replaced> replaceable(const std::string& native, std::string_view path,
   return target;
 }
 
+// 0 as well on a disk that has no permissions of its own to give.
+int setPermissions(int fd, mode_t mode) {
+  const int error = errorOf([&] { return ::fchmod(fd, mode & 0777); });
+  return error == EPERM || error == ENOTSUP || error == ENOSYS ? 0 : error;
+}
+
 // A new file takes over who may do what with the one that it replaces. What cannot be taken over
 // (a user cannot give files away) is left as it is for a new file.
-void takePermissions(int fd, const std::string& native, const struct stat& replaced) {
-  if (!S_ISREG(replaced.st_mode)) return;
+int takePermissions(int fd, const std::string& native, const struct stat& replaced) {
+  if (!S_ISREG(replaced.st_mode)) return 0;
   if (::fchown(fd, replaced.st_uid, replaced.st_gid) != 0) {
     [[maybe_unused]] const int groupKept = ::fchown(fd, static_cast<uid_t>(-1), replaced.st_gid);
   }
   copyStoredAttributes(native, fd);
-  ::fchmod(fd, replaced.st_mode & 0777);
+  return setPermissions(fd, replaced.st_mode);
+}
+
+// Puts the content of a file at a native path on the disk.
+int flushFile(const std::string& native) {
+  const Descriptor file = openFile(native, O_RDONLY | O_NOFOLLOW | O_NONBLOCK);
+  if (!file.valid()) return errno == EACCES ? 0 : errno;
+  return errorOf([&] { return ::fsync(file.get()); });
 }
 
 }  // namespace
@@ -114,8 +127,10 @@ Outcome DriveFileSystem::publish(PendingFile& file, std::string_view path, const
       const std::string native = place.value().native();
       const auto target = replaceable(native, path, how.source);
       if (!target.ok()) return target.outcome();
-      if (how.keepPermissions && target.value().stands)
-        takePermissions(file.fd(), native, target.value().status);
+      if (how.keepPermissions && target.value().stands) {
+        if (const int error = takePermissions(file.fd(), native, target.value().status))
+          return systemFailure(error, path);
+      }
       if (const int error = how.durable ? 0 : file.flush()) return systemFailure(error, path);
     }
     const int error = file.publish(place.value().name, taken);
@@ -181,9 +196,7 @@ Outcome DriveFileSystem::copy(std::string_view from, std::string_view to, bool d
   if (const int error = copyContent(fd.get(), file.fd())) return systemFailure(error, to);
   // Before the permissions, which may forbid it.
   copyStoredAttributes(fd.get(), file.fd());
-  const mode_t mode = status.st_mode & 0777;
-  if (const int error = errorOf([&] { return ::fchmod(file.fd(), mode); }))
-    return systemFailure(error, to);
+  if (const int error = setPermissions(file.fd(), status.st_mode)) return systemFailure(error, to);
   return publish(file, to,
                  {.durable = durable, .modified = modifiedTime(status), .source = &status});
 }
@@ -211,7 +224,10 @@ Outcome DriveFileSystem::moveFile(std::string_view from, std::string_view to) {
     const std::string target = place.value().native();
     const auto replaced = replaceable(target, to, &status);
     if (!replaced.ok()) return replaced.outcome();
-    error = errorOf([&] { return ::rename(native.c_str(), target.c_str()); });
+    // As of a copy: after a power cut the old file must not be lost for an empty one.
+    if (replaced.value().stands && status.st_dev == replaced.value().status.st_dev)
+      error = flushFile(native);
+    if (error == 0) error = errorOf([&] { return ::rename(native.c_str(), target.c_str()); });
   }
   if (error == EXDEV) return copyAndDelete(from, native, to);
   return error == 0 ? Outcome() : systemFailure(error, to);
