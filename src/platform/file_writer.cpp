@@ -51,9 +51,19 @@ int PendingFile::flush() {
   return errorOf([&] { return ::fsync(fd_.get()); });
 }
 
+// A disk of the network keeps what is written to itself until the file is closed: only then it says
+// that there is no room. It knows no nameless files, for which each write has its answer.
+int PendingFile::settle() const {
+  Descriptor second(::fcntl(fd_.get(), F_DUPFD_CLOEXEC, 0));
+  return second.valid() ? second.close() : errno;
+}
+
 int PendingFile::publish(const std::string& name, bool replace) {
   const std::string target = folder_ + "/" + name;
   const bool nameless = hiddenName_.empty();
+  if (!nameless) {
+    if (const int error = settle()) return error;
+  }
   if (nameless && !replace) {
     const std::string opened = "/proc/self/fd/" + std::to_string(fd_.get());
     return errorOf([&] {

@@ -38,6 +38,7 @@ class PendingFile {
 
  private:
   int takeHiddenName();
+  int settle() const;
 
   std::string folder_;
   Descriptor fd_;
