@@ -2,6 +2,7 @@
 
 #include <linux/magic.h>
 #include <sys/inotify.h>
+#include <sys/sysmacros.h>
 #include <sys/vfs.h>
 #include <unistd.h>
 
@@ -18,7 +19,7 @@ constexpr std::size_t maxIndexes = 32;
 
 // Disks whose every change passes through this system. On others somebody else's change would not
 // be reported.
-bool isLocalDisk(int fd) {
+bool isLocalDisk(int fd, dev_t device) {
   constexpr long zfs = 0x2fc12fc1, exfat = 0x2011bab0, ntfs3 = 0x7366746e, bcachefs = 0xca451a4e,
                  jfs = 0x3153464a;
   struct statfs status {};
@@ -37,6 +38,9 @@ bool isLocalDisk(int fd) {
                                                  ntfs3,
                                                  bcachefs,
                                                  jfs};
+  // What a program of the user's drives is a disk of this machine when a block device is behind it
+  // (NTFS by ntfs-3g), and else may be a network.
+  if (status.f_type == FUSE_SUPER_MAGIC) return major(device) != 0;
   return std::ranges::find(local, static_cast<long>(status.f_type)) != local.end();
 }
 
@@ -97,7 +101,7 @@ int FolderIndexes::scan(const std::string& folder, Index& index) {
   struct stat status {};
   if (::fstat(fd.get(), &status) != 0) return errno;
   const bool asAsked = Identity{status.st_dev, status.st_ino} == index.folder;
-  if (asAsked && changes_.valid() && isLocalDisk(fd.get())) {
+  if (asAsked && changes_.valid() && isLocalDisk(fd.get(), status.st_dev)) {
     const std::string opened = "/proc/self/fd/" + std::to_string(fd.get());
     index.watch =
         ::inotify_add_watch(changes_.get(), opened.c_str(),
@@ -135,16 +139,19 @@ void FolderIndexes::applyChanges() {
         forget(watched->second);
         continue;
       }
-      apply(watched->second->names, (event->mask & (IN_CREATE | IN_MOVED_TO)) != 0, event->name);
+      apply(watched->second, (event->mask & (IN_CREATE | IN_MOVED_TO)) != 0, event->name);
     }
   }
 }
 
-void FolderIndexes::apply(Names& names, bool stands, const std::string& name) {
+void FolderIndexes::apply(Place index, bool stands, const std::string& name) {
+  Names& names = index->names;
   const auto entry = names.try_emplace(upper(name)).first;
   std::vector<std::string>& spellings = entry->second.names;
   if (entry->second.lasting) ++generation_;
-  std::erase(spellings, name);
+  const bool known = std::erase(spellings, name) > 0;
+  // A disk that takes all spellings for one name tells of a file in the letters last used for it.
+  if (!stands && !known && !spellings.empty()) return forget(index);
   if (stands) spellings.push_back(name);
   if (spellings.empty()) names.erase(entry);
 }

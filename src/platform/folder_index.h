@@ -49,7 +49,7 @@ class FolderIndexes {
 
   int scan(const std::string& folder, Index& index);
   void applyChanges();
-  void apply(Names& names, bool stands, const std::string& name);
+  void apply(Place index, bool stands, const std::string& name);
   void forget(Place index);
   void drop(Place index);  // leaves the watch
   void forgetAll();
