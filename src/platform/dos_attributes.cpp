@@ -83,7 +83,8 @@ unsigned StoredDosBits::of(const char* name) {
   const auto answer = [&](long length) {
     if (length >= 0) return dosBitsOf({value.data(), static_cast<std::size_t>(length)});
     if (errno == ENOTSUP) stored_ = false;
-    return 0U;
+    // What may be hidden counts as hidden: a walk that deletes must pass it over.
+    return errno == EIO || errno == ENOMEM ? dos::hidden : 0U;
   };
   if (byFolder_) {
     const ValueArguments arguments{reinterpret_cast<std::uintptr_t>(value.data()), value.size(), 0};
