@@ -8,6 +8,7 @@
 #include "core/long_operation.h"
 #include "core/utilities.h"
 #include "core/walktree.h"
+#include "packaging/working_folder.h"
 #include "packaging/zipservice.h"
 #include "ui/views.h"
 
@@ -92,7 +93,7 @@ void toSimulator(App& app, Cargo& cargo) {
   if ((cargo.Mask & inPackage) != 0) {
     if (!unpackPackage(app, cargo)) return;
     copyToSimulator(app, cargo, app.InstallTempDir + "Aircraft\\", app.InstallTempDir + "Main\\");
-    WalkTree(app, app.InstallTempDir, "", WalkDelete, true);
+    emptyWorkingFolder(app);
   } else {
     copyToSimulator(app, cargo, cargo.Folder, cargo.HangarDir + "Main\\" + cargo.FolderName + "\\");
   }

@@ -8,6 +8,7 @@
 #include "core/profile.h"
 #include "core/utilities.h"
 #include "core/walktree.h"
+#include "packaging/working_folder.h"
 #include "packaging/zipservice.h"
 #include "ui/settings.h"
 #include "ui/views.h"
@@ -210,7 +211,7 @@ void Installation::place() {
   // The aircraft's own textures have left with it: what is found now belongs to the simulator's.
   placeShared("Looking for Main Texures...", WalkFindTextureBmp, "\\Texture");
   status("Cleaning temporary folder...");
-  WalkTree(app_, app_.InstallTempDir, "", WalkDelete, true);
+  emptyWorkingFolder(app_);
   finish();
 }
 
@@ -276,7 +277,7 @@ void Installation::finish() {
 void Installation::undo() {
   app_.windows.messageBox({"No Aircraft.cfg found!"});
   status("Cleaning temporary folder...");
-  WalkTree(app_, app_.InstallTempDir, "", WalkDelete, true);
+  emptyWorkingFolder(app_);
   removeTree(mainFolder());
   removeTree(aircraftFolder());
   status("");

@@ -1,7 +1,6 @@
 #include "packaging/zipservice.h"
 
 #include "core/utilities.h"
-#include "core/walktree.h"
 
 namespace skv {
 
@@ -82,17 +81,6 @@ bool AddToArchive(App& app, const std::string& archivefile, bool includesystemfi
   if (ReportError(app)) return false;
   ui::yieldTimes(app.windows, yieldsAfterAdding);
   return true;
-}
-
-void clearWorkingFolders(App& app) {
-  const auto listing = app.files().list(app.InstallTempDir);
-  if (!listing.ok()) return;
-  for (const FolderEntry& entry : listing.value()) {
-    if (!entry.folder) continue;
-    WalkTree(app, app.InstallTempDir + entry.name, "", WalkDelete, true);
-    app.files().removeFolder(app.InstallTempDir + entry.name).skipped();
-  }
-  app.error.clear();
 }
 
 }  // namespace skv

@@ -38,8 +38,4 @@ class ReadAndExtract {
 // new archive. Shows the error box on a failure, and leaves no archive then.
 bool AddToArchive(App& app, const std::string& archivefile, bool includesystemfiles);
 
-// Removes the folders that a failed job has left in InstallTempDir, so that they cannot get into
-// the next add-on. Files directly in it stay: an archive that came by mail lies there.
-void clearWorkingFolders(App& app);
-
 }  // namespace skv

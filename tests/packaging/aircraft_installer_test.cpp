@@ -100,6 +100,9 @@ TEST_F(InstallerTest, RecognisesWhatIsInAnArchiveOfAnyLayout) {
                                         {"x/deep.zip", sample::zipBytes({{"no.fx", "n"}})}})},
         {"more/gauges.zip", sample::zipBytes({{"g.gau", "g"}})}},
        {MAIN + "Gauges\\g.gau", LST, AC + "aircraft.cfg", AC + "deep.zip"}},
+      {"what a Macintosh adds",
+       {{"p/aircraft.cfg", cfg}, {"p/.DS_Store", "d"}, {"__MACOSX/p/._aircraft.cfg", "resource"}},
+       {LST, AC + "aircraft.cfg"}},
       {"nothing of an aircraft", {{"readme.txt", "r"}, {"Gauges/g.gau", "g"}}, {}},
   };
   for (const Layout& layout : layouts) {
