@@ -300,7 +300,7 @@ class Packer {
   // Names that the system's page holds stay 8-bit text, as every program of the time reads them.
   zip_int64_t addNamed(zip_t& archive, const std::string& name, zip_source_t* source) const {
     const std::string bytes = systemPage_.encode(name);
-    const bool plain = bytes == name || (!isUtf8(bytes) && systemPage_.decode(bytes) == name);
+    const bool plain = bytes == name || decodeEntryName({bytes, ntfsHost, {}}, systemPage_) == name;
     return zip_file_add(&archive, plain ? bytes.c_str() : name.c_str(), source,
                         plain ? ZIP_FL_ENC_RAW : ZIP_FL_ENC_UTF_8);
   }

@@ -20,6 +20,17 @@ bool isDosLetter(char c) {
   return byte < firstSign || (byte > lastSign && byte <= lastLetter) || byte == sharpS;
 }
 
+// Whether a name has one of the control characters that fill the gaps in Windows pages.
+bool hasGap(std::string_view utf8) {
+  constexpr char first = '\x80', last = '\x9F';
+  char before = 0;
+  for (const char c : utf8) {
+    if (before == '\xC2' && c >= first && c <= last) return true;
+    before = c;
+  }
+  return false;
+}
+
 bool isLetter(char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z'); }
 
 // A name that Windows can hold, as much like the given one as can be: authors on other systems may
@@ -41,8 +52,9 @@ std::string decodeEntryName(const StoredName& stored, const CodePage& systemPage
   if (isUtf8(stored.bytes)) return stored.bytes;
   const int host = stored.hostSystem;
   const bool fromWindows = host == ntfsHost || host == ntfsHostOfPkware || host == vfatHost;
-  if (fromWindows || !std::ranges::all_of(stored.bytes, isDosLetter))
-    return systemPage.decode(stored.bytes);
+  const bool dosLetters = std::ranges::all_of(stored.bytes, isDosLetter);
+  std::string name = systemPage.decode(stored.bytes);
+  if (!dosLetters || (fromWindows && !hasGap(name))) return name;
   return CodePage(dosPage).decode(stored.bytes);
 }
 

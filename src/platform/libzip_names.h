@@ -23,6 +23,7 @@ inline constexpr int ntfsHost = 11;
 // Names that are valid UTF-8 are that, flagged or not: text of another code page hardly ever is by
 // chance. Others are what the maker's system used: the system's code page on NTFS, else page 437,
 // unless bytes occur in the name that are no letters there; those are the system's page as well.
+// Some archivers note NTFS and use page 437 all the same; the u with dots gives them away.
 std::string decodeEntryName(const StoredName& stored, const CodePage& systemPage);
 
 // The entry's path below a folder, element by element, as Windows can hold it. Both slashes
