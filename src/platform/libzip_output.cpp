@@ -31,7 +31,9 @@ zip_source_t* ArchiveOutput::source() { return zip_source_function_create(answer
 Outcome ArchiveOutput::publish() {
   if (!failure_.ok()) return failure_;
   int error = file_.flush();
-  if (error == 0) error = file_.publish(name_, true);
+  // Only what replaces an older file needs a name of its own for a moment.
+  if (error == 0) error = file_.publish(name_, false);
+  if (error == EEXIST) error = file_.publish(name_, true);
   if (error == 0) error = file_.flushFolder();
   return error == 0 ? Outcome() : systemFailure(error, shown_);
 }
