@@ -125,10 +125,10 @@ Result<std::vector<ArchiveEntry>> readDirectory(const ArchiveFile& file,
 
 namespace {
 
-// Deflate cannot grow by more than 1032; the head start is for what is nearly empty. Honest files
-// stay far below these limits, a few blank pictures aside.
+// Deflate cannot grow by more than 1032; the head start is for what is nearly empty. Blank pictures
+// come close to that, and there are add-ons of nothing else, but these stay smaller than `large`.
 constexpr std::uint64_t mostGrowth = 1032, headStart = 1024;
-constexpr std::uint64_t large = std::uint64_t{64} << 20U, mostGrowthOfLarge = 400;
+constexpr std::uint64_t large = std::uint64_t{512} << 20U, mostGrowthOfLarge = 400;
 
 bool isAbsurd(std::uint64_t size, std::uint64_t packed) {
   return size > large && size / mostGrowthOfLarge > packed;

@@ -231,7 +231,8 @@ Outcome extractFiles(FileSystem& files, const ArchiveFile& archive, const Extrac
     const Outcome made = files.makeFolder(folder);
     if (made.ok()) continue;
     const auto stands = files.attributes(folder);
-    if (!stands.ok() || !stands.value().folder)
+    // A link would lead what belongs into it to somewhere else.
+    if (!stands.ok() || !stands.value().folder || files.isLink(folder))
       return Outcome::withText(
           made.number(), made.description() + " (while unpacking \"" + archive.shown() + "\")");
   }

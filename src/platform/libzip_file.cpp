@@ -127,7 +127,8 @@ Result<ZipReader> ZipReader::open(const ArchiveFile& file) {
   zip_error_fini(&error);
   if (!archive) {
     zip_source_free(source);
-    return fails(code);
+    // The file is there: what is missing to libzip is a field of an entry.
+    return fails(code == ZIP_ER_NOENT ? ZIP_ER_INCONS : code);
   }
   return ZipReader(std::move(archive), file, tap);
 }

@@ -59,8 +59,9 @@ std::string decodeEntryName(const StoredName& stored, const CodePage& systemPage
 }
 
 Result<std::vector<std::string>> entryPath(std::string_view name) {
-  // Windows itself ends at 260 characters.
-  constexpr std::size_t longest = 1024;
+  // Windows itself ends at 260 characters. The depth is for archives of nothing but folders in
+  // folders, which take no room until they are made.
+  constexpr std::size_t longest = 1024, deepest = 32;
   const auto leadsOut = [] { return Outcome::withText(err::zip, "leads out of its folder"); };
   if (name.size() > longest) return Outcome::withText(err::zip, "has a name that is too long");
   if (name.starts_with('/') || name.starts_with('\\')) return leadsOut();
@@ -74,6 +75,7 @@ Result<std::vector<std::string>> entryPath(std::string_view name) {
     const bool onlyDots = element.find_first_not_of(". ") == std::string::npos;
     if (onlyDots && element.find("..") != std::string::npos) return leadsOut();
     if (element.empty() || element == ".") continue;
+    if (elements.size() == deepest) return Outcome::withText(err::zip, "lies too deep in folders");
     // Macintosh archives keep accents apart from their letters, where no file of the simulator
     // would find them.
     elements.push_back(heldByWindows(composed(element)));

@@ -29,7 +29,7 @@ std::string decodeEntryName(const StoredName& stored, const CodePage& systemPage
 // The entry's path below a folder, element by element, as Windows can hold it. Both slashes
 // separate, letters and accents are put together; what Windows refuses in a name becomes "_", and a
 // device name gets one in front. Fails for a name that leads out of the folder (absolute, with a
-// drive, through "..") or is longer than any honest one. Empty for the folder itself.
+// drive, through "..") or is longer or deeper than any honest one. Empty for the folder itself.
 Result<std::vector<std::string>> entryPath(std::string_view name);
 
 inline bool isFolderName(std::string_view name) {

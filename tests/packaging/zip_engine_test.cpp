@@ -132,6 +132,8 @@ TEST_F(ZipEngineTest, GivesFilesTheFinestTimeThatIsStored) {
 TEST_F(ZipEngineTest, RefusesHostileArchivesBeforeItWritesAnything) {
   const std::string bomb = test::deflated(std::string(1000, '\0'));
   const RawEntry honest{"honest.txt", "honest"};
+  std::string deep;
+  for (int i = 0; i < 100; ++i) deep += "d/";
   const std::pair<const char*, std::vector<RawEntry>> archives[] = {
       {"climbs", {honest, {"a/../../evil.txt", "e"}}},
       {"climbs with backslashes", {honest, {"..\\evil.txt", "e"}}},
@@ -141,6 +143,7 @@ TEST_F(ZipEngineTest, RefusesHostileArchivesBeforeItWritesAnything) {
       {"a drive", {honest, {"C:\\evil.txt", "e"}}},
       {"a link",
        {honest, {.name = "evil", .data = "/etc", .madeBy = 3, .attributes = 0120777U << 16U}}},
+      {"no end of folders", {honest, {deep + "evil", "e"}}},
       {"a file where a folder is needed", {{"a", "file"}, {"a/b", "e"}}},
       {"a folder where a file stands", {{"A/b", "file"}, {"a", "e"}}},
       {"encrypted", {honest, {.name = "evil", .data = "123456789012e", .flags = 1}}},
@@ -183,9 +186,33 @@ TEST_F(ZipEngineTest, StopsAtEntriesThatAreNotWhatTheySay) {
     EXPECT_EQ(drive.tree("C:\\out"), Tree{}) << entry.name;
     EXPECT_EQ(percents.back(), 100) << entry.name;
   }
+  // Without the field that has the true size.
+  const Outcome done = extract(test::rawZip({{.name = "a", .data = "", .size = 0xFFFFFFFF}}));
+  EXPECT_NE(done.description().find("inconsistent"), std::string::npos) << done.description();
   const std::string sound = test::rawZip({{"a", "aaaa"}, {"b", "bbbb"}});
   for (std::size_t cut = 0; cut < sound.size(); ++cut)
     EXPECT_FALSE(extract(sound.substr(0, cut)).ok()) << cut;
+}
+
+TEST_F(ZipEngineTest, TakesAddonsOfBlankPicturesAlone) {
+  const std::string blank(2 << 20, '\0');
+  const std::string packed = test::deflated(blank);
+  const auto size = static_cast<std::uint32_t>(blank.size());
+  std::vector<RawEntry> pictures(50, {"", packed, 8, size, {}, test::crc32Of(blank)});
+  for (std::size_t i = 0; i < pictures.size(); ++i) pictures[i].name = std::to_string(i);
+  const Outcome done = extract(test::rawZip(pictures));
+  EXPECT_TRUE(done.ok()) << done.description();
+  EXPECT_EQ(drive.tree("C:\\out").size(), pictures.size());
+}
+
+TEST_F(ZipEngineTest, LinksInItsFolderLeadNothingOut) {
+  const auto zip = open(test::rawZip({{"file.txt", "new"}, {"sub/file.txt", "new"}}));
+  drive.write("C:\\other\\file.txt", "precious");
+  drive.link("C:\\out\\FILE.TXT", "C:\\other\\file.txt");
+  EXPECT_TRUE(zip->extractfiles({"file.txt"}).ok());
+  drive.link("C:\\out\\SUB", "C:\\other");
+  EXPECT_FALSE(zip->extractfiles({"sub/file.txt"}).ok());
+  EXPECT_EQ(drive.read("C:\\other\\file.txt"), "precious");
 }
 
 TEST_F(ZipEngineTest, TakesFoldersByTheirAttributesAndLeavesThemOutOnDemand) {
@@ -222,6 +249,7 @@ TEST_F(ZipEngineTest, PacksAndUnpacksWithoutLoss) {
   const std::string western = "gr\xC3\xBC\xC3\x9F.txt";
   drive.write("C:\\in\\" + western, "1252");
   drive.write("C:\\in\\\xE4\xB8\xAD.txt", "utf8");
+  drive.write("C:\\in\\\xC2\x81", "a gap in 1252");
   drive.write("C:\\in\\large", std::string(40 << 20, 'l'));
   drive.setModified("C:\\in\\a.txt", {1040740001, 0});
   const Tree names = {"a.txt",    "sub\\noise.bin", "sub\\empty", western, "\xE4\xB8\xAD.txt",
@@ -249,7 +277,6 @@ TEST_F(ZipEngineTest, PacksAndUnpacksWithoutLoss) {
   zip = open();
   zip->usedirectoryinfo = false;
   EXPECT_TRUE(zip->addfiles({"a.txt", "sub\\empty"}).ok());
-  drive.write("C:\\in\\\xC2\x81", "a gap in 1252");
   EXPECT_EQ(namesOf(*open()), Tree{"empty"});
 }
 
