@@ -64,6 +64,8 @@ Result<std::vector<std::string>> entryPath(std::string_view name) {
   constexpr std::size_t longest = 1024, deepest = 32;
   const auto leadsOut = [] { return Outcome::withText(err::zip, "leads out of its folder"); };
   if (name.size() > longest) return Outcome::withText(err::zip, "has a name that is too long");
+  // "/" alone is the entry of some packers for the folder itself.
+  if (name.find_first_not_of("/\\") == std::string_view::npos) return std::vector<std::string>();
   if (name.starts_with('/') || name.starts_with('\\')) return leadsOut();
   if (name.size() > 1 && name[1] == ':' && isLetter(name[0])) return leadsOut();
   std::vector<std::string> elements;

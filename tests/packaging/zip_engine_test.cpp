@@ -217,10 +217,11 @@ TEST_F(ZipEngineTest, LinksInItsFolderLeadNothingOut) {
 
 TEST_F(ZipEngineTest, TakesFoldersByTheirAttributesAndLeavesThemOutOnDemand) {
   const std::string bytes =
-      test::rawZip({{.name = "dos", .data = "", .attributes = 0x10},
+      test::rawZip({{"/", ""},
+                    {.name = "dos", .data = "", .attributes = 0x10},
                     {.name = "unix", .data = "", .madeBy = 3, .attributes = 040755U << 16U},
                     {"sub/a.txt", "a"}});
-  EXPECT_EQ(namesOf(*open(bytes)), (Tree{"dos/", "unix/", "sub/a.txt"}));
+  EXPECT_EQ(namesOf(*open(bytes)), (Tree{"/", "dos/", "unix/", "sub/a.txt"}));
   EXPECT_TRUE(extract(bytes).ok());
   EXPECT_EQ(drive.tree("C:\\out"), (Tree{"dos\\", "sub\\", "sub\\a.txt", "unix\\"}));
 
