@@ -113,6 +113,8 @@ class Walk {
     app_.error.clear();
     std::vector<std::string> subFolders;
     if (!listing.ok()) return subFolders;
+    if (code_ == WalkCopy && overwrite == Overwrite::always)
+      return copyEntries(srcPath, dstPath, listing.value());
     const std::string* last = nullptr;
     for (const FolderEntry& entry : listing.value()) {
       if (entry.folder) {
@@ -125,6 +127,39 @@ class Walk {
       }
       app_.error.clear();
       app_.windows.yield();
+    }
+    return subFolders;
+  }
+
+  // Hands the files that replace whatever stands at their targets over together, so that the disk
+  // may copy several at a time.
+  std::vector<std::string> copyEntries(const std::string& srcPath, const std::string& dstPath,
+                                       const std::vector<FolderEntry>& entries) {
+    std::vector<std::string> subFolders;
+    std::vector<FileCopy> copies;
+    std::vector<const FolderEntry*> twins;
+    const auto next = [this] {
+      app_.error.clear();
+      app_.windows.yield();
+    };
+    const std::string* last = nullptr;
+    for (const FolderEntry& entry : entries) {
+      if (entry.folder) {
+        subFolders.push_back(entry.name);
+        next();
+      } else if (isTwin(entry.name, std::exchange(last, &entry.name))) {
+        twins.push_back(&entry);
+      } else {
+        copies.push_back({srcPath + entry.name, dstPath + entry.name});
+      }
+    }
+    app_.files().copyFiles(copies, [&](const Outcome& copied) {
+      app_.step(copied);
+      next();
+    });
+    for (const FolderEntry* twin : twins) {
+      file(srcPath, dstPath, *twin, Overwrite::never);
+      next();
     }
     return subFolders;
   }

@@ -28,6 +28,8 @@ class DriveFileSystem : public FileSystem {
   bool isLink(std::string_view path) const override;
   std::string identity(std::string_view folder) const override;
   Outcome copyFile(std::string_view from, std::string_view to) override;
+  void copyFiles(const std::vector<FileCopy>& copies,
+                 const std::function<void(const Outcome&)>& copied) override;
   Outcome moveFile(std::string_view from, std::string_view to) override;
   Outcome rename(std::string_view from, std::string_view to) override;
   Outcome deleteFile(std::string_view path) override;

@@ -8,6 +8,7 @@
 
 #include <compare>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <span>
@@ -38,6 +39,10 @@ struct FolderEntry {
   std::string name;  // as the disk spells it
   bool folder = false;
   std::uint64_t length = 0;  // bytes of a file, where the listing was asked for them
+};
+
+struct FileCopy {
+  std::string from, to;
 };
 
 // A file that is being made. It appears under its name by commit() alone; destroyed without it, the
@@ -83,6 +88,13 @@ class FileSystem {
   // Keeps the time of last change, replaces an existing file unless that is read-only, and never
   // leaves a half-written target.
   virtual Outcome copyFile(std::string_view from, std::string_view to) = 0;
+  // Copies each as copyFile does, several at a time where the disk gains by it: their targets must
+  // be different files. `copied` is called on the calling thread once for each, in their order, and
+  // may use the file system.
+  virtual void copyFiles(const std::vector<FileCopy>& copies,
+                         const std::function<void(const Outcome&)>& copied) {
+    for (const FileCopy& copy : copies) copied(copyFile(copy.from, copy.to));
+  }
   // The result of copyFile and then deleteFile of the source, by a rename where both lie on one
   // disk.
   virtual Outcome moveFile(std::string_view from, std::string_view to) = 0;

@@ -60,6 +60,33 @@ TEST_F(DriveContentTest, ACopyKeepsTimePermissionsAndAttributes) {
   EXPECT_NE(drive.read("C:\\status").find("VmPeak"), std::string::npos);
 }
 
+TEST_F(DriveContentTest, ManyCopiesAreToldInTheirOrder) {
+  std::vector<FileCopy> copies;
+  for (int i = 0; i < 40; ++i) {
+    const std::string name = std::to_string(i);
+    if (i != 7) drive.write("C:\\s\\" + name, std::string(static_cast<std::size_t>(i) * 5000, 'x'));
+    copies.push_back({"C:\\s\\" + name, "C:\\d\\" + name});
+  }
+  ASSERT_TRUE(disk.makeFolder("C:\\d").ok());
+  for (const std::size_t count : {copies.size(), std::size_t{2}}) {
+    drive.clear("C:\\d");
+    copies.resize(count);
+    std::size_t told = 0;
+    disk.copyFiles(copies, [&](const Outcome& copied) {
+      EXPECT_EQ(copied.ok(), told != 7) << told;
+      EXPECT_EQ(drive.read(copies[told].to), drive.read(copies[told].from)) << told;
+      ++told;
+    });
+    EXPECT_EQ(told, count);
+  }
+  drive.clear("C:\\d");
+  copies.resize(2);
+  for (int i = 2; i < 30; ++i) copies.push_back({"C:\\s\\2", "C:\\d\\" + std::to_string(i)});
+  EXPECT_THROW(disk.copyFiles(copies, [](const Outcome&) { throw 1; }), int);
+  const Tree left = drive.tree("C:\\d");
+  EXPECT_EQ(drive.tree("C:\\d"), left) << "nothing goes on behind the caller's back";
+}
+
 TEST_F(DriveContentTest, AReadOnlyFileStaysAsItIs) {
   drive.write("C:\\new", "new");
   drive.write("C:\\ro", "old");
