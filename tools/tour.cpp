@@ -16,6 +16,7 @@
 #include <QTest>
 #include <cstdlib>
 #include <iostream>
+#include <stdexcept>
 
 #include "core/app.h"
 #include "platform/drive_file_system.h"
@@ -281,7 +282,7 @@ class Tour {
     for (const char* name : {"treeView", "listView"})
       if (auto* view = window.findChild<QAbstractItemView*>(QLatin1String(name)))
         if (view->isVisible()) list = view;
-    require(list != nullptr, "the file dialog has no list");
+    if (list == nullptr) throw std::runtime_error("the file dialog has no list");
     // The dialog reads the folder in the background.
     QModelIndexList found;
     const auto listed = [&] {
