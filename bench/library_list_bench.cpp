@@ -14,7 +14,7 @@ void LoadACListOfManyRows(benchmark::State& state) {
   const auto rows = static_cast<std::size_t>(state.range(0));
   sample::makeAircraftFolders(run.driveC() / "FS/aircraft", rows / 10);
   sample::writeFile(run.driveC() / "FS/SKV_AC.lst", sample::aircraftList(run.app.ACRoot, rows));
-  for (auto _ : state) LoadACList(run.app);
+  while (state.KeepRunning()) LoadACList(run.app);
   if (run.app.frmMain.lstAircraft.count() != state.range(0))
     state.SkipWithError("rows are missing");
   state.SetComplexityN(state.range(0));
@@ -32,7 +32,7 @@ void SaveACListOfManyRows(benchmark::State& state) {
   const auto rows = static_cast<std::size_t>(state.range(0));
   sample::writeFile(run.driveC() / "FS/SKV_AC.lst", sample::aircraftList(run.app.ACRoot, rows));
   LoadACList(run.app);
-  for (auto _ : state) SaveACList(run.app);
+  while (state.KeepRunning()) SaveACList(run.app);
   state.SetComplexityN(state.range(0));
 }
 BENCHMARK(SaveACListOfManyRows)

@@ -26,7 +26,7 @@ void ProfileReadsEveryKey(benchmark::State& state) {
   const CodePage codePage;
   const std::string file = fileOf(state.range(0));
   std::size_t length = 0;
-  for (auto _ : state) {
+  while (state.KeepRunning()) {
     const Profile profile(file, codePage);
     for (std::int64_t section = 0; section < state.range(0); ++section)
       for (int key = 0; key < keysOfSection; ++key)
@@ -46,7 +46,7 @@ void ProfileWritesEveryKey(benchmark::State& state) {
   const CodePage codePage;
   const std::string file = fileOf(state.range(0) / 2);
   std::size_t length = 0;
-  for (auto _ : state) {
+  while (state.KeepRunning()) {
     Profile profile(file, codePage);
     for (std::int64_t section = 0; section < state.range(0); ++section)
       for (int key = 0; key < keysOfSection; ++key)
@@ -66,7 +66,7 @@ BENCHMARK(ProfileWritesEveryKey)
 void ProfileReadsOneKey(benchmark::State& state) {
   const CodePage codePage;
   const std::string file = fileOf(state.range(0));
-  for (auto _ : state)
+  while (state.KeepRunning())
     benchmark::DoNotOptimize(Profile(file, codePage).read("Area.0", "Flatten.0"));
   state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(file.size()));
 }

@@ -28,7 +28,7 @@ class AddonTree : public benchmark::Fixture {
 };
 
 BENCHMARK_DEFINE_F(AddonTree, WalkSize)(benchmark::State& state) {
-  for (auto _ : state) {
+  while (state.KeepRunning()) {
     run->app.SizeTotal = 0;
     WalkTree(run->app, "C:\\tree", "", WalkSize, true);
   }
@@ -42,7 +42,7 @@ BENCHMARK_REGISTER_F(AddonTree, WalkSize)
     ->Complexity(benchmark::oN);
 
 BENCHMARK_DEFINE_F(AddonTree, WalkFindBglThatIsNotThere)(benchmark::State& state) {
-  for (auto _ : state) {
+  while (state.KeepRunning()) {
     run->app.FoundDir.clear();
     WalkTree(run->app, "C:\\tree", "", WalkFindBgl, true);
   }
@@ -56,7 +56,7 @@ BENCHMARK_REGISTER_F(AddonTree, WalkFindBglThatIsNotThere)
     ->Complexity(benchmark::oN);
 
 BENCHMARK_DEFINE_F(AddonTree, WalkCopy)(benchmark::State& state) {
-  for (auto _ : state) {
+  while (state.KeepRunning()) {
     state.PauseTiming();
     std::filesystem::remove_all(run->driveC() / "copy");
     std::filesystem::create_directory(run->driveC() / "copy");
@@ -76,7 +76,7 @@ void WalkScanACOverManyAircraft(benchmark::State& state) {
   BenchRun<> run(scratch.path());
   const auto count = static_cast<std::size_t>(state.range(0));
   sample::makeAircraftFolders(run.driveC() / "FS/aircraft", count);
-  for (auto _ : state) {
+  while (state.KeepRunning()) {
     run.app.frmMain.lstAircraft.clear();
     WalkTree(run.app, run.app.ACRoot, "", WalkScanAC, true);
   }

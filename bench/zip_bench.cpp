@@ -34,7 +34,7 @@ class ZipEngineBench : public benchmark::Fixture {
 };
 
 BENCHMARK_DEFINE_F(ZipEngineBench, Extract)(benchmark::State& state) {
-  for (auto _ : state) {
+  while (state.KeepRunning()) {
     state.PauseTiming();
     std::filesystem::remove_all(run->driveC() / "out");
     std::filesystem::create_directory(run->driveC() / "out");
@@ -60,7 +60,7 @@ BENCHMARK_DEFINE_F(ZipEngineBench, Add)(benchmark::State& state) {
   if (!run->disk.setCurrentFolder("C:\\tree").ok()) state.SkipWithError("no tree");
   run->app.PackFileList.clear();
   WalkTree(run->app, "C:\\tree\\", "", WalkCollect, true);
-  for (auto _ : state) {
+  while (state.KeepRunning()) {
     const auto zip = run->zip.load(run->disk);
     zip->usedirectoryinfo = true;
     zip->compressionlevel = static_cast<int>(state.range(1));

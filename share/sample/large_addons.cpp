@@ -117,7 +117,8 @@ std::string aircraftList(const std::string& folder, std::size_t count) {
   std::string text;
   for (std::size_t i = 1; i <= count; ++i) {
     const std::string number = numbered("", i, 5);
-    text += "Hartmoor H-" + number + '\1' + folder + "ac" + number + "\\\r\n";
+    text.append("Hartmoor H-").append(number).append("\1");
+    text.append(folder).append("ac").append(number).append("\\\r\n");
   }
   return text;
 }

@@ -193,7 +193,7 @@ namespace {
 
 std::vector<Design> makeDownloaded() {
   std::vector<Design> all;
-  const auto add = [&](const char* folder, const char* maker, const char* type, Part panel,
+  const auto add = [&](const char* folder, const char* maker, const char* type, const Part& panel,
                        std::vector<Variation> variations) {
     all.push_back({folder, maker, type, "flight", 70, "Freeware. Share it as it is.", panel, own,
                    std::move(variations)});

@@ -41,7 +41,7 @@ void writeFiles(const std::filesystem::path& folder, const Files& files) {
     std::filesystem::create_directories(target.parent_path());
     writeFile(target, file.bytes);
     // Even seconds: an archive keeps no odd ones.
-    const timespec time{.tv_sec = september2002 + 2 * Random(file.path).below(3'900'000),
+    const timespec time{.tv_sec = september2002 + 2L * Random(file.path).below(3'900'000),
                         .tv_nsec = 0};
     const timespec times[2] = {time, time};
     if (utimensat(AT_FDCWD, target.c_str(), times, 0) != 0)

@@ -13,7 +13,7 @@ Outcome writeSettings(SettingsStore& store, const SampleSimulator& sample,
       {"AppVersion", version},           {"LastACSelected", "1"},
       {"LastVersionCheck", decimal(now)}};
   for (const auto& [key, value] : values)
-    if (const Outcome outcome = store.write("General", key, value); !outcome.ok()) return outcome;
+    if (Outcome outcome = store.write("General", key, value); !outcome.ok()) return outcome;
   return {};
 }
 

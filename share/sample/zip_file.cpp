@@ -111,7 +111,7 @@ class Archive {
     auto stream = std::make_unique<Stream>(Stream{std::move(bytes), {}, 0});
     zip_source_t* source = zip_source_function(zip_, &Stream::call, stream.get());
     if (source == nullptr) fail();
-    stream.release();  // libzip's from here on
+    static_cast<void>(stream.release());  // libzip's from here on
     const zip_int64_t index = zip_file_add(zip_, name.c_str(), source, encoding);
     if (index < 0) zip_source_free(source);
     check(index);

@@ -1,5 +1,7 @@
 #include "ui/startup.h"
 
+#include <cmath>
+
 #include "support/program_fixture.h"
 #include "ui/settings.h"
 #include "ui/views.h"
@@ -45,7 +47,7 @@ TEST_F(StartupTest, ANormalStartShowsTheSimulatorsAircraft) {
   EXPECT_TRUE(drive.exists("C:\\Packs\\Scenery"));
   EXPECT_EQ(form.top, 300);
   EXPECT_EQ(form.left, 0) << "a left that was never stored";
-  EXPECT_EQ(form.height, static_cast<int>(12000 / aspect + 0.5));
+  EXPECT_EQ(form.height, std::lround(12000 / aspect));
   EXPECT_EQ(form.windowState, ui::Form::State::maximised);
   EXPECT_TRUE(windows.boxes.empty());
 }
