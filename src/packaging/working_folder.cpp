@@ -42,6 +42,8 @@ void clearWorkingFolders(App& app) {
 void emptyWorkingFolder(App& app) {
   WalkTree(app, app.InstallTempDir, "", WalkDelete, true);
   sweep(app.files(), app.InstallTempDir);
+  // A folder that the walk had to leave is no failure of the job.
+  app.error.clear();
 }
 
 }  // namespace skv

@@ -80,6 +80,7 @@ TEST_F(HangarTransferTest, APackageGoesBeforeTheHangarFolder) {
   sample::writeZip(disk.nativePath("C:\\Packs\\h.zip").value(),
                    {{"Aircraft/aircraft.cfg", "packed"},
                     {"Aircraft/model/m.mdl", "m"},
+                    {"Main/Texture/.DS_Store", "hidden, which keeps its folder from a walk"},
                     {"Main/Gauges/g.gau", "g"}},
                    {.backslashes = true});
   drive.write("C:\\Temp\\SKVInstallTemp\\Aircraft\\stray.txt", "of a failed job");
@@ -90,6 +91,7 @@ TEST_F(HangarTransferTest, APackageGoesBeforeTheHangarFolder) {
   EXPECT_EQ(drive.read("C:\\FS\\Gauges\\g.gau"), "g");
   EXPECT_EQ(drive.tree("C:\\Temp\\SKVInstallTemp"), Tree{});
   EXPECT_EQ(list.smallIcon(1), 8);
+  EXPECT_EQ(windows.boxTexts(), Tree{});
   EXPECT_TRUE(drive.exists("C:\\Packs\\h.zip"));
 }
 
