@@ -12,13 +12,14 @@
 #include <iostream>
 #include <stdexcept>
 
+#include "aircraft/aircraft_views.h"
 #include "aircraft/hangar_transfer.h"
 #include "aircraft/list_files.h"
 #include "base/paths.h"
 #include "bench_run.h"
 #include "core/walktree.h"
+#include "core/zip_service.h"
 #include "packaging/aircraft_installer.h"
-#include "packaging/zipservice.h"
 #include "sample/sample_files.h"
 #include "ui/qt/qt_windowing.h"
 #include "ui/qt/theme.h"
@@ -90,7 +91,8 @@ class AnsweredWindows : public ui::qt::QtWindowing {
     boxes.push_back(box.text);
     return box.buttons == ui::BoxButtons::ok ? ui::Answer::ok : ui::Answer::no;
   }
-  std::string inputBox(const std::string&, const std::string&, const std::string&) override {
+  std::optional<std::string> inputBox(const std::string&, const std::string&,
+                                      const std::string&) override {
     return name;
   }
   Result<ui::PickedFile> openFile(const ui::FileDialog&) override {

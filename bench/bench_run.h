@@ -8,8 +8,8 @@
 #include <string>
 
 #include "core/app.h"
-#include "platform/drive_file_system.h"
-#include "platform/libzip_zipit.h"
+#include "platform/disk/drive_file_system.h"
+#include "platform/zip/libzip_zipit.h"
 #include "sample/sample_simulator.h"
 #include "support/scripted_windows.h"
 #include "ui/events.h"
@@ -74,7 +74,6 @@ class BenchRun {
     app.TempDir = "C:\\Temp\\";
     app.InstallTempDir = "C:\\Temp\\SKVInstallTemp\\";
     connectEvents(app);
-    app.frmMain.btnHangar.caption = fsViewCaption;
   }
 
   const std::filesystem::path& driveC() const { return driveC_; }

@@ -19,11 +19,11 @@
 #include <stdexcept>
 
 #include "core/app.h"
-#include "platform/drive_file_system.h"
-#include "platform/file_settings_store.h"
-#include "platform/libzip_zipit.h"
-#include "platform/process_environment.h"
-#include "platform/system_clock.h"
+#include "platform/desktop/file_settings_store.h"
+#include "platform/desktop/process_environment.h"
+#include "platform/desktop/system_clock.h"
+#include "platform/disk/drive_file_system.h"
+#include "platform/zip/libzip_zipit.h"
 #include "sample/sample_files.h"
 #include "sample/sample_settings.h"
 #include "sample/sample_simulator.h"

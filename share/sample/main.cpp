@@ -11,8 +11,8 @@
 #include <string>
 #include <vector>
 
-#include "platform/file_settings_store.h"
-#include "platform/system_clock.h"
+#include "platform/desktop/file_settings_store.h"
+#include "platform/desktop/system_clock.h"
 #include "sample/sample_files.h"
 #include "sample/sample_settings.h"
 #include "sample/sample_simulator.h"

@@ -3,7 +3,8 @@
 #include <array>
 
 #include "aircraft/alias_tabs.h"
-#include "core/utilities.h"
+#include "core/disk_queries.h"
+#include "core/messages.h"
 
 namespace skv {
 
@@ -53,10 +54,6 @@ std::string withoutLineBreaks(const std::string& text) {
       result += text[i];
   }
   return result;
-}
-
-void tellFailure(App& app, const std::string& text, const Outcome& failure) {
-  app.windows.messageBox({text + "\r\n" + failure.description(), ui::BoxIcon::exclamation});
 }
 
 void showVariation(App& app, ProfileReader& reader) {

@@ -2,7 +2,7 @@
 
 #include "aircraft/aircraft_cfg.h"
 #include "base/paths.h"
-#include "core/utilities.h"
+#include "core/disk_queries.h"
 
 namespace skv {
 
@@ -70,7 +70,7 @@ std::string fillTab(App& app, ProfileReader& reader, const AddonKind& kind) {
   list.select(list.findSubItem1(used));
   if (list.selected() != 0) list.ensureVisible(list.selected());
   showStatus(app, kind, alias);
-  restore.enabled = restore.click != nullptr && PathExists(app.files(), inForce + kind.backup);
+  restore.enabled = PathExists(app.files(), inForce + kind.backup);
   return used;
 }
 

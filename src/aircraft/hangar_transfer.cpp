@@ -1,22 +1,21 @@
 #include "aircraft/hangar_transfer.h"
 
-#include <array>
-
 #include "aircraft/list_files.h"
 #include "aircraft/place_mask.h"
 #include "base/paths.h"
+#include "core/disk_queries.h"
 #include "core/long_operation.h"
-#include "core/utilities.h"
+#include "core/messages.h"
+#include "core/stores.h"
+#include "core/view.h"
 #include "core/walktree.h"
-#include "packaging/working_folder.h"
-#include "packaging/zipservice.h"
-#include "ui/views.h"
+#include "core/working_folder.h"
+#include "core/zip_service.h"
 
 namespace skv {
 
 namespace {
 
-constexpr std::array sharedFolders{"Gauges", "Sound", "Texture", "Effects"};
 constexpr int yieldsAfterExtraction = 2000;
 
 // What a transfer needs to know. The row itself may move or go while the transfer yields, and the
@@ -42,8 +41,8 @@ bool ensureFolder(App& app, const std::string& folder, bool* added = nullptr) {
 // The other view learns of a new aircraft by a line in its list.
 void appendToOtherList(App& app, const Cargo& cargo, const std::string& root) {
   if (!cargo.Added) return;
-  app.step(appendLibraryRow(app, root + "SKV_AC.lst",
-                            {cargo.Name, root + "aircraft\\" + cargo.FolderName + "\\"}));
+  app.step(appendLibraryRow(app, root + aircraftListFile,
+                            {cargo.Name, aircraftRootOf(root) + cargo.FolderName + "\\"}));
   ReportError(app);
 }
 
@@ -72,7 +71,7 @@ void toHangar(App& app, Cargo& cargo) {
 // Merges an aircraft folder and a main folder into the simulator.
 void copyToSimulator(App& app, const Cargo& cargo, const std::string& aircraft,
                      const std::string& main) {
-  WalkTree(app, aircraft, cargo.FSRoot + "aircraft\\" + cargo.FolderName, WalkCopy, false);
+  WalkTree(app, aircraft, aircraftRootOf(cargo.FSRoot) + cargo.FolderName, WalkCopy, false);
   for (const char* shared : sharedFolders)
     WalkTree(app, main + shared, cargo.FSRoot + shared, WalkCopy, false);
 }
@@ -81,14 +80,14 @@ bool unpackPackage(App& app, const Cargo& cargo) {
   clearWorkingFolders(app);
   app.frmMain.lblStatus.caption = "Prepairing files...";
   ReadAndExtract job(app);
-  if (!job.open(cargo.PacksDir + cargo.FolderName + ".zip") || !job.fits(cargo.FSRoot))
+  if (!job.open(cargo.PacksDir + cargo.FolderName + packageEnd) || !job.fits(cargo.FSRoot))
     return false;
-  app.frmMain.lblStatus.caption = "Unzipping: " + cargo.FolderName + ".zip";
+  app.frmMain.lblStatus.caption = "Unzipping: " + cargo.FolderName + packageEnd;
   return job.extract(app.InstallTempDir, yieldsAfterExtraction);
 }
 
 void toSimulator(App& app, Cargo& cargo) {
-  if (!ensureFolder(app, cargo.FSRoot + "aircraft\\" + cargo.FolderName, &cargo.Added)) return;
+  if (!ensureFolder(app, aircraftRootOf(cargo.FSRoot) + cargo.FolderName, &cargo.Added)) return;
   // A Package goes before a folder in the Hangar: compressing has thinned that one out.
   if ((cargo.Mask & inPackage) != 0) {
     if (!unpackPackage(app, cargo)) return;
@@ -115,9 +114,9 @@ void btnHangar_Click(App& app) {
 
   const LongOperation busy(app);
   app.error.clear();
-  if (app.frmMain.btnHangar.caption == fsViewCaption)
+  if (inFSView(app))
     toHangar(app, cargo);
-  else if (app.frmMain.btnHangar.caption == hangarViewCaption)
+  else
     toSimulator(app, cargo);
   app.error.clear();
   app.frmMain.lblStatus.caption = "";

@@ -2,7 +2,8 @@
 
 #include "aircraft/place_mask.h"
 #include "base/paths.h"
-#include "core/utilities.h"
+#include "core/disk_queries.h"
+#include "core/stores.h"
 
 namespace skv {
 
@@ -32,7 +33,7 @@ std::vector<LibraryRow> readRows(App& app, const std::string& file) {
   return {};
 }
 
-void saveRows(App& app, const ui::ListView& list, const std::string& name) {
+void saveRows(App& app, const ui::ListView& list, const char* name) {
   const std::string file = app.ListDir + name;
   std::string bytes;
   for (int row = 1; row <= list.count(); ++row)
@@ -45,7 +46,7 @@ void saveRows(App& app, const ui::ListView& list, const std::string& name) {
   if (!saved.ok()) tellListFailure(app, "saved", file, saved);
 }
 
-void loadRows(App& app, ui::ListView& list, const std::string& name) {
+void loadRows(App& app, ui::ListView& list, const char* name) {
   list.clear();
   for (LibraryRow& row : readRows(app, app.ListDir + name))
     list.add(std::move(row.Name), {std::move(row.Folder)});
@@ -85,7 +86,7 @@ void LoadACList(App& app) {
   auto& list = app.frmMain.lstAircraft;
   list.clear();
   list.clearSort();  // the order of the lines is the order of the rows
-  const auto rows = readRows(app, app.ListDir + "SKV_AC.lst");
+  const auto rows = readRows(app, app.ListDir + aircraftListFile);
   if (rows.empty()) return;
   const PlaceIndex places(app);
   for (const LibraryRow& row : rows) {
@@ -94,12 +95,12 @@ void LoadACList(App& app) {
   }
 }
 
-void LoadPNList(App& app) { loadRows(app, app.frmMain.lstPanel, "SKV_PN.lst"); }
-void LoadSNList(App& app) { loadRows(app, app.frmMain.lstSound, "SKV_SN.lst"); }
+void LoadPNList(App& app) { loadRows(app, app.frmMain.lstPanel, panelListFile); }
+void LoadSNList(App& app) { loadRows(app, app.frmMain.lstSound, soundListFile); }
 
-void SaveACList(App& app) { saveRows(app, app.frmMain.lstAircraft, "SKV_AC.lst"); }
-void SavePNList(App& app) { saveRows(app, app.frmMain.lstPanel, "SKV_PN.lst"); }
-void SaveSNList(App& app) { saveRows(app, app.frmMain.lstSound, "SKV_SN.lst"); }
+void SaveACList(App& app) { saveRows(app, app.frmMain.lstAircraft, aircraftListFile); }
+void SavePNList(App& app) { saveRows(app, app.frmMain.lstPanel, panelListFile); }
+void SaveSNList(App& app) { saveRows(app, app.frmMain.lstSound, soundListFile); }
 
 Outcome appendLibraryRow(App& app, const std::string& file, const LibraryRow& row) {
   std::string bytes;

@@ -1,14 +1,12 @@
 #include "aircraft/place_mask.h"
 
 #include "base/paths.h"
-#include "core/utilities.h"
+#include "core/disk_queries.h"
+#include "core/stores.h"
 
 namespace skv {
 
 namespace {
-
-constexpr const char* aircraftFolder = "aircraft\\";
-constexpr const char* packageEnd = ".zip";
 
 std::unordered_set<std::string> namesIn(App& app, const std::string& folder, bool folders) {
   std::unordered_set<std::string> names;
@@ -30,24 +28,24 @@ int PlaceMask(App& app, const std::string& folderName) {
   if (!isElementName(folderName)) return 0;
   const FileSystem& files = app.files();
   int mask = 0;
-  if (folderExists(files, app.FSRoot + aircraftFolder + folderName)) mask |= inSimulator;
+  if (folderExists(files, aircraftRootOf(app.FSRoot) + folderName)) mask |= inSimulator;
   const auto package = files.attributes(app.PacksDir + folderName + packageEnd);
   if (package.ok() && !package.value().folder) mask |= inPackage;
-  if (folderExists(files, app.HangarDir + aircraftFolder + folderName)) mask |= inHangar;
+  if (folderExists(files, aircraftRootOf(app.HangarDir) + folderName)) mask |= inHangar;
   return mask;
 }
 
 PlaceIndex::PlaceIndex(App& app)
     : app_(app),
-      simulator_(namesIn(app, app.FSRoot + aircraftFolder, true)),
+      simulator_(namesIn(app, aircraftRootOf(app.FSRoot), true)),
       packages_(namesIn(app, app.PacksDir, false)),
-      hangar_(namesIn(app, app.HangarDir + aircraftFolder, true)) {}
+      hangar_(namesIn(app, aircraftRootOf(app.HangarDir), true)) {}
 
 int PlaceIndex::mask(const std::string& folderName) const {
   if (needsTheDisk(folderName)) return PlaceMask(app_, folderName);
   const std::string name = upper(folderName);
   return (simulator_.contains(name) ? inSimulator : 0) |
-         (packages_.contains(name + ".ZIP") ? inPackage : 0) |
+         (packages_.contains(name + upper(packageEnd)) ? inPackage : 0) |
          (hangar_.contains(name) ? inHangar : 0);
 }
 

@@ -48,6 +48,8 @@ class CodePage {
   std::string decode(std::string_view bytes) const;
   // A character that the page lacks becomes a question mark.
   std::string encode(std::string_view text) const;
+  // Whether a text comes back from a stored file as it is.
+  bool holds(std::string_view text) const { return decode(encode(text)) == text; }
 
  private:
   struct Tables;

@@ -14,6 +14,8 @@
 
 namespace skv {
 
+enum class View { fsAircraft, hangar, scenery };
+
 struct App {
   App(Platform thePlatform, ui::Windowing& theWindows);
   App(const App&) = delete;
@@ -40,6 +42,9 @@ struct App {
     std::string FirstName, LastName;
   } SenderIdentity;
 
+  // The last aircraft view; the captions of frameAircraft and btnHangar follow it. The Scenery
+  // Manager leaves it as it was.
+  View aircraftView = View::fsAircraft;
   std::string ACRoot;   // aircraft root of the current view
   std::string ListDir;  // folder of the current view's list files
   int FSSelIndex = 0;   // remembered row of each aircraft view, from 1; 0 until set
@@ -53,6 +58,9 @@ struct App {
   std::string PendingZIP;  // an archive handed over by mail, "" for none
   bool ZipDone = false;    // the extraction is over
 
+  int hourglasses = 0;    // operations that want the pointer to be one; see long_operation.h
+  // The user wants the running operation to end after the file it is at.
+  bool stopRequested = false;
   bool starting = false;  // start-up has not shown the main window yet
   bool ending = false;    // the main window was closed: whoever waits for a dialog gives up
 

@@ -5,8 +5,8 @@
 
 #include "base/paths.h"
 #include "base/text.h"
+#include "core/disk_queries.h"
 #include "core/profile.h"
-#include "core/utilities.h"
 
 namespace skv {
 
@@ -95,7 +95,7 @@ class Walk {
       if (end + 1 < src.size()) ancestors_.push_back(app.files().identity(src.substr(0, end + 1)));
   }
 
-  void top(const std::string& src, const std::string& dst, bool overwrite) {
+  WalkReport top(const std::string& src, const std::string& dst, bool overwrite) {
     const std::string here = app_.files().identity(src);
     if (mayBeEntered(src, here)) {
       folder(src, dst, overwrite ? Overwrite::always : Overwrite::older, here);
@@ -103,6 +103,7 @@ class Walk {
       showFolder(src);
       app_.error.clear();
     }
+    return report_;
   }
 
  private:
@@ -112,7 +113,11 @@ class Walk {
     const auto listing = app_.files().list(srcPath, wantedEntries());
     app_.error.clear();
     std::vector<std::string> subFolders;
-    if (!listing.ok()) return subFolders;
+    if (!listing.ok()) {
+      // A walk of a folder that is not there has nothing to do.
+      if (presenceBy(listing.outcome()) == Presence::unknown) failed(srcPath, listing.outcome());
+      return subFolders;
+    }
     if (code_ == WalkCopy && overwrite == Overwrite::always)
       return copyEntries(srcPath, dstPath, listing.value());
     const std::string* last = nullptr;
@@ -153,8 +158,10 @@ class Walk {
         copies.push_back({srcPath + entry.name, dstPath + entry.name});
       }
     }
+    std::size_t told = 0;
     app_.files().copyFiles(copies, [&](const Outcome& copied) {
-      app_.step(copied);
+      note(copies[told].from, copied);
+      ++told;
       next();
     });
     for (const FolderEntry* twin : twins) {
@@ -209,6 +216,8 @@ class Walk {
     if (enters) {
       if (transfers(code_)) app_.files().makeFolder(dst).skipped();
       folder(src, dst, overwrite, here);
+    } else if (here.empty()) {
+      failed(src, Outcome::failure(err::deviceIo, src));
     }
     // Of a link this takes away the link itself.
     if ((code_ == WalkMove && enters) || code_ == WalkDelete)
@@ -274,7 +283,7 @@ class Walk {
         return false;
       case WalkCopy:
         if (transferOf(path, dstPath + name, overwrite) == Transfer::send)
-          app_.step(app_.files().copyFile(path, dstPath + name));
+          note(path, app_.files().copyFile(path, dstPath + name));
         return false;
       case WalkMove:
         move(path, dstPath + name, overwrite);
@@ -319,10 +328,10 @@ class Walk {
     switch (transferOf(path, target, overwrite)) {
       case Transfer::send:
         app_.error.clear();
-        app_.step(app_.files().moveFile(path, target));
+        note(path, app_.files().moveFile(path, target));
         break;
       case Transfer::drop:
-        if (!app_.error.pending()) app_.step(app_.files().deleteFile(path));
+        if (!app_.error.pending()) note(path, app_.files().deleteFile(path));
         break;
       case Transfer::leave:
         break;
@@ -332,7 +341,19 @@ class Walk {
   void remove(const std::string& path) {
     app_.error.clear();
     app_.step(app_.files().setAttributes(path, {}));
-    app_.step(app_.files().deleteFile(path));
+    note(path, app_.files().deleteFile(path));
+  }
+
+  void note(const std::string& path, const Outcome& worked) {
+    if (app_.step(worked))
+      ++report_.done;
+    else
+      failed(path, worked);
+  }
+  void failed(const std::string& path, const Outcome& failure) {
+    if (report_.failed++ > 0) return;
+    report_.first = failure;
+    report_.where = path;
   }
 
   static bool keptByPurge(const std::string& NAME) {
@@ -343,15 +364,36 @@ class Walk {
 
   App& app_;
   const WalkCode code_;
-  const std::string destination_;       // identity of the folder that is filled, "" for none
+  const std::string destination_;  // identity of the folder that is filled, "" for none
+  WalkReport report_;
   std::vector<std::string> ancestors_;  // identities of the folders that the walk is in
 };
 
 }  // namespace
 
-void WalkTree(App& app, const std::string& src, const std::string& dst, WalkCode code,
-              bool overwrite) {
-  Walk(app, code, src, dst).top(src, dst, overwrite);
+WalkReport& WalkReport::operator+=(const WalkReport& next) {
+  if (failed == 0 && next.failed > 0) {
+    first = next.first;
+    where = next.where;
+  }
+  done += next.done;
+  failed += next.failed;
+  return *this;
+}
+
+bool tellWalk(App& app, const WalkReport& report, const char* what) {
+  if (report.complete()) return true;
+  app.windows.messageBox({std::to_string(report.failed) + " of " +
+                              std::to_string(report.done + report.failed) + " files could not be " +
+                              what + ", the first:\r\n" + report.where + "\r\n" +
+                              report.first.description(),
+                          ui::BoxIcon::exclamation});
+  return false;
+}
+
+WalkReport WalkTree(App& app, const std::string& src, const std::string& dst, WalkCode code,
+                    bool overwrite) {
+  return Walk(app, code, src, dst).top(src, dst, overwrite);
 }
 
 }  // namespace skv

@@ -28,6 +28,23 @@ enum class WalkCode {
 };
 using enum WalkCode;
 
+// What a walk has done. Who deletes, thins out, marks or empties something after it decides by
+// this; everybody else tells the user at the end of the command (see tellWalk).
+struct WalkReport {
+  int done = 0;            // files that were worked on
+  int failed = 0;          // files and folders that could not be, those kept on purpose left out
+  Outcome first = {};      // the first failure, whose description names its path
+  std::string where = {};  // that path
+
+  bool complete() const { return failed == 0; }
+  // For an operation of several walks.
+  WalkReport& operator+=(const WalkReport& next);
+};
+
+// Tells in one box what a command could not do: `what` stands in "3 of 420 files could not be
+// copied, the first: ...". Nothing is shown for a complete one. Answers complete().
+bool tellWalk(App& app, const WalkReport& report, const char* what);
+
 // Walks `src` depth first, the files of a folder before its subfolders, in listing order. `src`
 // itself is neither made nor removed, and `dst` ("" but for WalkCopy and WalkMove) must exist.
 // Hidden and system entries are neither visited nor deleted. Nothing is reported: a file that
@@ -42,7 +59,7 @@ using enum WalkCode;
 //
 // Reading codes follow a link to a folder, but not into a circle. WalkMove, WalkDelete and
 // WalkPurge never go through one, not at `src` either: WalkDelete removes the link itself.
-void WalkTree(App& app, const std::string& src, const std::string& dst, WalkCode code,
-              bool overwrite);
+WalkReport WalkTree(App& app, const std::string& src, const std::string& dst, WalkCode code,
+                    bool overwrite);
 
 }  // namespace skv

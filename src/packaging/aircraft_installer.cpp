@@ -1,17 +1,20 @@
 #include "packaging/aircraft_installer.h"
 
 #include "aircraft/aircraft_cfg.h"
+#include "aircraft/aircraft_views.h"
 #include "aircraft/list_files.h"
 #include "aircraft/place_mask.h"
 #include "base/paths.h"
+#include "core/disk_queries.h"
 #include "core/long_operation.h"
+#include "core/messages.h"
 #include "core/profile.h"
-#include "core/utilities.h"
+#include "core/settings_keys.h"
+#include "core/stores.h"
+#include "core/view.h"
 #include "core/walktree.h"
-#include "packaging/working_folder.h"
-#include "packaging/zipservice.h"
-#include "ui/settings.h"
-#include "ui/views.h"
+#include "core/working_folder.h"
+#include "core/zip_service.h"
 
 namespace skv {
 
@@ -26,7 +29,7 @@ constexpr int yieldsBetweenTries = 100;
 class Installation {
  public:
   explicit Installation(App& app)
-      : app_(app), RunFolder_(decimal(app.platform.clock.now()) + "\\") {}
+      : app_(app), runFolder_(decimal(app.platform.clock.now()) + "\\") {}
 
   void run();
 
@@ -55,25 +58,25 @@ class Installation {
     return false;
   }
 
-  std::string aircraftFolder() const { return ACRoot_ + AddonName_; }
-  std::string mainFolder() const { return HangarDir_ + "Main\\" + AddonName_; }
+  std::string aircraftFolder() const { return acRoot_ + addonName_; }
+  std::string mainFolder() const { return mainRootOf(hangarDir_) + addonName_; }
 
   App& app_;
   // The Hangar as it was when the run began: the settings, or the view, may change in a yield.
-  std::string HangarDir_, ACRoot_;
-  const std::string RunFolder_;  // below InstallTempDir, unique to the run, with trailing backslash
-  std::string ZipPath_;
-  std::string AddonName_;  // folder of the new aircraft, as the user confirmed it
+  std::string hangarDir_, acRoot_;
+  const std::string runFolder_;  // below InstallTempDir, unique to the run, with trailing backslash
+  std::string zipPath_;
+  std::string addonName_;  // folder of the new aircraft, as the user confirmed it
 };
 
 void Installation::run() {
   // The settings may have named another Hangar since the view was opened.
-  if (app_.frmMain.btnHangar.caption == fsViewCaption || app_.ListDir != app_.HangarDir) {
+  if (inFSView(app_) || app_.ListDir != app_.HangarDir) {
     mnuViewHangar_Click(app_);
     app_.windows.yield();
   }
-  HangarDir_ = app_.HangarDir;
-  ACRoot_ = HangarDir_ + "aircraft\\";
+  hangarDir_ = app_.HangarDir;
+  acRoot_ = aircraftRootOf(hangarDir_);
   const LongOperation busy(app_);
   app_.error.clear();
   if (!chooseArchive() || !nameAircraft()) return;
@@ -84,7 +87,7 @@ void Installation::run() {
 
 bool Installation::chooseArchive() {
   if (!app_.PendingZIP.empty()) {
-    ZipPath_ = std::exchange(app_.PendingZIP, {});
+    zipPath_ = std::exchange(app_.PendingZIP, {});
   } else {
     auto picked = app_.windows.openFile({app_.LastZIPDir, "Zip Files|*.zip"});
     if (!picked.ok()) {
@@ -95,47 +98,49 @@ bool Installation::chooseArchive() {
       return false;
     }
     app_.LastZIPDir = picked.value().initialFolder;
-    writeSetting(app_, generalSection, "LastZIPDir", app_.LastZIPDir);
-    ZipPath_ = std::move(picked).value().path;
+    writeSetting(app_, setting::LastZIPDir, app_.LastZIPDir).skipped();
+    zipPath_ = std::move(picked).value().path;
   }
   ui::yieldTimes(app_.windows, yieldsAfterChoice);
-  status("Extracting ZIP: " + ZipPath_);
+  status("Extracting ZIP: " + zipPath_);
   return true;
 }
 
 bool Installation::nameAircraft() {
   constexpr std::size_t extension = 4;  // ".zip"
-  const std::string file = fileName(ZipPath_);
-  AddonName_ =
+  const std::string file = fileName(zipPath_);
+  const auto name =
       app_.windows.inputBox("Foldername for aircraft:", ui::programTitle,
                             file.substr(0, file.size() - std::min(file.size(), extension)));
+  if (!name) return failed();
+  addonName_ = *name;
   // An empty name is the aircraft root itself, whether that stands or not.
-  if (!AddonName_.empty() && !PathExists(app_.files(), ACRoot_ + AddonName_ + "\\")) return true;
+  if (!addonName_.empty() && !PathExists(app_.files(), acRoot_ + addonName_ + "\\")) return true;
   app_.windows.messageBox(
-      {"Aircraft '" + AddonName_ + "' already exists!", ui::BoxIcon::exclamation});
+      {"Aircraft '" + addonName_ + "' already exists!", ui::BoxIcon::exclamation});
   return false;
 }
 
 bool Installation::unpack() {
   ReadAndExtract job(app_);
-  if (!job.open(ZipPath_)) return failed();
+  if (!job.open(zipPath_)) return failed();
   FileSystem& files = app_.files();
   if (!PathExists(files, app_.InstallTempDir)) {
     app_.step(files.makeFolder(app_.InstallTempDir));
     if (ReportError(app_)) return failed();
   }
   clearWorkingFolders(app_);
-  status("Extracting ZIP: " + ZipPath_);
-  app_.step(files.makeFolder(app_.InstallTempDir + RunFolder_));
+  status("Extracting ZIP: " + zipPath_);
+  app_.step(files.makeFolder(app_.InstallTempDir + runFolder_));
   if (ReportError(app_)) return failed();
-  return job.fits(HangarDir_) &&
-         (job.extract(app_.InstallTempDir + RunFolder_, yieldsAfterExtraction) || failed());
+  return job.fits(hangarDir_) &&
+         (job.extract(app_.InstallTempDir + runFolder_, yieldsAfterExtraction) || failed());
 }
 
 bool Installation::makeAircraftFolder() {
   // The name must be one folder: a path would put the aircraft, and its removal, somewhere else.
-  if (!isElementName(AddonName_))
-    app_.step(Outcome::failure(err::badFileName, AddonName_));
+  if (!isElementName(addonName_))
+    app_.step(Outcome::failure(err::badFileName, addonName_));
   else if (!PathExists(app_.files(), aircraftFolder()))
     app_.step(app_.files().makeFolder(aircraftFolder()));
   return !ReportError(app_) || failed();
@@ -145,7 +150,7 @@ bool Installation::makeAircraftFolder() {
 // so a ZIP inside such a ZIP stays as it is. Ends since each round deletes what it found or gives
 // up.
 bool Installation::unpackEmbedded() {
-  while (find(WalkFindZip, app_.InstallTempDir + RunFolder_)) {
+  while (find(WalkFindZip, app_.InstallTempDir + runFolder_)) {
     const std::string folder = std::exchange(app_.FoundDir, {});
     const auto listing = app_.files().list(folder);
     app_.step(listing.outcome());
@@ -169,7 +174,7 @@ bool Installation::unpackOneEmbedded(const std::string& folder, const std::strin
     app_.step(Outcome::withText(err::zip, "The embedded ZIP \"" + path + "\" is empty."));
   if (ReportError(app_)) return failed();
 
-  const std::string target = app_.InstallTempDir + "_" + RunFolder_ + "SKV" + name;
+  const std::string target = app_.InstallTempDir + "_" + runFolder_ + "SKV" + name;
   MakePath(files, target);
   if (!folderExists(files, target)) app_.step(Outcome::failure(err::pathNotFound, target));
   if (ReportError(app_)) return failed();
@@ -177,7 +182,7 @@ bool Installation::unpackOneEmbedded(const std::string& folder, const std::strin
   {
     ReadAndExtract job(app_);
     if (!job.open(path)) return failed();
-    if (!job.fits(HangarDir_)) return false;
+    if (!job.fits(hangarDir_)) return false;
     if (!job.extract(target, yieldsAfterExtraction)) return failed();
   }
   return deleteEmbedded(path) || failed();
@@ -238,30 +243,31 @@ bool Installation::placeAircraft() {
 void Installation::placePanel() {
   status("Looking for panel root...");
   if (!find(WalkFindPanelCfg, app_.InstallTempDir)) return;
-  const std::string PanelHit = std::exchange(app_.FoundDir, {});
+  const std::string panelHit = std::exchange(app_.FoundDir, {});
   if (!find(WalkFindPanelCfg, aircraftFolder())) {
     status("Moving panel files...");
     const std::string target = aircraftFolder() + "\\Panel";
     if (!PathExists(app_.files(), target)) app_.files().makeFolder(target).skipped();
-    WalkTree(app_, PanelHit, target, WalkMove, true);
+    WalkTree(app_, panelHit, target, WalkMove, true);
   }
   app_.FoundDir.clear();
 }
 
 void Installation::finish() {
-  std::string Title =
+  std::string title =
       ReadProfile(app_.files(), app_.codePage,
-                  HangarDir_ + "Aircraft\\" + AddonName_ + "\\Aircraft.cfg", "fltsim.0", "Title");
-  if (Title.empty()) Title = AddonName_;
+                  hangarDir_ + "Aircraft\\" + addonName_ + "\\Aircraft.cfg", "fltsim.0", "Title");
+  if (title.empty()) title = addonName_;
   status("");
-  if (app_.ListDir != HangarDir_) {
+  if (app_.ListDir != hangarDir_) {
     // Another view came up meanwhile. Its list is not the Hangar's, whose file learns of the row.
-    app_.step(appendLibraryRow(app_, HangarDir_ + "SKV_AC.lst", {Title, aircraftFolder() + "\\"}));
+    app_.step(
+        appendLibraryRow(app_, hangarDir_ + aircraftListFile, {title, aircraftFolder() + "\\"}));
     ReportError(app_);
     return;
   }
   auto& list = app_.frmMain.lstAircraft;
-  const int row = list.add(Title, {aircraftFolder() + "\\"});
+  const int row = list.add(title, {aircraftFolder() + "\\"});
   const auto id = list.id(row);
   SaveACList(app_);
   // The save may have shown a box, in whose time the list can change.

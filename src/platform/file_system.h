@@ -85,9 +85,15 @@ class FileSystem {
   // whatever links; "" when there is none. A walk uses it to keep out of circles.
   virtual std::string identity(std::string_view folder) const = 0;
 
+  // The native path of a folder that stands, all links resolved, with a trailing slash: a folder
+  // lies in another one on disk exactly when its canonical path begins with that one's.
+  virtual Result<std::string> canonicalPath(std::string_view folder) const = 0;
+
   // Keeps the time of last change, replaces an existing file unless that is read-only, and never
   // leaves a half-written target.
   virtual Outcome copyFile(std::string_view from, std::string_view to) = 0;
+  // The same for a backup: with its name it outlives a power cut when the call returns.
+  virtual Outcome copyFileDurably(std::string_view from, std::string_view to) = 0;
   // Copies each as copyFile does, several at a time where the disk gains by it: their targets must
   // be different files. `copied` is called on the calling thread once for each, in their order, and
   // may use the file system.
@@ -119,9 +125,13 @@ class FileSystem {
   // The folder must exist.
   virtual Result<std::unique_ptr<FileWriter>> createFile(std::string_view path) = 0;
 
-  // Bytes that an ordinary user may still write on the disk behind `path`; `path` is a root
-  // ("C:\").
+  // Bytes that an ordinary user may still write on the disk behind `path`, a folder that
+  // stands.
   virtual Result<double> freeBytes(std::string_view path) const = 0;
+  // Puts all that was written to the disk behind `path` on it, so that it outlives a power cut:
+  // once at the end of a job, before a list or a mark says that its files are there and before what
+  // they were copied from goes. `path`: a folder that stands.
+  virtual Outcome flushDisk(std::string_view path) = 0;
 
   // Full path of an existing folder, with trailing backslash.
   virtual std::string currentFolder() const = 0;

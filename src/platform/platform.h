@@ -43,7 +43,8 @@ class Shell {
 // What the process was started with.
 struct Environment {
   std::string programFolder;  // Windows path of the folder of the program file
-  std::string TEMP;  // Windows path; never the machine's shared folder unless the user set it
+  std::string TEMP;       // Windows path; never the machine's shared folder unless the user set it
+  std::string home = {};  // Windows path of the user's home, "" when no drive reaches it
 };
 
 struct Platform {

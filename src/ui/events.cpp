@@ -1,11 +1,13 @@
 #include "ui/events.h"
 
 #include "aircraft/aircraft_cfg.h"
+#include "aircraft/aircraft_views.h"
 #include "aircraft/alias_tabs.h"
 #include "aircraft/hangar_transfer.h"
 #include "aircraft/list_files.h"
 #include "packaging/aircraft_installer.h"
-#include "ui/dir_select.h"
+#include "scenery/scenery_view.h"
+#include "ui/dialogs/dir_select.h"
 #include "ui/settings.h"
 #include "ui/views.h"
 
@@ -85,24 +87,6 @@ void connectDialogs(App& app) {
   picker.btnMkDir.click = [&app] { frmDirSelect_btnMkDir_Click(app); };
 }
 
-// What has no operation yet is in its place, and says so by being disabled.
-void disableTheRest(App& app) {
-  auto& form = app.frmMain;
-  for (ui::MenuItem* menu : form.menuBar) {
-    for (ui::MenuItem* entry : menu->entries) {
-      entry->enabled = entry->available();
-      for (ui::MenuItem* sub : entry->entries) sub->enabled = sub->available();
-    }
-  }
-  for (ui::MenuItem* entry : form.mnuPic.entries) entry->enabled = entry->available();
-  for (ui::Button* button :
-       {&form.btnAddAC, &form.btnDelAC, &form.btnAddPN, &form.btnDelPN, &form.btnPNRestoreOriginal,
-        &form.btnAssignPN, &form.btnAddSN, &form.btnDelSN, &form.btnSNRestoreOriginal,
-        &form.btnAssignSN, &form.btnSCup, &form.btnSCdn, &form.btnFSScenerySave, &form.btnFSScenDel,
-        &form.btnSLDel, &form.btnAddSLtoFS, &form.btnAddToSL})
-    button->enabled = button->click != nullptr;
-}
-
 }  // namespace
 
 void connectEvents(App& app) {
@@ -111,7 +95,6 @@ void connectEvents(App& app) {
   connectAircraftViews(app);
   connectSceneryView(app);
   connectDialogs(app);
-  disableTheRest(app);
 }
 
 }  // namespace skv

@@ -5,7 +5,7 @@
 
 namespace skv {
 
-// Call once for an App, before Form_Load. Entries whose operation does not exist are disabled.
+// Call once for an App, before Form_Load. A control without an operation is drawn disabled.
 void connectEvents(App& app);
 
 }  // namespace skv

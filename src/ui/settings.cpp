@@ -2,9 +2,11 @@
 
 #include "aircraft/list_files.h"
 #include "base/paths.h"
-#include "core/utilities.h"
+#include "core/disk_queries.h"
+#include "core/long_operation.h"
+#include "core/settings_keys.h"
 #include "core/walktree.h"
-#include "ui/dir_select.h"
+#include "ui/dialogs/dir_select.h"
 
 namespace skv {
 
@@ -13,7 +15,7 @@ namespace {
 constexpr const char* defaultFSRoot = "C:\\Program Files\\Microsoft Games\\FS2002\\";
 
 struct StoredField {
-  const char* key;
+  Setting key;
   ui::TextBox ui::FrmSettings::*box;
   const char* fallback;
   std::string App::*global;  // null for a value that is read where it is used
@@ -21,18 +23,18 @@ struct StoredField {
 
 // In the order in which they are stored.
 constexpr StoredField folderFields[] = {
-    {"FSRoot", &ui::FrmSettings::txtFSRoot, defaultFSRoot, &App::FSRoot},
-    {"HangarDir", &ui::FrmSettings::txtHangarDir, "", &App::HangarDir},
-    {"PacksDir", &ui::FrmSettings::txtPacksDir, "", &App::PacksDir},
-    {"PanelsDir", &ui::FrmSettings::txtCentralPanel, "", &App::PanelsDir},
-    {"SceneryLib", &ui::FrmSettings::txtSceneryLib, "", &App::SceneryLib},
+    {setting::FSRoot, &ui::FrmSettings::txtFSRoot, defaultFSRoot, &App::FSRoot},
+    {setting::HangarDir, &ui::FrmSettings::txtHangarDir, "", &App::HangarDir},
+    {setting::PacksDir, &ui::FrmSettings::txtPacksDir, "", &App::PacksDir},
+    {setting::PanelsDir, &ui::FrmSettings::txtCentralPanel, "", &App::PanelsDir},
+    {setting::SceneryLib, &ui::FrmSettings::txtSceneryLib, "", &App::SceneryLib},
 };
 constexpr StoredField mailFields[] = {
-    {"POPUserName", &ui::FrmSettings::txtPOPUserName, "", nullptr},
-    {"POPPassword", &ui::FrmSettings::txtPOPPassword, "", nullptr},
-    {"POPHost", &ui::FrmSettings::txtPOPHost, "", nullptr},
-    {"SMTPHost", &ui::FrmSettings::txtSMTPHost, "", nullptr},
-    {"OutlookFolder", &ui::FrmSettings::txtOutlookFolder, "", nullptr},
+    {setting::POPUserName, &ui::FrmSettings::txtPOPUserName, "", nullptr},
+    {setting::POPPassword, &ui::FrmSettings::txtPOPPassword, "", nullptr},
+    {setting::POPHost, &ui::FrmSettings::txtPOPHost, "", nullptr},
+    {setting::SMTPHost, &ui::FrmSettings::txtSMTPHost, "", nullptr},
+    {setting::OutlookFolder, &ui::FrmSettings::txtOutlookFolder, "", nullptr},
 };
 
 // Picks a folder into a field and answers whether one was chosen. `start` is where the picker
@@ -73,29 +75,19 @@ void movePackages(App& app) {
   if (app.windows.messageBox({"Move existing Packages to the new Packages Folder?",
                               ui::BoxIcon::question, ui::BoxButtons::yesNo}) != ui::Answer::yes)
     return;
-  form.enabled = false;
-  app.windows.setPointer(ui::Pointer::hourglass);
+  const DisabledForm busy(form);
+  const HourglassPointer pointer(app);
   WalkTree(app, form.OldPacksDir, app.PacksDir, WalkMove, true);
   // A link is not walked through, so it must not be taken away either.
   const std::string old = withoutBackslash(form.OldPacksDir);
   if (!app.files().isLink(old)) app.files().removeFolder(old).skipped();
   app.error.clear();
-  form.enabled = true;
-  app.windows.setPointer(ui::Pointer::normal);
   form.OldPacksDir.clear();
   app.frmMain.lblStatus.caption = "";
   LoadACList(app);
 }
 
 }  // namespace
-
-std::string readSetting(App& app, const char* section, const char* key, std::string_view fallback) {
-  return app.platform.settings.read(section, key, fallback);
-}
-
-void writeSetting(App& app, const char* section, const char* key, const std::string& value) {
-  app.platform.settings.write(section, key, value).skipped();
-}
 
 void runSettings(App& app) {
   auto& form = app.frmSettings;
@@ -120,9 +112,9 @@ void frmSettings_Form_Load(App& app) {
   tabSettings_Click(app, 0);
   form.enabled = true;
   for (const StoredField& field : folderFields)
-    (form.*field.box).text = readSetting(app, generalSection, field.key, field.fallback);
+    (form.*field.box).text = readSetting(app, field.key, field.fallback);
   for (const StoredField& field : mailFields)
-    (form.*field.box).text = readSetting(app, mailSection, field.key, field.fallback);
+    (form.*field.box).text = readSetting(app, field.key, field.fallback);
   form.OldPacksDir = form.txtPacksDir.text;
 }
 
@@ -188,7 +180,7 @@ void frmSettings_btnOK_Click(App& app) {
   }
   for (const StoredField& field : folderFields) {
     const std::string& value = (form.*field.box).text;
-    writeSetting(app, generalSection, field.key, value);
+    writeSetting(app, field.key, value).skipped();
     app.*field.global = value;
   }
   if (!app.SceneryLib.empty() && !PathExists(app.files(), app.SceneryLib)) {
@@ -199,7 +191,7 @@ void frmSettings_btnOK_Click(App& app) {
   if (!equalsIgnoringCase(form.OldPacksDir, app.PacksDir)) movePackages(app);
 
   for (const StoredField& field : mailFields)
-    writeSetting(app, mailSection, field.key, (form.*field.box).text);
+    writeSetting(app, field.key, (form.*field.box).text).skipped();
   if (!app.starting) app.frmMain.visible = true;
   app.windows.hide(form);
 }

@@ -5,16 +5,6 @@
 
 namespace skv {
 
-// The sections of the settings store.
-inline constexpr const char* generalSection = "General";
-inline constexpr const char* windowSection = "Window";
-inline constexpr const char* mailSection = "Mail";
-
-std::string readSetting(App& app, const char* section, const char* key,
-                        std::string_view fallback = {});
-// A store that cannot be written is passed over: the values hold for this run.
-void writeSetting(App& app, const char* section, const char* key, const std::string& value);
-
 void mnuFileSettings_Click(App& app);
 // Shows the dialog, waits until it is gone and unloads it. What is on screen besides is the
 // caller's matter.

@@ -3,8 +3,12 @@
 #include <cstdio>
 
 #include "aircraft/aircraft_cfg.h"
+#include "aircraft/aircraft_views.h"
 #include "base/paths.h"
-#include "core/utilities.h"
+#include "core/disk_queries.h"
+#include "core/messages.h"
+#include "core/settings_keys.h"
+#include "core/stores.h"
 #include "core/walktree.h"
 #include "ui/settings.h"
 #include "ui/views.h"
@@ -44,26 +48,26 @@ void restoreWindow(App& app) {
   app.LayoutHeight = form.height;
   app.LayoutAspect = static_cast<double>(app.LayoutWidth) / app.LayoutHeight;
 
-  const auto stored = [&app](const char* key) { return readSetting(app, windowSection, key); };
-  if (stored("MainTop").empty()) return;
-  form.top = static_cast<int>(val(stored("MainTop")));
-  form.left = static_cast<int>(val(stored("MainLeft")));
-  form.width = static_cast<int>(val(stored("MainWidth")));
+  const auto stored = [&app](const Setting& key) {
+    return static_cast<int>(val(readSetting(app, key)));
+  };
+  if (readSetting(app, setting::MainTop).empty()) return;
+  form.top = stored(setting::MainTop);
+  form.left = stored(setting::MainLeft);
+  form.width = stored(setting::MainWidth);
   Form_Resize(app);
-  const int state = static_cast<int>(val(stored("MainState")));
+  const int state = stored(setting::MainState);
   if (state >= 0 && state <= 2) form.windowState = static_cast<ui::Form::State>(state);
 }
 
 void readSettings(App& app) {
-  const auto stored = [&app](const char* key) { return readSetting(app, generalSection, key); };
-  app.FSRoot = stored("FSRoot");
-  app.HangarDir = stored("HangarDir");
-  app.PacksDir = stored("PacksDir");
-  app.PanelsDir = stored("PanelsDir");
-  app.LastZIPDir = stored("LastZIPDir");
-  app.SceneryLib = stored("SceneryLib");
-  app.SceneryPacksPath =
-      readSetting(app, generalSection, "SceneryPacksPath", app.PacksDir + "Scenery\\");
+  app.FSRoot = readSetting(app, setting::FSRoot);
+  app.HangarDir = readSetting(app, setting::HangarDir);
+  app.PacksDir = readSetting(app, setting::PacksDir);
+  app.PanelsDir = readSetting(app, setting::PanelsDir);
+  app.LastZIPDir = readSetting(app, setting::LastZIPDir);
+  app.SceneryLib = readSetting(app, setting::SceneryLib);
+  app.SceneryPacksPath = readSetting(app, setting::SceneryPacksPath, app.PacksDir + "Scenery\\");
 }
 
 // Without a Packages folder the path would be a stray one in the current folder.
@@ -81,10 +85,10 @@ void askForSettings(App& app) {
 }
 
 void completeSettings(App& app) {
-  if (app.FSRoot.empty() || readSetting(app, generalSection, "AppVersion") != app.AppVersionText) {
+  if (app.FSRoot.empty() || readSetting(app, setting::AppVersion) != app.AppVersionText) {
     askForSettings(app);
     if (app.ending) return;
-    writeSetting(app, generalSection, "AppVersion", app.AppVersionText);
+    writeSetting(app, setting::AppVersion, app.AppVersionText).skipped();
   }
   if (app.HangarDir.empty() && !app.ending) askForSettings(app);
   if (app.PacksDir.empty() && !app.ending) askForSettings(app);
@@ -94,7 +98,7 @@ void completeSettings(App& app) {
 void moveOldLists(App& app) {
   if (app.FSRoot.empty()) return;
   FileSystem& files = app.files();
-  for (const char* name : {"SKV_AC.lst", "SKV_PN.lst", "SKV_SN.lst"}) {
+  for (const char* name : {aircraftListFile, panelListFile, soundListFile}) {
     if (!PathExists(files, app.AppDir + name)) continue;
     if (app.step(files.copyFile(app.AppDir + name, app.FSRoot + name)))
       app.step(files.deleteFile(app.AppDir + name));
@@ -103,7 +107,7 @@ void moveOldLists(App& app) {
 
 void selectLastAircraft(App& app) {
   auto& list = app.frmMain.lstAircraft;
-  const double last = val(readSetting(app, generalSection, "LastACSelected"));
+  const double last = val(readSetting(app, setting::LastACSelected));
   if (last < 1 || last > list.count()) return;
   const int row = static_cast<int>(last);
   list.select(row);
@@ -131,8 +135,8 @@ void Form_Load(App& app) {
     form.visible = true;
     return;
   }
-  app.SenderIdentity.FirstName = readSetting(app, mailSection, "FirstName");
-  app.SenderIdentity.LastName = readSetting(app, mailSection, "LastName");
+  app.SenderIdentity.FirstName = readSetting(app, setting::FirstName);
+  app.SenderIdentity.LastName = readSetting(app, setting::LastName);
   app.AppVersionText = versionText();
   form.caption = std::string(ui::programTitle) + " - " + app.AppVersionText;
   ui::yieldTimes(app.windows, yieldsBeforeSplash);
@@ -159,14 +163,14 @@ void Form_Unload(App& app) {
   auto& form = app.frmMain;
   app.ending = true;
   if (form.lstAircraft.count() > 1)
-    writeSetting(app, generalSection, "LastACSelected",
-                 std::to_string(form.lstAircraft.selected()));
-  writeSetting(app, windowSection, "MainState",
-               std::to_string(static_cast<int>(form.windowState.get())));
+    writeSetting(app, setting::LastACSelected, std::to_string(form.lstAircraft.selected()))
+        .skipped();
+  writeSetting(app, setting::MainState, std::to_string(static_cast<int>(form.windowState.get())))
+      .skipped();
   if (form.windowState != ui::Form::State::normal) form.windowState = ui::Form::State::normal;
-  writeSetting(app, windowSection, "MainTop", std::to_string(form.top));
-  writeSetting(app, windowSection, "MainLeft", std::to_string(form.left));
-  writeSetting(app, windowSection, "MainWidth", std::to_string(form.width));
+  writeSetting(app, setting::MainTop, std::to_string(form.top)).skipped();
+  writeSetting(app, setting::MainLeft, std::to_string(form.left)).skipped();
+  writeSetting(app, setting::MainWidth, std::to_string(form.width)).skipped();
   form.visible = false;
   app.windows.unload(app.frmSplash);
   app.windows.unload(app.frmSettings);

@@ -4,9 +4,8 @@
 #include <cmath>
 #include <span>
 
-#include "aircraft/aircraft_cfg.h"
-#include "aircraft/list_files.h"
-#include "core/utilities.h"
+#include "aircraft/aircraft_views.h"
+#include "scenery/scenery_view.h"
 
 namespace skv {
 
@@ -15,101 +14,12 @@ namespace {
 constexpr int leastListHeight = 1000;    // twips
 constexpr int leastWindowWidth = 10335;  // twips
 
-// What tells the simulator's aircraft view from the Hangar's.
-struct AircraftView {
-  ui::MenuItem ui::FrmMain::*entry;
-  const char* frameCaption;
-  ui::Colour frameColour;
-  const char* hangarCaption;
-  int App::*selIndex;         // the remembered row of this view
-  int App::*leavingSelIndex;  // where the row of the view being left is noted
-};
-
-constexpr AircraftView fsView{&ui::FrmMain::mnuViewFSAircraft,
-                              "Aircraft: FS 2002",
-                              65535,
-                              fsViewCaption,
-                              &App::FSSelIndex,
-                              &App::HangarSelIndex};
-constexpr AircraftView hangarView{
-    &ui::FrmMain::mnuViewHangar, "Aircraft: HANGAR",   65280,
-    hangarViewCaption,           &App::HangarSelIndex, &App::FSSelIndex};
-
-void showFrames(App& app, bool aircraft) {
-  app.frmMain.frameAircraft.visible = aircraft;
-  app.frmMain.frameAddon.visible = aircraft;
-  app.frmMain.frameScenery.visible = !aircraft;
-}
-
-// Enables what the kind of view offers. An entry without an operation stays disabled.
-void setMenus(App& app, bool aircraft) {
-  auto& form = app.frmMain;
-  for (ui::MenuItem* entry : {&form.mnuFileInstallAC, &form.mnuViewCfg, &form.mnuFileSynchPN,
-                              &form.mnuFileImportAC, &form.mnuFileImportPN, &form.mnuFileImportSN})
-    entry->enabled = aircraft && entry->available();
-  for (ui::MenuItem* entry : {&form.mnuFileInstallSC, &form.mnuFileImportSceneries})
-    entry->enabled = !aircraft && entry->available();
-}
-
-void checkEntry(App& app, const ui::MenuItem& current) {
-  auto& form = app.frmMain;
-  for (ui::MenuItem* entry : {&form.mnuViewFSAircraft, &form.mnuViewHangar, &form.mnuViewFSScenery})
-    entry->checked = entry == &current;
-}
-
-// The Hangar with its two own folders, which the installer fills but does not make.
-void makeHangar(App& app) {
-  if (app.HangarDir.empty()) return;
-  if (!PathExists(app.files(), app.HangarDir)) MakePath(app.files(), app.HangarDir);
-  for (const char* folder : {"aircraft", "Main"})
-    app.files().makeFolder(app.HangarDir + folder).skipped();
-}
-
-void showAircraftView(App& app, const AircraftView& view, const std::string& root) {
-  auto& form = app.frmMain;
-  showFrames(app, true);
-  setMenus(app, true);
-  app.windows.yield();
-
-  if (form.lstAircraft.count() > 0) app.*view.leavingSelIndex = form.lstAircraft.selected();
-  app.ListDir = root;
-  app.ACRoot = root + "aircraft\\";
-  if (&view == &hangarView) makeHangar(app);
-
-  form.frameAircraft.caption = view.frameCaption;
-  form.frameAircraft.colour = view.frameColour;
-  form.btnHangar.caption = view.hangarCaption;
-  checkEntry(app, form.*view.entry);
-  form.imgAircraft.picture = "";
-  form.imgPanel.picture = "";
-
-  LoadACList(app);
-  LoadPNList(app);
-  LoadSNList(app);
-  if (const int remembered = std::min(app.*view.selIndex, form.lstAircraft.count());
-      remembered > 0) {
-    form.lstAircraft.select(remembered);
-    form.lstAircraft.ensureVisible(remembered);
-  }
-  lstAircraft_Click(app);
-}
-
 void showFrameOf(int index, std::span<ui::Frame* const> frames) {
   if (index < 0 || index >= static_cast<int>(frames.size())) return;
   for (ui::Frame* frame : frames) frame->visible = frame == frames[static_cast<std::size_t>(index)];
 }
 
 }  // namespace
-
-void mnuViewFSAircraft_Click(App& app) { showAircraftView(app, fsView, app.FSRoot); }
-void mnuViewHangar_Click(App& app) { showAircraftView(app, hangarView, app.HangarDir); }
-
-void mnuViewFSScenery_Click(App& app) {
-  showFrames(app, false);
-  setMenus(app, false);
-  checkEntry(app, app.frmMain.mnuViewFSScenery);
-  app.windows.yield();
-}
 
 void frameAircraft_DblClick(App& app) {
   if (app.frmMain.mnuViewFSAircraft.checked)

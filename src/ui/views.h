@@ -1,17 +1,9 @@
-// The three views of the main window, its tabs and its layout.
+// The walk through the views, the tabs and the layout of the main window.
 #pragma once
 
 #include "core/app.h"
 
 namespace skv {
-
-// The caption of btnHangar is the only record of which aircraft view is current.
-inline constexpr const char* fsViewCaption = "To Hangar...";
-inline constexpr const char* hangarViewCaption = "To FS2002...";
-
-void mnuViewFSAircraft_Click(App& app);
-void mnuViewHangar_Click(App& app);
-void mnuViewFSScenery_Click(App& app);
 
 // The frames walk through the views: simulator, Hangar, scenery.
 void frameAircraft_DblClick(App& app);

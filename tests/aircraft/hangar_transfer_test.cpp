@@ -1,4 +1,5 @@
 #include "aircraft/hangar_transfer.h"
+#include "aircraft/aircraft_views.h"
 
 #include "sample/zip_file.h"
 #include "support/program_fixture.h"

@@ -5,7 +5,7 @@
 #include <fstream>
 #include <iterator>
 
-#include "platform/drive_file_system.h"
+#include "platform/disk/drive_file_system.h"
 #include "support/faulty_file_system.h"
 #include "support/temporary_drive.h"
 

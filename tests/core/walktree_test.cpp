@@ -2,7 +2,7 @@
 
 #include <filesystem>
 
-#include "core/utilities.h"
+#include "core/disk_queries.h"
 #include "support/program_fixture.h"
 
 namespace skv {

@@ -1,6 +1,7 @@
 #include "packaging/aircraft_installer.h"
+#include "aircraft/aircraft_views.h"
 
-#include "core/utilities.h"
+#include "core/disk_queries.h"
 #include "sample/zip_file.h"
 #include "support/program_fixture.h"
 #include "ui/views.h"
@@ -126,7 +127,7 @@ TEST_F(InstallerTest, TheNewRowIsSavedSelectedAndMarked) {
   install();
   auto& list = app.frmMain.lstAircraft;
   EXPECT_EQ(windows.inputPrompts, Tree{"Foldername for aircraft:|plane"});
-  EXPECT_EQ(app.frmMain.btnHangar.caption, hangarViewCaption);
+  EXPECT_EQ(app.frmMain.btnHangar.caption, "To FS2002...");
   EXPECT_EQ(rows(list), Tree{"My Plane|C:\\Hangar\\aircraft\\My Plane\\"});
   EXPECT_EQ(list.selected(), 1);
   EXPECT_EQ(list.smallIcon(1), 5);

@@ -74,6 +74,21 @@ std::string FaultyFileSystem::identity(std::string_view folder) const {
   return fault("identity", folder, false).ok() ? real_.identity(folder) : std::string();
 }
 
+Result<std::string> FaultyFileSystem::canonicalPath(std::string_view folder) const {
+  if (Outcome failure = fault("canonicalPath", folder, false); !failure.ok()) return failure;
+  return real_.canonicalPath(folder);
+}
+
+Outcome FaultyFileSystem::copyFileDurably(std::string_view from, std::string_view to) {
+  if (Outcome failure = fault("copyFileDurably", from, true); !failure.ok()) return failure;
+  return real_.copyFileDurably(from, to);
+}
+
+Outcome FaultyFileSystem::flushDisk(std::string_view path) {
+  if (Outcome failure = fault("flushDisk", path, true); !failure.ok()) return failure;
+  return real_.flushDisk(path);
+}
+
 Outcome FaultyFileSystem::copyFile(std::string_view from, std::string_view to) {
   if (Outcome failure = fault("copyFile", from, true); !failure.ok()) return failure;
   return real_.copyFile(from, to);

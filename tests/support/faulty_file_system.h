@@ -39,7 +39,9 @@ class FaultyFileSystem : public FileSystem {
   Result<std::vector<FolderEntry>> list(std::string_view folder, Entries entries) const override;
   bool isLink(std::string_view path) const override;
   std::string identity(std::string_view folder) const override;
+  Result<std::string> canonicalPath(std::string_view folder) const override;
   Outcome copyFile(std::string_view from, std::string_view to) override;
+  Outcome copyFileDurably(std::string_view from, std::string_view to) override;
   Outcome moveFile(std::string_view from, std::string_view to) override;
   Outcome rename(std::string_view from, std::string_view to) override;
   Outcome deleteFile(std::string_view path) override;
@@ -51,6 +53,7 @@ class FaultyFileSystem : public FileSystem {
   Outcome replaceFile(std::string_view path, std::string_view content) override;
   Result<std::unique_ptr<FileWriter>> createFile(std::string_view path) override;
   Result<double> freeBytes(std::string_view path) const override;
+  Outcome flushDisk(std::string_view path) override;
   std::string currentFolder() const override { return real_.currentFolder(); }
   Outcome setCurrentFolder(std::string_view path) override { return real_.setCurrentFolder(path); }
   Result<std::string> nativePath(std::string_view path) const override {

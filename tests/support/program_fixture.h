@@ -9,8 +9,8 @@
 #include <vector>
 
 #include "core/app.h"
-#include "platform/drive_file_system.h"
-#include "platform/libzip_zipit.h"
+#include "platform/disk/drive_file_system.h"
+#include "platform/zip/libzip_zipit.h"
 #include "support/faulty_file_system.h"
 #include "support/scripted_windows.h"
 #include "support/temporary_drive.h"

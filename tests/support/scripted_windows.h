@@ -4,6 +4,7 @@
 #include <deque>
 #include <functional>
 #include <map>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -15,8 +16,8 @@ class ScriptedWindows : public ui::Windowing {
  public:
   // Answers to Yes/No boxes, in order; when they run out the answer is No.
   std::deque<ui::Answer> answers;
-  // What the input box gives back; none: the text it was offered.
-  std::deque<std::string> inputs;
+  // What the input box gives back, nullopt for Cancel; when they run out the text it was offered.
+  std::deque<std::optional<std::string>> inputs;
   // Windows paths that the file dialog gives back; none: the user cancels.
   std::deque<std::string> picks;
   // Plays the user: called by yieldUntil for a form that was shown, once for each showing. A form
@@ -30,6 +31,7 @@ class ScriptedWindows : public ui::Windowing {
   std::vector<ui::FileDialog> fileDialogs;
   std::vector<ui::Pointer> pointers;
   int yields = 0;
+  std::string copied;  // to the clipboard, last
 
   std::vector<std::string> boxTexts() const {
     std::vector<std::string> texts;
@@ -46,11 +48,11 @@ class ScriptedWindows : public ui::Windowing {
     return answer;
   }
 
-  std::string inputBox(const std::string& prompt, const std::string&,
-                       const std::string& text) override {
+  std::optional<std::string> inputBox(const std::string& prompt, const std::string&,
+                                      const std::string& text) override {
     inputPrompts.push_back(prompt + "|" + text);
     if (inputs.empty()) return text;
-    std::string input = inputs.front();
+    auto input = inputs.front();
     inputs.pop_front();
     return input;
   }
@@ -76,6 +78,7 @@ class ScriptedWindows : public ui::Windowing {
 
   void setPointer(ui::Pointer pointer) override { pointers.push_back(pointer); }
   void setFocus(ui::Control&) override {}
+  void copyText(const std::string& text) override { copied = text; }
   void popUp(ui::MenuItem&) override {}
 
   void yield() override {

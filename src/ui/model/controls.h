@@ -1,6 +1,7 @@
 // The small controls of the forms. Captions carry their mnemonic as "&File".
 #pragma once
 
+#include <algorithm>
 #include <functional>
 #include <memory>
 #include <string>
@@ -99,6 +100,8 @@ class StatusLine : public Control {
  public:
   using Control::Control;
   Text caption{*this};
+  // How the last operation ended; shown while there is no caption, until the user's next event.
+  Text notice{*this};
   Property<int> value{*this, 0};               // percent
   Property<bool> showsProgress{*this, false};  // whether the fill is drawn
   void setProgress(int percent) {
@@ -129,8 +132,11 @@ class MenuItem : public Control {
   std::vector<MenuItem*> entries;  // a submenu's; owned by the form
   bool separator = false;
   std::function<void()> click;
-  // Whether the entry has something to do: an operation, or entries of its own.
-  bool available() const { return click != nullptr || !entries.empty(); }
+  // Whether the entry has something to do: an operation, or entries that have. A front-end draws
+  // one that has not disabled.
+  bool available() const {
+    return click != nullptr || std::ranges::any_of(entries, &MenuItem::available);
+  }
 };
 
 class Form : public Control {
@@ -148,6 +154,8 @@ class Form : public Control {
   // The window's close box was used. The default hides the form.
   std::function<void()> closed;
   std::function<void()> resized;
+  // The user has done something: called before the event of the control that it was done to.
+  std::function<void()> userActed;
 };
 
 }  // namespace skv::ui

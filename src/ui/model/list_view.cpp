@@ -26,6 +26,20 @@ int ListView::add(std::string text, std::vector<std::string> subItems) {
   return count();
 }
 
+void ListView::insert(int row, std::string text, std::vector<std::string> subItems) {
+  Row inserted;
+  inserted.text = std::move(text);
+  inserted.subItems = std::move(subItems);
+  inserted.id = nextId_++;
+  rows_.insert(rows_.begin() + (row - 1), std::move(inserted));
+  indexed_ = false;
+  if (count() == 1)
+    selected_ = 1;
+  else if (selected_ >= row)
+    ++selected_;
+  changed();
+}
+
 void ListView::remove(int row) {
   rows_.erase(rows_.begin() + (row - 1));
   indexed_ = false;

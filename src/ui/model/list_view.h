@@ -39,6 +39,8 @@ class ListView : public Control {
   // At the end, whatever the sort; answers the new row's number. The first row of an empty list
   // becomes the selected one.
   int add(std::string text, std::vector<std::string> subItems = {});
+  // Before the row of that number (1 is the top, count() + 1 the end).
+  void insert(int row, std::string text, std::vector<std::string> subItems = {});
   // A removed selected row hands the selection to the row that takes its place, else to the last.
   void remove(int row);
   void clear();
@@ -86,6 +88,7 @@ class ListView : public Control {
 
   // Events, raised by the front-end after it has updated the data.
   std::function<void()> click;
+  std::function<void()> dblClick;               // on the selected row
   std::function<void()> itemClick;              // another row was selected by the user
   std::function<void(int column)> columnClick;  // column header, from 1
   std::function<void(MouseButton)> mouseDown;

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <functional>
+#include <optional>
 #include <string>
 
 #include "base/outcome.h"
@@ -15,11 +16,18 @@ enum class Answer { ok, yes, no };
 
 inline constexpr const char* programTitle = "FS Skyvault";
 
+// The button that Enter presses. By default Yes, or No where the icon is a warning: Enter does not
+// remove anything.
+enum class DefaultButton { byIcon, yes, no };
+
+// Always shown as plain text, whatever it looks like.
 struct Box {
   std::string text;
   BoxIcon icon = BoxIcon::none;
   BoxButtons buttons = BoxButtons::ok;
   std::string title = programTitle;
+  DefaultButton defaultButton = DefaultButton::byIcon;
+  std::string details = {};  // a long text, which scrolls below the other one
 };
 
 struct FileDialog {
@@ -40,8 +48,8 @@ class Windowing {
 
   // Blocks until answered. Closing a Yes/No box answers No.
   virtual Answer messageBox(const Box& box) = 0;
-  // The text as typed; "" when it was cancelled.
-  virtual std::string inputBox(const std::string& prompt, const std::string& title,
+  // The text as typed; none when it was cancelled.
+  virtual std::optional<std::string> inputBox(const std::string& prompt, const std::string& title,
                                const std::string& text) = 0;
   // Fails with err::cancelled when the user leaves it.
   virtual Result<PickedFile> openFile(const FileDialog& dialog) = 0;
@@ -56,6 +64,7 @@ class Windowing {
 
   virtual void setPointer(Pointer pointer) = 0;
   virtual void setFocus(Control& control) = 0;
+  virtual void copyText(const std::string& text) = 0;  // to the desktop's clipboard
   // Opens a menu at the mouse.
   virtual void popUp(MenuItem& menu) = 0;
 

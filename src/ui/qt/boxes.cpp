@@ -88,20 +88,22 @@ Answer runMessageBox(const Box& box, QWidget* owner) {
   }
   window.setStandardButtons(QMessageBox::Yes | QMessageBox::No);
   window.setEscapeButton(QMessageBox::No);
-  // Enter does not remove anything.
-  window.setDefaultButton(box.icon == BoxIcon::warning ? QMessageBox::No : QMessageBox::Yes);
+  const bool no = box.defaultButton == DefaultButton::byIcon
+                      ? box.icon == BoxIcon::warning
+                      : box.defaultButton == DefaultButton::no;
+  window.setDefaultButton(no ? QMessageBox::No : QMessageBox::Yes);
   return window.exec() == QMessageBox::Yes ? Answer::yes : Answer::no;
 }
 
-std::string runInputBox(const std::string& prompt, const std::string& title,
-                        const std::string& text, QWidget* owner) {
+std::optional<std::string> runInputBox(const std::string& prompt, const std::string& title,
+                                       const std::string& text, QWidget* owner) {
   QInputDialog window(owner);
   window.setObjectName(QStringLiteral("inputBox"));
   window.setWindowTitle(shown(title));
   window.setLabelText(lines(prompt));
   window.setTextValue(shown(text));
   window.resize(380, window.sizeHint().height());
-  if (window.exec() != QDialog::Accepted) return {};
+  if (window.exec() != QDialog::Accepted) return std::nullopt;
   return typed(window.textValue());
 }
 

@@ -10,8 +10,8 @@ class QWidget;
 namespace skv::ui::qt {
 
 Answer runMessageBox(const Box& box, QWidget* owner);
-std::string runInputBox(const std::string& prompt, const std::string& title,
-                        const std::string& text, QWidget* owner);
+std::optional<std::string> runInputBox(const std::string& prompt, const std::string& title,
+                                       const std::string& text, QWidget* owner);
 Result<PickedFile> runFileDialog(const FileDialog& dialog, const FileSystem& files, QWidget* owner);
 
 }  // namespace skv::ui::qt

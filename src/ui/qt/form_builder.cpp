@@ -25,7 +25,8 @@ QPushButton* FormBuilder::button(Button& button, const QString& accessibleName) 
   auto* binding = new Binding(bindings_, form_, button, widget, [widget, &button, accessibleName] {
     widget->setText(shown(button.caption));
     widget->setAccessibleName(accessibleName.isEmpty() ? spoken(button.caption) : accessibleName);
-    widget->setEnabled(button.enabled);
+    // A command without an operation is in its place, and says so.
+    widget->setEnabled(button.enabled && button.click != nullptr);
     widget->setVisible(button.visible);
   });
   QObject::connect(widget, &QPushButton::clicked, binding, [widget, binding, &button] {

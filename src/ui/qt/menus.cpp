@@ -10,7 +10,7 @@ namespace {
 
 void follow(QAction& action, const MenuItem& item) {
   action.setText(shown(item.caption));
-  action.setEnabled(item.enabled);
+  action.setEnabled(item.enabled && item.available());
   action.setVisible(item.visible);
   action.setCheckable(item.checked);
   action.setChecked(item.checked);

@@ -1,6 +1,7 @@
 #include "ui/qt/qt_windowing.h"
 
 #include <QApplication>
+#include <QClipboard>
 #include <QEventLoop>
 #include <QMenu>
 #include <QTimer>
@@ -119,8 +120,9 @@ Answer QtWindowing::messageBox(const Box& box) {
   return runMessageBox(box, boxOwner());
 }
 
-std::string QtWindowing::inputBox(const std::string& prompt, const std::string& title,
-                                  const std::string& text) {
+std::optional<std::string> QtWindowing::inputBox(const std::string& prompt,
+                                                 const std::string& title,
+                                                 const std::string& text) {
   const WithoutHourglass normal(*this);
   bindings_.flush();
   return runInputBox(prompt, title, text, boxOwner());
@@ -205,6 +207,10 @@ void QtWindowing::setFocus(Control& control) {
   widget->window()->raise();
   widget->window()->activateWindow();
   widget->setFocus();
+}
+
+void QtWindowing::copyText(const std::string& text) {
+  QGuiApplication::clipboard()->setText(shown(text));
 }
 
 void QtWindowing::popUp(MenuItem& menu) {

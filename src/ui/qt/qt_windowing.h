@@ -35,8 +35,8 @@ class QtWindowing : public Windowing {
   void unloadAll();
 
   Answer messageBox(const Box& box) override;
-  std::string inputBox(const std::string& prompt, const std::string& title,
-                       const std::string& text) override;
+  std::optional<std::string> inputBox(const std::string& prompt, const std::string& title,
+                                      const std::string& text) override;
   Result<PickedFile> openFile(const FileDialog& dialog) override;
   void show(Form& form, Form* owner) override;
   void showModal(Form& form, Form* owner) override;
@@ -44,6 +44,7 @@ class QtWindowing : public Windowing {
   void unload(Form& form) override;
   void setPointer(Pointer pointer) override;
   void setFocus(Control& control) override;
+  void copyText(const std::string& text) override;
   void popUp(MenuItem& menu) override;
   void yield() override;
   void yieldUntil(const std::function<bool()>& condition) override;

@@ -8,7 +8,7 @@
 #include <QTreeWidget>
 
 #include "core/long_operation.h"
-#include "ui/dir_select.h"
+#include "ui/dialogs/dir_select.h"
 #include "ui/qt/window_fixture.h"
 #include "ui/settings.h"
 
@@ -86,7 +86,7 @@ TEST_F(WindowTest, AnInputBoxGivesTheTextOrNothing) {
   });
   EXPECT_EQ(windows.inputBox("New folder name:", "FS Skyvault", "New Folder"), "Panels");
   withBox([](QDialog& box) { QTest::keyClick(&box, Qt::Key_Escape); });
-  EXPECT_EQ(windows.inputBox("New folder name:", "FS Skyvault", "New Folder"), "");
+  EXPECT_EQ(windows.inputBox("New folder name:", "FS Skyvault", "New Folder"), std::nullopt);
 }
 
 TEST_F(WindowTest, SettingsAreOpenedByKeyFilledAndAccepted) {

@@ -1,0 +1,35 @@
+// Small questions to the disk, and the folders of a path.
+//
+// "Cannot tell" is never "is not there": a disk that is away, a folder that nobody may look into.
+// Who overwrites, saves over or deletes something asks presenceOf() and stops at `unknown`; who
+// only shows something may ask PathExists().
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "platform/file_system.h"
+
+namespace skv {
+
+enum class Presence { there, absent, unknown };
+
+// What the failure of a look at a path says of it: only a clear "not found" is absent.
+Presence presenceBy(const Outcome& failedLook);
+Presence presenceOf(const FileSystem& files, std::string_view path);
+
+// Whether anything stands at `path`, hidden entries included. A drive may be given as "c" or "c:".
+// Two characters that sort between "a:" and "z:" are read as a folder. An empty path is false.
+bool PathExists(const FileSystem& files, std::string_view path);
+// Whether a folder stands there, or a link to one.
+bool folderExists(const FileSystem& files, std::string_view path);
+
+// Free bytes of the disk on which the path lies, or would lie: that of its nearest existing folder,
+// since a drive like Z: spans several disks. 0 when it cannot be told.
+double GetDiskFree(const FileSystem& files, std::string_view path);
+
+// Makes every folder of the path that is missing. Failures are passed over: whoever needs to know
+// tests with PathExists.
+void MakePath(FileSystem& files, std::string_view path);
+
+}  // namespace skv

@@ -1,0 +1,23 @@
+// Boxes that tell of failures: the one current error, a step that failed, the desktop's refusals.
+#pragma once
+
+#include <string>
+
+#include "core/app.h"
+
+namespace skv {
+
+// The checkpoint of an operation: shows a pending error in the "Error #" box, clears it and answers
+// true, which tells the caller to leave.
+bool ReportError(App& app);
+// The same box for an outcome that an operation keeps to itself; answers whether it was a failure.
+// What yields uses this one: the current error may be cleared by whatever runs meanwhile.
+bool ReportError(App& app, const Outcome& outcome);
+
+// What could not be done, and on the line below it why.
+void tellFailure(App& app, const std::string& what, const Outcome& failure);
+
+// Opens a document or an address with the desktop's program for it; a failure is told in a box.
+void ShellOpen(App& app, const std::string& target);
+
+}  // namespace skv

@@ -1,0 +1,99 @@
+#include "platform/disk/drives.h"
+
+#include <unistd.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <filesystem>
+#include <memory>
+#include <optional>
+#include <vector>
+
+#include "base/text.h"
+#include "platform/disk/native_calls.h"
+#include "platform/disk/user_folders.h"
+#include "platform/disk/windows_names.h"
+
+namespace skv {
+
+namespace {
+
+bool isFolder(const std::string& native) {
+  struct stat status {};
+  return ::stat(native.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
+}
+
+std::string realPath(const std::string& native) {
+  const std::unique_ptr<char, decltype(&std::free)> real(::realpath(native.c_str(), nullptr),
+                                                         &std::free);
+  return real != nullptr ? real.get() : "";
+}
+
+std::string ownDrives() {
+  const std::string own = dataFolder();
+  std::string drives = own + "/dosdevices";
+  std::error_code error;  // what could not be made is missing when it is asked for
+  std::filesystem::create_directories(own + "/drive_c", error);
+  std::filesystem::create_directories(drives, error);
+  std::filesystem::create_directory_symlink("../drive_c", drives + "/c:", error);
+  std::filesystem::create_directory_symlink("/", drives + "/z:", error);
+  return drives;
+}
+
+// What follows `root` in `path`, both without doubled slashes; nothing when the path does not lie
+// below it.
+std::optional<std::string> below(std::string_view root, std::string_view path) {
+  if (!path.starts_with(root)) return {};
+  path.remove_prefix(root.size());
+  if (!path.empty() && !root.ends_with('/') && path[0] != '/') return {};
+  while (path.starts_with('/')) path.remove_prefix(1);
+  while (path.ends_with('/')) path.remove_suffix(1);
+  return std::string(path);
+}
+
+bool isReachable(const std::string& elements) {
+  return elements.empty() || std::ranges::all_of(split(elements, '/'), isWindowsName);
+}
+
+std::size_t countElements(const std::string& elements) {
+  return elements.empty() ? 0 : 1 + std::ranges::count(elements, '/');
+}
+
+}  // namespace
+
+std::string findDrivesFolder() {
+  if (std::string told = environmentValue("SKYVAULT_DRIVES"); !told.empty()) return told;
+  for (const std::string& prefix : {environmentValue("WINEPREFIX"), homeFolder() + "/.wine"})
+    if (!prefix.empty() && isFolder(prefix + "/dosdevices")) return prefix + "/dosdevices";
+  return ownDrives();
+}
+
+std::string Drives::realRoot(char drive) const { return realPath(root(drive)); }
+
+std::string Drives::windowsPath(std::string_view native) const {
+  std::error_code error;
+  std::filesystem::path entry =
+      std::filesystem::absolute(std::filesystem::path(native), error).lexically_normal();
+  if (error || native.empty()) return {};
+  if (!entry.has_filename()) entry = entry.parent_path();
+  // A place may be reached by a shorter way than the one that was taken to it. Only the folder is
+  // looked at: an entry that is a link itself keeps its own name.
+  std::vector<std::string> ways = {entry.string()};
+  if (const std::string real = realPath(entry.parent_path().string()); !real.empty())
+    ways.push_back((real == "/" ? real : real + "/") + entry.filename().string());
+
+  std::optional<DrivePath> best;
+  for (char drive = 'a'; drive <= 'z'; ++drive) {
+    const std::string real = realRoot(drive);
+    if (real.empty()) continue;
+    for (const std::string& way : ways) {
+      auto elements = below(real, way);
+      if (!elements || !isReachable(*elements)) continue;
+      if (!best || countElements(*elements) < countElements(best->below))
+        best = DrivePath{drive, std::move(*elements)};
+    }
+  }
+  return best ? best->text() : std::string();
+}
+
+}  // namespace skv

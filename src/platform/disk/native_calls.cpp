@@ -1,0 +1,68 @@
+#include "platform/disk/native_calls.h"
+
+#include <unistd.h>
+
+#include <algorithm>
+
+namespace skv {
+
+Descriptor openFile(const std::string& native, int flags, mode_t mode) {
+  return Descriptor(retried([&] { return ::open(native.c_str(), flags | O_CLOEXEC, mode); }));
+}
+
+int writeAll(int fd, std::span<const char> bytes) {
+  while (!bytes.empty()) {
+    const auto written = retried([&] { return ::write(fd, bytes.data(), bytes.size()); });
+    if (written == -1) return errno;
+    bytes = bytes.subspan(static_cast<std::size_t>(written));
+  }
+  return 0;
+}
+
+int readAll(int fd, std::string& content) {
+  constexpr std::size_t step = 65536;
+  struct stat status {};
+  const bool sized = ::fstat(fd, &status) == 0 && status.st_size > 0;
+  // One byte more than the length, so that one call fetches all and the next sees the end.
+  std::size_t room = sized ? static_cast<std::size_t>(status.st_size) + 1 : step;
+  std::size_t length = content.size();
+  for (;;) {
+    content.resize(length + room);
+    const auto got = retried([&] { return ::read(fd, content.data() + length, room); });
+    const int error = got == -1 ? errno : 0;
+    length += got > 0 ? static_cast<std::size_t>(got) : 0;
+    if (got <= 0) {
+      content.resize(length);
+      return error;
+    }
+    room = content.size() > length ? content.size() - length : std::max(step, length);
+  }
+}
+
+FileTime modifiedTime(const struct stat& status) {
+  return {status.st_mtim.tv_sec, static_cast<std::int32_t>(status.st_mtim.tv_nsec)};
+}
+
+bool sameFile(const struct stat& a, const struct stat& b) {
+  return a.st_dev == b.st_dev && a.st_ino == b.st_ino;
+}
+
+const dirent64* FolderReader::next() {
+  for (;;) {
+    if (at_ == filled_) {
+      const auto got = retried([&] { return ::getdents64(fd_, buffer_.data(), buffer_.size()); });
+      if (got <= 0) {
+        error_ = got == 0 ? 0 : errno;
+        return nullptr;
+      }
+      at_ = 0;
+      filled_ = static_cast<std::size_t>(got);
+    }
+    const auto* entry = reinterpret_cast<const dirent64*>(buffer_.data() + at_);
+    at_ += entry->d_reclen;
+    const std::string_view name = entry->d_name;
+    if (name != "." && name != "..") return entry;
+  }
+}
+
+}  // namespace skv

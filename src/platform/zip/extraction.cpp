@@ -1,0 +1,242 @@
+#include "platform/zip/extraction.h"
+
+#include <libdeflate.h>
+
+#include <algorithm>
+#include <atomic>
+#include <chrono>
+#include <condition_variable>
+#include <exception>
+#include <memory>
+#include <mutex>
+#include <system_error>
+#include <thread>
+
+namespace skv {
+
+namespace {
+
+using Target = ExtractionPlan::Target;
+
+// Entries up to this size are unpacked in memory, larger ones piece by piece: what the two workers
+// hold together stays flat whatever the archive.
+constexpr std::uint64_t wholeSize = std::uint64_t{6} << 20U;
+constexpr std::size_t pieceSize = std::size_t{256} << 10U;
+constexpr unsigned workers = 2;
+
+struct DecompressorCloser {
+  void operator()(libdeflate_decompressor* one) const { libdeflate_free_decompressor(one); }
+};
+struct ZipFileCloser {
+  void operator()(zip_file_t* file) const { zip_fclose(file); }
+};
+using ZipFile = std::unique_ptr<zip_file_t, ZipFileCloser>;
+
+// What all workers share of the job's state.
+struct Shared {
+  std::atomic<std::uint64_t> done = 0;  // bytes
+  std::atomic<bool> stop = false;
+};
+
+// One thread's view of the archive, and its buffers.
+class Unpacker {
+ public:
+  Unpacker(FileSystem& files, const ArchiveFile& archive, Shared& shared)
+      : files_(files), archive_(archive), shared_(shared) {}
+
+  Outcome unpack(const Target& target) {
+    const ArchiveEntry& entry = *target.entry.entry;
+    auto file = files_.createFile(target.path);
+    if (!file.ok()) return named(entry, file.outcome());
+    const bool whole = (entry.method == ZIP_CM_DEFLATE || entry.method == ZIP_CM_STORE) &&
+                       entry.size <= wholeSize && entry.packed <= wholeSize;
+    Outcome unpacked = whole ? unpackWhole(target.entry, *file.value())
+                             : unpackPieces(target.entry, *file.value());
+    if (!unpacked.ok()) return unpacked;
+    Outcome made = file.value()->commit(entry.modified);
+    return made.ok() ? made : named(entry, made);
+  }
+
+ private:
+  // A failure of the disk, with the entry that met it.
+  Outcome named(const ArchiveEntry& entry, const Outcome& failure) const {
+    return Outcome::withText(failure.number(), failure.description() + " (while unpacking \"" +
+                                                   entry.Filename + "\" from \"" +
+                                                   archive_.shown() + "\")");
+  }
+  Outcome fails(const ArchiveEntry& entry, const std::string& what) const {
+    return entryFailure(archive_.shown(), entry.Filename, what);
+  }
+
+  Outcome write(FileWriter& file, const ArchiveEntry& entry, std::span<const char> bytes) {
+    const Outcome written = file.write(bytes);
+    if (!written.ok()) return named(entry, written);
+    shared_.done += bytes.size();
+    return {};
+  }
+
+  Outcome unpackWhole(const ChosenEntry& chosen, FileWriter& file) {
+    const ArchiveEntry& entry = *chosen.entry;
+    if (!packed_) {
+      packed_ = std::make_unique_for_overwrite<char[]>(wholeSize);
+      content_ = std::make_unique_for_overwrite<char[]>(wholeSize);
+      inflater_.reset(libdeflate_alloc_decompressor());
+      if (!inflater_) throw std::bad_alloc();
+    }
+    const std::span<char> packed(packed_.get(), entry.packed);
+    if (!archive_.readAll(chosen.data, packed)) return fails(entry, "cannot be read");
+    std::span<const char> content = packed;
+    if (entry.method == ZIP_CM_DEFLATE) {
+      std::size_t length = 0;
+      const auto result = libdeflate_deflate_decompress(
+          inflater_.get(), packed.data(), packed.size(), content_.get(), entry.size, &length);
+      if (result == LIBDEFLATE_INSUFFICIENT_SPACE)
+        return fails(entry, "is larger than its header says");
+      if (result != LIBDEFLATE_SUCCESS || length != entry.size) return fails(entry, "is corrupt");
+      content = {content_.get(), length};
+    }
+    if (libdeflate_crc32(0, content.data(), content.size()) != entry.crc)
+      return fails(entry, "is corrupt: its check sum is wrong");
+    return write(file, entry, content);
+  }
+
+  Outcome unpackPieces(const ChosenEntry& chosen, FileWriter& file) {
+    const ArchiveEntry& entry = *chosen.entry;
+    if (!reader_) {
+      auto opened = ZipReader::open(archive_);
+      if (!opened.ok()) return opened.outcome();
+      reader_ = std::make_unique<ZipReader>(std::move(opened).value());
+      piece_ = std::make_unique_for_overwrite<char[]>(pieceSize);
+    }
+    const ZipFile data(zip_fopen_index(reader_->get(), chosen.index, 0));
+    if (!data) return fails(entry, "cannot be read");
+    std::uint64_t length = 0;
+    std::uint32_t crc = 0;
+    while (!shared_.stop) {
+      const zip_int64_t got = zip_fread(data.get(), piece_.get(), pieceSize);
+      if (got < 0) return fails(entry, std::string("is corrupt: ") + zip_file_strerror(data.get()));
+      const std::span<const char> bytes(piece_.get(), static_cast<std::size_t>(got));
+      if (bytes.empty()) break;
+      length += bytes.size();
+      if (length > entry.size) return fails(entry, "is larger than its header says");
+      crc = libdeflate_crc32(crc, bytes.data(), bytes.size());
+      if (Outcome written = write(file, entry, bytes); !written.ok()) return written;
+    }
+    if (length != entry.size || crc != entry.crc) return fails(entry, "is corrupt");
+    return {};
+  }
+
+  FileSystem& files_;
+  const ArchiveFile& archive_;
+  Shared& shared_;
+  std::unique_ptr<ZipReader> reader_;
+  std::unique_ptr<libdeflate_decompressor, DecompressorCloser> inflater_;
+  std::unique_ptr<char[]> packed_, content_, piece_;
+};
+
+// Hands the files out to the workers, in order, until one fails.
+class Crew {
+ public:
+  Crew(FileSystem& files, const ArchiveFile& archive, const ExtractionPlan& plan)
+      : files_(files), archive_(archive), plan_(plan) {
+    const auto wanted = std::min<std::size_t>(workers, plan.files.size());
+    threads_.reserve(wanted);
+    for (std::size_t i = 0; i < wanted; ++i) {
+      try {
+        threads_.emplace_back([this] { work(); });
+      } catch (const std::system_error&) {
+        break;  // what could not be started the others do
+      }
+    }
+  }
+  ~Crew() {
+    shared_.stop = true;
+    join();
+  }
+  Crew(const Crew&) = delete;
+  Crew& operator=(const Crew&) = delete;
+
+  Outcome watch(const std::function<void(int)>& progress) {
+    constexpr auto look = std::chrono::milliseconds(20);
+    if (threads_.empty()) work();
+    for (;;) {
+      {
+        std::unique_lock lock(mutex_);
+        if (ended_.wait_for(lock, look, [this] { return finished_ >= threads_.size(); })) break;
+      }
+      progress(percent());
+    }
+    join();
+    if (thrown_) std::rethrow_exception(thrown_);
+    return failure_;
+  }
+
+ private:
+  int percent() const {
+    if (plan_.bytes == 0) return 0;
+    constexpr double whole = 100;
+    return static_cast<int>(static_cast<double>(shared_.done) * whole /
+                            static_cast<double>(plan_.bytes));
+  }
+
+  void work() {
+    Unpacker unpacker(files_, archive_, shared_);
+    while (!shared_.stop) {
+      const std::size_t next = next_++;
+      if (next >= plan_.files.size()) break;
+      Outcome outcome;
+      std::exception_ptr thrown;
+      try {
+        outcome = guarded(archive_.shown(), [&] { return unpacker.unpack(plan_.files[next]); });
+      } catch (...) {
+        thrown = std::current_exception();
+      }
+      if (outcome.ok() && !thrown) continue;
+      const std::scoped_lock lock(mutex_);
+      // What another worker left because of the stop is no failure.
+      if (!shared_.stop) {
+        failure_ = std::move(outcome);
+        thrown_ = thrown;
+      }
+      shared_.stop = true;
+    }
+    const std::scoped_lock lock(mutex_);
+    ++finished_;
+    ended_.notify_one();
+  }
+
+  void join() {
+    for (std::thread& thread : threads_) thread.join();
+    threads_.clear();
+  }
+
+  FileSystem& files_;
+  const ArchiveFile& archive_;
+  const ExtractionPlan& plan_;
+  Shared shared_;
+  std::atomic<std::size_t> next_ = 0;
+  std::mutex mutex_;
+  std::condition_variable ended_;
+  std::size_t finished_ = 0;  // workers
+  Outcome failure_;
+  std::exception_ptr thrown_;  // what is no std::exception is for the caller
+  std::vector<std::thread> threads_;
+};
+
+}  // namespace
+
+Outcome extractFiles(FileSystem& files, const ArchiveFile& archive, const ExtractionPlan& plan,
+                     const std::function<void(int percent)>& progress) {
+  for (const std::string& folder : plan.folders) {
+    const Outcome made = files.makeFolder(folder);
+    if (made.ok()) continue;
+    const auto stands = files.attributes(folder);
+    // A link would lead what belongs into it to somewhere else.
+    if (!stands.ok() || !stands.value().folder || files.isLink(folder))
+      return Outcome::withText(
+          made.number(), made.description() + " (while unpacking \"" + archive.shown() + "\")");
+  }
+  return Crew(files, archive, plan).watch(progress);
+}
+
+}  // namespace skv

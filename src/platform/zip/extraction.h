@@ -1,0 +1,15 @@
+// Unpacking many entries at once.
+#pragma once
+
+#include <functional>
+
+#include "platform/zip/extraction_plan.h"
+
+namespace skv {
+
+// Unpacks on two processors. `progress` is called now and then on the calling thread, with the part
+// that is done in percent. Stops when an entry cannot be unpacked; what was complete by then stays.
+Outcome extractFiles(FileSystem& files, const ArchiveFile& archive, const ExtractionPlan& plan,
+                     const std::function<void(int percent)>& progress);
+
+}  // namespace skv

@@ -1,0 +1,142 @@
+#include "platform/zip/levels.h"
+
+#include <libdeflate.h>
+#include <zlib.h>
+
+#include <algorithm>
+#include <map>
+#include <new>
+
+#include "base/text.h"
+
+namespace skv {
+
+namespace {
+
+constexpr int highest = 9;
+// libdeflate's: for what hardly packs, for most files, and with every means.
+constexpr int glance = 1, quick = 7, thorough = 10;
+
+// Files that share an extension pack alike.
+std::string kindOf(const std::string& path) {
+  const auto dot = path.find_last_of(".\\");
+  return dot == std::string::npos || path[dot] == '\\' ? std::string()
+                                                       : lowerAscii(path.substr(dot));
+}
+
+struct Kind {
+  std::vector<FileToPack*> files;
+  std::uint64_t bytes = 0;
+};
+
+std::size_t sizeByZlib(std::span<const char> bytes) {
+  z_stream stream{};
+  constexpr int rawDeflate = -MAX_WBITS, memory = 8;
+  if (deflateInit2(&stream, Z_BEST_COMPRESSION, Z_DEFLATED, rawDeflate, memory,
+                   Z_DEFAULT_STRATEGY) != Z_OK)
+    throw std::bad_alloc();
+  std::vector<char> packed(deflateBound(&stream, static_cast<uLong>(bytes.size())));
+  // zlib reads from there alone, but does not say so.
+  stream.next_in = reinterpret_cast<Bytef*>(const_cast<char*>(bytes.data()));
+  stream.avail_in = static_cast<uInt>(bytes.size());
+  stream.next_out = reinterpret_cast<Bytef*>(packed.data());
+  stream.avail_out = static_cast<uInt>(packed.size());
+  deflate(&stream, Z_FINISH);
+  deflateEnd(&stream);
+  return stream.total_out;
+}
+
+// Pieces from the middle of a few files of a kind.
+std::vector<std::string> somePieces(const FileSystem& files, const Kind& kind) {
+  constexpr std::size_t most = 4, length = std::size_t{64} << 10U;
+  std::vector<std::string> pieces;
+  const std::size_t count = std::min(most, kind.files.size());
+  for (std::size_t i = 0; i < count; ++i) {
+    auto content = files.readFile(kind.files[i * kind.files.size() / count]->path);
+    // A file that cannot be read is told of when it is packed.
+    if (!content.ok()) continue;
+    const std::string& bytes = content.value();
+    pieces.push_back(bytes.size() > length ? bytes.substr((bytes.size() - length) / 2, length)
+                                           : bytes);
+  }
+  return pieces;
+}
+
+struct Choice {
+  int level = quick;
+  double thoroughPart = 0;  // of the kind's bytes
+};
+
+Choice choiceFor(const std::vector<std::string>& pieces, Deflater& deflater) {
+  const auto packedSize = [&](int level) {
+    std::size_t sum = 0;
+    for (const std::string& piece : pieces) sum += deflater.pack(piece, level).size();
+    return static_cast<double>(sum);
+  };
+  double plain = 0, yardstick = 0;
+  for (const std::string& piece : pieces) {
+    plain += static_cast<double>(piece.size());
+    yardstick += static_cast<double>(sizeByZlib(piece));
+  }
+  constexpr double hardlySmaller = 0.98, tolerance = 1.002;
+  if (yardstick >= hardlySmaller * plain) return {.level = glance};
+  const double excess = packedSize(quick) - tolerance * yardstick;
+  if (excess <= 0) return {};
+  const double gain = packedSize(quick) - packedSize(thorough);
+  constexpr double most = 0.5;  // more would cost more time than it is worth
+  return {.thoroughPart = gain > 0 ? std::min(most, excess / gain) : 0};
+}
+
+// Spreads the thorough level over the kind.
+void apply(const Choice& choice, const Kind& kind) {
+  double due = 0;
+  for (FileToPack* file : kind.files) {
+    const auto size = static_cast<double>(file->size);
+    due += choice.thoroughPart * size;
+    const bool now = choice.thoroughPart > 0 && due >= size / 2;
+    if (now) due -= size;
+    file->level = now ? thorough : choice.level;
+  }
+}
+
+}  // namespace
+
+void chooseLevels(const FileSystem& files, int level, std::span<FileToPack> toPack) {
+  if (level < highest) {
+    for (FileToPack& file : toPack) file.level = std::max(level, 0);
+    return;
+  }
+  std::map<std::string, Kind> kinds;
+  for (FileToPack& file : toPack) {
+    file.level = quick;
+    Kind& kind = kinds[kindOf(file.path)];
+    kind.files.push_back(&file);
+    kind.bytes += file.size;
+  }
+  constexpr std::uint64_t worthTrying = std::uint64_t{1} << 20U;
+  Deflater deflater;
+  for (const auto& [extension, kind] : kinds)
+    if (kind.bytes >= worthTrying) apply(choiceFor(somePieces(files, kind), deflater), kind);
+}
+
+void Deflater::Closer::operator()(libdeflate_compressor* one) const {
+  libdeflate_free_compressor(one);
+}
+
+Deflater::Deflater() : compressors_(thorough + 1) {}
+Deflater::~Deflater() = default;
+Deflater::Deflater(Deflater&&) noexcept = default;
+
+std::vector<char> Deflater::pack(std::span<const char> bytes, int level) {
+  auto& compressor = compressors_.at(static_cast<std::size_t>(level));
+  if (!compressor) compressor.reset(libdeflate_alloc_compressor(level));
+  if (!compressor) throw std::bad_alloc();
+  // What cannot be made smaller is deflate's own kind of stored, a few bytes larger.
+  const std::size_t most = libdeflate_deflate_compress_bound(compressor.get(), bytes.size());
+  const auto buffer = std::make_unique_for_overwrite<char[]>(most);
+  const std::size_t length =
+      libdeflate_deflate_compress(compressor.get(), bytes.data(), bytes.size(), buffer.get(), most);
+  return {buffer.get(), buffer.get() + length};
+}
+
+}  // namespace skv

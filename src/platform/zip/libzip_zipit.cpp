@@ -1,0 +1,148 @@
+#include "platform/zip/libzip_zipit.h"
+
+#include <chrono>
+#include <unordered_set>
+
+#include "base/paths.h"
+#include "platform/zip/archive_directory.h"
+#include "platform/zip/entry_names.h"
+#include "platform/zip/extraction.h"
+#include "platform/zip/extraction_plan.h"
+#include "platform/zip/packing.h"
+
+namespace skv {
+
+namespace {
+
+constexpr int complete = 100;  // percent
+
+class LibzipZipit : public Zipit {
+ public:
+  LibzipZipit(FileSystem& files, CodePage systemPage)
+      : files_(files), systemPage_(std::move(systemPage)) {}
+
+  Outcome setArchivefile(std::string_view path) override;
+  const std::vector<ZipEntry>& entries() const override { return entries_; }
+  Outcome addfiles(const std::vector<std::string>& names) override;
+  Outcome extractfiles(const std::vector<std::string>& names) override;
+
+ private:
+  using Event = std::function<void(int percent)>;
+
+  Outcome readEntries();
+  Outcome add(const std::vector<std::string>& names);
+  Outcome extract(const std::vector<std::string>& names);
+  Result<std::vector<ChosenEntry>> choose(const std::vector<std::string>& names) const;
+  // Tells how far a job is, up to the percent before the last, and keeps the window alive.
+  void report(const Event& event, int percent);
+
+  FileSystem& files_;
+  const CodePage systemPage_;
+  std::string path_;                         // full Windows path
+  std::shared_ptr<const ArchiveFile> file_;  // nullptr for an archive that is to be made
+  std::vector<ArchiveEntry> directory_;
+  std::vector<ZipEntry> entries_;
+  int reported_ = 0;
+  std::chrono::steady_clock::time_point lastYield_;
+};
+
+Outcome LibzipZipit::setArchivefile(std::string_view path) {
+  path_ = path;
+  file_.reset();
+  directory_.clear();
+  entries_.clear();
+  if (!files_.attributes(path_).ok()) return {};
+  return guarded(path_, [this] { return readEntries(); });
+}
+
+Outcome LibzipZipit::readEntries() {
+  const auto native = files_.nativePath(path_);
+  if (!native.ok()) return native.outcome();
+  auto file = ArchiveFile::open(native.value(), path_);
+  if (!file.ok()) return file.outcome();
+  auto directory = readDirectory(*file.value(), systemPage_);
+  if (!directory.ok()) return directory.outcome();
+  file_ = std::move(file).value();
+  directory_ = std::move(directory).value();
+  entries_.reserve(directory_.size());
+  for (const ArchiveEntry& entry : directory_) entries_.push_back({entry.Filename, entry.size});
+  return {};
+}
+
+void LibzipZipit::report(const Event& event, int percent) {
+  if (percent > reported_ && percent < complete) {
+    reported_ = percent;
+    if (event) event(percent);
+  }
+  constexpr auto pause = std::chrono::milliseconds(15);
+  const auto now = std::chrono::steady_clock::now();
+  if (!Yield || now - lastYield_ < pause) return;
+  Yield();
+  lastYield_ = std::chrono::steady_clock::now();
+}
+
+Outcome LibzipZipit::addfiles(const std::vector<std::string>& names) {
+  if (BarReset1) BarReset1();
+  reported_ = 0;
+  Outcome added = add(names);
+  if (added.ok() && AddProgress) AddProgress(complete);
+  if (BarReset2) BarReset2();
+  return added;
+}
+
+Outcome LibzipZipit::add(const std::vector<std::string>& names) {
+  const std::string folder = withBackslash(files_.currentFolder());
+  Packing job{path_, {}, compressionlevel};
+  for (const std::string& name : names) {
+    std::string path = folder + name;
+    if (!includesystemfiles) {
+      const auto attributes = files_.attributes(path);
+      if (attributes.ok() && attributes.value().system) continue;
+    }
+    job.files.push_back({std::move(path), usedirectoryinfo ? name : fileName(name)});
+  }
+  return packFiles(files_, systemPage_, job, [this](int percent) { report(AddProgress, percent); });
+}
+
+Outcome LibzipZipit::extractfiles(const std::vector<std::string>& names) {
+  if (BarReset1) BarReset1();
+  reported_ = 0;
+  Outcome extracted = guarded(path_, [&] { return extract(names); });
+  if (ExtractProgress) ExtractProgress(complete);
+  if (BarReset2) BarReset2();
+  return extracted;
+}
+
+Outcome LibzipZipit::extract(const std::vector<std::string>& names) {
+  if (!file_) return Outcome::failure(err::fileNotFound, path_);
+  auto chosen = choose(names);
+  if (!chosen.ok()) return chosen.outcome();
+  if (Outcome sound = auditArchive(*file_, chosen.value()); !sound.ok()) return sound;
+  const auto plan = planExtraction(path_, chosen.value(), extractfolder, usedirectoryinfo);
+  if (!plan.ok()) return plan.outcome();
+  return extractFiles(files_, *file_, plan.value(),
+                      [this](int percent) { report(ExtractProgress, percent); });
+}
+
+Result<std::vector<ChosenEntry>> LibzipZipit::choose(const std::vector<std::string>& names) const {
+  std::unordered_set<std::string_view> wanted(names.begin(), names.end());
+  std::unordered_set<std::string_view> found;
+  std::vector<ChosenEntry> chosen;
+  for (std::size_t i = 0; i < directory_.size(); ++i) {
+    const std::string& name = directory_[i].Filename;
+    if (!wanted.contains(name)) continue;
+    found.insert(name);
+    chosen.push_back({i, &directory_[i]});
+  }
+  for (const std::string_view name : wanted)
+    if (!found.contains(name)) return entryFailure(path_, std::string(name), "is not there");
+  return chosen;
+}
+
+}  // namespace
+
+std::unique_ptr<Zipit> LibzipEngine::load(FileSystem& files) {
+  return std::make_unique<LibzipZipit>(files, systemPage_);
+}
+
+}  // namespace skv

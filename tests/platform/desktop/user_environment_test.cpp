@@ -1,0 +1,176 @@
+// What belongs to the user: settings, folders, the one run, the time of day.
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cmath>
+#include <ctime>
+#include <filesystem>
+
+#include "platform/desktop/file_settings_store.h"
+#include "platform/desktop/process_environment.h"
+#include "platform/desktop/single_instance.h"
+#include "platform/desktop/system_clock.h"
+#include "platform/disk/drive_file_system.h"
+#include "support/environment_variable.h"
+#include "support/temporary_drive.h"
+
+namespace skv {
+namespace {
+
+namespace fs = std::filesystem;
+using test::Variable;
+
+class UserEnvironmentTest : public ::testing::Test {
+ protected:
+  std::string native(const std::string& path) const { return drive.native() + "/" + path; }
+  mode_t mode(const std::string& path) const {
+    struct stat status {};
+    return ::stat(path.c_str(), &status) == 0 ? status.st_mode & 0777 : 0;
+  }
+  test::TemporaryDrive drive;
+  DriveFileSystem disk{drive.drives()};
+};
+
+TEST_F(UserEnvironmentTest, SettingsComeBackWhateverTheyHold) {
+  const std::string file = native("config/FSSkyvault/settings.ini");
+  std::string everything;
+  for (int c = 0; c < 256; ++c) everything += static_cast<char>(c);
+  const std::string values[] = {
+      "C:\\FS2002\\",      "",       " blanks ",   "a=b", "[General]", "; no comment",
+      "line\r\nKey=other", "100%41", "\"quoted\"", "\\n", everything};
+  for (const std::string& value : values) {
+    FileSettingsStore store(file);
+    EXPECT_TRUE(store.write("General", "Key", value).ok());
+    EXPECT_TRUE(store.write("Ge[n]=;", value, "by name").ok());
+    const FileSettingsStore later(file);
+    EXPECT_EQ(later.read("GENERAL", "kEY", "never"), value);
+    EXPECT_EQ(later.read("ge[n]=;", value, "never"), "by name");
+    EXPECT_EQ(later.read("General", "Other", "never"), "never");
+    EXPECT_EQ(later.read("Other", "Key", "never"), "never");
+  }
+  EXPECT_EQ(mode(file), 0600U);
+  EXPECT_EQ(mode(native("config/FSSkyvault")), 0700U);
+}
+
+TEST_F(UserEnvironmentTest, SettingsChangedByHandAreKept) {
+  const std::string file = native("own/settings.ini");
+  FileSettingsStore store(file);
+  EXPECT_TRUE(store.write("General", "FSRoot", "C:\\FS\\").ok());
+  drive.write("C:\\own\\settings.ini",
+              "lost line\n=\n[broken\n[General]\r\nFSRoot=C:\\FS\\\r\n; note\nno setting\n"
+              "SceneryPacksPath=D:\\Packs\\\nbad%zz=%4\n");
+  EXPECT_TRUE(store.write("Window", "MainTop", "15").ok());
+  const FileSettingsStore later(file);
+  EXPECT_EQ(later.read("general", "fsroot", ""), "C:\\FS\\");
+  EXPECT_EQ(later.read("General", "SceneryPacksPath", ""), "D:\\Packs\\");
+  EXPECT_EQ(later.read("General", "bad%zz", ""), "%4");
+  EXPECT_EQ(later.read("Window", "MainTop", ""), "15");
+
+  // What cannot be read is not replaced by less.
+  fs::remove(file);
+  fs::create_directory(file);
+  EXPECT_FALSE(store.write("Window", "MainTop", "30").ok());
+  EXPECT_EQ(store.read("Window", "MainTop", ""), "15");
+  EXPECT_TRUE(fs::is_directory(file));
+}
+
+TEST_F(UserEnvironmentTest, TempIsTheUsersOrPrivate) {
+  const Variable cache("XDG_CACHE_HOME", native("cache"));
+  const std::string own = "C:\\cache\\FSSkyvault";
+  const struct {
+    std::string set, TEMP;
+  } cases[] = {
+      {"", own},
+      {"D:\\Temp\\", "D:\\Temp\\"},
+      {native("Temp"), "C:\\Temp"},
+      {"/var/tmp", "Z:\\var\\tmp"},
+      {"/no:name", own},
+  };
+  for (const auto& [set, TEMP] : cases) {
+    const Variable variable("TEMP", set);
+    EXPECT_EQ(processEnvironment(disk).TEMP, TEMP) << set;
+  }
+  EXPECT_EQ(mode(native("cache/FSSkyvault")), 0700U);
+  const std::string folder = processEnvironment(disk).programFolder;
+  EXPECT_EQ(disk.nativePath(folder).valueOr(""),
+            fs::read_symlink("/proc/self/exe").parent_path().string());
+
+  const Variable variable("TEMP", "");
+  ::unsetenv("TEMP");
+  EXPECT_EQ(processEnvironment(disk).TEMP, own);
+  if (::geteuid() != 0) return;
+  // Somebody else's folder may be filled by somebody else.
+  ASSERT_EQ(::chown(native("cache/FSSkyvault").c_str(), 12, 34), 0);
+  EXPECT_EQ(processEnvironment(disk).TEMP, "");
+}
+
+TEST_F(UserEnvironmentTest, DrivesAreFoundOrMade) {
+  const Variable home("HOME", native("home")), data("XDG_DATA_HOME", native("data"));
+  const Variable told("SKYVAULT_DRIVES", ""), prefix("WINEPREFIX", native("prefix"));
+  EXPECT_EQ(findDrivesFolder(), native("data/FSSkyvault/dosdevices"));
+  DriveFileSystem made(findDrivesFolder());
+  EXPECT_TRUE(made.makeFolder("C:\\FS").ok());
+  EXPECT_TRUE(fs::is_directory(native("data/FSSkyvault/drive_c/FS")));
+  EXPECT_TRUE(made.attributes("Z:\\").ok());
+  fs::create_directories(native("home/.wine/dosdevices"));
+  EXPECT_EQ(findDrivesFolder(), native("home/.wine/dosdevices"));
+  fs::create_directories(native("prefix/dosdevices"));
+  EXPECT_EQ(findDrivesFolder(), native("prefix/dosdevices"));
+  ::setenv("SKYVAULT_DRIVES", drive.drives().c_str(), 1);
+  EXPECT_EQ(findDrivesFolder(), drive.drives());
+}
+
+TEST_F(UserEnvironmentTest, OneRunAtATimeEvenAfterAKill) {
+  const std::string folder = native("run");
+  {
+    const auto first = SingleInstance::acquire(folder);
+    ASSERT_TRUE(first.ok());
+    EXPECT_EQ(SingleInstance::acquire(folder).outcome().number(), err::permissionDenied);
+  }
+  int ready[2];
+  ASSERT_EQ(::pipe(ready), 0);
+  const pid_t other = ::fork();
+  if (other == 0) {
+    const auto run = SingleInstance::acquire(folder);
+    if (::write(ready[1], run.ok() ? "1" : "0", 1) == 1) ::pause();
+    ::_exit(0);
+  }
+  char got = 0;
+  ASSERT_EQ(::read(ready[0], &got, 1), 1);
+  EXPECT_EQ(got, '1');
+  EXPECT_EQ(SingleInstance::acquire(folder).outcome().number(), err::permissionDenied);
+  ::kill(other, SIGKILL);
+  ::waitpid(other, nullptr, 0);
+  EXPECT_TRUE(SingleInstance::acquire(folder).ok());
+  ::close(ready[0]);
+  ::close(ready[1]);
+  drive.write("C:\\file", "");
+  EXPECT_EQ(SingleInstance::acquire(native("file")).outcome().number(), err::pathFileAccess);
+}
+
+TEST(SystemClockTest, CountsDaysInLocalTime) {
+  for (const char* zone : {"UTC", "XXX-05:30", "YYY08"}) {
+    const Variable local("TZ", zone);
+    ::tzset();
+    const std::time_t now = std::time(nullptr);
+    std::tm parts{};
+    ::localtime_r(&now, &parts);
+    const double day = SystemClock().now();
+    const double ofDay = (day - static_cast<double>(static_cast<long>(day))) * 86400;
+    const double expected = parts.tm_hour * 3600 + parts.tm_min * 60 + parts.tm_sec;
+    EXPECT_NEAR(std::remainder(ofDay - expected, 86400), 0, 3) << zone;
+    // 1 January 2000 is day 36526.
+    std::tm date{};
+    date.tm_mday = 1 + static_cast<int>(day) - 36526;
+    date.tm_year = 100;
+    date.tm_hour = 12;
+    std::mktime(&date);
+    EXPECT_TRUE(date.tm_mday == parts.tm_mday && date.tm_mon == parts.tm_mon) << zone;
+  }
+  ::tzset();
+}
+
+}  // namespace
+}  // namespace skv

@@ -1,0 +1,355 @@
+// Copying, moving, replacing, renaming and deleting files on a real disk.
+#include <gtest/gtest.h>
+#include <sys/ptrace.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <sys/xattr.h>
+#include <unistd.h>
+
+#include <csignal>
+#include <filesystem>
+#include <functional>
+
+#include "platform/disk/drive_file_system.h"
+#include "platform/disk/file_writer.h"
+#include "support/temporary_drive.h"
+
+namespace skv {
+namespace {
+
+namespace fs = std::filesystem;
+using Tree = std::vector<std::string>;
+
+class DriveContentTest : public ::testing::Test {
+ protected:
+  std::string native(const std::string& path) const { return drive.native(path); }
+  mode_t mode(const std::string& path) const {
+    struct stat status {};
+    return ::stat(native(path).c_str(), &status) == 0 ? status.st_mode & 07777 : 0;
+  }
+  void setMode(const std::string& path, mode_t mode) const {
+    ASSERT_EQ(::chmod(native(path).c_str(), mode), 0);
+  }
+
+  test::TemporaryDrive drive;
+  DriveFileSystem disk{drive.drives()};
+};
+
+TEST_F(DriveContentTest, ACopyKeepsTimePermissionsAndAttributes) {
+  const std::string content = "\x01\r\n" + std::string(300000, 'x');
+  drive.write("C:\\a.bgl", content);
+  drive.setModified("C:\\a.bgl", {1012345678, 123456789});
+  setMode("C:\\a.bgl", 0640);
+  ::setxattr(native("C:\\a.bgl").c_str(), "user.DOSATTRIB", "0x22", 4, 0);
+  const bool stored = disk.attributes("C:\\a.bgl").value().hidden;
+  ASSERT_TRUE(disk.copyFile("C:\\A.BGL", "C:\\b.bgl").ok());
+  EXPECT_EQ(disk.readFile("C:\\b.bgl").valueOr(""), content);
+  EXPECT_EQ(disk.modified("C:\\b.bgl").value(), (FileTime{1012345678, 123456789}));
+  EXPECT_EQ(disk.fileLength("C:\\b.bgl").value(), content.size());
+  EXPECT_EQ(mode("C:\\b.bgl"), 0640U);
+  EXPECT_EQ(disk.attributes("C:\\b.bgl").value().hidden, stored);
+
+  setMode("C:\\a.bgl", 0444);
+  drive.write("C:\\old.bgl", "longer ago");
+  EXPECT_TRUE(disk.copyFile("C:\\a.bgl", "C:\\OLD.bgl").ok());
+  EXPECT_EQ(disk.readFile("C:\\old.bgl").valueOr(""), content);
+  EXPECT_TRUE(disk.attributes("C:\\old.bgl").value().readOnly) << "the source's, as everything";
+  // A file whose length the system does not know.
+  EXPECT_TRUE(disk.copyFile("Z:\\proc\\self\\status", "C:\\status").ok());
+  EXPECT_NE(drive.read("C:\\status").find("VmPeak"), std::string::npos);
+}
+
+TEST_F(DriveContentTest, ManyCopiesAreToldInTheirOrder) {
+  std::vector<FileCopy> copies;
+  for (int i = 0; i < 40; ++i) {
+    const std::string name = std::to_string(i);
+    if (i != 7) drive.write("C:\\s\\" + name, std::string(static_cast<std::size_t>(i) * 5000, 'x'));
+    copies.push_back({"C:\\s\\" + name, "C:\\d\\" + name});
+  }
+  ASSERT_TRUE(disk.makeFolder("C:\\d").ok());
+  for (const std::size_t count : {copies.size(), std::size_t{2}}) {
+    drive.clear("C:\\d");
+    copies.resize(count);
+    std::size_t told = 0;
+    disk.copyFiles(copies, [&](const Outcome& copied) {
+      EXPECT_EQ(copied.ok(), told != 7) << told;
+      EXPECT_EQ(drive.read(copies[told].to), drive.read(copies[told].from)) << told;
+      ++told;
+    });
+    EXPECT_EQ(told, count);
+  }
+  drive.clear("C:\\d");
+  copies.resize(2);
+  for (int i = 2; i < 30; ++i) copies.push_back({"C:\\s\\2", "C:\\d\\" + std::to_string(i)});
+  EXPECT_THROW(disk.copyFiles(copies, [](const Outcome&) { throw 1; }), int);
+}
+
+TEST_F(DriveContentTest, AReadOnlyFileStaysAsItIs) {
+  drive.write("C:\\new", "new");
+  drive.write("C:\\ro", "old");
+  setMode("C:\\ro", 0444);
+  EXPECT_EQ(disk.copyFile("C:\\new", "C:\\RO").number(), err::pathFileAccess);
+  EXPECT_EQ(disk.moveFile("C:\\new", "C:\\RO").number(), err::pathFileAccess);
+  EXPECT_EQ(disk.replaceFile("C:\\ro", "new").number(), err::pathFileAccess);
+  EXPECT_EQ(disk.deleteFile("C:\\ro").number(), err::pathFileAccess);
+  EXPECT_EQ(disk.moveFile("C:\\ro", "C:\\moved").number(), err::pathFileAccess);
+  EXPECT_EQ(disk.createFile("C:\\ro").outcome().number(), err::pathFileAccess);
+  setMode("C:\\ro", 0644);
+  auto writer = disk.createFile("C:\\ro");
+  ASSERT_TRUE(writer.ok());
+  setMode("C:\\ro", 0444);
+  EXPECT_EQ(writer.value()->commit({}).number(), err::pathFileAccess);
+  EXPECT_EQ(drive.read("C:\\ro"), "old");
+  EXPECT_EQ(drive.tree("C:\\"), (Tree{"new", "ro"}));
+  ASSERT_TRUE(disk.setAttributes("C:\\ro", {}).ok());
+  EXPECT_TRUE(disk.copyFile("C:\\new", "C:\\RO").ok());
+  EXPECT_TRUE(disk.deleteFile("C:\\Ro").ok());
+  EXPECT_EQ(drive.tree("C:\\"), Tree{"new"});
+}
+
+TEST_F(DriveContentTest, AFileOntoItselfComesToNoHarm) {
+  drive.write("C:\\dir\\a.txt", "content");
+  drive.link("C:\\link", "C:\\dir");
+  drive.link("C:\\to_a", "C:\\dir\\a.txt");
+  fs::create_hard_link(native("C:\\dir\\a.txt"), native("C:\\dir") + "/hard");
+  for (const char* same : {"C:\\dir\\a.txt", "c:\\DIR\\A.TXT", "C:\\link\\a.txt", "C:\\LINK\\A.txt",
+                           "C:\\to_a", "C:\\dir\\hard"}) {
+    EXPECT_EQ(disk.copyFile("C:\\dir\\a.txt", same).number(), err::permissionDenied) << same;
+    EXPECT_EQ(disk.copyFile(same, "C:\\dir\\a.txt").number(), err::permissionDenied) << same;
+    EXPECT_EQ(disk.moveFile("C:\\dir\\a.txt", same).number(), err::permissionDenied) << same;
+    EXPECT_EQ(drive.read("C:\\dir\\a.txt"), "content") << same;
+  }
+  EXPECT_TRUE(disk.isLink("C:\\to_a"));
+}
+
+TEST_F(DriveContentTest, LinksAreNeverWrittenThrough) {
+  drive.write("C:\\out\\target", "kept");
+  drive.write("C:\\new", "new");
+  setMode("C:\\out\\target", 0444);
+  const std::function<Outcome(const std::string&)> writers[] = {
+      [&](const std::string& to) { return disk.copyFile("C:\\new", to); },
+      [&](const std::string& to) { return disk.replaceFile(to, "new"); },
+      [&](const std::string& to) {
+        drive.write("C:\\moved", "new");
+        return disk.moveFile("C:\\moved", to);
+      },
+      [&](const std::string& to) {
+        auto writer = disk.createFile(to);
+        if (!writer.ok()) return writer.outcome();
+        writer.value()->write(std::string("new")).skipped();
+        return writer.value()->commit({});
+      },
+  };
+  for (const auto& write : writers) {
+    for (const char* target : {"C:\\out\\target", "C:\\nowhere"}) {
+      drive.remove("C:\\link");
+      drive.link("C:\\link", target);
+      EXPECT_TRUE(write("C:\\LINK").ok());
+      EXPECT_FALSE(disk.isLink("C:\\link"));
+      EXPECT_EQ(drive.read("C:\\link"), "new");
+      EXPECT_EQ(drive.read("C:\\out\\target"), "kept");
+    }
+    EXPECT_EQ(write("C:\\out").number(), err::pathFileAccess) << "a folder";
+    drive.link("C:\\outlink", "C:\\out");
+    EXPECT_EQ(write("C:\\outlink").number(), err::pathFileAccess) << "a link to one";
+    drive.remove("C:\\outlink");
+    EXPECT_EQ(write("C:\\none\\a").number(), err::pathNotFound);
+    EXPECT_EQ(write("C:\\").number(), err::pathFileAccess);
+    EXPECT_EQ(write("C:\\nul").number(), err::badFileName);
+  }
+  drive.link("C:\\link2", "C:\\out\\target");
+  EXPECT_TRUE(disk.moveFile("C:\\link2", "C:\\content").ok());
+  EXPECT_FALSE(disk.isLink("C:\\content") || drive.exists("C:\\link2"));
+  EXPECT_EQ(drive.read("C:\\content") + drive.read("C:\\out\\target"), "keptkept");
+  drive.link("C:\\link3", "C:\\out\\target");
+  EXPECT_TRUE(disk.deleteFile("C:\\link3").ok());
+  drive.link("C:\\link4", "C:\\out");
+  EXPECT_TRUE(disk.deleteFile("C:\\link4").ok());
+  EXPECT_EQ(drive.tree("C:\\out"), Tree{"target"});
+  EXPECT_EQ(disk.deleteFile("C:\\out").number(), err::pathFileAccess);
+}
+
+TEST_F(DriveContentTest, AMoveIsACopyAndADelete) {
+  drive.write("C:\\a.txt", "new");
+  drive.setModified("C:\\a.txt", {1000000000, 5});
+  drive.write("C:\\dir\\B.txt", "old");
+  EXPECT_TRUE(disk.moveFile("C:\\A.txt", "C:\\Dir\\b.TXT").ok());
+  EXPECT_EQ(drive.tree("C:\\"), (Tree{"dir\\", "dir\\B.txt"}));
+  EXPECT_EQ(drive.read("C:\\dir\\B.txt"), "new");
+  EXPECT_EQ(disk.modified("C:\\dir\\b.txt").value(), (FileTime{1000000000, 5}));
+  EXPECT_EQ(disk.moveFile("C:\\none", "C:\\x").number(), err::fileNotFound);
+  EXPECT_EQ(disk.moveFile("C:\\dir", "C:\\x").number(), err::pathFileAccess);
+
+  const fs::path other = "/dev/shm";
+  struct stat here {
+  }, there{};
+  if (::stat(drive.native().c_str(), &here) != 0 || ::stat(other.c_str(), &there) != 0 ||
+      here.st_dev == there.st_dev)
+    GTEST_SKIP() << "only one disk here";
+  const std::string away = "Z:\\dev\\shm\\skv-test-" + std::to_string(::getpid());
+  EXPECT_TRUE(disk.moveFile("C:\\dir\\b.txt", away).ok());
+  EXPECT_FALSE(drive.exists("C:\\dir\\b.txt"));
+  EXPECT_EQ(disk.modified(away).value(), (FileTime{1000000000, 5}));
+  EXPECT_EQ(disk.rename(away, "C:\\back").number(), err::pathFileAccess);
+  EXPECT_TRUE(disk.moveFile(away, "C:\\back").ok());
+  EXPECT_EQ(drive.read("C:\\back"), "new");
+  EXPECT_FALSE(disk.attributes(away).ok());
+}
+
+TEST_F(DriveContentTest, RenamingNeverReplaces) {
+  drive.write("C:\\a.txt", "a");
+  drive.write("C:\\dir\\b.txt", "b");
+  EXPECT_EQ(disk.rename("C:\\a.txt", "C:\\DIR\\B.TXT").number(), err::fileExists);
+  EXPECT_EQ(disk.rename("C:\\a.txt", "C:\\Dir").number(), err::fileExists);
+  EXPECT_EQ(disk.rename("C:\\a.txt", "C:\\none\\a.txt").number(), err::pathNotFound);
+  EXPECT_EQ(disk.rename("C:\\none", "C:\\b.txt").number(), err::fileNotFound);
+  EXPECT_EQ(disk.rename("C:\\a.txt", "C:\\a:b").number(), err::badFileName);
+  EXPECT_TRUE(disk.rename("C:\\a.txt", "c:\\A.Txt").ok()) << "itself, in other letters";
+  EXPECT_TRUE(disk.rename("C:\\a.txt", "c:\\A.Txt").ok());
+  EXPECT_TRUE(disk.rename("C:\\DIR\\", "C:\\Folder\\").ok());
+  EXPECT_EQ(drive.tree("C:\\"), (Tree{"A.Txt", "Folder\\", "Folder\\b.txt"}));
+  fs::create_hard_link(native("C:\\A.Txt"), native("C:\\Folder") + "/a.txt");
+  EXPECT_EQ(disk.rename("C:\\a.txt", "C:\\folder\\A.txt").number(), err::fileExists);
+}
+
+TEST_F(DriveContentTest, AReplacedFileKeepsItsPermissions) {
+  drive.write("C:\\aircraft.cfg", "old");
+  setMode("C:\\aircraft.cfg", 0660);
+  const bool root = ::geteuid() == 0;
+  EXPECT_TRUE(!root || ::chown(native("C:\\aircraft.cfg").c_str(), 12, 34) == 0);
+  EXPECT_TRUE(disk.setAttributes("C:\\aircraft.cfg", {.archive = true}).ok());
+  const bool archive = disk.attributes("C:\\aircraft.cfg").value().archive;
+  EXPECT_TRUE(disk.replaceFile("C:\\Aircraft.cfg", "new").ok());
+  EXPECT_EQ(drive.read("C:\\aircraft.cfg"), "new");
+  EXPECT_EQ(mode("C:\\aircraft.cfg"), 0660U);
+  EXPECT_EQ(disk.attributes("C:\\aircraft.cfg").value().archive, archive);
+  struct stat status {};
+  ASSERT_EQ(::stat(native("C:\\aircraft.cfg").c_str(), &status), 0);
+  EXPECT_TRUE(!root || (status.st_uid == 12 && status.st_gid == 34));
+}
+
+TEST_F(DriveContentTest, AWriterLeavesNothingUntilItCommits) {
+  drive.write("C:\\old.txt", "old");
+  for (const char* path : {"C:\\new.txt", "C:\\OLD.TXT"}) {
+    auto writer = disk.createFile(path);
+    ASSERT_TRUE(writer.ok());
+    EXPECT_TRUE(writer.value()->write(std::string("half")).ok());
+    EXPECT_EQ(disk.list("C:\\").value().size(), 1U);
+  }
+  EXPECT_EQ(drive.read("C:\\old.txt"), "old");
+  EXPECT_EQ(drive.tree("C:\\"), Tree{"old.txt"});
+  EXPECT_TRUE(disk.setCurrentFolder("C:\\").ok());
+  auto writer = disk.createFile("new.txt");
+  ASSERT_TRUE(writer.ok());
+  ASSERT_TRUE(disk.makeFolder("C:\\elsewhere").ok());
+  EXPECT_TRUE(disk.setCurrentFolder("C:\\elsewhere").ok());
+  EXPECT_TRUE(writer.value()->write(std::string("all")).ok());
+  EXPECT_TRUE(writer.value()->commit(FileTime{1000000000, 7}).ok());
+  EXPECT_EQ(drive.read("C:\\new.txt"), "all");
+  EXPECT_EQ(disk.modified("C:\\new.txt").value(), (FileTime{1000000000, 7}));
+}
+
+TEST_F(DriveContentTest, AFullDiskLeavesTheOldFile) {
+  drive.write("C:\\big", std::string(100000, 'x'));
+  drive.write("C:\\old", "old");
+  rlimit before{};
+  ASSERT_EQ(::getrlimit(RLIMIT_FSIZE, &before), 0);
+  const auto handler = ::signal(SIGXFSZ, SIG_IGN);
+  rlimit small = before;
+  small.rlim_cur = 50000;
+  ASSERT_EQ(::setrlimit(RLIMIT_FSIZE, &small), 0);
+  const Outcome copied = disk.copyFile("C:\\big", "C:\\old");
+  const Outcome made = disk.copyFile("C:\\big", "C:\\new");
+  const Outcome replaced = disk.replaceFile("C:\\old", std::string(100000, 'y'));
+  auto writer = disk.createFile("C:\\old");
+  const Outcome written = writer.value()->write(std::string(100000, 'z'));
+  const Outcome committed = writer.value()->commit({});
+  writer = Outcome();
+  ::setrlimit(RLIMIT_FSIZE, &before);
+  ::signal(SIGXFSZ, handler);
+  for (const Outcome& outcome : {copied, made, replaced, written, committed})
+    EXPECT_EQ(outcome.number(), err::diskFull);
+  EXPECT_EQ(drive.read("C:\\old"), "old");
+  EXPECT_EQ(drive.tree("C:\\"), (Tree{"big", "old"}));
+}
+
+// Runs `work` in a process of its own that is killed at its n-th system call. Answers false when it
+// came to its end first, none when this machine does not let a process be watched.
+std::optional<bool> killedAt(int call, const std::function<void()>& work) {
+  const pid_t child = ::fork();
+  if (child == 0) {
+    if (::ptrace(PTRACE_TRACEME, 0, nullptr, nullptr) != 0) ::_exit(9);
+    ::raise(SIGSTOP);
+    work();
+    ::_exit(0);
+  }
+  int status = 0;
+  ::waitpid(child, &status, 0);
+  if (!WIFSTOPPED(status)) return std::nullopt;
+  // Two stops for each call: before it and after it.
+  for (int stop = 0; stop < 2 * call - 1; ++stop) {
+    ::ptrace(PTRACE_SYSCALL, child, nullptr, nullptr);
+    ::waitpid(child, &status, 0);
+    if (!WIFSTOPPED(status)) return false;
+  }
+  ::kill(child, SIGKILL);
+  ::waitpid(child, &status, 0);
+  return true;
+}
+
+TEST_F(DriveContentTest, KilledAtAnyCallTheOldFileOrTheNewOneStands) {
+  const std::string old = "old", fresh(20000, 'n');
+  const struct {
+    const char* name;
+    std::function<void()> work;
+  } works[] = {
+      {"copy", [&] { disk.copyFile("C:\\s\\from", "C:\\d\\to").skipped(); }},
+      {"make", [&] { disk.copyFile("C:\\s\\from", "C:\\d\\made").skipped(); }},
+      {"move", [&] { disk.moveFile("C:\\s\\from", "C:\\d\\to").skipped(); }},
+      {"replace", [&] { disk.replaceFile("C:\\d\\to", fresh).skipped(); }},
+  };
+  for (const auto& [name, work] : works) {
+    for (int call = 1;; ++call) {
+      drive.write("C:\\s\\from", fresh);
+      drive.write("C:\\d\\to", old);
+      drive.remove("C:\\d\\made");
+      const auto killed = killedAt(call, work);
+      if (!killed) GTEST_SKIP() << "a process cannot be watched here";
+      const std::string to = drive.read("C:\\d\\to");
+      EXPECT_TRUE(to == old || to == fresh) << name << " killed at " << call;
+      const bool made = drive.exists("C:\\d\\made");
+      EXPECT_EQ(drive.read("C:\\d\\made"), made ? fresh : "") << name << " killed at " << call;
+      EXPECT_TRUE(drive.exists("C:\\s\\from") || to == fresh) << name << " killed at " << call;
+      for (const FolderEntry& entry : disk.list("C:\\d").valueOr({}))
+        EXPECT_TRUE(entry.name == "to" || entry.name == "made") << entry.name;
+      // Whatever is left does not keep its folder.
+      EXPECT_EQ(disk.deleteFile("C:\\d\\made").ok(), made);
+      EXPECT_TRUE(disk.deleteFile("C:\\d\\to").ok());
+      EXPECT_TRUE(disk.removeFolder("C:\\d").ok()) << name << " killed at " << call;
+      if (!*killed) {
+        EXPECT_GT(call, 5) << name << " made no calls to be killed at";
+        break;
+      }
+    }
+  }
+}
+
+// On a disk that does not know files without a name.
+TEST_F(DriveContentTest, AHiddenNameServesWhereFilesNeedOne) {
+  PendingFile file(drive.native());
+  ASSERT_TRUE(file.ok());
+  EXPECT_EQ(writeAll(file.fd(), std::string("new")), 0);
+  drive.write("C:\\to", "old");
+  EXPECT_EQ(file.publish("to", false), EEXIST);
+  EXPECT_EQ(file.publish("to", true), 0);
+  EXPECT_EQ(drive.read("C:\\to"), "new");
+  EXPECT_EQ(drive.tree("C:\\"), Tree{"to"});
+  EXPECT_TRUE(isLeftoverName(".skv-0123456789abcdef.tmp"));
+  for (const char* name : {".skv-0123456789abcdeg.tmp", ".skv-.tmp", ".skv-0123456789abcdef.tmp~",
+                           "skv-0123456789abcdef.tmp"})
+    EXPECT_FALSE(isLeftoverName(name)) << name;
+}
+
+}  // namespace
+}  // namespace skv

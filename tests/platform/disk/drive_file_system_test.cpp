@@ -1,0 +1,297 @@
+// Names, attributes, listing and folders on a real disk.
+#include "platform/disk/drive_file_system.h"
+
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <sys/xattr.h>
+#include <unistd.h>
+
+#include <atomic>
+#include <filesystem>
+#include <thread>
+
+#include "base/text.h"
+#include "support/temporary_drive.h"
+
+namespace skv {
+namespace {
+
+namespace fs = std::filesystem;
+
+class DriveFileSystemTest : public ::testing::Test {
+ protected:
+  std::vector<std::string> names(const std::string& folder,
+                                 FileSystem::Entries entries = FileSystem::Entries::plain) const {
+    std::vector<std::string> result;
+    for (const FolderEntry& entry : disk.list(folder, entries).valueOr({}))
+      result.push_back(entry.folder ? entry.name + "\\" : entry.name);
+    return result;
+  }
+  bool stands(const std::string& path) const { return disk.attributes(path).ok(); }
+  // A change by somebody else, in exactly this spelling.
+  void foreign(const std::string& name, const std::string& content) const {
+    const int unused = ::system(("printf '" + content + "' > '" + native(name) + "'").c_str());
+    ASSERT_EQ(unused, 0);
+  }
+  std::string native(const std::string& name) const { return drive.native() + "/" + name; }
+
+  test::TemporaryDrive drive;
+  DriveFileSystem disk{drive.drives()};
+};
+
+using Names = std::vector<std::string>;
+
+TEST_F(DriveFileSystemTest, NamesMatchWithoutRegardToCase) {
+  drive.write("C:\\FS2002\\aircraft\\B737\\Stra\u00dfe \u00e4.cfg", "here");
+  for (const char* path :
+       {"C:\\FS2002\\aircraft\\B737\\Stra\u00dfe \u00e4.cfg",
+        "c:\\fs2002\\AIRCRAFT\\b737\\STRA\u00dfE \u00c4.CFG",
+        "C:\\FS2002\\AIRCRAFT\\B737\\Stra\u00dfe \u00c4.cfg", "z:\\NOWHERE\\..\\..\\c:",
+        "C:\\..\\fs2002\\.\\x\\..\\aircraft\\B737.\\stra\u00dfe \u00e4.cfg. ."}) {
+    if (std::string_view(path).starts_with("z")) continue;
+    EXPECT_EQ(disk.readFile(path).valueOr("missing"), "here") << path;
+  }
+  EXPECT_TRUE(disk.setCurrentFolder("c:\\FS2002\\Aircraft").ok());
+  EXPECT_EQ(disk.readFile("b737\\stra\u00dfe \u00e4.CFG").valueOr(""), "here");
+  EXPECT_EQ(disk.readFile("C:\\FS2002\\none.cfg").outcome().number(), err::fileNotFound);
+  EXPECT_EQ(disk.readFile("C:\\none\\b.cfg").outcome().number(), err::pathNotFound);
+  EXPECT_EQ(disk.readFile("Q:\\a.cfg").outcome().number(), err::pathNotFound);
+  EXPECT_EQ(disk.readFile("C:\\FS2002\\aircraft:b").outcome().number(), err::badFileName);
+  const Outcome longName = disk.replaceFile("c:\\" + std::string(300, 'n') + "\\a.cfg", "");
+  EXPECT_EQ(longName.number(), err::badFileName);
+  EXPECT_NE(longName.description().find(" C:\\nnn"), std::string::npos) << "no place on disk";
+}
+
+TEST_F(DriveFileSystemTest, NothingIsMadeThatDiffersInCaseAlone) {
+  ASSERT_TRUE(disk.makeFolder("C:\\Aircraft").ok());
+  EXPECT_EQ(disk.makeFolder("C:\\AIRCRAFT").number(), err::pathFileAccess);
+  EXPECT_TRUE(disk.makeFolder("C:\\aircraft\\b737").ok());
+  EXPECT_TRUE(disk.replaceFile("C:\\AIRCRAFT\\B737\\a.cfg", "1").ok());
+  EXPECT_TRUE(disk.replaceFile("C:\\aircraft\\b737\\A.CFG", "2").ok());
+  EXPECT_TRUE(disk.copyFile("C:\\aircraft\\b737\\A.CFG", "C:\\AirCraft\\b737\\B.cfg").ok());
+  EXPECT_TRUE(disk.copyFile("C:\\aircraft\\b737\\A.CFG", "C:\\AirCraft\\b737\\b.CFG").ok());
+  EXPECT_TRUE(disk.moveFile("C:\\aircraft\\b737\\A.CFG", "C:\\AIRCRAFT\\B737\\b.cfg").ok());
+  auto writer = disk.createFile("C:\\AIRCRAFT\\B737\\C.txt");
+  auto other = disk.createFile("C:\\Aircraft\\B737\\c.TXT");
+  ASSERT_TRUE(writer.ok() && other.ok());
+  EXPECT_TRUE(writer.value()->commit({}).ok());
+  EXPECT_TRUE(other.value()->commit({}).ok());
+  EXPECT_EQ(drive.tree("C:\\"), (Names{"Aircraft\\", "Aircraft\\b737\\", "Aircraft\\b737\\B.cfg",
+                                       "Aircraft\\b737\\C.txt"}));
+  EXPECT_EQ(drive.read("C:\\Aircraft\\b737\\B.cfg"), "2");
+}
+
+TEST_F(DriveFileSystemTest, OfTwinsTheExactSpellingWins) {
+  foreign("Readme.txt", "first");
+  foreign("README.txt", "second");
+  EXPECT_EQ(disk.readFile("C:\\Readme.txt").valueOr(""), "first");
+  EXPECT_EQ(disk.readFile("C:\\README.txt").valueOr(""), "second");
+  EXPECT_EQ(disk.readFile("C:\\readme.txt").valueOr(""), "second") << "the first by its bytes";
+  EXPECT_EQ(names("C:\\"), (Names{"README.txt", "Readme.txt"}));
+  EXPECT_EQ(disk.rename("C:\\Readme.txt", "C:\\README.txt").number(), err::fileExists);
+  EXPECT_TRUE(disk.replaceFile("C:\\Readme.txt", "new").ok());
+  EXPECT_EQ(disk.readFile("C:\\README.txt").valueOr(""), "second");
+}
+
+TEST_F(DriveFileSystemTest, ChangesBySomebodyElseAreSeenAtOnce) {
+  EXPECT_TRUE(disk.makeFolder("C:\\d").ok());
+  for (int round = 0; round < 3; ++round) {
+    EXPECT_FALSE(stands("C:\\d\\FILE.txt"));
+    foreign("d/file.txt", "x");
+    EXPECT_TRUE(stands("C:\\d\\FILE.txt"));
+    fs::rename(native("d/file.txt"), native("d/other.txt"));
+    EXPECT_FALSE(stands("C:\\d\\FILE.txt"));
+    EXPECT_TRUE(stands("C:\\d\\OTHER.txt"));
+    fs::remove(native("d/other.txt"));
+    EXPECT_FALSE(stands("C:\\d\\OTHER.txt"));
+  }
+  foreign("d/file.txt", "x");
+  EXPECT_TRUE(stands("C:\\D\\FILE.txt"));
+  // The folder itself, or one above it, may become another one under the same path.
+  fs::rename(native("d"), native("away"));
+  fs::create_directory(native("d"));
+  EXPECT_FALSE(stands("C:\\D\\FILE.txt"));
+  EXPECT_TRUE(stands("C:\\AWAY\\FILE.txt"));
+  fs::remove_all(native("d"));
+  EXPECT_FALSE(stands("C:\\D\\FILE.txt"));
+  fs::create_symlink("away", native("d"));
+  EXPECT_TRUE(stands("C:\\D\\FILE.txt"));
+  fs::rename(native("away/file.txt"), native("away/File.TXT"));
+  EXPECT_EQ(names("C:\\D"), Names{"File.TXT"});
+  EXPECT_TRUE(stands("C:\\D\\FILE.txt"));
+}
+
+TEST_F(DriveFileSystemTest, MoreChangesThanTheSystemReportsAreSeenToo) {
+  EXPECT_TRUE(disk.makeFolder("C:\\d").ok());
+  EXPECT_FALSE(stands("C:\\d\\LAST"));
+  // The queue of reports holds 16,384 by default and drops the rest.
+  foreign("d/a", "x");
+  for (int i = 0; i < 9000; ++i) {
+    fs::rename(native("d/a"), native("d/b"));
+    fs::rename(native("d/b"), native("d/a"));
+  }
+  fs::rename(native("d/a"), native("d/last"));
+  EXPECT_TRUE(stands("C:\\d\\LAST"));
+  EXPECT_FALSE(stands("C:\\d\\A"));
+}
+
+TEST_F(DriveFileSystemTest, ThreadsMakeNoTwins) {
+  EXPECT_TRUE(disk.makeFolder("C:\\d").ok());
+  constexpr int rounds = 200;
+  // Turning threads meet more closely than waiting ones.
+  std::atomic<int> come = 0;
+  const auto together = [&](int meeting) {
+    for (++come; come < 2 * meeting;) continue;
+  };
+  const auto make = [&](bool capital) {
+    for (int round = 0; round < rounds; ++round) {
+      const std::string number = std::to_string(round);
+      const std::string folder = "C:\\d\\" + std::string(capital ? "SUB" : "sub") + number;
+      auto file = disk.createFile("C:\\d\\" + std::string(capital ? "FILE" : "file") + number);
+      together(2 * round + 1);
+      disk.makeFolder(folder).skipped();
+      together(2 * round + 2);
+      if (file.ok()) file.value()->commit({}).skipped();
+    }
+  };
+  std::thread other(make, true);
+  make(false);
+  other.join();
+  EXPECT_EQ(drive.tree("C:\\d").size(), 2U * rounds);
+}
+
+TEST_F(DriveFileSystemTest, ListingIsInTheOrderOfNtfs) {
+  for (const char* name :
+       {"b.txt", "B_.txt", "a", "\u00c4.txt", "\u00e4a", "z", "_x", "C", ".dot", "\xff\xfe"})
+    foreign(name, "");
+  for (const char* refused : {"a:b", "what?", "back\\\\slash", "con", "dot.", "blank "})
+    foreign(refused, "");
+  fs::create_directory(native("Sub"));
+  fs::create_symlink("Sub", native("linked"));
+  fs::create_symlink("nowhere", native("broken"));
+  ASSERT_EQ(::mkfifo(native("pipe").c_str(), 0600), 0);
+  const Names plain = {"a", "b.txt", "B_.txt",     "C",       "linked\\", "Sub\\",
+                       "z", "_x",    "\u00c4.txt", "\u00e4a", "\xff\xfe"};
+  EXPECT_EQ(names("C:\\"), plain);
+  Names all = plain;
+  all.insert(all.begin(), ".dot");
+  EXPECT_EQ(names("C:\\", FileSystem::Entries::all), all);
+  EXPECT_EQ(names("C:\\", FileSystem::Entries::named), plain);
+  EXPECT_EQ(names("C:\\", FileSystem::Entries::measured), plain);
+  foreign("b.txt", "12345");
+  EXPECT_EQ(disk.list("C:\\", FileSystem::Entries::measured).value()[1].length, 5U);
+  EXPECT_EQ(disk.list("C:\\a").outcome().number(), err::pathNotFound);
+  EXPECT_EQ(disk.list("C:\\none").outcome().number(), err::pathNotFound);
+  EXPECT_TRUE(disk.isLink("C:\\LINKED\\"));
+  EXPECT_FALSE(disk.isLink("C:\\Sub") || disk.isLink("C:\\") || disk.isLink("C:\\none"));
+  EXPECT_EQ(disk.identity("C:\\linked"), disk.identity("c:\\SUB\\"));
+  EXPECT_NE(disk.identity("C:\\"), disk.identity("c:\\SUB\\"));
+  EXPECT_EQ(disk.identity("C:\\a"), "");
+  EXPECT_EQ(disk.readFile("C:\\pipe").outcome().number(), err::pathFileAccess);
+}
+
+TEST_F(DriveFileSystemTest, WhatTheDiskDoesNotTellMayBeALink) {
+  drive.write("C:\\locked\\a", "x");
+  ASSERT_EQ(::chmod(native("locked").c_str(), 0), 0);
+  const pid_t user = ::fork();
+  if (user == 0) {
+    constexpr uid_t somebody = 65534;
+    const bool ordinary = ::geteuid() != 0 || ::setuid(somebody) == 0;
+    ::_exit(ordinary && disk.isLink("C:\\locked\\a") ? 0 : 1);
+  }
+  int status = 0;
+  ::waitpid(user, &status, 0);
+  EXPECT_EQ(status, 0);
+  ::chmod(native("locked").c_str(), 0700);
+  EXPECT_FALSE(disk.isLink("C:\\locked\\A"));
+}
+
+TEST_F(DriveFileSystemTest, AttributesLiveWhereWineKeepsThem) {
+  drive.write("C:\\a.txt", "x");
+  const std::string file = native("a.txt");
+  if (::setxattr(file.c_str(), "user.test", "", 0, 0) != 0) GTEST_SKIP() << "no attributes here";
+  ASSERT_TRUE(disk.setAttributes("C:\\A.TXT", {.hidden = true, .archive = true}).ok());
+  char stored[16] = {};
+  EXPECT_GT(::getxattr(file.c_str(), "user.DOSATTRIB", stored, sizeof stored - 1), 0);
+  EXPECT_STREQ(stored, "0x22");
+  EXPECT_TRUE(disk.attributes("C:\\a.txt").value().hidden);
+  EXPECT_TRUE(disk.attributes("C:\\a.txt").value().archive);
+  EXPECT_EQ(names("C:\\"), Names{});
+  EXPECT_EQ(names("C:\\", FileSystem::Entries::measured), Names{});
+  EXPECT_EQ(names("C:\\", FileSystem::Entries::named), Names{"a.txt"});
+  EXPECT_EQ(names("C:\\", FileSystem::Entries::all), Names{"a.txt"});
+
+  ASSERT_TRUE(disk.setAttributes("C:\\a.txt", {.readOnly = true, .system = true}).ok());
+  EXPECT_EQ(fs::status(file).permissions() & fs::perms::owner_write, fs::perms::none);
+  EXPECT_FALSE(disk.attributes("C:\\a.txt").value().hidden);
+  EXPECT_TRUE(disk.attributes("C:\\a.txt").value().system);
+  EXPECT_EQ(names("C:\\"), Names{});
+
+  ASSERT_TRUE(disk.setAttributes("C:\\a.txt", {}).ok());
+  EXPECT_EQ(::getxattr(file.c_str(), "user.DOSATTRIB", stored, sizeof stored), -1);
+  EXPECT_NE(fs::status(file).permissions() & fs::perms::owner_write, fs::perms::none);
+  EXPECT_EQ(names("C:\\"), Names{"a.txt"});
+
+  drive.write("C:\\.b", "x");
+  ASSERT_TRUE(disk.setAttributes("C:\\.b", {}).ok());
+  EXPECT_TRUE(disk.attributes("C:\\.b").value().hidden) << "a leading dot hides for good";
+  drive.link("C:\\to_a", "C:\\a.txt");
+  ::chmod(file.c_str(), 0444);
+  EXPECT_TRUE(disk.setAttributes("C:\\to_a", {}).ok());
+  EXPECT_TRUE(disk.attributes("C:\\a.txt").value().readOnly) << "the link's target is left alone";
+  EXPECT_EQ(disk.setAttributes("C:\\none", {}).number(), err::fileNotFound);
+}
+
+TEST_F(DriveFileSystemTest, AFolderGoesOnlyWhenNothingIsInIt) {
+  drive.write("C:\\keep\\.hidden", "x");
+  EXPECT_EQ(disk.removeFolder("C:\\Keep").number(), err::pathFileAccess);
+  foreign("keep/a:b", "");
+  fs::remove(native("keep/.hidden"));
+  EXPECT_EQ(disk.removeFolder("C:\\Keep").number(), err::pathFileAccess);
+  fs::remove(native("keep/a:b"));
+  drive.write("C:\\keep\\.skv-0123456789abcdef.tmp", "of a killed run");
+  drive.link("C:\\link", "C:\\keep");
+  EXPECT_TRUE(disk.removeFolder("C:\\LINK\\").ok());
+  EXPECT_TRUE(drive.exists("C:\\keep")) << "the link itself went";
+  EXPECT_TRUE(disk.removeFolder("C:\\KEEP\\").ok());
+  EXPECT_EQ(disk.removeFolder("C:\\keep").number(), err::pathNotFound);
+  EXPECT_EQ(disk.removeFolder("C:\\").number(), err::pathFileAccess);
+  EXPECT_EQ(disk.makeFolder("C:\\").number(), err::pathFileAccess);
+  EXPECT_EQ(disk.makeFolder("C:\\a\\b").number(), err::pathNotFound);
+  drive.write("C:\\file", "x");
+  EXPECT_EQ(disk.makeFolder("C:\\File").number(), err::pathFileAccess);
+  EXPECT_EQ(disk.makeFolder("C:\\File\\a").number(), err::pathNotFound);
+  EXPECT_EQ(disk.removeFolder("C:\\File").number(), err::pathFileAccess);
+}
+
+TEST_F(DriveFileSystemTest, DrivesLeadToTheMachineAndBack) {
+  drive.write("C:\\Games\\a.txt", "x");
+  EXPECT_EQ(disk.nativePath("C:\\GAMES\\A.txt").valueOr(""), native("Games/a.txt"));
+  EXPECT_EQ(disk.nativePath("C:\\games\\New\\b.txt").valueOr(""), native("Games/New/b.txt"));
+  EXPECT_EQ(disk.nativePath("C:\\").valueOr(""), drive.native());
+  EXPECT_EQ(disk.nativePath("Z:\\").valueOr(""), "/");
+  EXPECT_EQ(disk.nativePath("Q:\\a").outcome().number(), err::pathNotFound);
+  EXPECT_EQ(disk.nativePath("C:\\a:b").outcome().number(), err::badFileName);
+  EXPECT_EQ(disk.windowsPath(native("Games/new.txt")), "C:\\Games\\new.txt");
+  EXPECT_EQ(disk.windowsPath(drive.native()), "C:\\");
+  EXPECT_EQ(disk.windowsPath("/usr/../etc/hostname"), "Z:\\etc\\hostname");
+  EXPECT_EQ(disk.windowsPath(drive.drives() + "/c:/Games/a.txt"), "C:\\Games\\a.txt");
+  EXPECT_EQ(disk.windowsPath("/a:b"), "");
+  EXPECT_EQ(disk.windowsPath(""), "");
+  EXPECT_EQ(disk.windowsPath("/"), "Z:\\");
+  fs::create_symlink(native("Games"), native("linked"));
+  EXPECT_EQ(disk.windowsPath(native("linked/a.txt")), "C:\\linked\\a.txt") << "as it was said";
+  fs::create_symlink(native("Games"), drive.drives() + "/g:");
+  EXPECT_EQ(disk.windowsPath(native("Games/a.txt")), "G:\\a.txt");
+  EXPECT_GT(disk.freeBytes("C:\\").valueOr(0), 0);
+  EXPECT_EQ(disk.freeBytes("Q:\\").outcome().number(), err::deviceUnavailable);
+  EXPECT_EQ(disk.currentFolder(), "C:\\");
+  EXPECT_EQ(disk.setCurrentFolder("C:\\Games\\a.txt").number(), err::pathNotFound);
+  EXPECT_TRUE(disk.setCurrentFolder("G:").ok());
+  EXPECT_EQ(disk.currentFolder(), "G:\\");
+  EXPECT_TRUE(stands("A.TXT") && stands("\\a.txt") && stands("c:games"));
+}
+
+}  // namespace
+}  // namespace skv

@@ -1,0 +1,327 @@
+#include <gtest/gtest.h>
+
+#include "platform/disk/drive_file_system.h"
+#include "platform/zip/libzip_zipit.h"
+#include "support/faulty_file_system.h"
+#include "support/temporary_drive.h"
+#include "support/zip_maker.h"
+
+namespace skv {
+namespace {
+
+using test::RawEntry;
+using Tree = std::vector<std::string>;
+
+class ZipEngineTest : public ::testing::Test {
+ protected:
+  ZipEngineTest() { drive.clear("C:\\out"); }
+
+  std::unique_ptr<Zipit> open(const std::string& bytes) {
+    drive.write("C:\\a.zip", bytes);
+    return open();
+  }
+  std::unique_ptr<Zipit> open() {
+    auto zip = LibzipEngine(CodePage(1252)).load(files);
+    opened = zip->setArchivefile("C:\\a.zip");
+    zip->extractfolder = "C:\\out\\";
+    zip->usedirectoryinfo = true;
+    zip->ExtractProgress = [this](int percent) { percents.push_back(percent); };
+    return zip;
+  }
+  static Tree namesOf(const Zipit& zip) {
+    Tree names;
+    for (const ZipEntry& entry : zip.entries()) names.push_back(entry.Filename);
+    return names;
+  }
+  Outcome extract(const std::string& bytes) {
+    drive.clear("C:\\out");
+    percents.clear();
+    const auto zip = open(bytes);
+    return opened.ok() ? zip->extractfiles(namesOf(*zip)) : opened;
+  }
+
+  test::TemporaryDrive drive;
+  DriveFileSystem disk{drive.drives()};
+  test::FaultyFileSystem files{disk};
+  Outcome opened;
+  std::vector<int> percents;
+};
+
+TEST_F(ZipEngineTest, PutsEveryEntryInItsPlace) {
+  const std::string text(100000, 't');
+  const Outcome done = extract(test::rawZip({
+      {"folder\\", ""},
+      {"folder/stored.txt", "stored"},
+      {"back\\slash\\deflated.txt", test::deflated(text), 8, 100000, {}, test::crc32Of(text)},
+      {"./x//y/empty", ""},
+      {"README.TXT", "first"},
+      {"readme.txt", "second"},
+      {"what?: a \"name\".", "w"},
+      {"nul.txt", "device"},
+      {"a\xCC\x88.txt", "an a and two dots apart"},
+      {.name = "piped", .data = "p", .madeBy = 3, .attributes = 0010600U << 16U},
+  }));
+  EXPECT_TRUE(done.ok()) << done.description();
+  EXPECT_EQ(drive.tree("C:\\out"),
+            (Tree{"README.TXT", "_nul.txt", "back\\", "back\\slash\\", "back\\slash\\deflated.txt",
+                  "folder\\", "folder\\stored.txt", "piped", "what__ a _name_", "x\\", "x\\y\\",
+                  "x\\y\\empty", "\xC3\xA4.txt"}));
+  EXPECT_EQ(drive.read("C:\\out\\README.TXT"), "second");
+  EXPECT_EQ(drive.read("C:\\out\\back\\slash\\deflated.txt"), text);
+  EXPECT_EQ(percents.back(), 100);
+  EXPECT_TRUE(extract(test::rawZip({})).ok());
+  EXPECT_EQ(percents, std::vector<int>{100});
+}
+
+TEST_F(ZipEngineTest, ReadsNamesAsTheirMakersWroteThem) {
+  const std::string unicode = "\xC3\xA4";  // ä
+  const std::string field = std::string("\x01", 1) + [] {
+    const std::uint32_t crc = test::crc32Of("plain");
+    std::string bytes;
+    for (unsigned i = 0; i < 4; ++i) bytes += static_cast<char>(crc >> (8 * i));
+    return bytes;
+  }() + unicode;
+  const std::string extra =
+      std::string("\x75\x70", 2) + static_cast<char>(field.size()) + std::string(1, '\0') + field;
+  const RawEntry names[] = {
+      {.name = unicode, .data = "", .flags = 0x800},  // marked
+      {.name = unicode, .data = "", .madeBy = 3},
+      {.name = "\x84", .data = ""},                // page 437
+      {.name = "\xE4", .data = "", .madeBy = 11},  // page 1252
+      {.name = "\xE4", .data = ""},                // a Greek letter in page 437
+      {.name = "plain", .data = "", .extra = extra},
+  };
+  for (const RawEntry& entry : names) {
+    const auto zip = open(test::rawZip({entry}));
+    ASSERT_TRUE(opened.ok()) << opened.description();
+    EXPECT_EQ(namesOf(*zip), Tree{unicode}) << entry.madeBy << " " << entry.flags;
+  }
+  // Page 437 from NTFS: 1252 has nothing at the place of the ü.
+  EXPECT_EQ(namesOf(*open(test::rawZip({{.name = "\x81\x84", .data = "", .madeBy = 11}}))),
+            Tree{"\xC3\xBC\xC3\xA4"});
+}
+
+TEST_F(ZipEngineTest, GivesFilesTheFinestTimeThatIsStored) {
+  const std::string utc("UT\x05\0\x01\x39\x30\0\0", 9);  // second 12345
+  // 1 January 1970 and 15 units of 100 ns.
+  const std::string ntfs(
+      "\x0a\0\x20\0\0\0\0\0\x01\0\x18\0\x0f\x80\x3e\xd5\xde\xb1\x9d\x01"
+      "\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0",
+      36);
+  const std::string old("UX\x08\0\0\0\0\0\x3a\x30\0\0", 12);  // second 12346
+  EXPECT_TRUE(extract(test::rawZip({{.name = "dos", .data = ""},
+                                    {.name = "utc", .data = "", .extra = utc},
+                                    {.name = "old", .data = "", .extra = old},
+                                    {.name = "ntfs", .data = "", .extra = utc + ntfs}}))
+                  .ok());
+  std::tm local{};
+  const auto dos = static_cast<std::time_t>(disk.modified("C:\\out\\dos").value().seconds);
+  ::localtime_r(&dos, &local);
+  EXPECT_EQ(local.tm_year, 102);
+  EXPECT_EQ(local.tm_mday, 24);
+  EXPECT_EQ(local.tm_hour, 12);
+  EXPECT_EQ(disk.modified("C:\\out\\utc").value(), (FileTime{12345, 0}));
+  EXPECT_EQ(disk.modified("C:\\out\\old").value(), (FileTime{12346, 0}));
+  EXPECT_EQ(disk.modified("C:\\out\\ntfs").value(), (FileTime{0, 1500}));
+
+  EXPECT_TRUE(
+      extract(test::rawZip({{.name = "no date", .data = "", .dosTime = 0, .dosDate = 0}})).ok());
+  EXPECT_GT(disk.modified("C:\\out\\no date").value().seconds, dos);
+}
+
+TEST_F(ZipEngineTest, RefusesHostileArchivesBeforeItWritesAnything) {
+  const std::string bomb = test::deflated(std::string(1000, '\0'));
+  const RawEntry honest{"honest.txt", "honest"};
+  std::string deep;
+  for (int i = 0; i < 100; ++i) deep += "d/";
+  const std::pair<const char*, std::vector<RawEntry>> archives[] = {
+      {"climbs", {honest, {"a/../../evil.txt", "e"}}},
+      {"climbs with backslashes", {honest, {"..\\evil.txt", "e"}}},
+      {"climbs as Windows would read it", {honest, {".. ./evil.txt", "e"}}},
+      {"absolute", {honest, {"/evil.txt", "e"}}},
+      {"another server", {honest, {"\\\\server\\share\\evil.txt", "e"}}},
+      {"a drive", {honest, {"C:\\evil.txt", "e"}}},
+      {"a link",
+       {honest, {.name = "evil", .data = "/etc", .madeBy = 3, .attributes = 0120777U << 16U}}},
+      {"no end of folders", {honest, {deep + "evil", "e"}}},
+      {"a file where a folder is needed", {{"a", "file"}, {"a/b", "e"}}},
+      {"a folder where a file stands", {{"A/b", "file"}, {"a", "e"}}},
+      {"encrypted", {honest, {.name = "evil", .data = "123456789012e", .flags = 1}}},
+      {"an unknown method", {honest, {.name = "evil", .data = "e", .method = 97}}},
+      {"absurd growth", {honest, {"evil", bomb, 8, 0x7FFFFFFF, {}, 0}}},
+      {"absurd growth of something large",
+       {honest, {"evil", std::string(1 << 20, '\0'), 8, 0x38000000, {}, 0}}},
+      {"overlap", {honest, {.name = "evil", .data = "honest", .offset = 0}}},
+      {"beyond the end", {honest, {.name = "evil", .data = "e", .size = 5000, .packed = 5000}}},
+  };
+  for (const auto& [what, entries] : archives) {
+    const Outcome done = extract(test::rawZip(entries));
+    EXPECT_FALSE(done.ok()) << what;
+    EXPECT_NE(done.description().find("a.zip"), std::string::npos) << what << done.description();
+    EXPECT_EQ(drive.tree("C:\\out"), Tree{}) << what;
+    EXPECT_FALSE(drive.exists("C:\\evil.txt")) << what;
+  }
+}
+
+TEST_F(ZipEngineTest, StopsAtEntriesThatAreNotWhatTheySay) {
+  const std::string text(50000, 'x');
+  const std::string packed = test::deflated(text);
+  const std::string large(20 << 20, 'x');
+  const std::uint32_t crc = test::crc32Of(text);
+  const auto length = static_cast<std::uint32_t>(text.size());
+  const RawEntry entries[] = {
+      {"larger", packed, 8, 100, {}, crc},
+      {"shorter", packed, 8, length + 1, {}, crc},
+      {"wrong sum", packed, 8, length, {}, crc + 1},
+      {"truncated", packed.substr(0, packed.size() / 2), 8, length, {}, crc},
+      {"garbage", "\xFF\xFF\xFF\xFF", 8, 400, {}, crc},
+      {"stored with another size", "abc", 0, 5, {}, test::crc32Of("abc")},
+      {"large and larger", test::deflated(large), 8, 19 << 20, {}, test::crc32Of(large)},
+      {"large with a wrong sum", test::deflated(large), 8, 20 << 20, {}, 1},
+  };
+  for (const RawEntry& entry : entries) {
+    const Outcome done = extract(test::rawZip({entry}));
+    EXPECT_FALSE(done.ok()) << entry.name;
+    EXPECT_NE(done.description().find(entry.name), std::string::npos) << done.description();
+    EXPECT_EQ(drive.tree("C:\\out"), Tree{}) << entry.name;
+    EXPECT_EQ(percents.back(), 100) << entry.name;
+  }
+  // Without the field that has the true size.
+  const Outcome done = extract(test::rawZip({{.name = "a", .data = "", .size = 0xFFFFFFFF}}));
+  EXPECT_NE(done.description().find("inconsistent"), std::string::npos) << done.description();
+  const std::string sound = test::rawZip({{"a", "aaaa"}, {"b", "bbbb"}});
+  for (std::size_t cut = 0; cut < sound.size(); ++cut)
+    EXPECT_FALSE(extract(sound.substr(0, cut)).ok()) << cut;
+}
+
+TEST_F(ZipEngineTest, TakesAddonsOfBlankPicturesAlone) {
+  const std::string blank(2 << 20, '\0');
+  const std::string packed = test::deflated(blank);
+  const auto size = static_cast<std::uint32_t>(blank.size());
+  std::vector<RawEntry> pictures(50, {"", packed, 8, size, {}, test::crc32Of(blank)});
+  for (std::size_t i = 0; i < pictures.size(); ++i) pictures[i].name = std::to_string(i);
+  const Outcome done = extract(test::rawZip(pictures));
+  EXPECT_TRUE(done.ok()) << done.description();
+  EXPECT_EQ(drive.tree("C:\\out").size(), pictures.size());
+}
+
+TEST_F(ZipEngineTest, LinksInItsFolderLeadNothingOut) {
+  const auto zip = open(test::rawZip({{"file.txt", "new"}, {"sub/file.txt", "new"}}));
+  drive.write("C:\\other\\file.txt", "precious");
+  drive.link("C:\\out\\FILE.TXT", "C:\\other\\file.txt");
+  EXPECT_TRUE(zip->extractfiles({"file.txt"}).ok());
+  drive.link("C:\\out\\SUB", "C:\\other");
+  EXPECT_FALSE(zip->extractfiles({"sub/file.txt"}).ok());
+  EXPECT_EQ(drive.read("C:\\other\\file.txt"), "precious");
+}
+
+TEST_F(ZipEngineTest, TakesFoldersByTheirAttributesAndLeavesThemOutOnDemand) {
+  const std::string bytes =
+      test::rawZip({{"/", ""},
+                    {.name = "dos", .data = "", .attributes = 0x10},
+                    {.name = "unix", .data = "", .madeBy = 3, .attributes = 040755U << 16U},
+                    {"sub/a.txt", "a"}});
+  EXPECT_EQ(namesOf(*open(bytes)), (Tree{"/", "dos/", "unix/", "sub/a.txt"}));
+  EXPECT_TRUE(extract(bytes).ok());
+  EXPECT_EQ(drive.tree("C:\\out"), (Tree{"dos\\", "sub\\", "sub\\a.txt", "unix\\"}));
+
+  drive.clear("C:\\out");
+  const auto zip = open(bytes);
+  zip->usedirectoryinfo = false;
+  EXPECT_TRUE(zip->extractfiles({"sub/a.txt"}).ok());
+  EXPECT_EQ(drive.tree("C:\\out"), Tree{"a.txt"});
+  EXPECT_FALSE(zip->extractfiles({"missing"}).ok());
+}
+
+TEST_F(ZipEngineTest, AFullDiskIsToldWithTheEntry) {
+  files.failWhen("createFile", "", err::diskFull);
+  const Outcome done = extract(test::rawZip({{"entry.txt", "e"}}));
+  EXPECT_EQ(done.number(), err::diskFull);
+  EXPECT_NE(done.description().find("entry.txt"), std::string::npos);
+}
+
+TEST_F(ZipEngineTest, PacksAndUnpacksWithoutLoss) {
+  std::string noise;
+  for (unsigned i = 0, x = 1; i < 300000; ++i)
+    noise += static_cast<char>((x = x * 1103515245 + 12345) >> 16U);
+  drive.write("C:\\in\\a.txt", std::string(70000, 'a'));
+  drive.write("C:\\in\\sub\\noise.bin", noise);
+  drive.write("C:\\in\\sub\\empty", "");
+  const std::string western = "gr\xC3\xBC\xC3\x9F.txt";
+  drive.write("C:\\in\\" + western, "1252");
+  drive.write("C:\\in\\\xE4\xB8\xAD.txt", "utf8");
+  drive.write("C:\\in\\\xC2\x81", "a gap in 1252");
+  drive.write("C:\\in\\large", std::string(40 << 20, 'l'));
+  drive.setModified("C:\\in\\a.txt", {1040740001, 0});
+  const Tree names = {"a.txt",    "sub\\noise.bin", "sub\\empty", western, "\xE4\xB8\xAD.txt",
+                      "\xC2\x81", "large"};
+  ASSERT_TRUE(disk.setCurrentFolder("C:\\in").ok());
+  auto zip = open();
+  ASSERT_TRUE(opened.ok()) << "a missing archive is to be made";
+  zip->compressionlevel = 9;
+  const Outcome added = zip->addfiles(names);
+  ASSERT_TRUE(added.ok()) << added.description();
+  EXPECT_NE(drive.read("C:\\a.zip").find("gr\xFC\xDF.txt"), std::string::npos);
+  EXPECT_LT(drive.read("C:\\a.zip").size(), noise.size() + 100000);
+
+  zip = open();
+  ASSERT_TRUE(opened.ok()) << opened.description();
+  EXPECT_EQ(namesOf(*zip).size(), names.size());
+  const Outcome done = zip->extractfiles(namesOf(*zip));
+  EXPECT_TRUE(done.ok()) << done.description();
+  for (const std::string& name : names)
+    EXPECT_TRUE(drive.read("C:\\out\\" + name) == drive.read("C:\\in\\" + name)) << name;
+  EXPECT_EQ(disk.modified("C:\\out\\a.txt").value(), (FileTime{1040740001, 0}));
+
+  // Without folders, and without what is marked as the system's.
+  ASSERT_TRUE(disk.setAttributes("C:\\in\\a.txt", {.system = true}).ok());
+  zip = open();
+  zip->usedirectoryinfo = false;
+  EXPECT_TRUE(zip->addfiles({"a.txt", "sub\\empty"}).ok());
+  EXPECT_EQ(namesOf(*open()), Tree{"empty"});
+}
+
+TEST_F(ZipEngineTest, APackingThatFailsLeavesTheArchiveThatWasThere) {
+  drive.write("C:\\in\\a.txt", "a");
+  drive.write("C:\\in\\b.txt", "b");
+  ASSERT_TRUE(disk.setCurrentFolder("C:\\in").ok());
+  const std::string before = test::rawZip({{"older", ""}});
+  drive.write("C:\\a.zip", before);
+  const auto left = [&] {
+    return drive.read("C:\\a.zip") == before &&
+           drive.tree("C:\\") == Tree{"a.zip", "in\\", "in\\a.txt", "in\\b.txt", "out\\"};
+  };
+  EXPECT_FALSE(open()->addfiles({"a.txt", "missing"}).ok());
+  EXPECT_TRUE(left());
+  EXPECT_FALSE(open()->addfiles({}).ok());
+  EXPECT_TRUE(left());
+  files.failWhen("readFile", "C:\\in\\b.txt", err::deviceIo);
+  const Outcome unread = open()->addfiles({"a.txt", "b.txt"});
+  EXPECT_EQ(unread.number(), err::deviceIo);
+  EXPECT_NE(unread.description().find("b.txt"), std::string::npos);
+  EXPECT_TRUE(left());
+  files.heal();
+  ASSERT_TRUE(disk.setAttributes("C:\\a.zip", {.readOnly = true}).ok());
+  EXPECT_EQ(open()->addfiles({"a.txt"}).number(), err::pathFileAccess);
+  EXPECT_TRUE(left());
+}
+
+TEST_F(ZipEngineTest, WhatEndsAWorkerEndsTheJob) {
+  const std::string bytes = test::rawZip({{"a", "a"}, {"sub/b", "b"}, {"c", "c"}});
+  int kills = 0;
+  for (int call = 1; call < 20; ++call) {
+    drive.clear("C:\\out");
+    const auto zip = open(bytes);
+    files.killAt(call);
+    try {
+      EXPECT_TRUE(zip->extractfiles({"a", "sub/b", "c"}).ok());
+    } catch (const test::Killed&) {
+      ++kills;
+    }
+    if (!files.heal()) break;
+  }
+  EXPECT_GE(kills, 4);  // a folder and three files
+}
+
+}  // namespace
+}  // namespace skv
