@@ -7,11 +7,14 @@
 
 namespace skv {
 
-// The hourglass alone, over a window that stays enabled.
+// The hourglass alone, over a window that stays enabled. The outermost one begins an operation: a
+// wish to stop that was meant for an earlier one is forgotten.
 class HourglassPointer {
  public:
   explicit HourglassPointer(App& app) : app_(app) {
-    if (app_.hourglasses++ == 0) app_.windows.setPointer(ui::Pointer::hourglass);
+    if (app_.hourglasses++ > 0) return;
+    app_.stopRequested = false;
+    app_.windows.setPointer(ui::Pointer::hourglass);
   }
   ~HourglassPointer() {
     if (--app_.hourglasses == 0) app_.windows.setPointer(ui::Pointer::normal);

@@ -6,33 +6,11 @@
 #include "base/paths.h"
 #include "base/text.h"
 #include "core/disk_queries.h"
-#include "core/profile.h"
+#include "core/library_scan.h"
 
 namespace skv {
 
 namespace {
-
-bool isFinder(WalkCode code) {
-  switch (code) {
-    case WalkFindACCfg:
-    case WalkFindGauge:
-    case WalkFindLooseWav:
-    case WalkFindZip:
-    case WalkFindPanelCfg:
-    case WalkFindTextureBmp:
-    case WalkFindEffect:
-    case WalkFindBgl:
-      return true;
-    default:
-      return false;
-  }
-}
-
-bool transfers(WalkCode code) { return code == WalkCopy || code == WalkMove; }
-
-bool removesFromSource(WalkCode code) {
-  return code == WalkMove || code == WalkDelete || code == WalkPurge;
-}
 
 // Which targets of a transfer give way to their source.
 enum class Overwrite { always, older, never };
@@ -40,151 +18,66 @@ enum class Overwrite { always, older, never };
 // What becomes of one file of a transfer.
 enum class Transfer {
   send,
-  drop,   // its target makes it superfluous
+  drop,   // its target stands for it
   leave,  // it stays where it is, and so does the target
-};
-
-// The import commands' detectors: a found configuration file becomes a row of a library list.
-class LibraryScan {
- public:
-  explicit LibraryScan(App& app) : app_(app) {}
-
-  void aircraft(const std::string& folder) {
-    auto& list = app_.frmMain.lstAircraft;
-    if (list.findSubItem1(folder) != 0 || list.findSubItem1(app_.ACRoot) != 0) return;
-    std::string title = read(folder + "Aircraft.cfg", "fltsim.0", "Title");
-    if (title.empty()) title = "*Unknown*";
-    list.add(std::move(title), {folder});
-  }
-
-  void panel(const std::string& folder) {
-    add(app_.frmMain.lstPanel, folder, "panel.cfg", "PANEL");
-  }
-  void sound(const std::string& folder) {
-    add(app_.frmMain.lstSound, folder, "sound.cfg", "SOUND");
-  }
-
- private:
-  std::string read(const std::string& file, const char* section, const char* key) const {
-    return ReadProfile(app_.files(), app_.codePage, file, section, key);
-  }
-
-  // An alias is only a pointer to another add-on. A folder that is called after its kind
-  // ("panel.vfr") tells nothing, so the aircraft's name stands for it.
-  void add(ui::ListView& list, const std::string& folder, const char* file, const char* kind) {
-    if (!read(folder + file, "fltsim", "alias").empty()) return;
-    if (list.findSubItem1(folder) != 0) return;
-    std::string name = FolderName(folder);
-    if (upper(name).starts_with(kind))
-      name = FolderName(folder.substr(0, folder.size() - name.size() - 1));
-    list.add(std::move(name), {folder});
-  }
-
-  App& app_;
+  fail,   // it may be any of these: noted as a failure
 };
 
 // One call of WalkTree: what stays the same on all levels of the recursion.
 class Walk {
  public:
-  Walk(App& app, WalkCode code, const std::string& src, const std::string& dst)
+  Walk(App& app, WalkCode code, const std::string& src, const std::string& dst, OnStop onStop)
       : app_(app),
-        code_(code),
-        destination_(transfers(code) ? app.files().identity(dst) : std::string()) {
+        files_(app.files()),
+        rules_(rulesOf(code)),
+        onStop_(onStop),
+        destination_(rules_.transfers ? files_.identity(dst) : std::string()) {
     // A link to a folder above `src` closes a circle, too.
     for (std::size_t end = src.find('\\'); end != std::string::npos; end = src.find('\\', end + 1))
-      if (end + 1 < src.size()) ancestors_.push_back(app.files().identity(src.substr(0, end + 1)));
+      if (end + 1 < src.size()) ancestors_.push_back(files_.identity(src.substr(0, end + 1)));
   }
 
   WalkReport top(const std::string& src, const std::string& dst, bool overwrite) {
-    const std::string here = app_.files().identity(src);
-    if (mayBeEntered(src, here)) {
+    showFolder(src);
+    const std::string here = files_.identity(src);
+    if (here.empty())
+      noteMissing(src);
+    else if (rules_.transfers && destination_.empty())
+      failed(dst, whyThereIsNone(dst));
+    else if (rules_.transfers && here == destination_)
+      failed(src, Outcome::withText(err::pathFileAccess, "This is the very folder to be filled."));
+    else if (!mayBeEntered(src, here))
+      ++report_.left;
+    else
       folder(src, dst, overwrite ? Overwrite::always : Overwrite::older, here);
-    } else {
-      showFolder(src);
-      app_.error.clear();
-    }
     return report_;
   }
 
  private:
-  // Works on the files directly in a folder and answers its subfolders, none after a hit.
-  std::vector<std::string> visitFiles(const std::string& srcPath, const std::string& dstPath,
-                                      Overwrite overwrite) {
-    const auto listing = app_.files().list(srcPath, wantedEntries());
-    app_.error.clear();
-    std::vector<std::string> subFolders;
-    if (!listing.ok()) {
-      // A walk of a folder that is not there has nothing to do.
-      if (presenceBy(listing.outcome()) == Presence::unknown) failed(srcPath, listing.outcome());
-      return subFolders;
-    }
-    if (code_ == WalkCopy && overwrite == Overwrite::always)
-      return copyEntries(srcPath, dstPath, listing.value());
-    const std::string* last = nullptr;
-    for (const FolderEntry& entry : listing.value()) {
-      if (entry.folder) {
-        subFolders.push_back(entry.name);
-      } else if (file(srcPath, dstPath, entry,
-                      isTwin(entry.name, std::exchange(last, &entry.name)) ? Overwrite::never
-                                                                           : overwrite)) {
-        app_.FoundDir = srcPath;
-        return {};
-      }
-      app_.error.clear();
-      app_.windows.yield();
-    }
-    return subFolders;
-  }
+  // A file under the hand of a code's action.
+  struct File {
+    const std::string& folder;   // with trailing backslash
+    const std::string& dstPath;  // the folder of its target, with trailing backslash
+    const FolderEntry& entry;
+    Overwrite overwrite;
 
-  // Hands the files that replace whatever stands at their targets over together, so that the disk
-  // may copy several at a time.
-  std::vector<std::string> copyEntries(const std::string& srcPath, const std::string& dstPath,
-                                       const std::vector<FolderEntry>& entries) {
-    std::vector<std::string> subFolders;
-    std::vector<FileCopy> copies;
-    std::vector<const FolderEntry*> twins;
-    const auto next = [this] {
-      app_.error.clear();
-      app_.windows.yield();
-    };
-    const std::string* last = nullptr;
-    for (const FolderEntry& entry : entries) {
-      if (entry.folder) {
-        subFolders.push_back(entry.name);
-        next();
-      } else if (isTwin(entry.name, std::exchange(last, &entry.name))) {
-        twins.push_back(&entry);
-      } else {
-        copies.push_back({srcPath + entry.name, dstPath + entry.name});
-      }
-    }
-    std::size_t told = 0;
-    app_.files().copyFiles(copies, [&](const Outcome& copied) {
-      note(copies[told].from, copied);
-      ++told;
-      next();
-    });
-    for (const FolderEntry* twin : twins) {
-      file(srcPath, dstPath, *twin, Overwrite::never);
-      next();
-    }
-    return subFolders;
-  }
+    std::string path() const { return folder + entry.name; }
+    std::string target() const { return dstPath + entry.name; }
+  };
 
-  // A listing costs by what it must tell of each file.
-  FileSystem::Entries wantedEntries() const {
-    if (code_ == WalkSize) return FileSystem::Entries::measured;
-    return goesByName() ? FileSystem::Entries::named : FileSystem::Entries::plain;
-  }
-  bool goesByName() const {
-    return isFinder(code_) || code_ == WalkScanAC || code_ == WalkScanPN || code_ == WalkScanSN;
-  }
+  // All that tells the codes from one another.
+  struct Rules {
+    WalkCode code;
+    // A listing costs by what it must tell of each file. `named` is for codes that go by names.
+    FileSystem::Entries listing = FileSystem::Entries::plain;
+    bool transfers = false;      // to `dst`, where it makes the folders
+    bool removes = false;        // takes files away, so that it must not go through links
+    std::string_view name = {};  // of the files that it wants, in upper case; "" for any
+    std::string_view end = {};   // likewise, what their names end in
+    void (Walk::*work)(const File&) = nullptr;
+  };
 
-  // A finder that has been called with FoundDir set stops at the first subfolder, like one with a
-  // hit.
-  bool found() const { return isFinder(code_) && !app_.FoundDir.empty(); }
-
-  void showFolder(const std::string& src) { app_.frmMain.lblStatus.caption = "Processing: " + src; }
+  static const Rules& rulesOf(WalkCode code);
 
   void folder(const std::string& src, const std::string& dst, Overwrite overwrite,
               const std::string& identity) {
@@ -196,204 +89,294 @@ class Walk {
     ancestors_.push_back(identity);
     const std::string* last = nullptr;
     for (const std::string& name : subFolders) {
+      if (ends()) break;
       const bool twin = isTwin(name, std::exchange(last, &name));
       subFolder(srcPath + name, dstPath + name, twin ? Overwrite::never : below);
-      if (found()) break;
+      // A finder that was called with FoundDir set ends here, like one with a hit.
+      if (isFinder() && !app_.FoundDir.empty()) break;
     }
     ancestors_.pop_back();
+  }
+
+  // Works on the files directly in a folder and answers its subfolders.
+  std::vector<std::string> visitFiles(const std::string& srcPath, const std::string& dstPath,
+                                      Overwrite overwrite) {
+    std::vector<std::string> subFolders;
+    const auto listing = entriesOf(srcPath);
+    if (!listing.ok()) {
+      if (presenceBy(listing.outcome()) == Presence::unknown) failed(srcPath, listing.outcome());
+      return subFolders;
+    }
+    std::vector<const FolderEntry*> twins;
+    const std::string* last = nullptr;
+    for (const FolderEntry& entry : listing.value()) {
+      if (ends()) return subFolders;
+      const std::size_t waiting = copies_.size();
+      if (entry.folder)
+        subFolders.push_back(entry.name);
+      else if (isTwin(entry.name, std::exchange(last, &entry.name)))
+        twins.push_back(&entry);
+      else if (wanted(entry))
+        (this->*rules_.work)({srcPath, dstPath, entry, overwrite});
+      if (copies_.size() == waiting) app_.windows.yield();
+    }
+    sendCopies();
+    // Whether a twin's target is taken shows when the first of the names has been sent.
+    for (const FolderEntry* twin : twins) {
+      if (ends()) break;
+      (this->*rules_.work)({srcPath, dstPath, *twin, Overwrite::never});
+      if (copies_.empty()) app_.windows.yield();
+      sendCopies();
+    }
+    return subFolders;
+  }
+
+  Result<std::vector<FolderEntry>> entriesOf(const std::string& folder) {
+    auto entries = files_.list(folder, rules_.listing);
+    const auto isWanted = [this](const FolderEntry& entry) { return wanted(entry); };
+    // What is hidden is in a listing of names, and it is no hit.
+    if (goesByName() && entries.ok() && std::ranges::any_of(entries.value(), isWanted))
+      return files_.list(folder, FileSystem::Entries::plain);
+    return entries;
+  }
+
+  bool goesByName() const { return rules_.listing == FileSystem::Entries::named; }
+  bool isFinder() const { return goesByName() && rules_.code >= WalkFindACCfg; }
+
+  bool wanted(const FolderEntry& entry) const {
+    if (entry.folder || !goesByName()) return !entry.folder;
+    const std::string NAME = upper(entry.name);
+    return (rules_.name.empty() || NAME == rules_.name) && NAME.ends_with(rules_.end);
+  }
+
+  // A folder's copies go to the disk together, so that it may make several at a time.
+  void sendCopies() {
+    const auto copies = std::exchange(copies_, {});
+    std::size_t told = 0;
+    app_.files().copyFiles(copies, [&](const Outcome& copied) {
+      note(copies[told++].from, copied);
+      app_.windows.yield();
+      return !ends();
+    });
   }
 
   // Whether an entry's name differs in case alone from the one listed before it. Both have one
   // target, where the second must not take the place of the first.
   bool isTwin(const std::string& name, const std::string* last) const {
-    return transfers(code_) && last != nullptr && equalsIgnoringCase(name, *last);
+    return rules_.transfers && last != nullptr && equalsIgnoringCase(name, *last);
   }
 
   void subFolder(const std::string& src, const std::string& dst, Overwrite overwrite) {
-    const std::string here = app_.files().identity(src);
-    const bool enters =
-        mayBeEntered(src, here) && std::ranges::find(ancestors_, here) == ancestors_.end();
-    if (enters) {
-      if (transfers(code_)) app_.files().makeFolder(dst).skipped();
+    const std::string here = files_.identity(src);
+    const bool enters = !here.empty() && mayBeEntered(src, here) &&
+                        std::ranges::find(ancestors_, here) == ancestors_.end();
+    if (here.empty()) {
+      noteMissing(src);
+    } else if (enters) {
+      if (rules_.transfers) makeFolder(dst);
       folder(src, dst, overwrite, here);
-    } else if (here.empty()) {
-      failed(src, Outcome::failure(err::deviceIo, src));
+    } else if (rules_.code == WalkMove || here == destination_) {
+      ++report_.left;
     }
     // Of a link this takes away the link itself.
-    if ((code_ == WalkMove && enters) || code_ == WalkDelete)
-      app_.step(app_.files().removeFolder(src));
+    if (((rules_.code == WalkMove && enters) || rules_.code == WalkDelete) && !ends())
+      removeFolder(src);
   }
 
-  // Not a link behind which files would vanish, and not the very folder that is being filled. What
-  // the disk does not tell counts as the worst.
+  // Not a link behind which files would vanish, and not the very folder that is being filled.
   bool mayBeEntered(const std::string& src, const std::string& identity) const {
-    if (identity.empty()) return false;
-    if (transfers(code_) && (destination_.empty() || identity == destination_)) return false;
-    return !removesFromSource(code_) || !app_.files().isLink(withoutBackslash(src));
+    if (rules_.transfers && identity == destination_) return false;
+    return !rules_.removes || !files_.isLink(withoutBackslash(src));
   }
 
-  // Whether a code that goes by names wants the file.
-  bool matches(const std::string& srcPath, const std::string& NAME) const {
-    switch (code_) {
-      case WalkScanAC:
-      case WalkFindACCfg:
-        return NAME == "AIRCRAFT.CFG";
-      case WalkScanPN:
-      case WalkFindPanelCfg:
-        return NAME == "PANEL.CFG";
-      case WalkScanSN:
-        return NAME == "SOUND.CFG";
-      case WalkFindGauge:
-        return NAME.ends_with(".GAU");
-      case WalkFindLooseWav:
-        return NAME.ends_with(".WAV") && !PathExists(app_.files(), srcPath + "sound.cfg");
-      case WalkFindZip:
-        return NAME.ends_with(".ZIP");
-      case WalkFindTextureBmp:
-        return NAME.ends_with(".BMP") && upper(srcPath).ends_with("TEXTURE\\");
-      case WalkFindEffect:
-        return NAME.ends_with(".FX");
-      case WalkFindBgl:
-        return NAME.ends_with(".BGL");
-      default:
-        return false;
-    }
+  void makeFolder(const std::string& folder) {
+    const Outcome made = files_.makeFolder(folder);
+    if (!made.ok() && !folderExists(files_, folder)) failed(folder, made);
   }
 
-  bool isPlain(const std::string& path) const {
-    const auto found = app_.files().attributes(path);
-    return found.ok() && !found.value().hidden && !found.value().system;
+  void removeFolder(const std::string& folder) {
+    const Outcome removed = files_.removeFolder(folder);
+    if (removed.ok() || presenceOf(files_, folder) == Presence::absent) return;
+    // What it still holds is there on purpose, or has been noted itself.
+    const auto rest = files_.list(folder, FileSystem::Entries::all);
+    if (!rest.ok() || rest.value().empty()) failed(folder, removed);
   }
 
-  // The action of the code on one file; true is a hit.
-  bool file(const std::string& srcPath, const std::string& dstPath, const FolderEntry& entry,
-            Overwrite overwrite) {
-    const std::string& name = entry.name;
-    const std::string path = srcPath + name;
-    if (goesByName() && !(matches(srcPath, upper(name)) && isPlain(path))) return false;
-    switch (code_) {
-      case WalkScanAC:
-        LibraryScan(app_).aircraft(srcPath);
-        return false;
-      case WalkScanPN:
-        LibraryScan(app_).panel(srcPath);
-        return false;
-      case WalkScanSN:
-        LibraryScan(app_).sound(srcPath);
-        return false;
-      case WalkCopy:
-        if (transferOf(path, dstPath + name, overwrite) == Transfer::send)
-          note(path, app_.files().copyFile(path, dstPath + name));
-        return false;
-      case WalkMove:
-        move(path, dstPath + name, overwrite);
-        return false;
-      case WalkDelete:
-        remove(path);
-        return false;
-      case WalkCollect:
-        // An empty dst has become a backslash, which is no part of a relative path.
-        app_.PackFileList.push_back((dstPath.starts_with('\\') ? dstPath.substr(1) : dstPath) +
-                                    name);
-        return false;
-      case WalkPurge:
-        if (!keptByPurge(upper(name))) remove(path);
-        return false;
-      case WalkSize:
-        app_.SizeTotal += static_cast<double>(entry.length);
-        return false;
-      default:
-        return isFinder(code_);
-    }
+  void scanAircraft(const File& file) { note(file.path(), skv::scanAircraft(app_, file.folder)); }
+  void scanPanel(const File& file) { note(file.path(), skv::scanPanel(app_, file.folder)); }
+  void scanSound(const File& file) { note(file.path(), skv::scanSound(app_, file.folder)); }
+
+  void hit(const File& file) {
+    ++report_.done;
+    hit_ = true;
+    app_.FoundDir = file.folder;
+  }
+  void hitLooseWav(const File& file) {
+    const auto config = files_.attributes(file.folder + "sound.cfg");
+    if (config.ok()) return;
+    if (presenceBy(config.outcome()) == Presence::absent)
+      hit(file);
+    else
+      failed(file.path(), config.outcome());
+  }
+  void hitTextureBmp(const File& file) {
+    if (upper(file.folder).ends_with("TEXTURE\\")) hit(file);
   }
 
-  Transfer transferOf(const std::string& path, const std::string& target,
-                      Overwrite overwrite) const {
-    if (overwrite == Overwrite::always) return Transfer::send;
-    const FileSystem& files = app_.files();
-    const auto old = files.attributes(target);
-    if (!old.ok())
-      return old.outcome().number() == err::fileNotFound ? Transfer::send : Transfer::leave;
-    if (overwrite == Overwrite::never || old.value().folder) return Transfer::leave;
-    const auto time = files.modified(path);
-    const auto oldTime = files.modified(target);
-    if (!time.ok() || !oldTime.ok()) return Transfer::leave;
-    if (time.value() > oldTime.value()) return Transfer::send;
-    // What stands behind a link may be the source itself.
-    return files.isLink(target) ? Transfer::leave : Transfer::drop;
-  }
-
-  void move(const std::string& path, const std::string& target, Overwrite overwrite) {
-    app_.step(app_.files().setAttributes(path, {}));
-    switch (transferOf(path, target, overwrite)) {
+  void copy(const File& file) {
+    switch (transferOf(file)) {
       case Transfer::send:
-        app_.error.clear();
-        note(path, app_.files().moveFile(path, target));
-        break;
-      case Transfer::drop:
-        if (!app_.error.pending()) note(path, app_.files().deleteFile(path));
+        copies_.push_back({file.path(), file.target()});
         break;
       case Transfer::leave:
+        ++report_.left;
+        break;
+      case Transfer::drop:
+      case Transfer::fail:
         break;
     }
   }
 
-  void remove(const std::string& path) {
-    app_.error.clear();
-    app_.step(app_.files().setAttributes(path, {}));
-    note(path, app_.files().deleteFile(path));
+  void move(const File& file) {
+    const std::string path = file.path();
+    const Outcome cleared = files_.setAttributes(path, {});
+    switch (transferOf(file)) {
+      case Transfer::send:
+        note(path, files_.moveFile(path, file.target()));
+        break;
+      case Transfer::drop:
+        note(path, cleared.ok() ? files_.deleteFile(path) : cleared);
+        break;
+      case Transfer::leave:
+        ++report_.left;
+        break;
+      case Transfer::fail:
+        break;
+    }
+  }
+
+  void remove(const File& file) {
+    const std::string path = file.path();
+    files_.setAttributes(path, {}).skipped();
+    note(path, files_.deleteFile(path));
+  }
+
+  void purge(const File& file) {
+    // Any tail of the kept text is kept, a name of fewer letters such as "CFG" included.
+    constexpr std::size_t extension = 4;
+    const std::string NAME = upper(file.entry.name);
+    const std::string tail = NAME.substr(NAME.size() - std::min(NAME.size(), extension));
+    if (std::string_view(".CFG/.JPG/.TXT").find(tail) == std::string_view::npos) remove(file);
+  }
+
+  void collect(const File& file) {
+    // An empty dst has become a backslash, which is no part of a relative path.
+    const std::string target = file.target();
+    app_.PackFileList.push_back(target.starts_with('\\') ? target.substr(1) : target);
+    ++report_.done;
+  }
+
+  void measure(const File& file) {
+    app_.SizeTotal += static_cast<double>(file.entry.length);
+    ++report_.done;
+  }
+
+  Transfer transferOf(const File& file) {
+    if (file.overwrite == Overwrite::always) return Transfer::send;
+    const std::string path = file.path();
+    const std::string target = file.target();
+    const auto old = files_.attributes(target);
+    if (!old.ok()) {
+      if (presenceBy(old.outcome()) == Presence::absent) return Transfer::send;
+      return failedTransfer(target, old.outcome());
+    }
+    if (old.value().folder)
+      return failedTransfer(path, Outcome::failure(err::pathFileAccess, target));
+    if (file.overwrite == Overwrite::never) return Transfer::leave;
+
+    const auto time = files_.modified(path), oldTime = files_.modified(target);
+    if (!time.ok()) return failedTransfer(path, time.outcome());
+    if (!oldTime.ok()) return failedTransfer(target, oldTime.outcome());
+    if (time.value() > oldTime.value()) return Transfer::send;
+    if (time.value() == oldTime.value()) {
+      const auto length = files_.fileLength(path), oldLength = files_.fileLength(target);
+      if (!length.ok()) return failedTransfer(path, length.outcome());
+      if (!oldLength.ok()) return failedTransfer(target, oldLength.outcome());
+      // Half a copy, left by a power cut.
+      if (length.value() != oldLength.value()) return Transfer::send;
+    }
+    // What stands behind a link may be the source itself.
+    return files_.isLink(target) ? Transfer::leave : Transfer::drop;
+  }
+
+  Transfer failedTransfer(const std::string& path, const Outcome& failure) {
+    failed(path, failure);
+    return Transfer::fail;
   }
 
   void note(const std::string& path, const Outcome& worked) {
-    if (app_.step(worked))
-      ++report_.done;
-    else
-      failed(path, worked);
+    if (report_.note(worked, path)) ++report_.done;
   }
-  void failed(const std::string& path, const Outcome& failure) {
-    if (report_.failed++ > 0) return;
-    report_.first = failure;
-    report_.where = path;
+  void failed(const std::string& path, const Outcome& failure) { report_.note(failure, path); }
+
+  // A folder to which the disk does not lead: gone meanwhile, or a failure.
+  void noteMissing(const std::string& path) {
+    const Outcome reason = whyThereIsNone(path);
+    if (presenceBy(reason) == Presence::unknown) failed(path, reason);
+  }
+  Outcome whyThereIsNone(const std::string& folder) const {
+    const auto look = files_.attributes(folder);
+    return look.ok() ? Outcome::failure(err::deviceIo, folder) : look.outcome();
   }
 
-  static bool keptByPurge(const std::string& NAME) {
-    const std::size_t start = NAME.size() < 4 ? 0 : NAME.size() - 4;
-    return std::string_view(".CFG/.JPG/.TXT").find(std::string_view(NAME).substr(start)) !=
-           std::string_view::npos;
+  // Whether nothing more is to be done. The entry at hand has been worked on.
+  bool ends() {
+    if (app_.stopRequested && onStop_ == OnStop::end) report_.stopped = true;
+    return hit_ || report_.stopped;
   }
+
+  void showFolder(const std::string& src) { app_.frmMain.lblStatus.caption = "Processing: " + src; }
 
   App& app_;
-  const WalkCode code_;
+  FileSystem& files_;
+  const Rules& rules_;
+  const OnStop onStop_;
   const std::string destination_;  // identity of the folder that is filled, "" for none
   WalkReport report_;
+  bool hit_ = false;
+  std::vector<FileCopy> copies_;        // of the folder at hand
   std::vector<std::string> ancestors_;  // identities of the folders that the walk is in
 };
 
+const Walk::Rules& Walk::rulesOf(WalkCode code) {
+  using enum FileSystem::Entries;
+  static constexpr Rules table[] = {
+      {.code = WalkScanAC, .listing = named, .name = "AIRCRAFT.CFG", .work = &Walk::scanAircraft},
+      {.code = WalkScanPN, .listing = named, .name = "PANEL.CFG", .work = &Walk::scanPanel},
+      {.code = WalkScanSN, .listing = named, .name = "SOUND.CFG", .work = &Walk::scanSound},
+      {.code = WalkCopy, .transfers = true, .work = &Walk::copy},
+      {.code = WalkMove, .transfers = true, .removes = true, .work = &Walk::move},
+      {.code = WalkDelete, .removes = true, .work = &Walk::remove},
+      {.code = WalkPurge, .removes = true, .work = &Walk::purge},
+      {.code = WalkCollect, .work = &Walk::collect},
+      {.code = WalkSize, .listing = measured, .work = &Walk::measure},
+      {.code = WalkFindACCfg, .listing = named, .name = "AIRCRAFT.CFG", .work = &Walk::hit},
+      {.code = WalkFindPanelCfg, .listing = named, .name = "PANEL.CFG", .work = &Walk::hit},
+      {.code = WalkFindGauge, .listing = named, .end = ".GAU", .work = &Walk::hit},
+      {.code = WalkFindLooseWav, .listing = named, .end = ".WAV", .work = &Walk::hitLooseWav},
+      {.code = WalkFindZip, .listing = named, .end = ".ZIP", .work = &Walk::hit},
+      {.code = WalkFindTextureBmp, .listing = named, .end = ".BMP", .work = &Walk::hitTextureBmp},
+      {.code = WalkFindEffect, .listing = named, .end = ".FX", .work = &Walk::hit},
+      {.code = WalkFindBgl, .listing = named, .end = ".BGL", .work = &Walk::hit},
+  };
+  return *std::ranges::find(table, code, &Rules::code);
+}
+
 }  // namespace
 
-WalkReport& WalkReport::operator+=(const WalkReport& next) {
-  if (failed == 0 && next.failed > 0) {
-    first = next.first;
-    where = next.where;
-  }
-  done += next.done;
-  failed += next.failed;
-  return *this;
-}
-
-bool tellWalk(App& app, const WalkReport& report, const char* what) {
-  if (report.complete()) return true;
-  app.windows.messageBox({std::to_string(report.failed) + " of " +
-                              std::to_string(report.done + report.failed) + " files could not be " +
-                              what + ", the first:\r\n" + report.where + "\r\n" +
-                              report.first.description(),
-                          ui::BoxIcon::exclamation});
-  return false;
-}
-
 WalkReport WalkTree(App& app, const std::string& src, const std::string& dst, WalkCode code,
-                    bool overwrite) {
-  return Walk(app, code, src, dst).top(src, dst, overwrite);
+                    bool overwrite, OnStop onStop) {
+  return Walk(app, code, src, dst, onStop).top(src, dst, overwrite);
 }
 
 }  // namespace skv

@@ -96,10 +96,12 @@ class FileSystem {
   virtual Outcome copyFileDurably(std::string_view from, std::string_view to) = 0;
   // Copies each as copyFile does, several at a time where the disk gains by it: their targets must
   // be different files. `copied` is called on the calling thread once for each, in their order, and
-  // may use the file system.
+  // may use the file system. It answers whether to go on: if not, no further copy begins, and those
+  // that have are finished and told.
   virtual void copyFiles(const std::vector<FileCopy>& copies,
-                         const std::function<void(const Outcome&)>& copied) {
-    for (const FileCopy& copy : copies) copied(copyFile(copy.from, copy.to));
+                         const std::function<bool(const Outcome&)>& copied) {
+    for (const FileCopy& copy : copies)
+      if (!copied(copyFile(copy.from, copy.to))) return;
   }
   // The result of copyFile and then deleteFile of the source, by a rename where both lie on one
   // disk.

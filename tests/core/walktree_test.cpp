@@ -1,6 +1,7 @@
 #include "core/walktree.h"
 
 #include <filesystem>
+#include <fstream>
 
 #include "core/disk_queries.h"
 #include "support/program_fixture.h"
@@ -9,6 +10,11 @@ namespace skv {
 namespace {
 
 using Tree = std::vector<std::string>;
+
+std::string slashed(std::string path) {
+  std::ranges::replace(path, '\\', '/');
+  return path;
+}
 
 class WalkTreeTest : public test::ProgramTest {
  protected:
@@ -239,12 +245,159 @@ TEST_F(WalkTreeTest, ShowsTheFolderAndYieldsAtEveryEntry) {
   WalkTree(app, "C:\\s", "", WalkSize, true);
   EXPECT_EQ(shown, (Tree{"Processing: C:\\s", "Processing: C:\\s", "Processing: C:\\s\\sub"}));
   app.error.note(Outcome::failure(err::pathNotFound));
-  WalkTree(app, "C:\\nowhere", "", WalkDelete, true);
-  EXPECT_FALSE(app.error.pending());
+  EXPECT_TRUE(WalkTree(app, "C:\\nowhere", "", WalkDelete, true).complete());
+}
+
+TEST_F(WalkTreeTest, AReportTellsWhatHappened) {
+  struct Case {
+    const char* fault;  // what fails
+    const char* path;
+    WalkCode code;
+    bool overwrite;
+    int done, failed;
+    const char* where;  // of the first failure
+  };
+  const Case cases[] = {
+      {"", "", WalkCopy, true, 4, 0, ""},
+      {"", "", WalkMove, true, 4, 0, ""},
+      {"list", "C:\\s\\b", WalkCopy, true, 2, 1, "C:\\s\\b\\"},
+      {"list", "C:\\s\\b", WalkSize, true, 2, 1, "C:\\s\\b\\"},
+      {"list", "C:\\s\\b", WalkFindBgl, true, 0, 1, "C:\\s\\b\\"},
+      {"identity", "C:\\s\\b", WalkCollect, true, 2, 1, "C:\\s\\b"},
+      {"identity", "C:\\s", WalkPurge, true, 0, 1, "C:\\s"},
+      {"identity", "C:\\d", WalkCopy, true, 0, 1, "C:\\d"},
+      {"copyFile", "C:\\s\\a.cfg", WalkCopy, false, 3, 1, "C:\\s\\a.cfg"},
+      {"copyFile", "", WalkCopy, true, 0, 4, "C:\\s\\a.cfg"},
+      {"attributes", "C:\\d\\a.cfg", WalkCopy, false, 3, 1, "C:\\d\\a.cfg"},
+      {"makeFolder", "C:\\d\\b", WalkCopy, true, 2, 3, "C:\\d\\b"},
+      {"makeFolder", "C:\\d\\c", WalkMove, true, 3, 2, "C:\\d\\c"},
+      {"moveFile", "C:\\s\\b\\2.wav", WalkMove, true, 3, 1, "C:\\s\\b\\2.wav"},
+      {"removeFolder", "C:\\s\\b", WalkMove, true, 4, 1, "C:\\s\\b"},
+      {"removeFolder", "C:\\s\\c", WalkDelete, true, 4, 1, "C:\\s\\c"},
+      {"deleteFile", "C:\\s\\c\\3.gau", WalkDelete, true, 3, 1, "C:\\s\\c\\3.gau"},
+      {"deleteFile", "C:\\s\\c\\3.gau", WalkPurge, true, 1, 1, "C:\\s\\c\\3.gau"},
+      {"setAttributes", "C:\\s\\c\\3.gau", WalkDelete, true, 4, 0, ""},
+      {"attributes", "C:\\s\\b\\sound.cfg", WalkFindLooseWav, true, 0, 1, "C:\\s\\b\\2.wav"},
+      {"readFile", "C:\\s\\b\\panel.cfg", WalkScanPN, true, 0, 1, "C:\\s\\b\\panel.cfg"},
+  };
+  for (const Case& each : cases) {
+    SCOPED_TRACE(std::string(each.fault) + " " + each.path + " " +
+                 std::to_string(static_cast<int>(each.code)));
+    drive.clear("C:\\s");
+    drive.clear("C:\\d");
+    write({"C:\\s\\a.cfg", "C:\\s\\b\\2.wav", "C:\\s\\b\\panel.cfg", "C:\\s\\c\\3.gau"});
+    app.FoundDir.clear();
+    // Of an earlier step, and no matter of the walk's.
+    app.error.note(Outcome::failure(err::diskFull, "earlier"));
+    if (*each.fault != '\0') files.failWhen(each.fault, each.path, err::deviceIo);
+    const WalkReport report = WalkTree(app, "C:\\s", "C:\\d", each.code, each.overwrite);
+    files.heal();
+    EXPECT_EQ(report.done, each.done);
+    EXPECT_EQ(report.failed, each.failed);
+    EXPECT_EQ(report.where, each.where);
+    EXPECT_EQ(report.first.number(), each.failed == 0 ? 0 : err::deviceIo);
+    EXPECT_EQ(report.sourceMayGo(), each.failed == 0);
+    EXPECT_EQ(app.FoundDir, "") << "a file of which the disk cannot tell is no hit";
+    EXPECT_EQ(app.error.current().description(), "Disk full: earlier");
+  }
+}
+
+TEST_F(WalkTreeTest, WhatIsKeptOnPurposeIsNoFailureButStaysInTheSource) {
+  struct Case {
+    std::vector<std::string> source, target;
+    WalkCode code;
+    int left;
+    bool complete;
+  };
+  const Case cases[] = {
+      {{"a", ".hidden", "sub\\.hidden"}, {}, WalkMove, 0, true},
+      {{"a", ".hidden", "sub\\.hidden"}, {}, WalkDelete, 0, true},
+      {{"a"}, {"a"}, WalkCopy, 0, true},
+      {{"a", "A"}, {}, WalkCopy, 1, true},
+      {{"sub\\x", "Sub\\X", "Sub\\y"}, {}, WalkMove, 1, true},
+      {{"a"}, {"a\\folder"}, WalkCopy, 0, false},
+      {{"a\\x"}, {"a"}, WalkMove, 0, false},
+  };
+  for (const Case& each : cases) {
+    SCOPED_TRACE(::testing::PrintToString(each.source) +
+                 std::to_string(static_cast<int>(each.code)));
+    drive.clear("C:\\s");
+    drive.clear("C:\\d");
+    for (const std::string& name : each.source) {
+      // Past the drive, which would not put two such names beside one another.
+      const std::filesystem::path path = drive.native() + "/s/" + slashed(name);
+      std::filesystem::create_directories(path.parent_path());
+      std::ofstream(path) << "x";
+    }
+    for (const std::string& name : each.target) drive.write("C:\\d\\" + name, "x");
+    const WalkReport report = WalkTree(app, "C:\\s", "C:\\d", each.code, false);
+    EXPECT_EQ(report.left, each.left);
+    EXPECT_EQ(report.complete(), each.complete) << report.first.description();
+    EXPECT_EQ(report.sourceMayGo(), each.complete && each.left == 0);
+  }
+  // Links, and the folder that is filled.
+  write({"C:\\real\\r", "C:\\m\\in\\old"});
+  drive.link("C:\\m\\link", "C:\\real");
+  WalkReport report = WalkTree(app, "C:\\m", "C:\\m\\in", WalkMove, true);
+  EXPECT_EQ(report.left, 2);
+  EXPECT_TRUE(report.complete());
+  drive.link("C:\\top", "C:\\real");
+  EXPECT_FALSE(WalkTree(app, "C:\\top", "C:\\m", WalkMove, true).sourceMayGo());
+  EXPECT_FALSE(WalkTree(app, "C:\\real", "C:\\top", WalkMove, true).complete()) << "onto itself";
+}
+
+TEST_F(WalkTreeTest, EqualTimesDoNotMakeHalfACopyCurrent) {
+  for (const WalkCode code : {WalkCopy, WalkMove}) {
+    write({"C:\\s\\cut", "C:\\s\\same"});
+    drive.write("C:\\d\\cut", "");
+    drive.write("C:\\d\\same", "of one length");
+    drive.setModified("C:\\d\\cut", disk.modified("C:\\s\\cut").value());
+    drive.write("C:\\d\\same", std::string(drive.read("C:\\s\\same").size(), 'x'));
+    drive.setModified("C:\\d\\same", disk.modified("C:\\s\\same").value());
+    EXPECT_EQ(WalkTree(app, "C:\\s", "C:\\d", code, false).failed, 0);
+    EXPECT_EQ(drive.read("C:\\d\\cut"), "C:\\s\\cut");
+    EXPECT_EQ(drive.read("C:\\d\\same")[0], 'x');
+  }
+}
+
+TEST_F(WalkTreeTest, AStopEndsAfterTheFileAtHand) {
+  for (int i = 0; i < 50; ++i) write({"C:\\s\\" + std::to_string(i), "C:\\s\\sub\\x"});
+  for (const WalkCode code : {WalkCopy, WalkMove, WalkDelete, WalkSize}) {
+    drive.clear("C:\\d");
+    app.stopRequested = false;
+    int yields = 0;
+    windows.onYield = [&] { app.stopRequested = app.stopRequested || ++yields == 10; };
+    const WalkReport report = WalkTree(app, "C:\\s", "C:\\d", code, true);
+    EXPECT_TRUE(report.stopped && !report.complete() && report.failed == 0);
+    EXPECT_GE(report.done, 9) << static_cast<int>(code);
+    EXPECT_LE(report.done, 12) << "two threads may be at a file each";
+    EXPECT_FALSE(drive.exists("C:\\d\\sub"));
+    EXPECT_EQ(yields, 10);
+  }
+  EXPECT_TRUE(WalkTree(app, "C:\\s", "", WalkDelete, true, OnStop::goOn).complete());
+  EXPECT_TRUE(drive.tree("C:\\s").empty());
+}
+
+TEST_F(WalkTreeTest, ABoxNamesTheFirstFailureOnce) {
+  WalkReport report{.done = 416};
+  EXPECT_TRUE(tellWalk(app, report, "copied"));
+  EXPECT_FALSE(report.note(Outcome::failure(err::diskFull, "C:\\A\\b.txt"), "C:\\a\\b.txt"));
+  WalkReport next{.done = 1, .stopped = true};
+  next.note(Outcome::failure(err::deviceIo, "C:\\to"), "C:\\from");
+  report += next;
+  EXPECT_FALSE(tellWalk(app, report, "copied"));
+  EXPECT_FALSE(tellWalk(app, next, "moved"));
+  EXPECT_EQ(windows.boxTexts(), (Tree{"2 of 419 files could not be copied, the first:\r\n"
+                                      "C:\\a\\b.txt\r\nDisk full",
+                                      "1 of 2 files could not be moved, the first:\r\n"
+                                      "C:\\from\r\nDevice I/O error: C:\\to"}));
+  EXPECT_EQ(app.frmMain.lblStatus.notice, "");
+  EXPECT_FALSE(tellWalk(app, {.done = 7, .stopped = true}, "copied"));
+  EXPECT_EQ(app.frmMain.lblStatus.notice, "Stopped: 7 files were copied, the rest was not");
 }
 
 TEST_F(WalkTreeTest, MoveKilledAnywhereLosesNoFile) {
-  for (int call = 1;; ++call) {
+  for (int call = 1; call < 100; ++call) {
     write({"C:\\k\\a.txt", "C:\\k\\sub\\b.txt", "C:\\k\\sub\\c.txt"});
     disk.makeFolder("C:\\kd").skipped();
     files.killAt(call);

@@ -1,5 +1,6 @@
 // Many files copied by two threads: copying is mostly the system's work, which two processors do in
 // little more than half of the time.
+#include <algorithm>
 #include <atomic>
 #include <system_error>
 #include <thread>
@@ -27,8 +28,8 @@ class Copies {
     done_[i].notify_one();
     return true;
   }
-  // Leaves those that are not taken.
-  void stop() { next_ = copies_.size(); }
+  // Leaves those that are not taken, and answers how many have been.
+  std::size_t stop() { return std::min(next_.exchange(copies_.size()), copies_.size()); }
 
   bool isDone(std::size_t i) const { return done_[i]; }
   const Outcome& outcome(std::size_t i) const {
@@ -58,7 +59,7 @@ class Mate {
     }
   }
   ~Mate() {
-    copies_.stop();
+    static_cast<void>(copies_.stop());
     if (thread_.joinable()) thread_.join();
   }
   Mate(const Mate&) = delete;
@@ -72,7 +73,7 @@ class Mate {
 }  // namespace
 
 void DriveFileSystem::copyFiles(const std::vector<FileCopy>& copies,
-                                const std::function<void(const Outcome&)>& copied) {
+                                const std::function<bool(const Outcome&)>& copied) {
   if (copies.size() < worthAThread) {
     FileSystem::copyFiles(copies, copied);
     return;
@@ -80,9 +81,13 @@ void DriveFileSystem::copyFiles(const std::vector<FileCopy>& copies,
   Copies all(*this, copies);
   const Mate mate(all);
   std::size_t told = 0;
+  std::size_t count = copies.size();
+  const auto tellNext = [&] {
+    if (!copied(all.outcome(told++))) count = std::min(count, all.stop());
+  };
   while (all.copyNext())
-    while (told < copies.size() && all.isDone(told)) copied(all.outcome(told++));
-  while (told < copies.size()) copied(all.outcome(told++));
+    while (told < count && all.isDone(told)) tellNext();
+  while (told < count) tellNext();
 }
 
 }  // namespace skv

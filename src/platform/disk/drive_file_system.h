@@ -31,7 +31,7 @@ class DriveFileSystem : public FileSystem {
   Outcome copyFile(std::string_view from, std::string_view to) override;
   Outcome copyFileDurably(std::string_view from, std::string_view to) override;
   void copyFiles(const std::vector<FileCopy>& copies,
-                 const std::function<void(const Outcome&)>& copied) override;
+                 const std::function<bool(const Outcome&)>& copied) override;
   Outcome moveFile(std::string_view from, std::string_view to) override;
   Outcome rename(std::string_view from, std::string_view to) override;
   Outcome deleteFile(std::string_view path) override;

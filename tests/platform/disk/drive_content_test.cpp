@@ -76,13 +76,20 @@ TEST_F(DriveContentTest, ManyCopiesAreToldInTheirOrder) {
       EXPECT_EQ(copied.ok(), told != 7) << told;
       EXPECT_EQ(drive.read(copies[told].to), drive.read(copies[told].from)) << told;
       ++told;
+      return true;
     });
     EXPECT_EQ(told, count);
+
+    drive.clear("C:\\d");
+    told = 0;
+    disk.copyFiles(copies, [&](const Outcome&) { return ++told == 0; });
+    EXPECT_LE(told, 2U) << "one for each thread";
+    EXPECT_EQ(drive.tree("C:\\d").size(), told) << "no copy that is not told";
   }
   drive.clear("C:\\d");
   copies.resize(2);
   for (int i = 2; i < 30; ++i) copies.push_back({"C:\\s\\2", "C:\\d\\" + std::to_string(i)});
-  EXPECT_THROW(disk.copyFiles(copies, [](const Outcome&) { throw 1; }), int);
+  EXPECT_THROW(disk.copyFiles(copies, [](const Outcome&) -> bool { throw 1; }), int);
 }
 
 TEST_F(DriveContentTest, AReadOnlyFileStaysAsItIs) {

@@ -1,0 +1,17 @@
+// The detectors of the import commands: a configuration file that a walk has found becomes a row of
+// a library list, unless its folder is listed already.
+#pragma once
+
+#include <string>
+
+#include "core/app.h"
+
+namespace skv {
+
+// `folder` is where the file was found, with trailing backslash. The outcome is that of reading the
+// file: one that cannot be read tells neither a name nor whether it is an alias, and adds no row.
+Outcome scanAircraft(App& app, const std::string& folder);
+Outcome scanPanel(App& app, const std::string& folder);
+Outcome scanSound(App& app, const std::string& folder);
+
+}  // namespace skv
