@@ -58,7 +58,7 @@ struct App {
   std::string PendingZIP;  // an archive handed over by mail, "" for none
   bool ZipDone = false;    // the extraction is over
 
-  int hourglasses = 0;    // operations that want the pointer to be one; see long_operation.h
+  int hourglasses = 0;  // operations that want the pointer to be one; see long_operation.h
   // The user wants the running operation to end after the file it is at.
   bool stopRequested = false;
   bool starting = false;  // start-up has not shown the main window yet

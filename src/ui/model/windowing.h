@@ -50,7 +50,7 @@ class Windowing {
   virtual Answer messageBox(const Box& box) = 0;
   // The text as typed; none when it was cancelled.
   virtual std::optional<std::string> inputBox(const std::string& prompt, const std::string& title,
-                               const std::string& text) = 0;
+                                              const std::string& text) = 0;
   // Fails with err::cancelled when the user leaves it.
   virtual Result<PickedFile> openFile(const FileDialog& dialog) = 0;
 
