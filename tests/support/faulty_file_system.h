@@ -1,4 +1,4 @@
-// A file system that fails where a test wants it to, over a real one.
+// A file system that fails where a test wants it to, over a real one, and can lose its power.
 #pragma once
 
 #include <map>
@@ -21,12 +21,33 @@ class FaultyFileSystem : public FileSystem {
   void failAt(int call, int error);
   // Throws Killed in place of that call.
   void killAt(int call);
+  // The same for the calls that only look: attributes, list, isLink (which then answers true),
+  // identity (which answers ""), canonicalPath, fileLength, modified, readFile and freeBytes. Both
+  // counts may run at once.
+  void failReadAt(int call, int error);
+  void killReadAt(int call);
   // Fails every call of an operation ("copyFile") on a path; "" is any path. The path is the first
   // argument, compared without regard to case and to a trailing backslash. The calls of a file's
   // writer are "write" and "commit", on the path it was created with.
   void failWhen(const std::string& operation, const std::string& path, int error);
   // Ends all faults. Answers whether one of them struck.
   bool heal();
+
+  // What is on the disk after a power cut, the disk's cache being lost. Of every file that was made
+  // since by copyFile, createFile or a move of such a file, and that neither copyFileDurably,
+  // replaceFile nor flushDisk (which counts for all drives) has put there:
+  enum class Lost {
+    contents,  // the name stands, the file is empty: a disk that writes names before contents
+    files,     // the file is not there, or is the older one again that it has replaced
+  };
+  // Operate, cut the power (at the end, or after killAt), then look at the drive as the next run of
+  // the program finds it:
+  //   files.killAt(n); try { operate(); } catch (const Killed&) {}
+  //   files.powerCut(FaultyFileSystem::Lost::contents);
+  // Run it with both losses. Deletions and renames are always on the disk: the worst for who
+  // deletes what is not yet flushed elsewhere. What a test or an engine writes past this object is
+  // never lost.
+  void powerCut(Lost lost);
 
   // Calls of an operation on a path since the last reset.
   int count(const std::string& operation, const std::string& path) const;
@@ -69,14 +90,27 @@ class FaultyFileSystem : public FileSystem {
     std::string operation, path;
     int error;
   };
+  struct Counted {
+    int callsLeft = 0;  // until the fault; 0 is none
+    int error = 0;      // 0 kills
+  };
+  // A file that is not on the disk yet.
+  struct Unflushed {
+    bool content = false;                    // false when what replaced another was flushed
+    std::optional<std::string> before = {};  // what stands there on the disk
+  };
   Outcome fault(const std::string& operation, std::string_view path, bool changes) const;
+  std::optional<std::string> contentOf(std::string_view path) const;
+  void made(std::string_view path, std::optional<std::string> before);
+  void flushed(std::string_view path);
+  void moved(const std::string& old, std::string_view to, bool replaces);
 
   FileSystem& real_;
   mutable std::mutex mutex_;  // an archive is packed and unpacked on several threads
   std::optional<Rule> rule_;
-  mutable int callsLeft_ = 0;  // until the counted fault; 0 is none
-  int error_ = 0;              // of the counted fault; 0 kills
+  mutable Counted changes_, looks_;
   mutable bool struck_ = false;
+  std::map<std::string, Unflushed> unflushed_;  // by place on the machine
   mutable std::map<std::string, int> counts_;
 };
 
