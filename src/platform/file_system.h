@@ -4,6 +4,21 @@
 // without a drive is relative to the current folder; one that begins with a backslash to the
 // current drive. Network paths ("\\server\share\...") do not exist here. The calls may come from
 // several threads.
+//
+// Looks. fileNotFound and pathNotFound say for certain that nothing stands there. Whatever keeps the
+// disk from knowing has another number: a read error, a folder that may not be entered or, in the
+// search for other letters, not be listed, too many open files, a circle of links, and a link (a
+// drive is one) whose end is missing, since behind it may be a disk that is not mounted:
+// deviceUnavailable. A mount point without its disk is an empty folder to everybody, and to us.
+//
+// Power cuts. Until flushDisk() has answered success, a file that was made or copied under a name of
+// its own may be lost or empty after a power cut, even if its name is there. What replaces an older
+// file (by copyFile, moveFile, commit or replaceFile) is on the disk before it takes the name: the
+// older file or the new one is found, whole. A move or rename on one disk leaves the file under one
+// of its names, and what was on the disk before stays there; a move between disks has its copy on
+// the disk, with its name, before the source goes. copyFileDurably and replaceFile are on the disk
+// when they return. All this holds for disks that keep the order of names, as those with a journal
+// do.
 #pragma once
 
 #include <compare>
@@ -68,21 +83,25 @@ class FileSystem {
 
   virtual ~FileSystem() = default;
 
-  // Fails with pathNotFound or fileNotFound when nothing stands there.
+  // Fails with pathNotFound or fileNotFound when nothing stands there, and when the disk does not
+  // tell the attributes, as list() does then.
   virtual Result<Attributes> attributes(std::string_view path) const = 0;
   // Sets read-only, hidden, system and archive as given; `folder` is ignored. Hiding by a leading
   // dot cannot be cleared. On a file that is a link, the link's target is left alone.
   virtual Outcome setAttributes(std::string_view path, Attributes attributes) = 0;
 
   // In NTFS's order, by upper-cased name; without "." and "..". A link to a folder is listed as a
-  // folder, a link to nowhere is not listed.
+  // folder, a link to nowhere is not listed, one of which the disk does not tell where it leads is
+  // listed as a file. The whole folder or a failure, when reading ends early or when it is not known
+  // whether an entry belongs into the list.
   virtual Result<std::vector<FolderEntry>> list(std::string_view folder,
                                                 Entries entries = Entries::plain) const = 0;
   // Whether the path's last element is a symbolic link on disk. True as well when something stands
   // there and the disk does not tell what: whoever asks must not go through a link.
   virtual bool isLink(std::string_view path) const = 0;
   // A text that is equal for two paths exactly when they lead to the same folder on disk, through
-  // whatever links; "" when there is none. A walk uses it to keep out of circles.
+  // whatever links; "" when there is none or the disk does not tell, which attributes() tells
+  // apart. A walk uses it to keep out of circles.
   virtual std::string identity(std::string_view folder) const = 0;
 
   // The native path of a folder that stands, all links resolved, with a trailing slash: a folder
@@ -92,7 +111,7 @@ class FileSystem {
   // Keeps the time of last change, replaces an existing file unless that is read-only, and never
   // leaves a half-written target.
   virtual Outcome copyFile(std::string_view from, std::string_view to) = 0;
-  // The same for a backup: with its name it outlives a power cut when the call returns.
+  // The same for a backup: with its name it is on the disk when the call returns.
   virtual Outcome copyFileDurably(std::string_view from, std::string_view to) = 0;
   // Copies each as copyFile does, several at a time where the disk gains by it: their targets must
   // be different files. `copied` is called on the calling thread once for each, in their order, and
@@ -104,7 +123,7 @@ class FileSystem {
       if (!copied(copyFile(copy.from, copy.to))) return;
   }
   // The result of copyFile and then deleteFile of the source, by a rename where both lie on one
-  // disk.
+  // disk. The source goes last: a failure leaves it, and the older target or the whole new one.
   virtual Outcome moveFile(std::string_view from, std::string_view to) = 0;
   // Files and folders. Fails with fileExists when the new name stands there (in other letters too,
   // unless it is the very same file that only gets other letters).
@@ -127,12 +146,13 @@ class FileSystem {
   // The folder must exist.
   virtual Result<std::unique_ptr<FileWriter>> createFile(std::string_view path) = 0;
 
-  // Bytes that an ordinary user may still write on the disk behind `path`, a folder that
-  // stands.
+  // Bytes that an ordinary user may still write on the disk behind `path`, a folder that stands, be
+  // it a mount point or below one. A quota counts where the disk shows it in its free space.
   virtual Result<double> freeBytes(std::string_view path) const = 0;
-  // Puts all that was written to the disk behind `path` on it, so that it outlives a power cut:
-  // once at the end of a job, before a list or a mark says that its files are there and before what
-  // they were copied from goes. `path`: a folder that stands.
+  // Puts all that was written to the disk behind `path` on it: once at the end of a job, before a
+  // list or a mark says that its files are there and before what they were copied from goes. `path`:
+  // a folder that stands, the one that was filled, since a drive may span several disks. Fails when
+  // something that was written before could not be put there.
   virtual Outcome flushDisk(std::string_view path) = 0;
 
   // Full path of an existing folder, with trailing backslash.

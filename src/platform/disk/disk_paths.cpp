@@ -21,11 +21,10 @@ Outcome failureAt(const DrivePath& path, const Outcome& failure) {
   return Outcome::failure(failure.number(), path.text());
 }
 
-bool isMissing(int error) { return error == ENOENT || error == ENOTDIR; }
-
-bool stands(const std::string& native) {
+// 0 when something stands there, a link itself included.
+int entryError(const std::string& native) {
   struct stat status {};
-  return ::lstat(native.c_str(), &status) == 0;
+  return ::lstat(native.c_str(), &status) == 0 ? 0 : errno;
 }
 
 std::string joined(std::string folder, std::string_view name) {
@@ -53,6 +52,22 @@ std::string DiskPaths::spelled(const DrivePath& path) const {
   return drives_.root(path.drive) + path.below;
 }
 
+Outcome DiskPaths::notFoundAt(const std::string& native, int error, std::string_view path) {
+  struct stat status {};
+  if (::lstat(native.c_str(), &status) != 0)
+    return systemFailure(isMissing(errno) ? error : errno, path);
+  if (S_ISLNK(status.st_mode) && ::stat(native.c_str(), &status) != 0)
+    return isMissing(errno) ? Outcome::failure(err::deviceUnavailable, path)
+                            : systemFailure(errno, path);
+  return systemFailure(error, path);
+}
+
+Outcome DiskPaths::noDrive(const DrivePath& root) const {
+  std::string link = drives_.root(root.drive);
+  link.pop_back();
+  return notFoundAt(link, ENOTDIR, root.text());
+}
+
 std::string DiskPaths::remembered(const std::string& given) {
   const std::uint64_t generation = indexes_.generation();
   std::string folder;
@@ -73,7 +88,7 @@ Result<std::string> DiskPaths::standingFolder(const DrivePath& folder, bool& las
   int error = folderError(given);
   if (error == 0) return given;
   if (!isMissing(error)) return systemFailure(error, folder.text());
-  if (folder.isRoot()) return Outcome::failure(err::pathNotFound, folder.text());
+  if (folder.isRoot()) return noDrive(folder);
   if (std::string known = remembered(given); !known.empty()) return known;
 
   const std::uint64_t generation = indexes_.generation();
@@ -87,9 +102,11 @@ Result<std::string> DiskPaths::standingFolder(const DrivePath& folder, bool& las
     if (!spelling.ok()) return failureAt(folder, spelling.outcome());
     native = joined(above.value(), spelling.value());
     lasting = lasting && lastingName;
-    error = spelling.value().empty() ? ENOTDIR : folderError(native);
+    if (spelling.value().empty()) return systemFailure(ENOTDIR, folder.text());
+    error = folderError(native);
+    if (isMissing(error)) return notFoundAt(native, ENOTDIR, folder.text());
   }
-  if (error != 0) return systemFailure(isMissing(error) ? ENOTDIR : error, folder.text());
+  if (error != 0) return systemFailure(error, folder.text());
   if (lasting) {
     const std::lock_guard lock(folderMutex_);
     if (folders_.size() >= maxRemembered) folders_.clear();
@@ -100,12 +117,14 @@ Result<std::string> DiskPaths::standingFolder(const DrivePath& folder, bool& las
 
 // The native path of what stands there, when the letters given have led to nothing.
 Result<std::string> DiskPaths::standingPlace(const DrivePath& path) {
-  if (path.isRoot()) return Outcome::failure(err::pathNotFound, path.text());
+  if (path.isRoot()) return noDrive(path);
   bool lasting = true;
   auto folder = standingFolder(path.folder(), lasting);
   if (!folder.ok()) return folder;
   std::string native = joined(folder.value(), path.name());
-  if (stands(native)) return native;
+  const int error = entryError(native);
+  if (error == 0) return native;
+  if (!isMissing(error)) return systemFailure(error, path.text());
   auto spelling = indexes_.spelling(folder.value(), path.name());
   if (!spelling.ok()) return failureAt(path, spelling.outcome());
   if (spelling.value().empty()) return Outcome::failure(err::fileNotFound, path.text());
@@ -128,7 +147,7 @@ Result<DiskPlace> DiskPaths::place(const DrivePath& path) {
   }
   while (place.folder.ends_with('/')) place.folder.pop_back();
   // In a folder that may be entered but not read a name that stands as it is spelled is certain.
-  if (!spelling.ok() && stands(place.native())) spelling = place.name;
+  if (!spelling.ok() && entryError(place.native()) == 0) spelling = place.name;
   if (!spelling.ok()) return failureAt(path, spelling.outcome());
   place.taken = !spelling.value().empty();
   if (place.taken) place.name = spelling.value();
@@ -138,13 +157,13 @@ Result<DiskPlace> DiskPaths::place(const DrivePath& path) {
 Result<std::string> DiskPaths::nativePath(const DrivePath& path) {
   if (path.isRoot()) {
     std::string root = drives_.realRoot(path.drive);
-    if (root.empty()) return Outcome::failure(err::pathNotFound, path.text());
+    if (root.empty()) return noDrive(path);
     return root;
   }
   auto above = nativePath(path.folder());
   if (!above.ok()) return above;
   std::string native = joined(above.value(), path.name());
-  if (stands(native)) return native;
+  if (entryError(native) == 0) return native;
   const auto spelling = indexes_.spelling(above.value(), path.name());
   const bool inOtherLetters = spelling.ok() && !spelling.value().empty();
   return inOtherLetters ? joined(above.value(), spelling.value()) : native;

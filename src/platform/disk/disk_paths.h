@@ -34,7 +34,9 @@ class DiskPaths {
   void setCurrentFolder(DrivePath folder);
 
   Result<DrivePath> parse(std::string_view path) const;
-  // Fails with pathNotFound when the folder is missing, with pathFileAccess on a root.
+  // Fails with pathNotFound when the folder is missing, with pathFileAccess on a root. Here and in
+  // at(), whatever keeps the answer from being known is its own failure: a folder that cannot be
+  // read, a link whose end is missing (deviceUnavailable), a circle of links.
   Result<DiskPlace> place(const DrivePath& path);
   // The native path that something has or would have, its folders in the letters in which they
   // stand. Fails with pathNotFound when there is no such drive.
@@ -49,10 +51,11 @@ class DiskPaths {
     if (!parsed.ok()) return parsed.outcome();
     const std::string given = spelled(parsed.value());
     int error = call(given);
-    if (error == ENOENT || error == ENOTDIR) {
+    if (isMissing(error)) {
       const auto place = standingPlace(parsed.value());
       if (!place.ok()) return place.outcome();
       if (place.value() != given) error = call(place.value());
+      if (isMissing(error)) return notFoundAt(place.value(), error, path);
     }
     return error == 0 ? Outcome() : systemFailure(error, path);
   }
@@ -60,6 +63,10 @@ class DiskPaths {
  private:
   // The native path in the letters given.
   std::string spelled(const DrivePath& path) const;
+  // The failure where a call has answered that nothing is at a native path. A link that stands
+  // there and leads nowhere tells nothing of what is behind it, as with a disk that is not mounted.
+  static Outcome notFoundAt(const std::string& native, int error, std::string_view path);
+  Outcome noDrive(const DrivePath& root) const;
   Result<std::string> standingPlace(const DrivePath& path);
   Result<std::string> standingFolder(const DrivePath& folder, bool& lasting);
   std::string remembered(const std::string& given);

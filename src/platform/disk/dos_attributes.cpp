@@ -29,6 +29,29 @@ struct ValueArguments {
 
 bool endsWithAbsence(int error) { return error == ENODATA || error == ENOTSUP; }
 
+// The errors by which a disk says that it fails, not that nothing is stored.
+bool cannotTell(int error) {
+  switch (error) {
+    case EIO:
+    case ENOMEM:
+    case ESTALE:
+    case EUCLEAN:
+    case ENOTCONN:
+    case ETIMEDOUT:
+      return true;
+    default:
+      return false;
+  }
+}
+
+using Value = std::array<char, longestValue>;
+
+// Of a call that answers with the value's length, or -1.
+StoredBits storedBits(long length, const Value& value) {
+  if (length >= 0) return {dosBitsOf({value.data(), static_cast<std::size_t>(length)}), 0};
+  return {0, cannotTell(errno) ? errno : 0};
+}
+
 template <class Number>
 Number littleEndian(std::string_view bytes, std::size_t at) {
   Number number = 0;
@@ -38,11 +61,14 @@ Number littleEndian(std::string_view bytes, std::size_t at) {
 }
 
 template <class Read>
-void copyStored(const char* name, int to, Read read) {
+int copyStored(const char* name, int to, Read read) {
   std::array<char, 4096> value;
   const auto length = retried([&] { return read(value.data(), value.size()); });
-  if (length <= 0) return;
-  retried([&] { return ::fsetxattr(to, name, value.data(), static_cast<std::size_t>(length), 0); });
+  if (length < 0 && cannotTell(errno)) return errno;
+  if (length > 0)
+    retried(
+        [&] { return ::fsetxattr(to, name, value.data(), static_cast<std::size_t>(length), 0); });
+  return 0;
 }
 
 }  // namespace
@@ -67,24 +93,23 @@ unsigned dosBitsOf(std::string_view stored) {
   return littleEndian<std::uint32_t>(stored, valid + 4) & keptBits;
 }
 
-unsigned storedDosBits(const std::string& native) {
-  std::array<char, longestValue> value;
-  const auto length = retried(
-      [&] { return ::getxattr(native.c_str(), attributeName, value.data(), value.size()); });
-  return length < 0 ? 0 : dosBitsOf({value.data(), static_cast<std::size_t>(length)});
+StoredBits storedDosBits(const std::string& native) {
+  Value value;
+  return storedBits(retried([&] {
+                      return ::getxattr(native.c_str(), attributeName, value.data(), value.size());
+                    }),
+                    value);
 }
 
 StoredDosBits::StoredDosBits(int folder, std::string native)
     : folder_(folder), path_(std::move(native)), prefix_(path_.size()) {}
 
-unsigned StoredDosBits::of(const char* name) {
-  if (!stored_) return 0;
-  std::array<char, longestValue> value;
+StoredBits StoredDosBits::of(const char* name) {
+  if (!stored_) return {};
+  Value value;
   const auto answer = [&](long length) {
-    if (length >= 0) return dosBitsOf({value.data(), static_cast<std::size_t>(length)});
-    if (errno == ENOTSUP) stored_ = false;
-    // What may be hidden counts as hidden: a walk that deletes must pass it over.
-    return errno == EIO || errno == ENOMEM ? dos::hidden : 0U;
+    if (length < 0 && errno == ENOTSUP) stored_ = false;
+    return storedBits(length, value);
   };
   if (byFolder_) {
     const ValueArguments arguments{reinterpret_cast<std::uintptr_t>(value.data()), value.size(), 0};
@@ -105,15 +130,13 @@ bool isReadOnly(const struct stat& status) {
   return !S_ISLNK(status.st_mode) && (status.st_mode & S_IWUSR) == 0;
 }
 
-Attributes attributesOf(const std::string& native, std::string_view name,
-                        const struct stat& status) {
-  const unsigned bits = storedDosBits(native);
+Attributes attributesOf(unsigned stored, std::string_view name, const struct stat& status) {
   Attributes result;
   result.folder = S_ISDIR(status.st_mode);
   result.readOnly = isReadOnly(status);
-  result.hidden = name.starts_with('.') || (bits & dos::hidden) != 0;
-  result.system = (bits & dos::system) != 0;
-  result.archive = (bits & dos::archive) != 0;
+  result.hidden = name.starts_with('.') || (stored & dos::hidden) != 0;
+  result.system = (stored & dos::system) != 0;
+  result.archive = (stored & dos::archive) != 0;
   return result;
 }
 
@@ -125,7 +148,8 @@ int applyAttributes(const std::string& native, std::string_view name, const stru
     return errorOf([&] { return ::chmod(native.c_str(), to); });
   };
 
-  const unsigned stored = storedDosBits(native);
+  const auto [stored, unknown] = storedDosBits(native);
+  if (unknown != 0) return unknown;
   unsigned wanted = (attributes.system ? dos::system : 0) | (attributes.archive ? dos::archive : 0);
   if (attributes.hidden && !(name.starts_with('.') && (stored & dos::hidden) == 0))
     wanted |= dos::hidden;
@@ -156,8 +180,8 @@ int applyAttributes(const std::string& native, std::string_view name, const stru
   return present == wantedMode ? 0 : changeMode(wantedMode);
 }
 
-void copyStoredAttributes(int from, int to) {
-  copyStored(attributeName, to, [&](char* value, std::size_t size) {
+int copyStoredAttributes(int from, int to) {
+  return copyStored(attributeName, to, [&](char* value, std::size_t size) {
     return ::fgetxattr(from, attributeName, value, size);
   });
 }

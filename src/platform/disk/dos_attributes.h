@@ -21,15 +21,24 @@ inline constexpr unsigned hidden = 0x02, system = 0x04, archive = 0x20;
 // later, with or without such a text before them. 0 for anything else.
 unsigned dosBitsOf(std::string_view stored);
 
-// The stored bits of what stands at a native path, links followed.
-unsigned storedDosBits(const std::string& native);
+// What is stored with one file or folder, or the system's error number when it cannot be told. A
+// disk that has none to give, a file that may not be read and a value of another kind have none
+// stored: whoever works on such a file meets its own failure. Listing and attributes() go by this
+// one answer, so that both see the same.
+struct StoredBits {
+  unsigned bits = 0;
+  int error = 0;
+};
 
-// The stored bits of one entry after the other of an open folder, as cheaply as the system allows.
+// Of what stands at a native path, links followed.
+StoredBits storedDosBits(const std::string& native);
+
+// Of one entry after the other of an open folder, as cheaply as the system allows.
 class StoredDosBits {
  public:
   // `native` is the folder's path, with trailing slash.
   StoredDosBits(int folder, std::string native);
-  unsigned of(const char* name);
+  StoredBits of(const char* name);
 
  private:
   int folder_;
@@ -40,8 +49,7 @@ class StoredDosBits {
 };
 
 bool isReadOnly(const struct stat& status);
-Attributes attributesOf(const std::string& native, std::string_view name,
-                        const struct stat& status);
+Attributes attributesOf(unsigned stored, std::string_view name, const struct stat& status);
 
 // Gives a file or folder, no link, the attributes; 0 or the system's error number. Archive is
 // dropped on a disk that cannot store it, since nothing depends on it.
@@ -50,8 +58,9 @@ int applyAttributes(const std::string& native, std::string_view name, const stru
 
 // Gives an open file what another one has stored beside its content: for a copy the attributes, for
 // a file that is replaced (given by its native path) its access list as well. What the disk cannot
-// take is left out.
-void copyStoredAttributes(int from, int to);
+// take is left out. The copy's answers 0 or the system's error number, when what is stored cannot be
+// told.
+int copyStoredAttributes(int from, int to);
 void copyStoredAttributes(const std::string& replaced, int to);
 
 }  // namespace skv

@@ -19,6 +19,7 @@ Result<DriveFileSystem::Source> DriveFileSystem::openSource(std::string_view pat
   });
   if (!outcome.ok()) return outcome;
   if (!S_ISREG(source.status.st_mode)) return Outcome::failure(err::pathFileAccess, path);
+  if (meansFolder(path)) return Outcome::failure(err::pathNotFound, path);
   return source;
 }
 
@@ -60,7 +61,9 @@ Result<Replaced> replaceable(const std::string& native, std::string_view path,
     return errno == ENOENT ? Result<Replaced>(target) : systemFailure(errno, path);
   target.stands = true;
   struct stat behind = target.status;
-  if (S_ISLNK(behind.st_mode) && ::stat(native.c_str(), &behind) != 0) return target;
+  if (S_ISLNK(behind.st_mode) && ::stat(native.c_str(), &behind) != 0)
+    return isMissing(errno) || errno == ELOOP ? Result<Replaced>(target)
+                                              : systemFailure(errno, path);
   if (source != nullptr && sameFile(*source, behind))
     return Outcome::failure(err::permissionDenied, path);
   if (S_ISDIR(behind.st_mode) || isReadOnly(target.status))
@@ -87,8 +90,10 @@ int takePermissions(int fd, const std::string& native, const struct stat& replac
 
 // Puts the content of a file at a native path on the disk.
 int flushFile(const std::string& native) {
-  const Descriptor file = openFile(native, O_RDONLY | O_NOFOLLOW | O_NONBLOCK);
-  if (!file.valid()) return errno == EACCES ? 0 : errno;
+  constexpr int flags = O_NOFOLLOW | O_NONBLOCK;
+  Descriptor file = openFile(native, O_RDONLY | flags);
+  if (!file.valid() && errno == EACCES) file = openFile(native, O_WRONLY | flags);
+  if (!file.valid()) return errno;
   return errorOf([&] { return ::fsync(file.get()); });
 }
 
@@ -195,7 +200,7 @@ Outcome DriveFileSystem::copy(std::string_view from, std::string_view to, bool d
   PendingFile& file = begun.value();
   if (const int error = copyContent(fd.get(), file.fd())) return systemFailure(error, to);
   // Before the permissions, which may forbid it.
-  copyStoredAttributes(fd.get(), file.fd());
+  if (const int error = copyStoredAttributes(fd.get(), file.fd())) return systemFailure(error, from);
   if (const int error = setPermissions(file.fd(), status.st_mode)) return systemFailure(error, to);
   return publish(file, to,
                  {.durable = durable, .modified = modifiedTime(status), .source = &status});

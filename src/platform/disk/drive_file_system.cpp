@@ -33,6 +33,11 @@ Result<DiskPlace> DriveFileSystem::placeFor(std::string_view path) const {
 
 namespace {
 
+// The failure of a look at what has to be a folder.
+Outcome asFolder(const Outcome& look, std::string_view path) {
+  return look.number() == err::fileNotFound ? Outcome::failure(err::pathNotFound, path) : look;
+}
+
 std::string_view lastElement(const std::string& native) {
   return std::string_view(native).substr(native.rfind('/') + 1);
 }
@@ -43,7 +48,9 @@ Result<Attributes> DriveFileSystem::attributes(std::string_view path) const {
   const auto found = standing(path);
   if (!found.ok()) return found.outcome();
   const auto& [native, status] = found.value();
-  return attributesOf(native, lastElement(native), status);
+  const auto [stored, unknown] = storedDosBits(native);
+  if (unknown != 0) return systemFailure(unknown, path);
+  return attributesOf(stored, lastElement(native), status);
 }
 
 Outcome DriveFileSystem::setAttributes(std::string_view path, Attributes attributes) {
@@ -81,7 +88,8 @@ Result<std::string> DriveFileSystem::canonicalPath(std::string_view folder) cons
   const Outcome outcome = paths_.at(folder, [&](const std::string& native) {
     std::error_code error;
     canonical = std::filesystem::canonical(native, error).string();
-    return error ? error.value() : 0;
+    if (!error && !std::filesystem::is_directory(canonical, error) && !error) return ENOTDIR;
+    return error.value();
   });
   if (!outcome.ok()) return outcome;
   return canonical.ends_with('/') ? canonical : canonical + "/";
@@ -134,7 +142,7 @@ Outcome DriveFileSystem::removeFolder(std::string_view path) {
   if (!parsed.ok()) return parsed.outcome();
   if (parsed.value().isRoot()) return Outcome::failure(err::pathFileAccess, path);
   const auto found = standing(path, true);
-  if (!found.ok()) return Outcome::failure(err::pathNotFound, path);
+  if (!found.ok()) return asFolder(found.outcome(), path);
   const std::string& native = found.value().native;
   if (S_ISLNK(found.value().status.st_mode)) {
     const auto target = standing(path);
@@ -156,6 +164,8 @@ Outcome DriveFileSystem::rename(std::string_view from, std::string_view to) {
   if (!target.ok()) return target.outcome();
   const auto source = standing(from, true);
   if (!source.ok()) return source.outcome();
+  if (meansFolder(to) && S_ISREG(source.value().status.st_mode))
+    return Outcome::failure(err::pathFileAccess, to);
   const std::lock_guard lock(naming_);
   const auto place = paths_.place(target.value());
   if (!place.ok()) return place.outcome();
@@ -194,14 +204,18 @@ Result<double> DriveFileSystem::freeBytes(std::string_view path) const {
   if (!outcome.ok())
     return outcome.number() == err::pathNotFound ? Outcome::failure(err::deviceUnavailable, path)
                                                  : outcome;
-  return static_cast<double>(status.f_bavail) * static_cast<double>(status.f_frsize);
+  const auto unit = status.f_frsize != 0 ? status.f_frsize : status.f_bsize;
+  return static_cast<double>(status.f_bavail) * static_cast<double>(unit);
 }
 
 Outcome DriveFileSystem::flushDisk(std::string_view path) {
   return paths_.at(path, [](const std::string& native) {
     const Descriptor folder = openFile(native, O_RDONLY | O_DIRECTORY);
     if (!folder.valid()) return errno;
-    return errorOf([&] { return ::syncfs(folder.get()); });
+    const int error = errorOf([&] { return ::syncfs(folder.get()); });
+    if (error != ENOSYS) return error;
+    ::sync();  // a sandbox that does not know the call: every disk, then
+    return 0;
   });
 }
 
@@ -215,8 +229,8 @@ Outcome DriveFileSystem::setCurrentFolder(std::string_view path) {
   const auto parsed = paths_.parse(path);
   if (!parsed.ok()) return parsed.outcome();
   const auto found = standing(path);
-  if (!found.ok() || !S_ISDIR(found.value().status.st_mode))
-    return Outcome::failure(err::pathNotFound, path);
+  if (!found.ok()) return asFolder(found.outcome(), path);
+  if (!S_ISDIR(found.value().status.st_mode)) return Outcome::failure(err::pathNotFound, path);
   paths_.setCurrentFolder(parsed.value());
   return {};
 }

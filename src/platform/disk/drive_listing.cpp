@@ -3,6 +3,7 @@
 
 #include <algorithm>
 
+#include "base/paths.h"
 #include "base/text.h"
 #include "platform/disk/dos_attributes.h"
 #include "platform/disk/drive_file_system.h"
@@ -17,18 +18,24 @@ Kind kindOf(mode_t mode) {
   return S_ISDIR(mode) ? Kind::folder : S_ISREG(mode) ? Kind::file : Kind::other;
 }
 
-// Pipes, devices and links to nowhere are neither files nor folders. `length`, when given, is set
-// for a file.
-Kind kindOf(const dirent64& entry, int folder, std::uint64_t* length) {
-  if (entry.d_type == DT_DIR) return Kind::folder;
-  if (entry.d_type == DT_REG && length == nullptr) return Kind::file;
-  if (entry.d_type != DT_REG && entry.d_type != DT_LNK && entry.d_type != DT_UNKNOWN)
-    return Kind::other;
+struct Look {
+  Kind kind = Kind::other;
+  std::uint64_t length = 0;  // of a file, when it was asked for
+  int error = 0;             // the system's, when it does not tell
+};
+
+// Pipes, devices and links to nowhere are neither files nor folders. What cannot be told is shown as
+// a file: whoever works on it meets the failure, and says so.
+Look lookAt(const dirent64& entry, int folder, bool measured) {
+  if (entry.d_type == DT_DIR) return {Kind::folder};
+  if (entry.d_type == DT_REG && !measured) return {Kind::file};
+  if (entry.d_type != DT_REG && entry.d_type != DT_LNK && entry.d_type != DT_UNKNOWN) return {};
   struct stat status {};
-  if (retried([&] { return ::fstatat(folder, entry.d_name, &status, 0); }) != 0) return Kind::other;
-  if (length != nullptr && S_ISREG(status.st_mode))
-    *length = static_cast<std::uint64_t>(status.st_size);
-  return kindOf(status.st_mode);
+  if (retried([&] { return ::fstatat(folder, entry.d_name, &status, 0); }) != 0) {
+    if (isMissing(errno) || errno == ELOOP) return {};
+    return {Kind::file, 0, errno};
+  }
+  return {kindOf(status.st_mode), static_cast<std::uint64_t>(status.st_size)};
 }
 
 struct Sorted {
@@ -57,6 +64,9 @@ Result<std::vector<FolderEntry>> DriveFileSystem::list(std::string_view folder,
                                                 : opened;
   if (!native.ends_with('/')) native += '/';
 
+  const auto failureOf = [&](std::string_view name, int error) {
+    return systemFailure(error, withBackslash(folder).append(name));
+  };
   StoredDosBits stored(fd.get(), native);
   std::vector<Sorted> found;
   FolderReader reader(fd.get());
@@ -64,15 +74,19 @@ Result<std::vector<FolderEntry>> DriveFileSystem::list(std::string_view folder,
     const std::string_view name = entry->d_name;
     const bool all = entries == Entries::all;
     if ((!all && name.starts_with('.')) || !isWindowsName(name)) continue;
-    std::uint64_t length = 0;
-    const Kind kind = kindOf(*entry, fd.get(), entries == Entries::measured ? &length : nullptr);
-    if (kind == Kind::other) continue;
-    const bool asksAttributes = !all && (entries != Entries::named || kind == Kind::folder);
-    if (asksAttributes && (stored.of(entry->d_name) & (dos::hidden | dos::system)) != 0) continue;
-    found.push_back({upper(name), {std::string(name), kind == Kind::folder, length}});
+    const bool measured = entries == Entries::measured;
+    const Look look = lookAt(*entry, fd.get(), measured);
+    if (look.kind == Kind::other) continue;
+    if (measured && look.error != 0) return failureOf(name, look.error);
+    if (!all && (entries != Entries::named || look.kind == Kind::folder)) {
+      const StoredBits bits = stored.of(entry->d_name);
+      if (bits.error != 0) return failureOf(name, bits.error);
+      if ((bits.bits & (dos::hidden | dos::system)) != 0) continue;
+    }
+    found.push_back({upper(name),
+                     {std::string(name), look.kind == Kind::folder, measured ? look.length : 0}});
   }
-  // A disk that fails halfway still tells what it has.
-  if (reader.error() != 0 && found.empty()) return systemFailure(reader.error(), folder);
+  if (reader.error() != 0) return systemFailure(reader.error(), folder);
 
   std::sort(found.begin(), found.end());
   std::vector<FolderEntry> result;

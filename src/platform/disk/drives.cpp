@@ -18,9 +18,16 @@ namespace skv {
 
 namespace {
 
-bool isFolder(const std::string& native) {
+// Whether no folder stands there for certain. A link on the way that leads nowhere may be a disk
+// that is away, and then another prefix would be somebody else's drives.
+bool isAbsent(const std::string& native) {
   struct stat status {};
-  return ::stat(native.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
+  if (::stat(native.c_str(), &status) == 0) return !S_ISDIR(status.st_mode);
+  if (!isMissing(errno)) return false;
+  for (std::filesystem::path way = native; way.has_relative_path(); way = way.parent_path())
+    if (::lstat(way.c_str(), &status) == 0)
+      return !S_ISLNK(status.st_mode) || ::stat(way.c_str(), &status) == 0;
+  return true;
 }
 
 std::string realPath(const std::string& native) {
@@ -64,7 +71,7 @@ std::size_t countElements(const std::string& elements) {
 std::string findDrivesFolder() {
   if (std::string told = environmentValue("SKYVAULT_DRIVES"); !told.empty()) return told;
   for (const std::string& prefix : {environmentValue("WINEPREFIX"), homeFolder() + "/.wine"})
-    if (!prefix.empty() && isFolder(prefix + "/dosdevices")) return prefix + "/dosdevices";
+    if (!prefix.empty() && !isAbsent(prefix + "/dosdevices")) return prefix + "/dosdevices";
   return ownDrives();
 }
 

@@ -15,7 +15,6 @@ int classicNumber(int error) {
     case ENOENT:
       return err::fileNotFound;
     case ENOTDIR:
-    case ELOOP:
       return err::pathNotFound;
     case EACCES:
     case EPERM:
@@ -28,6 +27,7 @@ int classicNumber(int error) {
     case ENOTEMPTY:
     case EISDIR:
     case EXDEV:
+    case ELOOP:  // something stands there, whatever it leads to
       return err::pathFileAccess;
     case ENOSPC:
     case EDQUOT:

@@ -8,7 +8,11 @@
 
 namespace skv {
 
+// Whether a call's error number says that nothing stands there.
+inline bool isMissing(int error) { return error == ENOENT || error == ENOTDIR; }
+
 // The outcome of a failed system call, by the classic numbers. `path` is what the user sees.
+// fileNotFound and pathNotFound come of isMissing() alone.
 Outcome systemFailure(int error, std::string_view path);
 
 class Descriptor {
