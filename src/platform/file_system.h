@@ -5,20 +5,20 @@
 // current drive. Network paths ("\\server\share\...") do not exist here. The calls may come from
 // several threads.
 //
-// Looks. fileNotFound and pathNotFound say for certain that nothing stands there. Whatever keeps the
-// disk from knowing has another number: a read error, a folder that may not be entered or, in the
-// search for other letters, not be listed, too many open files, a circle of links, and a link (a
-// drive is one) whose end is missing, since behind it may be a disk that is not mounted:
+// Looks. fileNotFound and pathNotFound say for certain that nothing stands there. Whatever keeps
+// the disk from knowing has another number: a read error, a folder that may not be entered or, in
+// the search for other letters, not be listed, too many open files, a circle of links, and a link
+// (a drive is one) whose end is missing, since behind it may be a disk that is not mounted:
 // deviceUnavailable. A mount point without its disk is an empty folder to everybody, and to us.
 //
-// Power cuts. Until flushDisk() has answered success, a file that was made or copied under a name of
-// its own may be lost or empty after a power cut, even if its name is there. What replaces an older
-// file (by copyFile, moveFile, commit or replaceFile) is on the disk before it takes the name: the
-// older file or the new one is found, whole. A move or rename on one disk leaves the file under one
-// of its names, and what was on the disk before stays there; a move between disks has its copy on
-// the disk, with its name, before the source goes. copyFileDurably and replaceFile are on the disk
-// when they return. All this holds for disks that keep the order of names, as those with a journal
-// do.
+// Power cuts. Until flushDisk() has answered success, a file that was made or copied under a name
+// of its own may be lost or empty after a power cut, even if its name is there. What replaces an
+// older file (by copyFile, moveFile, commit or replaceFile) is on the disk before it takes the
+// name: the older file or the new one is found, whole. A move or rename on one disk leaves the file
+// under one of its names, and what was on the disk before stays there; a move between disks has its
+// copy on the disk, with its name, before the source goes. copyFileDurably and replaceFile are on
+// the disk when they return. All this holds for disks that keep the order of names, as those with a
+// journal do.
 #pragma once
 
 #include <compare>
@@ -92,8 +92,8 @@ class FileSystem {
 
   // In NTFS's order, by upper-cased name; without "." and "..". A link to a folder is listed as a
   // folder, a link to nowhere is not listed, one of which the disk does not tell where it leads is
-  // listed as a file. The whole folder or a failure, when reading ends early or when it is not known
-  // whether an entry belongs into the list.
+  // listed as a file. The whole folder or a failure, when reading ends early or when it is not
+  // known whether an entry belongs into the list.
   virtual Result<std::vector<FolderEntry>> list(std::string_view folder,
                                                 Entries entries = Entries::plain) const = 0;
   // Whether the path's last element is a symbolic link on disk. True as well when something stands
@@ -150,9 +150,9 @@ class FileSystem {
   // it a mount point or below one. A quota counts where the disk shows it in its free space.
   virtual Result<double> freeBytes(std::string_view path) const = 0;
   // Puts all that was written to the disk behind `path` on it: once at the end of a job, before a
-  // list or a mark says that its files are there and before what they were copied from goes. `path`:
-  // a folder that stands, the one that was filled, since a drive may span several disks. Fails when
-  // something that was written before could not be put there.
+  // list or a mark says that its files are there and before what they were copied from goes.
+  // `path`: a folder that stands, the one that was filled, since a drive may span several disks.
+  // Fails when something that was written before could not be put there.
   virtual Outcome flushDisk(std::string_view path) = 0;
 
   // Full path of an existing folder, with trailing backslash.

@@ -63,8 +63,8 @@ void FaultyFileSystem::made(std::string_view path, std::optional<std::string> be
   const std::scoped_lock lock(mutex_);
   const bool replaces = before.has_value();
   const std::string place = real_.nativePath(path).valueOr("");
-  unflushed_.try_emplace(place, Unflushed{true, std::move(before)})
-      .first->second.content = !replaces;
+  unflushed_.try_emplace(place, Unflushed{true, std::move(before)}).first->second.content =
+      !replaces;
 }
 
 void FaultyFileSystem::flushed(std::string_view path) {

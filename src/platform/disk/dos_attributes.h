@@ -58,8 +58,8 @@ int applyAttributes(const std::string& native, std::string_view name, const stru
 
 // Gives an open file what another one has stored beside its content: for a copy the attributes, for
 // a file that is replaced (given by its native path) its access list as well. What the disk cannot
-// take is left out. The copy's answers 0 or the system's error number, when what is stored cannot be
-// told.
+// take is left out. The copy's answers 0 or the system's error number, when what is stored cannot
+// be told.
 int copyStoredAttributes(int from, int to);
 void copyStoredAttributes(const std::string& replaced, int to);
 

@@ -200,7 +200,8 @@ Outcome DriveFileSystem::copy(std::string_view from, std::string_view to, bool d
   PendingFile& file = begun.value();
   if (const int error = copyContent(fd.get(), file.fd())) return systemFailure(error, to);
   // Before the permissions, which may forbid it.
-  if (const int error = copyStoredAttributes(fd.get(), file.fd())) return systemFailure(error, from);
+  if (const int error = copyStoredAttributes(fd.get(), file.fd()))
+    return systemFailure(error, from);
   if (const int error = setPermissions(file.fd(), status.st_mode)) return systemFailure(error, to);
   return publish(file, to,
                  {.durable = durable, .modified = modifiedTime(status), .source = &status});

@@ -24,8 +24,8 @@ struct Look {
   int error = 0;             // the system's, when it does not tell
 };
 
-// Pipes, devices and links to nowhere are neither files nor folders. What cannot be told is shown as
-// a file: whoever works on it meets the failure, and says so.
+// Pipes, devices and links to nowhere are neither files nor folders. What cannot be told is shown
+// as a file: whoever works on it meets the failure, and says so.
 Look lookAt(const dirent64& entry, int folder, bool measured) {
   if (entry.d_type == DT_DIR) return {Kind::folder};
   if (entry.d_type == DT_REG && !measured) return {Kind::file};
@@ -83,8 +83,8 @@ Result<std::vector<FolderEntry>> DriveFileSystem::list(std::string_view folder,
       if (bits.error != 0) return failureOf(name, bits.error);
       if ((bits.bits & (dos::hidden | dos::system)) != 0) continue;
     }
-    found.push_back({upper(name),
-                     {std::string(name), look.kind == Kind::folder, measured ? look.length : 0}});
+    found.push_back(
+        {upper(name), {std::string(name), look.kind == Kind::folder, measured ? look.length : 0}});
   }
   if (reader.error() != 0) return systemFailure(reader.error(), folder);
 
