@@ -29,7 +29,7 @@ namespace {
 
 constexpr const char* usage =
     "usage: skyvault-bench-op time <program> <arguments>...       another tool, for comparison\n"
-    "       skyvault-bench-op <run folder> copy <folder> <target>  WalkCopy\n"
+    "       skyvault-bench-op <run folder> copy <folder> <target>  WalkCopy and a flush\n"
     "       skyvault-bench-op <run folder> size <folder>           WalkSize\n"
     "       skyvault-bench-op <run folder> find <folder>           a finder that finds nothing\n"
     "       skyvault-bench-op <run folder> scan                    WalkScanAC over FS/aircraft\n"
@@ -115,15 +115,19 @@ class Operation {
 
   double copy(const std::string& from, const std::string& to) {
     std::filesystem::create_directories(to);
-    return walk(from, to, WalkCopy);
+    const std::string source = windowsPath(from), target = windowsPath(to);
+    return seconds([&] {
+      require(WalkTree(app(), source, target, WalkCopy, true).complete(), "not all copied");
+      require(app().step(app().files().flushDisk(target)), "not flushed");
+    });
   }
   double size(const std::string& folder) {
-    const double result = walk(folder, {}, WalkSize);
+    const double result = walk(folder, WalkSize);
     require(app().SizeTotal > 0, "no bytes seen");
     return result;
   }
   double find(const std::string& folder) {
-    const double result = walk(folder, {}, WalkFindBgl);
+    const double result = walk(folder, WalkFindBgl);
     require(app().FoundDir.empty(), "something found");
     return result;
   }
@@ -182,9 +186,9 @@ class Operation {
   std::string windowsPath(const std::string& path) const {
     return run_.disk.windowsPath(std::filesystem::absolute(path).string());
   }
-  double walk(const std::string& from, const std::string& to, WalkCode code) {
-    const std::string source = windowsPath(from), target = to.empty() ? "" : windowsPath(to);
-    return seconds([&] { WalkTree(app(), source, target, code, true); });
+  double walk(const std::string& folder, WalkCode code) {
+    const std::string source = windowsPath(folder);
+    return seconds([&] { WalkTree(app(), source, "", code, true); });
   }
   std::string shown() const {
     return run_.windows.boxes.empty() ? "no box" : run_.windows.boxes.back();

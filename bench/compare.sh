@@ -2,7 +2,8 @@
 # How fast the program is beside tools that do the same work: one table of ratios, from one run.
 #   bench/compare.sh [ROUNDS]      (5 when not given)
 # Every row is measured in turn, ours, theirs, ours, theirs, on a disk whose cache is warm, and
-# counts by its medians. SKYVAULT_BENCH_DIR chooses the disk (3 GB needed); /var/tmp when not set.
+# counts by its medians. Where we put what we wrote on the disk, the other tool is followed by a
+# "sync -f" in its time. SKYVAULT_BENCH_DIR chooses the disk (3 GB needed); /var/tmp when not set.
 # Ends with 1 when a limit is missed.
 set -euo pipefail
 export LC_ALL=C.UTF-8 QT_LOGGING_RULES="*=false"
@@ -71,11 +72,14 @@ echo "Making the loads in $work ..." >&2
 printf '| %-58s | %12s | %12s | %6s | %6s | %-6s |\n' "operation" "ours" "theirs" "ratio" "limit" ""
 printf '|%s|%s:|%s:|%s:|%s:|%s|\n' "$(printf '%.0s-' {1..60})" -------------{,} -------{,} --------
 
+# flushed FOLDER COMMAND...: the command's time with the flush of the folder's disk.
+flushed() { "$op" time sh -c 'folder=$1; shift; "$@" && sync -f "$folder"' sh "$@"; }
+
 # Copying and searching 1,500 files, 235 MB.
 fresh() { rm -rf "$work/to"; mkdir "$work/to"; }
 ours_copy() { "$op" "$work/run" copy "$work/tree" "$work/to"; }
-theirs_copy() { "$op" time cp -a "$work/tree/." "$work/to"; }
-beside "copy 1,500 files, 235 MB / cp -a" 1.1 ours_copy theirs_copy fresh
+theirs_copy() { flushed "$work/to" cp -a "$work/tree/." "$work/to"; }
+beside "copy 1,500 files, 235 MB / cp -a, sync -f" 1.1 ours_copy theirs_copy fresh
 ours_size() { "$op" "$work/run" size "$work/tree"; }
 theirs_size() { "$op" time find "$work/tree" -type f -printf '%s\n'; }
 beside "size of the same / find -printf %s" 1.5 ours_size theirs_size
@@ -90,26 +94,36 @@ cp -a "$work/tree/BigPlane" "$hangar/Aircraft/big"
 cp -a "$work/tree/"{Gauges,Sound,Texture,Effects} "$hangar/Main/big/"
 empty_simulator() { rm -rf "$simulator" "$work/to"; mkdir -p "$simulator"/{aircraft,Gauges,Sound,Texture,Effects} "$work/to"; }
 ours_to_fs() { "$op" "$work/run" to-fs big; }
-theirs_to_fs() { "$op" time cp -a "$hangar/Aircraft/big" "$hangar/Main/big/." "$work/to"; }
-beside "\"To FS2002...\" of the same / cp -a" 1.1 ours_to_fs theirs_to_fs empty_simulator
+theirs_to_fs() { flushed "$work/to" cp -a "$hangar/Aircraft/big" "$hangar/Main/big/." "$work/to"; }
+beside "\"To FS2002...\" of the same / cp -a, sync -f" 1.1 ours_to_fs theirs_to_fs empty_simulator
 rm -rf "$hangar" "$simulator" "$work/to"
 
 # Installing it from its archive: unpacking, searching, placing, listing.
 no_hangar() { rm -rf "$hangar" "$work/to"; }
 ours_install() { "$op" "$work/run" install "$work/large.zip"; }
-theirs_install() { "$op" time unzip -q "$work/large.zip" -d "$work/to"; }
-beside "install the same from its archive / unzip" 0.8 ours_install theirs_install no_hangar
+theirs_install() { flushed "$work" unzip -q "$work/large.zip" -d "$work/to"; }
+beside "install the same from its archive / unzip, sync -f" 0.8 ours_install theirs_install no_hangar
 no_hangar
 
 # Packing it.
 no_archives() { rm -f "$work/ours.zip" "$work/theirs.zip"; }
 ours_package() { "$op" "$work/run" package "$work/tree" "$work/ours.zip"; }
-theirs_package() { "$op" time sh -c 'cd "$1" && zip -9 -q -r "$2" .' zip "$work/tree" "$work/theirs.zip"; }
-beside "pack the same at level 9 / zip -9 -r" 0.3 ours_package theirs_package no_archives
+theirs_package() { flushed "$work" sh -c 'cd "$1" && zip -9 -q -r "$2" .' zip "$work/tree" "$work/theirs.zip"; }
+beside "pack the same at level 9 / zip -9 -r, sync -f" 0.3 ours_package theirs_package no_archives
 no_archives; ours_package >/dev/null; theirs_package >/dev/null
 own_bytes=$(stat -c %s "$work/ours.zip") zip_bytes=$(stat -c %s "$work/theirs.zip")
 row "size of the archive" "$own_bytes" "$zip_bytes" "$(awk "BEGIN { print $own_bytes / $zip_bytes }")" 1.005
 rm -rf "$work/tree" "$work/large.zip"; no_archives
+
+# The same with 16,000 files of a few bytes, as sceneries have them.
+"$sample" large-tree "$work/tree" 16000 2000000
+"$sample" large-zip "$work/large.zip" 16000 2000000
+beside "install 16,000 small files / unzip, sync -f" 1.3 ours_install theirs_install no_hangar
+no_hangar
+beside "pack the same at level 9 / zip -9 -r, sync -f" 0.8 ours_package theirs_package no_archives
+no_archives
+beside "copy the same / cp -a, sync -f" 1.0 ours_copy theirs_copy fresh
+rm -rf "$work/tree" "$work/large.zip" "$work/to"
 
 # Many aircraft.
 many() { rm -rf "$work/$1"; "$sample" aircraft "$work/$1/drive_c/FS/aircraft" "$2"; }
