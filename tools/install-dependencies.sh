@@ -7,6 +7,7 @@ packages=(
   g++ cmake ninja-build ccache pkgconf          # build
   qt6-base-dev qt6-svg-dev                      # the window
   libzip-dev libdeflate-dev zlib1g-dev          # archives
+  libunarr-dev                                  # archives by rarer methods
   libicu-dev                                    # letters, code pages
   libgtest-dev libbenchmark-dev                 # tests, measuring
   xvfb fonts-dejavu-core                        # the window without a screen

@@ -24,8 +24,6 @@ std::string lowerAscii(std::string_view text);
 std::string composed(std::string_view text);
 
 bool equalsIgnoringCase(std::string_view a, std::string_view b);
-// Both arguments in upper case already, or exact matching wanted.
-inline bool endsWith(std::string_view text, std::string_view end) { return text.ends_with(end); }
 
 // Always one piece more than there are separators: split("a\\", '\\') is {"a", ""}.
 std::vector<std::string> split(std::string_view text, char separator);

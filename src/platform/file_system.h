@@ -60,6 +60,13 @@ struct FileCopy {
   std::string from, to;
 };
 
+// A file that is to be made whole.
+struct NewFile {
+  std::string name;  // in its folder
+  std::span<const char> content;
+  std::optional<FileTime> modified;  // none means now
+};
+
 // A file that is being made. It appears under its name by commit() alone; destroyed without it, the
 // writer leaves nothing behind and an older file of that name is as it was.
 class FileWriter {
@@ -145,6 +152,19 @@ class FileSystem {
   virtual Outcome replaceFile(std::string_view path, std::string_view content) = 0;
   // The folder must exist.
   virtual Result<std::unique_ptr<FileWriter>> createFile(std::string_view path) = 0;
+  // Makes files of different names in one folder, each as createFile, write and commit do, which
+  // costs less for many small ones. Ends with the first that fails: `made` counts those before it.
+  virtual Outcome writeFiles(const std::string& folder, std::span<const NewFile> files,
+                             std::size_t& made) {
+    for (made = 0; made < files.size(); ++made) {
+      auto file = createFile(folder + "\\" + files[made].name);
+      if (!file.ok()) return file.outcome();
+      if (Outcome written = file.value()->write(files[made].content); !written.ok()) return written;
+      Outcome named = file.value()->commit(files[made].modified);
+      if (!named.ok()) return named;
+    }
+    return {};
+  }
 
   // Bytes that an ordinary user may still write on the disk behind `path`, a folder that stands, be
   // it a mount point or below one. A quota counts where the disk shows it in its free space.

@@ -27,6 +27,10 @@ struct ZipEntry {
   std::uint64_t UncompressedSize = 0;  // bytes, as the archive's directory says
 };
 
+struct RenamedEntry {
+  std::string from, to;  // paths below the folder of the extraction, with backslashes
+};
+
 class Zipit {
  public:
   virtual ~Zipit() = default;
@@ -52,6 +56,9 @@ class Zipit {
   // Nothing is ever written outside extractfolder. Stops at the first entry that cannot be
   // extracted; the description names archive and entry. What was complete by then stays.
   virtual Outcome extractfiles(const std::vector<std::string>& names) = 0;
+  // What the last extractfiles has put under another name than the stored one, as the disk cannot
+  // take that: files, and folders apart from what lies in them.
+  virtual const std::vector<RenamedEntry>& renamed() const = 0;
 
   // Events, on the calling thread, during addfiles and extractfiles. Percent: 0 to 100; extraction
   // reports 100 once at its end, whether it succeeded or not, so that nobody waits forever.

@@ -38,8 +38,8 @@ std::string deflated(const std::string& bytes) {
   return packed;
 }
 
-std::string rawZip(const std::vector<RawEntry>& entries) {
-  std::string bytes, directory;
+std::string rawZip(const std::vector<RawEntry>& entries, const std::string& before) {
+  std::string bytes = before, directory;
   for (const RawEntry& entry : entries) {
     const std::uint64_t offset = entry.offset.value_or(static_cast<std::uint32_t>(bytes.size()));
     bytes +=

@@ -24,7 +24,8 @@ struct RawEntry {
   std::string extra = {};
 };
 
-std::string rawZip(const std::vector<RawEntry>& entries);
+// `before`: bytes in front of the archive, which its offsets count in.
+std::string rawZip(const std::vector<RawEntry>& entries, const std::string& before = {});
 // The bytes packed by deflate, without any header.
 std::string deflated(const std::string& bytes);
 std::uint32_t crc32Of(const std::string& bytes);

@@ -113,17 +113,27 @@ Result<PendingFile> DriveFileSystem::begin(std::string_view path, const struct s
   return file;
 }
 
+namespace {
+
+int setModified(int fd, const std::optional<FileTime>& modified) {
+  if (!modified) return 0;
+  const std::array<timespec, 2> times = {timespec{0, UTIME_OMIT},
+                                         timespec{modified->seconds, modified->nanoseconds}};
+  return errorOf([&] { return ::futimens(fd, times.data()); });
+}
+
+}  // namespace
+
 Outcome DriveFileSystem::publish(PendingFile& file, std::string_view path, const Publishing& how) {
-  if (how.modified) {
-    const std::array<timespec, 2> times = {
-        timespec{0, UTIME_OMIT}, timespec{how.modified->seconds, how.modified->nanoseconds}};
-    if (const int error = errorOf([&] { return ::futimens(file.fd(), times.data()); }))
-      return systemFailure(error, path);
-  }
+  if (const int error = setModified(file.fd(), how.modified)) return systemFailure(error, path);
   if (how.durable) {
     if (const int error = file.flush()) return systemFailure(error, path);
   }
   const std::lock_guard lock(naming_);
+  return giveName(file, path, how);
+}
+
+Outcome DriveFileSystem::giveName(PendingFile& file, std::string_view path, const Publishing& how) {
   const auto place = placeFor(path);
   if (!place.ok()) return place.outcome();
   bool taken = place.value().taken;
@@ -189,6 +199,39 @@ Result<std::unique_ptr<FileWriter>> DriveFileSystem::createFile(std::string_view
   if (!file.ok()) return file.outcome();
   return std::unique_ptr<FileWriter>(
       std::make_unique<Writer>(*this, std::move(full), std::move(file).value()));
+}
+
+// The contents come first and the names afterwards, so that threads that make files in different
+// folders wait for each other once for many files.
+Outcome DriveFileSystem::writeFiles(const std::string& folder, std::span<const NewFile> files,
+                                    std::size_t& made) {
+  made = 0;
+  Outcome failure;
+  std::vector<std::string> paths;
+  std::vector<PendingFile> contents;
+  std::string native;
+  for (const NewFile& file : files) {
+    paths.push_back(folder + "\\" + file.name);
+    if (contents.empty()) {
+      const auto place = placeFor(paths.back());
+      if (!place.ok()) return place.outcome();
+      native = place.value().folder;
+    }
+    PendingFile content(native);
+    int error = content.ok() ? writeAll(content.fd(), file.content) : errno;
+    if (error == 0) error = setModified(content.fd(), file.modified);
+    if (error != 0) {
+      failure = systemFailure(error == ENOENT ? ENOTDIR : error, paths.back());
+      break;
+    }
+    contents.push_back(std::move(content));
+  }
+  const std::lock_guard lock(naming_);
+  for (; made < contents.size(); ++made) {
+    Outcome named = giveName(contents[made], paths[made], {.keepPermissions = true});
+    if (!named.ok()) return named;
+  }
+  return failure;
 }
 
 Outcome DriveFileSystem::copy(std::string_view from, std::string_view to, bool durable) {

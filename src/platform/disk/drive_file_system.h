@@ -43,6 +43,8 @@ class DriveFileSystem : public FileSystem {
   Outcome replaceFile(std::string_view path, std::string_view content) override;
   // The writer must not outlive this file system.
   Result<std::unique_ptr<FileWriter>> createFile(std::string_view path) override;
+  Outcome writeFiles(const std::string& folder, std::span<const NewFile> files,
+                     std::size_t& made) override;
   Result<double> freeBytes(std::string_view path) const override;
   Outcome flushDisk(std::string_view path) override;
   std::string currentFolder() const override;
@@ -77,6 +79,8 @@ class DriveFileSystem : public FileSystem {
   // `source` is what the new file is a copy of, nullptr for none.
   Result<PendingFile> begin(std::string_view path, const struct stat* source);
   Outcome publish(PendingFile& file, std::string_view path, const Publishing& how);
+  // Its part under the lock.
+  Outcome giveName(PendingFile& file, std::string_view path, const Publishing& how);
   Outcome copy(std::string_view from, std::string_view to, bool durable);
   Outcome copyAndDelete(std::string_view from, const std::string& native, std::string_view to);
 

@@ -1,10 +1,9 @@
 #include "platform/zip/archive_directory.h"
 
-#include <libdeflate.h>
-
 #include <algorithm>
 
 #include "platform/zip/entry_names.h"
+#include "platform/zip/foreign_methods.h"
 
 namespace skv {
 
@@ -14,7 +13,6 @@ namespace {
 constexpr std::uint16_t extendedTimestamp = 0x5455;  // seconds since 1970, UTC
 constexpr std::uint16_t ntfsTimes = 0x000a;          // 100 ns since 1601, UTC
 constexpr std::uint16_t oldUnixTimes = 0x5855;       // seconds of access and change
-constexpr std::uint16_t unicodePath = 0x7075;        // the name again, in UTF-8
 
 std::uint64_t littleEndian(const zip_uint8_t* bytes, int count) {
   std::uint64_t value = 0;
@@ -59,20 +57,6 @@ std::optional<FileTime> timeOf(zip_t* archive, zip_uint64_t index, const zip_sta
   return std::nullopt;
 }
 
-std::string nameOf(zip_t* archive, zip_uint64_t index, int host, const CodePage& systemPage) {
-  StoredName stored;
-  if (const char* raw = zip_get_name(archive, index, ZIP_FL_ENC_RAW)) stored.bytes = raw;
-  stored.hostSystem = host;
-  // The field holds as long as the name that it was made for has not been changed since.
-  constexpr zip_uint16_t header = 5;
-  if (const ExtraField field = extraField(archive, index, unicodePath);
-      field.size > header && field.data[0] == 1 &&
-      littleEndian(field.data + 1, 4) ==
-          libdeflate_crc32(0, stored.bytes.data(), stored.bytes.size()))
-    stored.unicodeName.assign(field.data + header, field.data + field.size);
-  return decodeEntryName(stored, systemPage);
-}
-
 enum class Kind { file, folder, special };
 
 // By what the maker's system noted; the name tells the rest.
@@ -90,11 +74,9 @@ Kind kindOf(int host, zip_uint32_t attributes, std::uint64_t size) {
 
 }  // namespace
 
-Result<std::vector<ArchiveEntry>> readDirectory(const ArchiveFile& file,
+Result<std::vector<ArchiveEntry>> readDirectory(const ArchiveFile& file, const ZipReader& reader,
                                                 const CodePage& systemPage) {
-  const auto reader = ZipReader::open(file);
-  if (!reader.ok()) return reader.outcome();
-  zip_t* const archive = reader.value().get();
+  zip_t* const archive = reader.get();
   const auto count =
       static_cast<std::size_t>(std::max<zip_int64_t>(zip_get_num_entries(archive, 0), 0));
   std::vector<ArchiveEntry> entries;
@@ -109,7 +91,8 @@ Result<std::vector<ArchiveEntry>> readDirectory(const ArchiveFile& file,
     zip_file_get_external_attributes(archive, i, 0, &host, &attributes);
     const Kind kind = kindOf(host, attributes, status.size);
     ArchiveEntry entry;
-    entry.Filename = nameOf(archive, i, host, systemPage);
+    // A field that repeats the name in UTF-8 has taken its place already.
+    entry.Filename = decodeEntryName(status.name, host, systemPage);
     if (kind == Kind::folder && !isFolderName(entry.Filename)) entry.Filename += '/';
     entry.size = status.size;
     entry.packed = status.comp_size;
@@ -137,8 +120,11 @@ bool isAbsurd(std::uint64_t size, std::uint64_t packed) {
 const char* faultOf(const ArchiveEntry& entry) {
   if (entry.encrypted) return "is encrypted";
   if (entry.special) return "is a link or a device";
-  if (zip_compression_method_supported(entry.method, 0) == 0)
-    return "is packed by an unknown method";
+  if (zip_compression_method_supported(entry.method, 0) == 0 && !isForeignMethod(entry.method))
+    return "is packed by a method that is unknown here";
+  if (isForeignMethod(entry.method) &&
+      (entry.packed > ForeignStream::mostPacked || entry.size > ForeignStream::mostUnpacked))
+    return "is too large for the method by which it is packed";
   if (entry.method == ZIP_CM_STORE && entry.size != entry.packed)
     return "is corrupt: its two sizes contradict each other";
   if ((entry.method == ZIP_CM_DEFLATE && entry.size / mostGrowth > entry.packed + headStart) ||
@@ -149,12 +135,12 @@ const char* faultOf(const ArchiveEntry& entry) {
 
 }  // namespace
 
-Outcome auditArchive(const ArchiveFile& file, std::vector<ChosenEntry>& chosen) {
-  const auto reader = ZipReader::open(file);
-  if (!reader.ok()) return reader.outcome();
+Outcome auditArchive(const ArchiveFile& file, const ZipReader& reader,
+                     std::vector<ChosenEntry>& chosen) {
   const auto fails = [&](const ArchiveEntry& entry, const char* fault) {
     return entryFailure(file.shown(), entry.Filename, fault);
   };
+  constexpr std::uint64_t localHeader = 30;  // without name and fields
   struct Range {
     std::uint64_t begin, end;
     const ArchiveEntry* entry;
@@ -167,11 +153,12 @@ Outcome auditArchive(const ArchiveFile& file, std::vector<ChosenEntry>& chosen) 
     total += std::min(entry.size, UINT64_MAX - total);
     packed += std::min(entry.packed, UINT64_MAX - packed);
     if (entry.packed == 0) continue;
-    const auto place = reader.value().place(one.index);
-    if (!place || place->data > file.length() || entry.packed > file.length() - place->data)
+    const auto data = reader.dataOf(one.index);
+    if (!data || *data < localHeader || *data > file.length() ||
+        entry.packed > file.length() - *data)
       return fails(entry, "is corrupt: its data is not in the file");
-    one.data = place->data;
-    ranges.push_back({place->header, place->data + entry.packed, &entry});
+    one.data = *data;
+    ranges.push_back({*data - localHeader, *data + entry.packed, &entry});
   }
   std::ranges::sort(ranges, {}, &Range::begin);
   for (std::size_t i = 1; i < ranges.size(); ++i)

@@ -25,7 +25,7 @@ struct ArchiveEntry {
 };
 
 // The entries in the order of the directory, each with the finest time that it has.
-Result<std::vector<ArchiveEntry>> readDirectory(const ArchiveFile& file,
+Result<std::vector<ArchiveEntry>> readDirectory(const ArchiveFile& file, const ZipReader& reader,
                                                 const CodePage& systemPage);
 
 // An entry that is to be unpacked.
@@ -38,6 +38,7 @@ struct ChosenEntry {
 // Whether these entries can be what the archive says: plain files whose data lies in the file and
 // apart from all others, packed as this program can unpack it, and none larger than its packed form
 // can become. Fills in where the data lies.
-Outcome auditArchive(const ArchiveFile& file, std::vector<ChosenEntry>& chosen);
+Outcome auditArchive(const ArchiveFile& file, const ZipReader& reader,
+                     std::vector<ChosenEntry>& chosen);
 
 }  // namespace skv

@@ -2,21 +2,13 @@
 
 #include <unistd.h>
 
-#include <array>
-#include <cstring>
+#include <algorithm>
 #include <limits>
+#include <vector>
 
 #include "platform/disk/native_calls.h"
 
 namespace skv {
-
-std::string zipErrorText(int code) {
-  zip_error_t error;
-  zip_error_init_with_code(&error, code);
-  std::string text = zip_error_strerror(&error);
-  zip_error_fini(&error);
-  return text;
-}
 
 Outcome entryFailure(const std::string& archive, const std::string& entry,
                      const std::string& what) {
@@ -34,122 +26,113 @@ Result<std::shared_ptr<const ArchiveFile>> ArchiveFile::open(const std::string& 
       std::move(file), static_cast<std::uint64_t>(status.st_size), std::move(shown)));
 }
 
-std::int64_t ArchiveFile::read(std::uint64_t offset, std::span<char> bytes) const {
-  if (offset > std::numeric_limits<off_t>::max() - bytes.size()) return 0;
-  std::size_t filled = 0;
-  while (filled < bytes.size()) {
+bool ArchiveFile::read(std::uint64_t offset, std::span<char> bytes) const {
+  if (offset > std::numeric_limits<off_t>::max() - bytes.size()) return false;
+  for (std::size_t filled = 0; filled < bytes.size();) {
     const ssize_t got = retried([&] {
       return ::pread(file_.get(), bytes.data() + filled, bytes.size() - filled,
                      static_cast<off_t>(offset + filled));
     });
-    if (got < 0) return -1;
-    if (got == 0) break;
+    if (got <= 0) return false;
     filled += static_cast<std::size_t>(got);
   }
-  return static_cast<std::int64_t>(filled);
+  return true;
 }
 
-// The archive file as libzip asks for it.
-struct ZipReader::Source {
-  const ArchiveFile& file;
-  std::uint64_t position = 0;
-  std::optional<std::uint64_t> firstRead = {}, lastRead = {};
-  zip_error_t error = {};
-};
+std::FILE* ArchiveFile::stream() const {
+  std::FILE* const stream =
+      std::fopen(("/proc/self/fd/" + std::to_string(file_.get())).c_str(), "rbe");
+  // The local headers of many small entries come with one reading.
+  constexpr std::size_t buffer = std::size_t{16} << 10U;
+  if (stream != nullptr) std::setvbuf(stream, nullptr, _IOFBF, buffer);
+  return stream;
+}
 
-zip_int64_t ZipReader::answer(void* user, void* data, zip_uint64_t length,
-                              zip_source_cmd_t command) {
-  auto& source = *static_cast<Source*>(user);
-  switch (command) {
-    case ZIP_SOURCE_OPEN:
-      source.position = 0;
-      return 0;
-    case ZIP_SOURCE_CLOSE:
-    case ZIP_SOURCE_ACCEPT_EMPTY:  // a file without bytes is no archive
-      return 0;
-    case ZIP_SOURCE_READ: {
-      if (!source.firstRead) source.firstRead = source.position;
-      source.lastRead = source.position;
-      const std::int64_t got =
-          source.file.read(source.position, {static_cast<char*>(data), length});
-      if (got < 0)
-        zip_error_set(&source.error, ZIP_ER_READ, errno);
-      else
-        source.position += static_cast<std::uint64_t>(got);
-      return got;
-    }
-    case ZIP_SOURCE_SEEK: {
-      const zip_int64_t position = zip_source_seek_compute_offset(
-          source.position, source.file.length(), data, length, &source.error);
-      if (position < 0) return -1;
-      source.position = static_cast<std::uint64_t>(position);
-      return 0;
-    }
-    case ZIP_SOURCE_TELL:
-      return static_cast<zip_int64_t>(source.position);
-    case ZIP_SOURCE_STAT: {
-      auto& status = *static_cast<zip_stat_t*>(data);
-      zip_stat_init(&status);
-      status.size = source.file.length();
-      status.valid = ZIP_STAT_SIZE;
-      return sizeof status;
-    }
-    case ZIP_SOURCE_ERROR:
-      return zip_error_to_data(&source.error, data, length);
-    case ZIP_SOURCE_FREE:
-      zip_error_fini(&source.error);
-      delete &source;
-      return 0;
-    case ZIP_SOURCE_SUPPORTS:
-      return ZIP_SOURCE_SUPPORTS_SEEKABLE |
-             ZIP_SOURCE_MAKE_COMMAND_BITMASK(ZIP_SOURCE_ACCEPT_EMPTY);
-    default:
-      zip_error_set(&source.error, ZIP_ER_OPNOTSUPP, 0);
-      return -1;
+namespace {
+
+std::uint64_t littleEndian(std::span<const char> bytes, std::size_t at, std::size_t count) {
+  std::uint64_t value = 0;
+  for (std::size_t i = count; i-- > 0;)
+    value = value << 8U | static_cast<unsigned char>(bytes[at + i]);
+  return value;
+}
+
+// How many bytes stand before an archive whose offsets count from its own beginning: its directory
+// ends where the record of the archive's end begins, and not where that record says. 0 for none.
+std::uint64_t bytesBefore(const ArchiveFile& file) {
+  constexpr std::size_t record = 22, longestComment = 0xFFFF, largeRecord = 56, largeLocator = 20;
+  constexpr std::size_t room = record + longestComment + largeRecord + largeLocator;
+  std::vector<char> end(std::min<std::uint64_t>(room, file.length()));
+  const std::uint64_t endStart = file.length() - end.size();
+  if (!file.read(endStart, end)) return 0;
+  const std::string_view text(end.data(), end.size());
+  std::size_t at = text.rfind("PK\x05\x06");
+  while (at != std::string_view::npos && at + record > text.size())
+    at = at == 0 ? std::string_view::npos : text.rfind("PK\x05\x06", at - 1);
+  if (at == std::string_view::npos) return 0;
+  std::uint64_t size = littleEndian(end, at + 12, 4), offset = littleEndian(end, at + 16, 4);
+  if (at >= largeLocator + largeRecord &&
+      text.substr(at - largeLocator).starts_with("PK\x06\x07")) {
+    at -= largeLocator + largeRecord;
+    size = littleEndian(end, at + 40, 8);
+    offset = littleEndian(end, at + 48, 8);
   }
+  const std::uint64_t directoryEnd = endStart + at;
+  return size <= directoryEnd && offset <= directoryEnd - size ? directoryEnd - size - offset : 0;
 }
+
+}  // namespace
 
 Result<ZipReader> ZipReader::open(const ArchiveFile& file) {
-  const auto fails = [&](int code) {
-    return Outcome::withText(
-        err::zip, "\"" + file.shown() + "\" cannot be opened: " + zipErrorText(code) + ".");
-  };
-  auto state = std::make_unique<Source>(Source{file});
-  zip_error_init(&state->error);
-  Source* const tap = state.get();
-  zip_source_t* const source = zip_source_function_create(answer, tap, nullptr);
-  if (source == nullptr) return fails(ZIP_ER_MEMORY);
-  static_cast<void>(state.release());  // the source's from here on
-  zip_error_t error;
-  zip_error_init(&error);
-  ZipHandle archive(zip_open_from_source(source, ZIP_RDONLY, &error));
-  const int code = zip_error_code_zip(&error);
-  zip_error_fini(&error);
-  if (!archive) {
-    zip_source_free(source);
-    // The file is there: what is missing to libzip is a field of an entry.
-    return fails(code == ZIP_ER_NOENT ? ZIP_ER_INCONS : code);
-  }
-  return ZipReader(std::move(archive), file, tap);
+  auto plain = openAt(file, 0);
+  if (plain.ok()) return plain;
+  const std::uint64_t before = bytesBefore(file);
+  if (before == 0) return plain;
+  auto behind = openAt(file, before);
+  return behind.ok() ? std::move(behind) : std::move(plain);
 }
 
-std::optional<ZipReader::Place> ZipReader::place(zip_uint64_t index) const {
-  // libzip first looks up the lengths in the local header, which stand at this place in it, and
-  // then reads the data.
-  constexpr std::uint64_t lengths = 26;
-  constexpr std::array<char, 4> signature = {'P', 'K', '\x03', '\x04'};
-  source_->firstRead.reset();
+Result<ZipReader> ZipReader::openAt(const ArchiveFile& file, std::uint64_t start) {
+  zip_error_t error;
+  zip_error_init(&error);
+  const auto fails = [&] {
+    // The file is there: what is missing to libzip is a field of an entry.
+    if (zip_error_code_zip(&error) == ZIP_ER_NOENT) zip_error_set(&error, ZIP_ER_INCONS, 0);
+    Outcome failure = Outcome::withText(
+        err::zip, "\"" + file.shown() + "\" cannot be opened: " + zip_error_strerror(&error) + ".");
+    zip_error_fini(&error);
+    return failure;
+  };
+  // libzip takes a file without bytes for an archive without entries.
+  zip_error_set(&error, ZIP_ER_NOZIP, 0);
+  if (file.length() == 0) return fails();
+  std::FILE* const stream = file.stream();
+  zip_error_set(&error, ZIP_ER_OPEN, errno);
+  if (stream == nullptr) return fails();
+  zip_source_t* const source = zip_source_filep_create(stream, start, 0, &error);
+  if (source == nullptr) {
+    std::fclose(stream);
+    return fails();
+  }
+  ZipHandle archive(zip_open_from_source(source, ZIP_RDONLY, &error));
+  if (!archive) {
+    zip_source_free(source);
+    return fails();
+  }
+  zip_error_fini(&error);
+  return ZipReader(std::move(archive), stream);
+}
+
+std::optional<std::uint64_t> ZipReader::dataOf(zip_uint64_t index) const {
+  // Not told by libzip: it is where the stream stands when the first byte has been read.
   zip_file_t* const entry = zip_fopen_index(archive_.get(), index, ZIP_FL_COMPRESSED);
   if (entry == nullptr) return std::nullopt;
   char byte = 0;
   const bool read = zip_fread(entry, &byte, 1) == 1;
   zip_fclose(entry);
-  if (!read || !source_->firstRead || *source_->firstRead < lengths) return std::nullopt;
-  const Place place{*source_->firstRead - lengths, *source_->lastRead};
-  std::array<char, signature.size()> found{};
-  if (place.data <= place.header || !file_->readAll(place.header, found) || found != signature)
-    return std::nullopt;
-  return place;
+  const off_t after = ::ftello(stream_);
+  if (!read || after <= 0) return std::nullopt;
+  return static_cast<std::uint64_t>(after) - 1;
 }
 
 }  // namespace skv

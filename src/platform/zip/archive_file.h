@@ -4,6 +4,7 @@
 #include <zip.h>
 
 #include <cstdint>
+#include <cstdio>
 #include <exception>
 #include <memory>
 #include <optional>
@@ -20,8 +21,6 @@ struct ZipDiscard {
 };
 using ZipHandle = std::unique_ptr<zip_t, ZipDiscard>;
 
-std::string zipErrorText(int code);
-
 // The failure of an entry, in words that name it and its archive.
 Outcome entryFailure(const std::string& archive, const std::string& entry, const std::string& what);
 
@@ -35,11 +34,10 @@ class ArchiveFile {
 
   const std::string& shown() const { return shown_; }
   std::uint64_t length() const { return length_; }
-  // Up to bytes.size() bytes; fewer only at the file's end, -1 with errno on a failure.
-  std::int64_t read(std::uint64_t offset, std::span<char> bytes) const;
-  bool readAll(std::uint64_t offset, std::span<char> bytes) const {
-    return read(offset, bytes) == static_cast<std::int64_t>(bytes.size());
-  }
+  // Whether all of the bytes are there.
+  bool read(std::uint64_t offset, std::span<char> bytes) const;
+  // A stream of its own on the same file; nullptr with errno on a failure.
+  std::FILE* stream() const;
 
  private:
   ArchiveFile(Descriptor file, std::uint64_t length, std::string shown)
@@ -50,31 +48,24 @@ class ArchiveFile {
   std::string shown_;
 };
 
-// libzip's handle on an archive file, for one thread. The file must outlive it.
+// libzip's handle on an archive file, for one thread.
 class ZipReader {
  public:
+  // An archive behind other bytes (one that unpacks itself) is found whether its offsets count from
+  // the file's beginning or from its own.
   static Result<ZipReader> open(const ArchiveFile& file);
 
   zip_t* get() const { return archive_.get(); }
-
-  // Where an entry lies in the file. libzip keeps that to itself, so it is taken from what libzip
-  // reads when the entry is opened: what is checked by this is what is unpacked.
-  struct Place {
-    std::uint64_t header = 0, data = 0;
-  };
-  // None for an entry without a local header there. Not for entries whose packed size is 0.
-  std::optional<Place> place(zip_uint64_t index) const;
+  // Where an entry's packed bytes begin in the file. None for one whose data is not there, or
+  // empty.
+  std::optional<std::uint64_t> dataOf(zip_uint64_t index) const;
 
  private:
-  struct Source;
-  static zip_int64_t answer(void* user, void* data, zip_uint64_t length, zip_source_cmd_t command);
-
-  ZipReader(ZipHandle archive, const ArchiveFile& file, Source* source)
-      : archive_(std::move(archive)), file_(&file), source_(source) {}
+  ZipReader(ZipHandle archive, std::FILE* stream) : archive_(std::move(archive)), stream_(stream) {}
+  static Result<ZipReader> openAt(const ArchiveFile& file, std::uint64_t start);
 
   ZipHandle archive_;
-  const ArchiveFile* file_;
-  Source* source_;  // the archive's
+  std::FILE* stream_;  // the archive's
 };
 
 // What a library throws ends here as an outcome.

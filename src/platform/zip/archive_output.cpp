@@ -29,7 +29,7 @@ ArchiveOutput::ArchiveOutput(const std::string& native, std::string shown)
 zip_source_t* ArchiveOutput::source() { return zip_source_function_create(answer, this, nullptr); }
 
 Outcome ArchiveOutput::publish() {
-  if (!failure_.ok()) return failure_;
+  if (!writeOut()) return failure_;
   int error = file_.flush();
   // Only what replaces an older file needs a name of its own for a moment.
   if (error == 0) error = file_.publish(name_, false);
@@ -38,23 +38,35 @@ Outcome ArchiveOutput::publish() {
   return error == 0 ? Outcome() : systemFailure(error, shown_);
 }
 
-zip_int64_t ArchiveOutput::write(const char* bytes, std::size_t count) {
-  for (std::size_t written = 0; written < count;) {
+bool ArchiveOutput::write(const char* bytes, std::size_t count) {
+  constexpr std::size_t most = std::size_t{256} << 10U;
+  const bool joins = position_ >= waitingStart_ && position_ <= waitingStart_ + waiting_.size();
+  if ((!joins || waiting_.size() + count > most) && !writeOut()) return false;
+  if (waiting_.empty()) waitingStart_ = position_;
+  const auto at = static_cast<std::size_t>(position_ - waitingStart_);
+  waiting_.resize(std::max(waiting_.size(), at + count));
+  std::copy_n(bytes, count, waiting_.begin() + static_cast<std::ptrdiff_t>(at));
+  position_ += count;
+  length_ = std::max(length_, position_);
+  return true;
+}
+
+bool ArchiveOutput::writeOut() {
+  for (std::size_t written = 0; failure_.ok() && written < waiting_.size();) {
     const ssize_t done = retried([&] {
-      return ::pwrite(file_.fd(), bytes + written, count - written,
-                      static_cast<off_t>(position_ + written));
+      return ::pwrite(file_.fd(), waiting_.data() + written, waiting_.size() - written,
+                      static_cast<off_t>(waitingStart_ + written));
     });
     if (done <= 0) {
       const int error = done < 0 ? errno : EIO;
       failure_ = systemFailure(error, shown_);
       zip_error_set(&error_, ZIP_ER_WRITE, error);
-      return -1;
+    } else {
+      written += static_cast<std::size_t>(done);
     }
-    written += static_cast<std::size_t>(done);
   }
-  position_ += count;
-  length_ = std::max(length_, position_);
-  return static_cast<zip_int64_t>(count);
+  waiting_.clear();
+  return failure_.ok();
 }
 
 zip_int64_t ArchiveOutput::answer(void* user, void* data, zip_uint64_t length,
@@ -73,7 +85,8 @@ zip_int64_t ArchiveOutput::answer(void* user, void* data, zip_uint64_t length,
     case ZIP_SOURCE_FREE:
       return 0;
     case ZIP_SOURCE_WRITE:
-      return output.write(static_cast<const char*>(data), length);
+      return output.write(static_cast<const char*>(data), length) ? static_cast<zip_int64_t>(length)
+                                                                  : -1;
     case ZIP_SOURCE_SEEK_WRITE: {
       const zip_int64_t position = zip_source_seek_compute_offset(output.position_, output.length_,
                                                                   data, length, &output.error_);

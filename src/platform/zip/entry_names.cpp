@@ -47,28 +47,27 @@ std::string heldByWindows(std::string name) {
 
 }  // namespace
 
-std::string decodeEntryName(const StoredName& stored, const CodePage& systemPage) {
-  if (!stored.unicodeName.empty() && isUtf8(stored.unicodeName)) return stored.unicodeName;
-  if (isUtf8(stored.bytes)) return stored.bytes;
-  const int host = stored.hostSystem;
+std::string decodeEntryName(const std::string& stored, int host, const CodePage& systemPage) {
+  if (isUtf8(stored)) return stored;
   const bool fromWindows = host == ntfsHost || host == ntfsHostOfPkware || host == vfatHost;
-  const bool dosLetters = std::ranges::all_of(stored.bytes, isDosLetter);
-  std::string name = systemPage.decode(stored.bytes);
+  const bool dosLetters = std::ranges::all_of(stored, isDosLetter);
+  std::string name = systemPage.decode(stored);
   if (!dosLetters || (fromWindows && !hasGap(name))) return name;
-  return CodePage(dosPage).decode(stored.bytes);
+  return CodePage(dosPage).decode(stored);
 }
 
-Result<std::vector<std::string>> entryPath(std::string_view name) {
+Result<std::vector<PathElement>> entryPath(std::string_view name) {
   // Windows itself ends at 260 characters. The depth is for archives of nothing but folders in
   // folders, which take no room until they are made.
   constexpr std::size_t longest = 1024, deepest = 32;
   const auto leadsOut = [] { return Outcome::withText(err::zip, "leads out of its folder"); };
+  const auto separates = [](char c) { return c == '/' || c == '\\'; };
   if (name.size() > longest) return Outcome::withText(err::zip, "has a name that is too long");
-  // "/" alone is the entry of some packers for the folder itself.
-  if (name.find_first_not_of("/\\") == std::string_view::npos) return std::vector<std::string>();
-  if (name.starts_with('/') || name.starts_with('\\')) return leadsOut();
-  if (name.size() > 1 && name[1] == ':' && isLetter(name[0])) return leadsOut();
-  std::vector<std::string> elements;
+  // Slashes alone are the entry of some packers for the folder itself.
+  if (std::ranges::all_of(name, separates)) return std::vector<PathElement>();
+  if (separates(name[0]) && separates(name[1])) return leadsOut();
+  if (name.size() > 1 && name[1] == ':' && isLetter(name[0])) name.remove_prefix(2);
+  std::vector<PathElement> elements;
   while (!name.empty()) {
     const auto end = name.find_first_of("/\\");
     const std::string element(name.substr(0, end));
@@ -80,7 +79,9 @@ Result<std::vector<std::string>> entryPath(std::string_view name) {
     if (elements.size() == deepest) return Outcome::withText(err::zip, "lies too deep in folders");
     // Macintosh archives keep accents apart from their letters, where no file of the simulator
     // would find them.
-    elements.push_back(heldByWindows(composed(element)));
+    std::string whole = composed(element);
+    std::string held = heldByWindows(whole);
+    elements.push_back({std::move(whole), std::move(held)});
   }
   return elements;
 }

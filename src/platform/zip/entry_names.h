@@ -10,13 +10,6 @@
 
 namespace skv {
 
-// What decides how an entry's name is to be read.
-struct StoredName {
-  std::string bytes;
-  int hostSystem = 0;       // of the archive's maker: 0 FAT, 3 Unix, 11 NTFS, ...
-  std::string unicodeName;  // of the extra field that repeats the name in UTF-8, when it holds
-};
-
 // The host system under which our own archives are made: its names are in the system's code page.
 inline constexpr int ntfsHost = 11;
 
@@ -24,13 +17,18 @@ inline constexpr int ntfsHost = 11;
 // chance. Others are what the maker's system used: the system's code page on NTFS, else page 437,
 // unless bytes occur in the name that are no letters there; those are the system's page as well.
 // Some archivers note NTFS and use page 437 all the same; the u with dots gives them away.
-std::string decodeEntryName(const StoredName& stored, const CodePage& systemPage);
+// `host`: the system of the archive's maker: 0 FAT, 3 Unix, 11 NTFS, ...
+std::string decodeEntryName(const std::string& stored, int host, const CodePage& systemPage);
 
-// The entry's path below a folder, element by element, as Windows can hold it. Both slashes
-// separate, letters and accents are put together; what Windows refuses in a name becomes "_", and a
-// device name gets one in front. Fails for a name that leads out of the folder (absolute, with a
-// drive, through "..") or is longer or deeper than any honest one. Empty for the folder itself.
-Result<std::vector<std::string>> entryPath(std::string_view name);
+// One name of an entry's path, put together from letters and accents, and as Windows can hold it:
+// what it refuses in a name becomes "_", and a device name gets one in front.
+struct PathElement {
+  std::string name, held;
+};
+// The entry's path below a folder. Both slashes separate; one slash in front of all, or a drive, is
+// left out. Fails for a name that leads out of the folder (to another server, through "..") or is
+// longer or deeper than any honest one. Empty for the folder itself.
+Result<std::vector<PathElement>> entryPath(std::string_view name);
 
 inline bool isFolderName(std::string_view name) {
   return name.ends_with('/') || name.ends_with('\\');

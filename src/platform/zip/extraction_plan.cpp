@@ -13,75 +13,142 @@ namespace skv {
 
 namespace {
 
+using Path = std::vector<PathElement>;
+
+// The names under which elements of paths stand on disk. Keys are stored paths in upper case, with
+// a backslash at their end.
+class Names {
+ public:
+  // Names that the disk takes are theirs before the others are given one.
+  void claim(const Path& path) {
+    std::string above;
+    for (const PathElement& element : path) {
+      if (element.name == element.held) claimed_.insert(above + upper(element.held));
+      above += upper(element.name) + '\\';
+    }
+  }
+
+  // In the folder with the key `above`.
+  const std::string& of(const PathElement& element, const std::string& above) {
+    if (element.name == element.held) return element.held;
+    const auto [known, isNew] = given_.try_emplace(above + upper(element.name), element.held);
+    std::string& name = known->second;
+    for (int number = 2; isNew && !claimed_.insert(above + upper(name)).second; ++number)
+      name = numbered(element.held, number);
+    return name;
+  }
+
+ private:
+  static std::string numbered(const std::string& name, int number) {
+    const auto dot = std::min(name.rfind('.'), name.size());
+    return name.substr(0, dot) + " (" + std::to_string(number) + ")" + name.substr(dot);
+  }
+
+  std::unordered_set<std::string> claimed_;
+  std::unordered_map<std::string, std::string> given_;
+};
+
 class Planner {
  public:
   Planner(const std::string& folder, bool keepFolders)
-      : root_(withBackslash(folder)), keepFolders_(keepFolders) {}
+      : root_(withoutBackslash(folder)), keepFolders_(keepFolders) {}
 
+  Outcome read(const ChosenEntry& entry) {
+    auto path = entryPath(entry.entry->Filename);
+    if (!path.ok()) return path.outcome();
+    if (path.value().empty() && !isFolderName(entry.entry->Filename))
+      return Outcome::withText(err::zip, "has no name");
+    Path& elements = paths_.emplace_back(std::move(path).value());
+    const std::size_t file = isFolderName(entry.entry->Filename) ? 0 : 1;
+    if (!keepFolders_) elements.erase(elements.begin(), elements.end() - file);
+    allHeld_ = allHeld_ && std::ranges::all_of(elements, [](const PathElement& element) {
+                 return element.name == element.held;
+               });
+    return {};
+  }
+
+  // Of the entries in the order in which they were read, when all are.
   Outcome add(const ChosenEntry& entry) {
-    auto read = entryPath(entry.entry->Filename);
-    if (!read.ok()) return read.outcome();
-    std::vector<std::string> path = std::move(read).value();
+    if (added_ == 0 && !allHeld_)
+      std::ranges::for_each(paths_, [&](const Path& one) { names_.claim(one); });
+    Path path = std::move(paths_[added_++]);
     const bool folder = isFolderName(entry.entry->Filename);
-    std::string name;
+    PathElement last;
     if (!folder) {
-      if (path.empty()) return Outcome::withText(err::zip, "has no name");
-      name = std::move(path.back());
+      last = std::move(path.back());
       path.pop_back();
     }
-    if (!keepFolders_) path.clear();
-
-    std::string at = root_;
-    for (const std::string& element : path) at += element + '\\';
+    std::string stored;
+    for (const PathElement& element : path) stored += element.name + '\\';
     // Most entries lie where the one before them does.
-    if (at != lastFolder_) {
-      if (Outcome made = addFolders(path); !made.ok()) return made;
-      lastFolder_ = at;
+    if (stored != stored_ || added_ == 1) {
+      if (Outcome made = enter(path); !made.ok()) return made;
+      stored_ = std::move(stored);
     }
-    return folder ? Outcome() : addFile(entry, at + name);
+    return folder ? Outcome() : addFile(entry, last);
   }
 
   ExtractionPlan take() {
-    // Folder by folder, however the archive mixes them: whoever makes the files looks into each
-    // folder anew when they come apart.
-    std::ranges::stable_sort(plan_.files, {}, [](const ExtractionPlan::Target& target) {
-      return std::string_view(target.path).substr(0, target.path.rfind('\\'));
-    });
+    // Folder by folder, however the archive mixes them.
+    std::ranges::stable_sort(plan_.files, {}, &ExtractionPlan::Target::folder);
     for (const auto& target : plan_.files) plan_.bytes += target.entry.entry->size;
     return std::move(plan_);
   }
 
  private:
-  Outcome addFolders(const std::vector<std::string>& path) {
-    std::string at = root_;
-    for (const std::string& element : path) {
-      at += element;
-      std::string key = upper(at);
+  Outcome enter(const Path& path) {
+    folder_ = root_;
+    storedKey_.clear();
+    std::string stored;
+    for (const PathElement& element : path) {
+      const std::string& name = names_.of(element, storedKey_);
+      folder_ += '\\' + name;
+      stored += element.name;
+      storedKey_ += upper(element.name) + '\\';
+      std::string key = upper(folder_);
       if (fileAt_.contains(key))
         return Outcome::withText(err::zip, "needs a folder where another entry is a file");
-      if (folders_.insert(std::move(key)).second) plan_.folders.push_back(at);
-      at += '\\';
+      if (folders_.insert(std::move(key)).second) {
+        plan_.folders.push_back(folder_);
+        noteRename(stored, element.name, folder_, name);
+      }
+      stored += '\\';
     }
     return {};
   }
 
-  Outcome addFile(const ChosenEntry& entry, std::string path) {
+  Outcome addFile(const ChosenEntry& entry, const PathElement& element) {
+    const std::string& name = names_.of(element, storedKey_);
+    const std::string path = folder_ + '\\' + name;
     std::string key = upper(path);
     if (folders_.contains(key))
       return Outcome::withText(err::zip, "is a file where another entry needs a folder");
     const auto [known, isNew] = fileAt_.try_emplace(std::move(key), plan_.files.size());
-    if (isNew)
-      plan_.files.push_back({entry, std::move(path)});
-    else
+    if (isNew) {
+      plan_.files.push_back({entry, folder_, name});
+      noteRename(stored_ + element.name, element.name, path, name);
+    } else {
       plan_.files[known->second].entry = entry;
+    }
     return {};
+  }
+
+  void noteRename(const std::string& stored, const std::string& name, const std::string& path,
+                  const std::string& newName) {
+    if (name != newName) plan_.renamed.push_back({stored, path.substr(root_.size() + 1)});
   }
 
   const std::string root_;
   const bool keepFolders_;
+  Names names_;
+  std::vector<Path> paths_;
+  bool allHeld_ = true;
+  std::size_t added_ = 0;
   ExtractionPlan plan_;
-  std::string lastFolder_;
-  // Keys are paths in upper case.
+  // Where the last entry lies: as stored, with a backslash at its end, the same in upper case, and
+  // on disk.
+  std::string stored_, storedKey_, folder_;
+  // Keys are paths on disk in upper case.
   std::unordered_set<std::string> folders_;
   std::unordered_map<std::string, std::size_t> fileAt_;  // to the place in plan_.files
 };
@@ -92,10 +159,11 @@ Result<ExtractionPlan> planExtraction(const std::string& archive,
                                       const std::vector<ChosenEntry>& chosen,
                                       const std::string& folder, bool keepFolders) {
   Planner planner(folder, keepFolders);
-  for (const ChosenEntry& entry : chosen) {
-    const Outcome added = planner.add(entry);
-    if (!added.ok()) return entryFailure(archive, entry.entry->Filename, added.description());
-  }
+  for (auto step : {&Planner::read, &Planner::add})
+    for (const ChosenEntry& entry : chosen) {
+      const Outcome done = (planner.*step)(entry);
+      if (!done.ok()) return entryFailure(archive, entry.entry->Filename, done.description());
+    }
   return planner.take();
 }
 

@@ -1,6 +1,7 @@
 #include "platform/zip/libzip_zipit.h"
 
 #include <chrono>
+#include <optional>
 #include <unordered_set>
 
 #include "base/paths.h"
@@ -23,6 +24,7 @@ class LibzipZipit : public Zipit {
 
   Outcome setArchivefile(std::string_view path) override;
   const std::vector<ZipEntry>& entries() const override { return entries_; }
+  const std::vector<RenamedEntry>& renamed() const override { return renamed_; }
   Outcome addfiles(const std::vector<std::string>& names) override;
   Outcome extractfiles(const std::vector<std::string>& names) override;
 
@@ -40,14 +42,17 @@ class LibzipZipit : public Zipit {
   const CodePage systemPage_;
   std::string path_;                         // full Windows path
   std::shared_ptr<const ArchiveFile> file_;  // nullptr for an archive that is to be made
+  std::optional<ZipReader> reader_;          // of the file
   std::vector<ArchiveEntry> directory_;
   std::vector<ZipEntry> entries_;
+  std::vector<RenamedEntry> renamed_;
   int reported_ = 0;
   std::chrono::steady_clock::time_point lastYield_;
 };
 
 Outcome LibzipZipit::setArchivefile(std::string_view path) {
   path_ = path;
+  reader_.reset();
   file_.reset();
   directory_.clear();
   entries_.clear();
@@ -60,9 +65,12 @@ Outcome LibzipZipit::readEntries() {
   if (!native.ok()) return native.outcome();
   auto file = ArchiveFile::open(native.value(), path_);
   if (!file.ok()) return file.outcome();
-  auto directory = readDirectory(*file.value(), systemPage_);
+  auto reader = ZipReader::open(*file.value());
+  if (!reader.ok()) return reader.outcome();
+  auto directory = readDirectory(*file.value(), reader.value(), systemPage_);
   if (!directory.ok()) return directory.outcome();
   file_ = std::move(file).value();
+  reader_ = std::move(reader).value();
   directory_ = std::move(directory).value();
   entries_.reserve(directory_.size());
   for (const ArchiveEntry& entry : directory_) entries_.push_back({entry.Filename, entry.size});
@@ -114,12 +122,14 @@ Outcome LibzipZipit::extractfiles(const std::vector<std::string>& names) {
 }
 
 Outcome LibzipZipit::extract(const std::vector<std::string>& names) {
+  renamed_.clear();
   if (!file_) return Outcome::failure(err::fileNotFound, path_);
   auto chosen = choose(names);
   if (!chosen.ok()) return chosen.outcome();
-  if (Outcome sound = auditArchive(*file_, chosen.value()); !sound.ok()) return sound;
+  if (Outcome sound = auditArchive(*file_, *reader_, chosen.value()); !sound.ok()) return sound;
   const auto plan = planExtraction(path_, chosen.value(), extractfolder, usedirectoryinfo);
   if (!plan.ok()) return plan.outcome();
+  renamed_ = plan.value().renamed;
   return extractFiles(files_, *file_, plan.value(),
                       [this](int percent) { report(ExtractProgress, percent); });
 }

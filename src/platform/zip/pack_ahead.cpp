@@ -34,9 +34,23 @@ std::size_t PackAhead::add(std::string path, std::uint64_t size) {
   return tasks_.size() - 1;
 }
 
+void PackAhead::makePortions() {
+  constexpr std::size_t mostFiles = 128;
+  constexpr std::uint64_t mostBytes = std::uint64_t{256} << 10U;
+  for (std::size_t i = 0; i < tasks_.size(); ++i) {
+    const std::uint64_t size = tasks_[i].size;
+    if (portions_.empty() || portions_.back().count == mostFiles ||
+        portions_.back().bytes + size > mostBytes)
+      portions_.push_back({.first = i});
+    ++portions_.back().count;
+    portions_.back().bytes += size;
+  }
+}
+
 void PackAhead::start() {
   chooseLevels(files_, level_, tasks_);
-  const auto wanted = std::min<std::size_t>(workers, tasks_.size());
+  makePortions();
+  const auto wanted = std::min<std::size_t>(workers, portions_.size());
   threads_.reserve(wanted);
   for (std::size_t i = 0; i < wanted; ++i) {
     try {
@@ -49,59 +63,74 @@ void PackAhead::start() {
 
 PackedFile PackAhead::take(std::size_t number, const std::function<void()>& meanwhile) {
   constexpr auto look = std::chrono::milliseconds(20);
-  if (threads_.empty()) {
-    Deflater deflater;
-    return pack(tasks_[number], deflater);
+  if (number >= takenFirst_ + taken_.size()) {
+    Portion& portion = portions_[portionsTaken_];
+    takenFirst_ = portion.first;
+    if (threads_.empty()) {
+      Deflater deflater;
+      taken_ = pack(portion, deflater);
+    } else {
+      std::unique_lock lock(mutex_);
+      wanted_ = portionsTaken_;
+      changed_.notify_all();
+      while (!changed_.wait_for(lock, look, [&] { return portion.ready; })) {
+        lock.unlock();
+        meanwhile();
+        lock.lock();
+      }
+      taken_ = std::move(portion.packed);
+      for (const PackedFile& file : taken_) held_ -= file.data.size();
+      changed_.notify_all();
+    }
+    ++portionsTaken_;
   }
-  std::unique_lock lock(mutex_);
-  wanted_ = number;
-  changed_.notify_all();
-  while (!changed_.wait_for(lock, look, [&] { return ready_.contains(number); })) {
-    lock.unlock();
-    meanwhile();
-    lock.lock();
-  }
-  PackedFile file = std::move(ready_.extract(number).mapped());
-  held_ -= file.data.size();
-  changed_.notify_all();
+  PackedFile file = std::move(taken_[number - takenFirst_]);
   if (file.thrown) std::rethrow_exception(file.thrown);
   return file;
 }
 
 bool PackAhead::mayBegin() const {
-  // The file that is waited for is packed however much lies ready, as nothing of that can leave
+  // The portion that is waited for is packed however much lies ready, as nothing of that can leave
   // before it.
-  return held_ + workingSize(tasks_[next_].size) <= mostHeld || next_ <= wanted_;
+  return held_ + workingSize(portions_[next_].bytes) <= mostHeld || next_ <= wanted_;
 }
 
 void PackAhead::work() {
   Deflater deflater;
   for (;;) {
-    std::size_t number = 0;
-    std::uint64_t working = 0;
+    Portion* portion = nullptr;
     {
       std::unique_lock lock(mutex_);
-      changed_.wait(lock, [this] { return stop_ || next_ >= tasks_.size() || mayBegin(); });
-      if (stop_ || next_ >= tasks_.size()) return;
-      number = next_++;
-      working = workingSize(tasks_[number].size);
-      held_ += working;
+      changed_.wait(lock, [this] { return stop_ || next_ >= portions_.size() || mayBegin(); });
+      if (stop_ || next_ >= portions_.size()) return;
+      portion = &portions_[next_++];
+      held_ += workingSize(portion->bytes);
     }
-    PackedFile file;
+    std::vector<PackedFile> packed = pack(*portion, deflater);
+    const std::scoped_lock lock(mutex_);
+    for (const PackedFile& file : packed) held_ += file.data.size();
+    held_ -= workingSize(portion->bytes);
+    portion->packed = std::move(packed);
+    portion->ready = true;
+    changed_.notify_all();
+  }
+}
+
+std::vector<PackedFile> PackAhead::pack(const Portion& portion, Deflater& deflater) const {
+  std::vector<PackedFile> packed(portion.count);
+  for (std::size_t i = 0; i < portion.count; ++i) {
+    const FileToPack& task = tasks_[portion.first + i];
+    PackedFile& file = packed[i];
     try {
-      file.outcome = guarded(tasks_[number].path, [&] {
-        file = pack(tasks_[number], deflater);
+      file.outcome = guarded(task.path, [&] {
+        file = pack(task, deflater);
         return file.outcome;
       });
     } catch (...) {
       file.thrown = std::current_exception();
     }
-    const std::scoped_lock lock(mutex_);
-    held_ += file.data.size();
-    held_ -= working;
-    ready_.emplace(number, std::move(file));
-    changed_.notify_all();
   }
+  return packed;
 }
 
 PackedFile PackAhead::pack(const FileToPack& task, Deflater& deflater) const {
@@ -114,11 +143,9 @@ PackedFile PackAhead::pack(const FileToPack& task, Deflater& deflater) const {
   const std::string& bytes = content.value();
   file.size = bytes.size();
   file.crc = libdeflate_crc32(0, bytes.data(), bytes.size());
-  file.deflated = task.level > 0;
-  if (file.deflated)
-    file.data = deflater.pack(bytes, task.level);
-  else
-    file.data.assign(bytes.begin(), bytes.end());
+  if (task.level > 0) file.data = deflater.pack(bytes, task.level);
+  file.deflated = !file.data.empty() && file.data.size() < bytes.size();
+  if (!file.deflated) file.data.assign(bytes.begin(), bytes.end());
   return file;
 }
 

@@ -5,7 +5,6 @@
 #include <cstdint>
 #include <exception>
 #include <functional>
-#include <map>
 #include <mutex>
 #include <string>
 #include <thread>
@@ -44,20 +43,33 @@ class PackAhead {
   PackedFile take(std::size_t number, const std::function<void()>& meanwhile);
 
  private:
+  // What a worker takes at once: many small files, or a large one.
+  struct Portion {
+    std::size_t first = 0, count = 0;
+    std::uint64_t bytes = 0;
+    std::vector<PackedFile> packed = {};
+    bool ready = false;
+  };
+
   void work();
+  void makePortions();
   bool mayBegin() const;
+  std::vector<PackedFile> pack(const Portion& portion, Deflater& deflater) const;
   PackedFile pack(const FileToPack& task, Deflater& deflater) const;
 
   const FileSystem& files_;
   const int level_;
   std::vector<FileToPack> tasks_;
+  std::vector<Portion> portions_;
   std::vector<std::thread> threads_;
   std::mutex mutex_;
   std::condition_variable changed_;
-  std::map<std::size_t, PackedFile> ready_;
-  std::uint64_t held_ = 0;  // bytes of buffers, those of ready_ included
-  std::size_t next_ = 0, wanted_ = 0;
+  std::uint64_t held_ = 0;             // bytes of buffers
+  std::size_t next_ = 0, wanted_ = 0;  // portions
   bool stop_ = false;
+  // The portion that is being handed out.
+  std::vector<PackedFile> taken_;
+  std::size_t takenFirst_ = 0, portionsTaken_ = 0;
 };
 
 }  // namespace skv

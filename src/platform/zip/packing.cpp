@@ -6,6 +6,8 @@
 #include <array>
 #include <exception>
 #include <memory>
+#include <new>
+#include <utility>
 
 #include "platform/zip/archive_file.h"
 #include "platform/zip/archive_output.h"
@@ -21,87 +23,105 @@ struct Job {
   const Packing& packing;
   const std::function<void(int)>& progress;
   PackAhead ahead;
-  Outcome failure;                    // the first one, in better words than libzip has
-  std::exception_ptr thrown;          // what is no std::exception is for the caller
-  std::uint64_t done = 0, total = 0;  // bytes
+  Outcome failure;                       // the first one, in better words than libzip has
+  std::exception_ptr thrown = {};        // what is no std::exception is for the caller
+  std::vector<std::uint64_t> before{0};  // bytes before each entry, and of all
+  int percent = 0;
 
-  void report() const {
+  void report() const { progress(percent); }
+
+  // libzip counts entries, and users wait for bytes.
+  static void advanced(zip_t*, double part, void* user) {
+    auto& job = *static_cast<Job*>(user);
     constexpr double whole = 100;
-    progress(total == 0 ? 0
-                        : static_cast<int>(static_cast<double>(done) * whole /
-                                           static_cast<double>(total)));
+    const double entries = part * static_cast<double>(job.before.size() - 1);
+    const auto entry = std::min(static_cast<std::size_t>(entries), job.before.size() - 2);
+    const auto begin = static_cast<double>(job.before[entry]);
+    const auto size = static_cast<double>(job.before[entry + 1]) - begin;
+    const auto total = static_cast<double>(job.before.back());
+    const double bytes = begin + (entries - static_cast<double>(entry)) * size;
+    job.percent = total > 0 ? static_cast<int>(bytes / total * whole) : 0;
+    // Nothing may be thrown through libzip.
+    try {
+      job.report();
+    } catch (...) {
+      if (!job.thrown) job.thrown = std::current_exception();
+    }
   }
 };
 
-// Where libzip gets an entry's data from. Objects belong to their zip_source_t.
-class EntrySource {
+// An entry's data as libzip asks for it: packed already, so that libzip stores what it gets.
+// Objects belong to their zip_source_t.
+class PackedSource {
  public:
-  EntrySource(Job& job, std::string name) : job_(job), name_(std::move(name)) {
-    zip_error_init(&error_);
-  }
-  virtual ~EntrySource() { zip_error_fini(&error_); }
-  EntrySource(const EntrySource&) = delete;
-  EntrySource& operator=(const EntrySource&) = delete;
-
-  static zip_source_t* create(std::unique_ptr<EntrySource> entry) {
+  // nullptr when there is no memory.
+  static zip_source_t* create(Job& job, const std::string& name, std::size_t number) {
+    auto entry = std::unique_ptr<PackedSource>(new PackedSource(job, name, number));
     zip_source_t* const source = zip_source_function_create(answer, entry.get(), nullptr);
     if (source != nullptr) static_cast<void>(entry.release());
     return source;
   }
-
- protected:
-  virtual Outcome open() = 0;
-  virtual Outcome stat(zip_stat_t& status) = 0;
-  virtual Result<std::size_t> read(std::span<char> bytes) = 0;
-  virtual void close() = 0;
-
-  Job& job_;
+  ~PackedSource() { zip_error_fini(&error_); }
+  PackedSource(const PackedSource&) = delete;
+  PackedSource& operator=(const PackedSource&) = delete;
 
  private:
-  // 0, or -1 with everything noted.
-  zip_int64_t note(const Outcome& outcome) {
-    if (outcome.ok()) return 0;
+  PackedSource(Job& job, const std::string& name, std::size_t number)
+      : job_(job), name_(name), number_(number) {
+    zip_error_init(&error_);
+  }
+
+  // Whether the file is there; a failure is noted.
+  bool take() {
+    if (std::exchange(taken_, true)) return file_.outcome.ok();
+    try {
+      file_ = job_.ahead.take(number_, [this] { job_.report(); });
+    } catch (...) {
+      if (!job_.thrown) job_.thrown = std::current_exception();
+      file_.outcome = Outcome::failure(err::deviceIo);
+    }
+    packed_ = file_.data.size();
+    if (file_.outcome.ok()) return true;
     zip_error_set(&error_, ZIP_ER_READ, EIO);
     if (job_.failure.ok())
-      job_.failure =
-          Outcome::withText(outcome.number(), outcome.description() + " (while packing \"" + name_ +
-                                                  "\" into \"" + job_.packing.archive + "\")");
-    return -1;
+      job_.failure = Outcome::withText(file_.outcome.number(),
+                                       file_.outcome.description() + " (while packing \"" + name_ +
+                                           "\" into \"" + job_.packing.archive + "\")");
+    return false;
+  }
+
+  zip_int64_t read(std::span<char> bytes) {
+    const std::size_t count = std::min(bytes.size(), file_.data.size() - read_);
+    std::copy_n(file_.data.begin() + static_cast<std::ptrdiff_t>(read_), count, bytes.begin());
+    read_ += count;
+    return static_cast<zip_int64_t>(count);
+  }
+
+  void close() {
+    file_.data = std::vector<char>();  // its memory as well
+    read_ = 0;
   }
 
   static zip_int64_t answer(void* user, void* data, zip_uint64_t length, zip_source_cmd_t command) {
-    auto& source = *static_cast<EntrySource*>(user);
-    // Nothing may be thrown through libzip.
-    const auto guardedNote = [&](auto&& work) {
-      try {
-        return source.note(guarded(source.name_, work));
-      } catch (...) {
-        if (!source.job_.thrown) source.job_.thrown = std::current_exception();
-        return source.note(Outcome::failure(err::deviceIo));
-      }
-    };
+    auto& source = *static_cast<PackedSource*>(user);
     switch (command) {
       case ZIP_SOURCE_OPEN:
-        return guardedNote([&] { return source.open(); });
-      case ZIP_SOURCE_READ: {
-        zip_int64_t count = 0;
-        const zip_int64_t failed = guardedNote([&] {
-          const auto got = source.read({static_cast<char*>(data), length});
-          if (got.ok()) count = static_cast<zip_int64_t>(got.value());
-          return got.outcome();
-        });
-        return failed != 0 ? failed : count;
-      }
+        return 0;
+      case ZIP_SOURCE_READ:
+        return source.read({static_cast<char*>(data), length});
       case ZIP_SOURCE_CLOSE:
-        return guardedNote([&] {
-          source.close();
-          return Outcome();
-        });
-      case ZIP_SOURCE_STAT: {
+        source.close();
+        return 0;
+      case ZIP_SOURCE_STAT: {  // before and after it reads
+        if (!source.take()) return -1;
         auto& status = *static_cast<zip_stat_t*>(data);
         zip_stat_init(&status);
-        const zip_int64_t failed = guardedNote([&] { return source.stat(status); });
-        return failed != 0 ? failed : static_cast<zip_int64_t>(sizeof status);
+        status.size = source.file_.size;
+        status.comp_size = source.packed_;
+        status.crc = source.file_.crc;
+        status.comp_method = source.file_.deflated ? ZIP_CM_DEFLATE : ZIP_CM_STORE;
+        status.valid = ZIP_STAT_SIZE | ZIP_STAT_COMP_SIZE | ZIP_STAT_CRC | ZIP_STAT_COMP_METHOD;
+        return sizeof status;
       }
       case ZIP_SOURCE_ERROR:
         return zip_error_to_data(&source.error_, data, length);
@@ -116,94 +136,13 @@ class EntrySource {
     }
   }
 
+  Job& job_;
   const std::string name_;
-  zip_error_t error_{};
-};
-
-// A file that is packed already when libzip asks for it: it is told so, and stores what it gets.
-class PackedSource : public EntrySource {
- public:
-  PackedSource(Job& job, const std::string& name, std::size_t number)
-      : EntrySource(job, name), number_(number) {}
-
- private:
-  Outcome open() override {
-    read_ = 0;
-    return {};
-  }
-  // libzip asks before and after it reads.
-  Outcome stat(zip_stat_t& status) override {
-    if (!taken_) {
-      taken_ = true;  // even when it fails, as a file is handed out once
-      file_ = job_.ahead.take(number_, [this] { job_.report(); });
-      packed_ = file_.data.size();
-    }
-    status.size = file_.size;
-    status.comp_size = packed_;
-    status.crc = file_.crc;
-    status.comp_method = file_.deflated ? ZIP_CM_DEFLATE : ZIP_CM_STORE;
-    status.valid = ZIP_STAT_SIZE | ZIP_STAT_COMP_SIZE | ZIP_STAT_CRC | ZIP_STAT_COMP_METHOD;
-    return file_.outcome;
-  }
-  Result<std::size_t> read(std::span<char> bytes) override {
-    const std::size_t count = std::min(bytes.size(), file_.data.size() - read_);
-    std::copy_n(file_.data.begin() + static_cast<std::ptrdiff_t>(read_), count, bytes.begin());
-    read_ += count;
-    return count;
-  }
-  void close() override {
-    job_.done += file_.size;
-    job_.report();
-    file_.data = std::vector<char>();  // its memory as well
-    read_ = 0;
-  }
-
   const std::size_t number_;
+  zip_error_t error_{};
   bool taken_ = false;
   PackedFile file_;
   std::size_t packed_ = 0, read_ = 0;
-};
-
-// A file that is too large to be held, packed by libzip while it is read.
-class LargeSource : public EntrySource {
- public:
-  LargeSource(Job& job, const std::string& name, std::string native)
-      : EntrySource(job, name), native_(std::move(native)), shown_(name) {}
-
- private:
-  Outcome open() override {
-    auto opened = ArchiveFile::open(native_, shown_);
-    if (!opened.ok()) return opened.outcome();
-    file_ = std::move(opened).value();
-    read_ = 0;
-    return {};
-  }
-  Outcome stat(zip_stat_t& status) override {
-    // Closed, libzip takes what it has counted itself.
-    if (file_) {
-      status.size = file_->length();
-      status.valid = ZIP_STAT_SIZE;
-      return {};
-    }
-    const auto opened = ArchiveFile::open(native_, shown_);
-    if (!opened.ok()) return opened.outcome();
-    status.size = opened.value()->length();
-    status.valid = ZIP_STAT_SIZE;
-    return {};
-  }
-  Result<std::size_t> read(std::span<char> bytes) override {
-    const std::int64_t got = file_->read(read_, bytes);
-    if (got < 0) return systemFailure(errno, shown_);
-    read_ += static_cast<std::uint64_t>(got);
-    job_.done += static_cast<std::uint64_t>(got);
-    job_.report();
-    return static_cast<std::size_t>(got);
-  }
-  void close() override { file_.reset(); }
-
-  const std::string native_, shown_;
-  std::shared_ptr<const ArchiveFile> file_;
-  std::uint64_t read_ = 0;
 };
 
 class Packer {
@@ -213,7 +152,7 @@ class Packer {
       : files_(files),
         systemPage_(systemPage),
         packing_(packing),
-        job_{packing, progress, PackAhead(files, packing.level), {}, {}} {}
+        job_{packing, progress, PackAhead(files, packing.level), {}} {}
 
   Outcome run() {
     if (packing_.files.empty())
@@ -231,33 +170,32 @@ class Packer {
   }
 
  private:
-  Outcome fails(int code) const {
-    return Outcome::withText(
-        err::zip, "\"" + packing_.archive + "\" cannot be made: " + zipErrorText(code) + ".");
+  Outcome fails(zip_error_t& error) const {
+    return Outcome::withText(err::zip, "\"" + packing_.archive + "\" cannot be made: " +
+                                           zip_error_strerror(&error) + ".");
   }
 
   Outcome write(ArchiveOutput& output) {
     zip_source_t* const source = output.source();
-    if (source == nullptr) return fails(ZIP_ER_MEMORY);
+    if (source == nullptr) throw std::bad_alloc();
     zip_error_t error;
     zip_error_init(&error);
     ZipHandle archive(zip_open_from_source(source, ZIP_CREATE | ZIP_TRUNCATE, &error));
-    const int code = zip_error_code_zip(&error);
-    zip_error_fini(&error);
     if (!archive) {
       zip_source_free(source);
-      return fails(code);
+      return fails(error);
     }
     for (const Packing::File& file : packing_.files)
       if (Outcome added = add(*archive, file); !added.ok()) return added;
     job_.ahead.start();
+    zip_register_progress_callback_with_state(archive.get(), 0, Job::advanced, nullptr, &job_);
     const bool closed = zip_close(archive.get()) == 0;
     if (closed) static_cast<void>(archive.release());  // it is gone
     if (job_.thrown) std::rethrow_exception(job_.thrown);
     if (closed) return {};
     if (!job_.failure.ok()) return job_.failure;
     if (!output.failure().ok()) return output.failure();
-    return fails(zip_error_code_zip(zip_get_error(archive.get())));
+    return fails(*zip_get_error(archive.get()));
   }
 
   Outcome add(zip_t& archive, const Packing::File& file) {
@@ -265,25 +203,24 @@ class Packer {
     if (!length.ok()) return length.outcome();
     const auto modified = files_.modified(file.path);
     if (!modified.ok()) return modified.outcome();
-    job_.total += length.value();
+    job_.before.push_back(job_.before.back() + length.value());
 
+    // What is too large to be held libzip packs itself.
     const bool large = length.value() > PackAhead::largestFile;
-    std::unique_ptr<EntrySource> entry;
+    zip_source_t* source = nullptr;
     if (large) {
       const auto native = files_.nativePath(file.path);
       if (!native.ok()) return native.outcome();
-      entry = std::make_unique<LargeSource>(job_, file.name, native.value());
+      source = zip_source_file(&archive, native.value().c_str(), 0, 0);
     } else {
-      entry = std::make_unique<PackedSource>(job_, file.name,
-                                             job_.ahead.add(file.path, length.value()));
+      source = PackedSource::create(job_, file.name, job_.ahead.add(file.path, length.value()));
     }
-    zip_source_t* const source = EntrySource::create(std::move(entry));
-    if (source == nullptr) return fails(ZIP_ER_MEMORY);
+    if (source == nullptr) throw std::bad_alloc();
 
     const zip_int64_t index = addNamed(archive, file.name, source);
     if (index < 0) {
       zip_source_free(source);
-      return fails(zip_error_code_zip(zip_get_error(&archive)));
+      return fails(*zip_get_error(&archive));
     }
     const auto at = static_cast<zip_uint64_t>(index);
     // Not told so, libzip would pack what is to be stored.
@@ -300,7 +237,7 @@ class Packer {
   // Names that the system's page holds stay 8-bit text, as every program of the time reads them.
   zip_int64_t addNamed(zip_t& archive, const std::string& name, zip_source_t* source) const {
     const std::string bytes = systemPage_.encode(name);
-    const bool plain = bytes == name || decodeEntryName({bytes, ntfsHost, {}}, systemPage_) == name;
+    const bool plain = bytes == name || decodeEntryName(bytes, ntfsHost, systemPage_) == name;
     return zip_file_add(&archive, plain ? bytes.c_str() : name.c_str(), source,
                         plain ? ZIP_FL_ENC_RAW : ZIP_FL_ENC_UTF_8);
   }

@@ -1,6 +1,11 @@
 #include <gtest/gtest.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+
+#include <csignal>
 
 #include "platform/disk/drive_file_system.h"
+#include "platform/zip/levels.h"
 #include "platform/zip/libzip_zipit.h"
 #include "support/faulty_file_system.h"
 #include "support/temporary_drive.h"
@@ -57,6 +62,8 @@ TEST_F(ZipEngineTest, PutsEveryEntryInItsPlace) {
       {"README.TXT", "first"},
       {"readme.txt", "second"},
       {"what?: a \"name\".", "w"},
+      {"/from the root", "r"},
+      {"D:\\on\\a drive", "d"},
       {"nul.txt", "device"},
       {"a\xCC\x88.txt", "an a and two dots apart"},
       {.name = "piped", .data = "p", .madeBy = 3, .attributes = 0010600U << 16U},
@@ -64,8 +71,8 @@ TEST_F(ZipEngineTest, PutsEveryEntryInItsPlace) {
   EXPECT_TRUE(done.ok()) << done.description();
   EXPECT_EQ(drive.tree("C:\\out"),
             (Tree{"README.TXT", "_nul.txt", "back\\", "back\\slash\\", "back\\slash\\deflated.txt",
-                  "folder\\", "folder\\stored.txt", "piped", "what__ a _name_", "x\\", "x\\y\\",
-                  "x\\y\\empty", "\xC3\xA4.txt"}));
+                  "folder\\", "folder\\stored.txt", "from the root", "on\\", "on\\a drive", "piped",
+                  "what__ a _name_", "x\\", "x\\y\\", "x\\y\\empty", "\xC3\xA4.txt"}));
   EXPECT_EQ(drive.read("C:\\out\\README.TXT"), "second");
   EXPECT_EQ(drive.read("C:\\out\\back\\slash\\deflated.txt"), text);
   EXPECT_EQ(percents.back(), 100);
@@ -138,9 +145,9 @@ TEST_F(ZipEngineTest, RefusesHostileArchivesBeforeItWritesAnything) {
       {"climbs", {honest, {"a/../../evil.txt", "e"}}},
       {"climbs with backslashes", {honest, {"..\\evil.txt", "e"}}},
       {"climbs as Windows would read it", {honest, {".. ./evil.txt", "e"}}},
-      {"absolute", {honest, {"/evil.txt", "e"}}},
+      {"climbs from the root", {honest, {"/../evil.txt", "e"}}},
       {"another server", {honest, {"\\\\server\\share\\evil.txt", "e"}}},
-      {"a drive", {honest, {"C:\\evil.txt", "e"}}},
+      {"climbs from a drive", {honest, {"C:\\..\\evil.txt", "e"}}},
       {"a link",
        {honest, {.name = "evil", .data = "/etc", .madeBy = 3, .attributes = 0120777U << 16U}}},
       {"no end of folders", {honest, {deep + "evil", "e"}}},
@@ -157,6 +164,9 @@ TEST_F(ZipEngineTest, RefusesHostileArchivesBeforeItWritesAnything) {
   for (const auto& [what, entries] : archives) {
     const Outcome done = extract(test::rawZip(entries));
     EXPECT_FALSE(done.ok()) << what;
+    if (entries.size() > 1 && entries.back().name == "evil") {
+      EXPECT_NE(done.description().find("evil"), std::string::npos) << what << done.description();
+    }
     EXPECT_NE(done.description().find("a.zip"), std::string::npos) << what << done.description();
     EXPECT_EQ(drive.tree("C:\\out"), Tree{}) << what;
     EXPECT_FALSE(drive.exists("C:\\evil.txt")) << what;
@@ -194,15 +204,99 @@ TEST_F(ZipEngineTest, StopsAtEntriesThatAreNotWhatTheySay) {
     EXPECT_FALSE(extract(sound.substr(0, cut)).ok()) << cut;
 }
 
-TEST_F(ZipEngineTest, TakesAddonsOfBlankPicturesAlone) {
+TEST_F(ZipEngineTest, TakesAddonsOfBlankPicturesAloneUpToAnAbsurdSize) {
   const std::string blank(2 << 20, '\0');
   const std::string packed = test::deflated(blank);
   const auto size = static_cast<std::uint32_t>(blank.size());
   std::vector<RawEntry> pictures(50, {"", packed, 8, size, {}, test::crc32Of(blank)});
-  for (std::size_t i = 0; i < pictures.size(); ++i) pictures[i].name = std::to_string(i);
+  const auto number = [&] {
+    for (std::size_t i = 0; i < pictures.size(); ++i) pictures[i].name = std::to_string(i);
+  };
+  number();
   const Outcome done = extract(test::rawZip(pictures));
   EXPECT_TRUE(done.ok()) << done.description();
   EXPECT_EQ(drive.tree("C:\\out").size(), pictures.size());
+  // Each of them can be what it says, and all together cannot.
+  pictures.resize(300, pictures.front());
+  number();
+  EXPECT_FALSE(extract(test::rawZip(pictures)).ok());
+  EXPECT_EQ(drive.tree("C:\\out"), Tree{});
+}
+
+TEST_F(ZipEngineTest, FindsAnArchiveBehindOtherBytes) {
+  const std::string stub = "MZ, and PK\x03\x04 or PK\x05\x06 among the bytes of a program";
+  const std::vector<RawEntry> entries = {{"a", "first"}, {"sub/b", "second"}};
+  const std::string comment = "a comment";
+  std::string commented = stub + test::rawZip(entries) + comment;
+  commented[commented.size() - comment.size() - 2] = static_cast<char>(comment.size());
+  for (const std::string& bytes :
+       {test::rawZip(entries, stub), stub + test::rawZip(entries), commented}) {
+    const Outcome done = extract(bytes);
+    EXPECT_TRUE(done.ok()) << done.description();
+    EXPECT_EQ(drive.read("C:\\out\\sub\\b"), "second");
+  }
+  EXPECT_FALSE(extract(stub).ok());
+}
+
+TEST_F(ZipEngineTest, NoTwoNamesThatTheDiskCannotTakeShareATarget) {
+  const auto zip = open(test::rawZip({{"t/a?.bmp", "question"},
+                                      {"t/a*.bmp", "star"},
+                                      {"t/A*.BMP", "star again"},
+                                      {"t/a_.bmp", "honest"},
+                                      {"d?/x", "in d?"},
+                                      {"d*/x", "in d*"},
+                                      {"aux", "device"}}));
+  const Outcome done = zip->extractfiles(namesOf(*zip));
+  ASSERT_TRUE(done.ok()) << done.description();
+  const std::pair<const char*, const char*> files[] = {
+      {"t\\a_.bmp", "honest"}, {"t\\a_ (2).bmp", "question"}, {"t\\a_ (3).bmp", "star again"},
+      {"d_\\x", "in d?"},      {"d_ (2)\\x", "in d*"},        {"_aux", "device"}};
+  for (const auto& [name, content] : files)
+    EXPECT_EQ(drive.read(std::string("C:\\out\\") + name), content) << name;
+  Tree renamed;
+  for (const RenamedEntry& entry : zip->renamed()) renamed.push_back(entry.from + ">" + entry.to);
+  EXPECT_EQ(renamed, (Tree{"t\\a?.bmp>t\\a_ (2).bmp", "t\\a*.bmp>t\\a_ (3).bmp", "d?>d_",
+                           "d*>d_ (2)", "aux>_aux"}));
+}
+
+// What 7-Zip makes of 24 letters, 33,000 times "a" and the letters again: they lie farther back
+// than Deflate can reach.
+TEST_F(ZipEngineTest, ReadsDeflate64) {
+  std::string packed(
+      "\xe5\xde\xb9\x0d\x80\x20\x00\x00\xc0\xd9\x34\xc4\x60\x82\xf1\x25\xa2\x1d\xfb\x2f\xc1"
+      "\x04\xb4\x34\x77\x93\xdc\xb3\x96\xf4\xbf\x25\x9f\xd3\xfe\xc5\x3c\x2f\x21\x1d\x71\xbb"
+      "\xc2\x5d\x79",
+      45);
+  while (packed.size() < 157) packed += "\x3c\x1e\x8f\xc7\xe3\xf1\x78"[(packed.size() - 45) % 7];
+  packed += "\xe9\xfd\x07\x1a";
+  packed[156] = '\x06';
+  const std::string letters = "TIXLZWXUQAOYHUBFDLPHMRDS";
+  const std::string text = letters + std::string(33000, 'a') + letters;
+  RawEntry entry{"e", packed, 9, static_cast<std::uint32_t>(text.size()), {}, test::crc32Of(text)};
+  const Outcome done = extract(test::rawZip({entry}));
+  EXPECT_TRUE(done.ok()) << done.description();
+  EXPECT_TRUE(drive.read("C:\\out\\e") == text);
+  const RawEntry truncated{"e", packed.substr(0, 99), 9, entry.size, {}, entry.crc};
+  entry.crc = 1;
+  for (const RawEntry& damaged : {entry, truncated}) {
+    EXPECT_FALSE(extract(test::rawZip({damaged})).ok());
+    EXPECT_EQ(drive.tree("C:\\out"), Tree{});
+  }
+}
+
+TEST_F(ZipEngineTest, ManySmallFilesKeepTheirContentsApart) {
+  std::vector<RawEntry> entries;
+  for (int i = 0; i < 20000; ++i)
+    entries.push_back({"f" + std::to_string(i % 3) + "/" + std::to_string(i), std::to_string(i)});
+  auto zip = open(test::rawZip(entries));
+  ASSERT_EQ(zip->entries().size(), entries.size());
+  EXPECT_EQ(zip->entries().back().Filename, entries.back().name);
+  entries.resize(600);
+  entries[300].data.clear();
+  const Outcome done = extract(test::rawZip(entries));
+  EXPECT_TRUE(done.ok()) << done.description();
+  for (const RawEntry& entry : entries)
+    EXPECT_EQ(drive.read("C:\\out\\" + entry.name), entry.data) << entry.name;
 }
 
 TEST_F(ZipEngineTest, LinksInItsFolderLeadNothingOut) {
@@ -233,11 +327,24 @@ TEST_F(ZipEngineTest, TakesFoldersByTheirAttributesAndLeavesThemOutOnDemand) {
   EXPECT_FALSE(zip->extractfiles({"missing"}).ok());
 }
 
-TEST_F(ZipEngineTest, AFullDiskIsToldWithTheEntry) {
-  files.failWhen("createFile", "", err::diskFull);
-  const Outcome done = extract(test::rawZip({{"entry.txt", "e"}}));
-  EXPECT_EQ(done.number(), err::diskFull);
-  EXPECT_NE(done.description().find("entry.txt"), std::string::npos);
+TEST_F(ZipEngineTest, AFullDiskIsToldWithTheEntryAndWhatWasCompleteStays) {
+  const std::string large(7 << 20, 'l');
+  const auto size = static_cast<std::uint32_t>(large.size());
+  const std::string bytes = test::rawZip(
+      {{"a", "a"}, {"b", "b"}, {"c", "c"}, {"l", large, 0, size, {}, test::crc32Of(large)}});
+  for (const char* call : {"createFile", "write", "commit"}) {
+    files.failWhen(call, "C:\\out\\b", err::diskFull);
+    Outcome done = extract(bytes);
+    EXPECT_EQ(done.number(), err::diskFull) << call;
+    EXPECT_NE(done.description().find("\"b\" from \"C:\\a.zip\""), std::string::npos)
+        << done.description();
+    EXPECT_TRUE(drive.exists("C:\\out\\a"));
+    EXPECT_FALSE(drive.exists("C:\\out\\b") || drive.exists("C:\\out\\c"));
+    files.failWhen(call, "C:\\out\\l", err::diskFull);
+    done = extract(bytes);
+    EXPECT_EQ(done.number(), err::diskFull) << call;
+    EXPECT_FALSE(drive.exists("C:\\out\\l"));
+  }
 }
 
 TEST_F(ZipEngineTest, PacksAndUnpacksWithoutLoss) {
@@ -301,9 +408,63 @@ TEST_F(ZipEngineTest, APackingThatFailsLeavesTheArchiveThatWasThere) {
   EXPECT_NE(unread.description().find("b.txt"), std::string::npos);
   EXPECT_TRUE(left());
   files.heal();
+  {
+    // A disk that takes no more.
+    rlimit unlimited{};
+    ::getrlimit(RLIMIT_FSIZE, &unlimited);
+    const auto handler = std::signal(SIGXFSZ, SIG_IGN);
+    rlimit limited = unlimited;
+    limited.rlim_cur = 100;
+    ::setrlimit(RLIMIT_FSIZE, &limited);
+    const Outcome full = open()->addfiles({"a.txt", "b.txt"});
+    ::setrlimit(RLIMIT_FSIZE, &unlimited);
+    std::signal(SIGXFSZ, handler);
+    EXPECT_FALSE(full.ok());
+    EXPECT_NE(full.description().find("a.zip"), std::string::npos) << full.description();
+  }
+  EXPECT_TRUE(left());
+  ::chmod(drive.native("C:\\a.zip").c_str(), 0600);
+  EXPECT_TRUE(open()->addfiles({"b.txt"}).ok());
+  struct stat status {};
+  ::stat(drive.native("C:\\a.zip").c_str(), &status);
+  EXPECT_EQ(status.st_mode & 0777, 0600U);
+  drive.write("C:\\a.zip", before);
   ASSERT_TRUE(disk.setAttributes("C:\\a.zip", {.readOnly = true}).ok());
   EXPECT_EQ(open()->addfiles({"a.txt"}).number(), err::pathFileAccess);
   EXPECT_TRUE(left());
+}
+
+TEST_F(ZipEngineTest, PacksAsHardAsAskedAndAsPays) {
+  std::string noise, letters;
+  for (unsigned i = 0, x = 1; i < 1200000; ++i)
+    noise += static_cast<char>((x = x * 1103515245 + 12345) >> 16U);
+  for (int i = 0; letters.size() < noise.size(); ++i) letters += std::to_string(i * i) + " lines\n";
+  drive.write("C:\\in\\a.bin", noise);
+  drive.write("C:\\in\\b.txt", letters);
+  const auto levels = [&](int level) {
+    std::vector<FileToPack> toPack = {{"C:\\in\\a.bin", noise.size(), -1},
+                                      {"C:\\in\\b.txt", letters.size(), -1},
+                                      {"C:\\in\\c.few", 10, -1}};
+    chooseLevels(files, level, toPack);
+    return std::vector<int>{toPack[0].level, toPack[1].level, toPack[2].level};
+  };
+  EXPECT_EQ(levels(0), (std::vector<int>{0, 0, 0}));
+  EXPECT_EQ(levels(6), (std::vector<int>{6, 6, 6}));
+  EXPECT_EQ(levels(9)[0], 1) << "what cannot get smaller is not tried hard";
+  EXPECT_GE(levels(9)[1], 7);
+  EXPECT_EQ(levels(9)[2], 7);
+
+  ASSERT_TRUE(disk.setCurrentFolder("C:\\in").ok());
+  std::size_t lengths[3];
+  for (const int level : {0, 1, 2}) {
+    const auto zip = open();
+    zip->compressionlevel = level * 4;
+    EXPECT_TRUE(zip->addfiles({"b.txt"}).ok());
+    lengths[level] = drive.read("C:\\a.zip").size();
+  }
+  EXPECT_NE(lengths[0], lengths[1]);
+  EXPECT_GT(lengths[0], letters.size());
+  EXPECT_GT(lengths[1], lengths[2]);
 }
 
 TEST_F(ZipEngineTest, WhatEndsAWorkerEndsTheJob) {
