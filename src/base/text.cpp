@@ -270,6 +270,18 @@ std::string CodePage::decode(std::string_view bytes) const {
   return text;
 }
 
+std::string CodePage::lacking(std::string_view text) const {
+  std::string missing;
+  if (number_ == utf8Page || isAscii(text)) return missing;
+  for (int32_t i = 0; i < static_cast<int32_t>(text.size());) {
+    const auto start = static_cast<std::size_t>(i);
+    nextUtf8(text, i);
+    const std::string_view character = text.substr(start, static_cast<std::size_t>(i) - start);
+    if (!holds(character) && missing.find(character) == std::string::npos) missing += character;
+  }
+  return missing;
+}
+
 std::string CodePage::encode(std::string_view text) const {
   if (number_ == utf8Page || isAscii(text)) return std::string(text);
   const Converter converter = tables_->singleByte ? Converter() : openConverter(number_);

@@ -48,6 +48,8 @@ class CodePage {
   std::string encode(std::string_view text) const;
   // Whether a text comes back from a stored file as it is.
   bool holds(std::string_view text) const { return decode(encode(text)) == text; }
+  // The characters of a text that the page cannot store, each once; "" when it holds all of it.
+  std::string lacking(std::string_view text) const;
 
  private:
   struct Tables;

@@ -2,6 +2,7 @@
 // by side.
 #pragma once
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -15,6 +16,22 @@
 namespace skv {
 
 enum class View { fsAircraft, hangar, scenery };
+
+// What a library list was filled from. A list is written only over the very file content that it
+// was made of: what was not read, or what another program has changed since, is not written over.
+struct ListSource {
+  std::string file;                  // "" before the first load
+  std::optional<std::string> bytes;  // as read or written last, "" for no file; none: not read
+};
+
+// What the boxes of the Info tab were filled from, and so where they may be saved.
+struct InfoSource {
+  ui::ListView::RowId row = 0;      // of lstAircraft
+  std::string folder;               // of the aircraft
+  int variation = 0;                // row of lstACVersions
+  std::vector<std::string> values;  // of the boxes, in the order of the keys; none: not filled
+  std::string refusal;              // why they were not filled
+};
 
 struct App {
   App(Platform thePlatform, ui::Windowing& theWindows);
@@ -49,6 +66,12 @@ struct App {
   std::string ListDir;  // folder of the current view's list files
   int FSSelIndex = 0;   // remembered row of each aircraft view, from 1; 0 until set
   int HangarSelIndex = 0;
+  std::string FSSelFolder;  // the aircraft of that row, by which it is found again
+  std::string HangarSelFolder;
+  View listedView = View::fsAircraft;  // whose rows the three library lists hold
+  unsigned viewSwitches = 0;           // by which a switch that yields sees that another was faster
+  ListSource aircraftSource, panelSource, soundSource;
+  InfoSource infoSource;
 
   // Results of WalkTree.
   std::string FoundDir;  // folder of the first match

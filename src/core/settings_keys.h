@@ -28,6 +28,8 @@ inline constexpr Setting SceneryPacksPath{general, "SceneryPacksPath"};  // made
 inline constexpr Setting LastZIPDir{general, "LastZIPDir"};
 inline constexpr Setting AppVersion{general, "AppVersion"};  // that ran the settings dialog last
 inline constexpr Setting LastACSelected{general, "LastACSelected"};  // row of lstAircraft, from 1
+// The folder of that aircraft, by which it is found when the rows have moved.
+inline constexpr Setting LastACFolder{general, "LastACFolder"};
 inline constexpr Setting LastVersionCheck{general, "LastVersionCheck"};  // day count
 inline constexpr Setting MainTop{window, "MainTop"};                     // twips, as the next two
 inline constexpr Setting MainLeft{window, "MainLeft"};

@@ -13,12 +13,14 @@ void setCaptions(App& app, View view) {
   form.frameAircraft.caption = hangar ? "Aircraft: HANGAR" : "Aircraft: FS 2002";
   form.frameAircraft.colour = hangar ? green : yellow;
   form.btnHangar.caption = hangar ? "To FS2002..." : "To Hangar...";
+  form.mnuListHangar.caption = form.btnHangar.caption;
 }
 
 }  // namespace
 
 void showView(App& app, View view) {
   auto& form = app.frmMain;
+  ++app.viewSwitches;
   const bool aircraft = view != View::scenery;
   form.frameAircraft.visible = aircraft;
   form.frameAddon.visible = aircraft;

@@ -1,6 +1,7 @@
 #include "ui/events.h"
 
 #include "aircraft/aircraft_cfg.h"
+#include "aircraft/aircraft_menu.h"
 #include "aircraft/aircraft_views.h"
 #include "aircraft/alias_tabs.h"
 #include "aircraft/hangar_transfer.h"
@@ -26,6 +27,11 @@ void connectMenus(App& app) {
   form.mnuViewACCfgPN.click = [&app] { mnuViewACCfgPN_Click(app); };
   form.mnuViewACCfgSN.click = [&app] { mnuViewACCfgSN_Click(app); };
   form.mnuViewACCfgMD.click = [&app] { mnuViewACCfgMD_Click(app); };
+  form.mnuListOpen.click = [&app] { mnuListOpen_Click(app); };
+  form.mnuListCfg.click = [&app] { mnuViewACCfgAC_Click(app); };
+  form.mnuListHangar.click = [&app] { btnHangar_Click(app); };
+  form.mnuListCopy.click = [&app] { mnuListCopy_Click(app); };
+  form.mnuListRename.click = [&app] { mnuListRename_Click(app); };
 }
 
 void connectAircraftViews(App& app) {

@@ -68,6 +68,8 @@ TEST(TextTest, CodePagesTellTheirCharacters) {
   }
   EXPECT_EQ(CodePage(1252).encode("\u4e2d \u0105 \U0001f600"), "? ? ?");
   EXPECT_EQ(CodePage(1250).encode("\u00f8"), "?");
+  EXPECT_EQ(CodePage(1252).lacking("\u0141\u00f3d\u017a \u0141\u017a"), "\u0141\u017a");
+  EXPECT_EQ(CodePage(1250).lacking("\u0141\u00f3d\u017a"), "");
 }
 
 TEST(TextTest, ValReadsTheLeadingNumber) {

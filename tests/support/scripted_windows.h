@@ -14,7 +14,7 @@ namespace skv::test {
 
 class ScriptedWindows : public ui::Windowing {
  public:
-  // Answers to Yes/No boxes, in order; when they run out the answer is No.
+  // Answers to questions, in order; when they run out the answer is Cancel, or No without one.
   std::deque<ui::Answer> answers;
   // What the input box gives back, nullopt for Cancel; when they run out the text it was offered.
   std::deque<std::optional<std::string>> inputs;
@@ -42,7 +42,8 @@ class ScriptedWindows : public ui::Windowing {
   ui::Answer messageBox(const ui::Box& box) override {
     boxes.push_back(box);
     if (box.buttons == ui::BoxButtons::ok) return ui::Answer::ok;
-    if (answers.empty()) return ui::Answer::no;
+    if (answers.empty())
+      return box.buttons == ui::BoxButtons::yesNo ? ui::Answer::no : ui::Answer::cancel;
     const ui::Answer answer = answers.front();
     answers.pop_front();
     return answer;

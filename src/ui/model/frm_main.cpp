@@ -24,11 +24,13 @@ FrmMain::FrmMain() : Form("frmMain", "FS Skyvault") {
   mnuFileInstall.entries = {&mnuFileInstallAC, &mnuFileInstallSC};
   mnuFileInstallFromEmail.entries = {&mnuFileInstallFromEmailOLK, &mnuFileInstallFromEmailPOP};
   mnuView.entries = {&mnuViewFSAircraft, &mnuViewHangar,         &mnuViewPackages, &mnuDummy2,
-                     &mnuViewFSScenery,  &mnuViewInactSceneries, &mnuDummy4,       &mnuViewCfg};
+                     &mnuViewFSScenery,  &mnuViewInactSceneries, &mnuDummy4,       &mnuViewCfg,
+                     &mnuDummy6,         &mnuViewRefresh};
   mnuViewCfg.entries = {&mnuViewACCfgAC, &mnuViewACCfgPN, &mnuViewACCfgSN, &mnuViewACCfgMD};
   mnuHelp.entries = {&mnuHelpManual, &mnuHelpDownload, &mnuDummy3, &mnuHelpAbout};
   mnuPic.entries = {&mnuPicSnap, &mnuPicClip, &mnuPicFile, &mnuPicDel};
-  for (MenuItem* line : {&mnuDummy1, &mnuDummy2, &mnuDummy3, &mnuDummy4, &mnuDummy5})
+  mnuList.entries = {&mnuListOpen, &mnuListCfg, &mnuListHangar, &mnuListCopy, &mnuListRename};
+  for (MenuItem* line : {&mnuDummy1, &mnuDummy2, &mnuDummy3, &mnuDummy4, &mnuDummy5, &mnuDummy6})
     line->separator = true;
   for (MenuItem* hidden : {&mnuViewPackages, &mnuDummy2, &mnuViewInactSceneries})
     hidden->visible = false;

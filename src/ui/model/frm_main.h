@@ -49,6 +49,8 @@ struct FrmMain : Form {
   MenuItem mnuViewACCfgPN{"mnuViewACCfgPN", "Panel.cfg"};
   MenuItem mnuViewACCfgSN{"mnuViewACCfgSN", "Sound.cfg"};
   MenuItem mnuViewACCfgMD{"mnuViewACCfgMD", "Model.cfg"};
+  MenuItem mnuDummy6{"mnuDummy6", "-"};
+  MenuItem mnuViewRefresh{"mnuViewRefresh", "Refresh", "F5"};
   MenuItem mnuHelp{"mnuHelp", "&Help"};
   MenuItem mnuHelpManual{"mnuHelpManual", "Users Manual"};
   MenuItem mnuHelpDownload{"mnuHelpDownload", "Dowmload latest version..."};
@@ -63,6 +65,14 @@ struct FrmMain : Form {
   MenuItem mnuPicClip{"mnuPicClip", "Picture from Clipboard", "Ctrl+V"};
   MenuItem mnuPicFile{"mnuPicFile", "Picture from File..."};
   MenuItem mnuPicDel{"mnuPicDel", "Remove this picture"};
+
+  // The context menu of a row of lstAircraft; not on the bar.
+  MenuItem mnuList{"mnuList", "Aircraft"};
+  MenuItem mnuListOpen{"mnuListOpen", "&Open Folder"};
+  MenuItem mnuListCfg{"mnuListCfg", "&View Aircraft.cfg"};
+  MenuItem mnuListHangar{"mnuListHangar", ""};  // named as btnHangar is
+  MenuItem mnuListCopy{"mnuListCopy", "&Copy Path"};
+  MenuItem mnuListRename{"mnuListRename", "&Rename"};
 
   // Aircraft, the upper band.
   Frame frameAircraft{"frameAircraft"};

@@ -120,6 +120,12 @@ void ListView::ensureVisible(int row) {
   changed();
 }
 
+void ListView::startLabelEdit() {
+  if (!labelEdit || selected_ == 0) return;
+  ++labelEditWishes_;
+  changed();
+}
+
 void ListView::sort(int column, SortOrder order) {
   std::vector<std::string> keys;
   keys.reserve(rows_.size());

@@ -73,6 +73,10 @@ class ListView : public Control {
   int visibleRow() const { return visibleRow_; }
   unsigned visibleWishes() const { return visibleWishes_; }
 
+  // The selected row's text is to be opened for editing in place, with a count as above.
+  void startLabelEdit();
+  unsigned labelEditWishes() const { return labelEditWishes_; }
+
   // Orders the rows by one column (0 is the text), without regard to case; equal rows keep their
   // order. Rows added later go to the end all the same. The selected row stays selected.
   void sort(int column, SortOrder order);
@@ -81,6 +85,9 @@ class ListView : public Control {
   int sortKey() const { return sortKey_; }
   SortOrder sortOrder() const { return sortOrder_; }
   void clearSort();
+
+  // What a front-end shows in the place of rows while there are none: a sentence for each line.
+  Property<std::string> emptyText{*this};
 
   // Presentation, fixed by the form.
   bool checkBoxes = false;
@@ -115,6 +122,7 @@ class ListView : public Control {
   int selected_ = 0;
   int visibleRow_ = 0;
   unsigned visibleWishes_ = 0;
+  unsigned labelEditWishes_ = 0;
   bool sorted_ = false;
   int sortKey_ = 0;
   SortOrder sortOrder_ = SortOrder::ascending;

@@ -11,8 +11,8 @@
 namespace skv::ui {
 
 enum class BoxIcon { none, information, question, exclamation, warning };
-enum class BoxButtons { ok, yesNo };
-enum class Answer { ok, yes, no };
+enum class BoxButtons { ok, yesNo, yesNoCancel };
+enum class Answer { ok, yes, no, cancel };
 
 inline constexpr const char* programTitle = "FS Skyvault";
 
@@ -46,7 +46,7 @@ class Windowing {
  public:
   virtual ~Windowing() = default;
 
-  // Blocks until answered. Closing a Yes/No box answers No.
+  // Blocks until answered. Closing a Yes/No box answers No, one with Cancel answers Cancel.
   virtual Answer messageBox(const Box& box) = 0;
   // The text as typed; none when it was cancelled.
   virtual std::optional<std::string> inputBox(const std::string& prompt, const std::string& title,

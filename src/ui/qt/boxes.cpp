@@ -86,13 +86,17 @@ Answer runMessageBox(const Box& box, QWidget* owner) {
     window.exec();
     return Answer::ok;
   }
+  const bool cancels = box.buttons == BoxButtons::yesNoCancel;
   window.setStandardButtons(QMessageBox::Yes | QMessageBox::No);
-  window.setEscapeButton(QMessageBox::No);
+  if (cancels) window.addButton(QMessageBox::Cancel);
+  window.setEscapeButton(cancels ? QMessageBox::Cancel : QMessageBox::No);
   const bool no = box.defaultButton == DefaultButton::byIcon
                       ? box.icon == BoxIcon::warning
                       : box.defaultButton == DefaultButton::no;
   window.setDefaultButton(no ? QMessageBox::No : QMessageBox::Yes);
-  return window.exec() == QMessageBox::Yes ? Answer::yes : Answer::no;
+  const int answer = window.exec();
+  if (cancels && answer != QMessageBox::Yes && answer != QMessageBox::No) return Answer::cancel;
+  return answer == QMessageBox::Yes ? Answer::yes : Answer::no;
 }
 
 std::optional<std::string> runInputBox(const std::string& prompt, const std::string& title,

@@ -168,6 +168,11 @@ void ListTree::refresh() {
     wishesSeen_ = list_.visibleWishes();
     scrollTo(rows_.index(list_.visibleRow() - 1, 0));
   }
+  if (list_.labelEditWishes() != editsSeen_) {
+    editsSeen_ = list_.labelEditWishes();
+    edit(currentIndex().siblingAtColumn(0));
+  }
+  if (!list_.emptyText->empty()) hint_ = shown(list_.emptyText);
   showHeader();
   setEnabled(list_.enabled);
   setVisible(list_.visible);

@@ -48,6 +48,7 @@ class ListTree : public QTreeView {
   bool refreshing_ = false;
   bool pressChangedRow_ = false;
   unsigned wishesSeen_ = 0;
+  unsigned editsSeen_ = 0;
   int fittedWidth_ = 0;  // of the viewport when the columns were last fitted; 0 is never
 
   class RowDelegate;
