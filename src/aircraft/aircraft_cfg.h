@@ -7,6 +7,9 @@
 // Each section "fltsim." + number is a variation; the first number without a title ends them. The
 // program changes thirteen keys of them and nothing else, and keeps the file as it was before its
 // first change as "Aircraft.preSKV.cfg".
+//
+// The boxes remember in App::infoSource what they were filled from. They are saved there or
+// nowhere, and edits in them never go without a question.
 #pragma once
 
 #include "core/app.h"
@@ -22,9 +25,18 @@ std::string partFolder(const std::string& part, const std::string& value);
 std::string selectedAircraftFolder(App& app);
 
 void FillACVersions(App& app, ProfileReader& reader);
+// Boxes that cannot be filled are empty and take no input; infoSource says why.
 void FillInfoTab(App& app, ProfileReader& reader);
+// Edits in the boxes go without a question: see mayLeaveInfo.
 void ClearInfoTab(App& app);
 
+// Asks about edits in the boxes that are not saved, and saves them where the user wants it. False
+// when they have to stay: the user cancelled, or they could not be saved. Call before rows are
+// loaded anew, the view changes or the program ends.
+bool mayLeaveInfo(App& app);
+
+// Show the selected row, unless edits have to stay: then the row that they belong to is selected
+// again. A click on that row itself leaves them alone.
 void lstAircraft_Click(App& app);
 void lstAircraft_ItemClick(App& app);
 void lstACVersions_Click(App& app);

@@ -3,8 +3,11 @@
 #include <algorithm>
 
 #include "aircraft/aircraft_cfg.h"
+#include "aircraft/empty_lists.h"
 #include "aircraft/list_files.h"
+#include "base/paths.h"
 #include "core/disk_queries.h"
+#include "core/folder_guard.h"
 #include "core/stores.h"
 #include "core/view.h"
 
@@ -12,45 +15,89 @@ namespace skv {
 
 namespace {
 
-// The Hangar with its two own folders, which the installer fills but does not make.
+// The Hangar with its two own folders, which the installer fills but does not make. None is made in
+// the place of one that a disk which is away would show.
 void makeHangar(App& app) {
-  if (app.HangarDir.empty()) return;
-  if (!PathExists(app.files(), app.HangarDir)) MakePath(app.files(), app.HangarDir);
+  FileSystem& files = app.files();
+  if (!folderExists(files, app.HangarDir)) {
+    const bool simulatorsDisk = isOrHolds(app.FSRoot, app.HangarDir);
+    if (!diskIsThere(files, app.HangarDir) || (simulatorsDisk && !folderExists(files, app.FSRoot)))
+      return;
+    MakePath(files, app.HangarDir);
+  }
   for (const std::string& folder : {aircraftRootOf(app.HangarDir), mainRootOf(app.HangarDir)})
-    app.files().makeFolder(folder).skipped();
+    files.makeFolder(folder).skipped();
 }
 
-int& rememberedRow(App& app, View view) {
-  return view == View::hangar ? app.HangarSelIndex : app.FSSelIndex;
+struct Remembered {
+  int& row;
+  std::string& folder;
+};
+
+Remembered rememberedIn(App& app, View view) {
+  if (view == View::hangar) return {app.HangarSelIndex, app.HangarSelFolder};
+  return {app.FSSelIndex, app.FSSelFolder};
 }
 
-void showAircraftView(App& app, View view) {
-  auto& form = app.frmMain;
-  if (form.lstAircraft.count() > 0)
-    rememberedRow(app, app.aircraftView) = form.lstAircraft.selected();
-  showView(app, view);
-  app.windows.yield();
-
-  app.ListDir = view == View::hangar ? app.HangarDir : app.FSRoot;
+void loadLists(App& app, View view) {
+  const bool hangar = view == View::hangar;
+  app.listedView = view;
+  app.ListDir = hangar ? app.HangarDir : app.FSRoot;
   app.ACRoot = aircraftRootOf(app.ListDir);
-  if (view == View::hangar) makeHangar(app);
-  form.imgAircraft.picture = "";
-  form.imgPanel.picture = "";
-
+  if (hangar) makeHangar(app);
+  ClearInfoTab(app);
   LoadACList(app);
   LoadPNList(app);
   LoadSNList(app);
-  if (const int remembered = std::min(rememberedRow(app, view), form.lstAircraft.count());
-      remembered > 0) {
-    form.lstAircraft.select(remembered);
-    form.lstAircraft.ensureVisible(remembered);
-  }
-  lstAircraft_Click(app);
+  fillEmptyTexts(app);
+  const auto [row, folder] = rememberedIn(app, view);
+  selectAircraft(app, folder, row);
+}
+
+void showAircraftView(App& app, View view) {
+  // Until the yield is over, all on screen is the view that is being left; afterwards nothing
+  // comes between the frames, the captions and the rows of the new one.
+  const unsigned switches = app.viewSwitches;
+  app.windows.yield();
+  if (app.viewSwitches != switches || !mayLeaveInfo(app) || app.viewSwitches != switches) return;
+  rememberAircraft(app);
+  showView(app, view);
+  app.frmMain.imgAircraft.picture = "";
+  app.frmMain.imgPanel.picture = "";
+  loadLists(app, view);
 }
 
 }  // namespace
 
 void mnuViewFSAircraft_Click(App& app) { showAircraftView(app, View::fsAircraft); }
 void mnuViewHangar_Click(App& app) { showAircraftView(app, View::hangar); }
+
+bool reloadAircraftList(App& app) {
+  if (app.starting) return true;  // the first view is still to come
+  if (!mayLeaveInfo(app)) return false;
+  rememberAircraft(app);
+  loadLists(app, app.aircraftView);
+  return true;
+}
+
+void selectAircraft(App& app, const std::string& folder, int fallbackRow) {
+  auto& list = app.frmMain.lstAircraft;
+  int row = std::clamp(fallbackRow, 0, list.count());
+  // Of several rows of one folder, the one that it was.
+  const bool same = row != 0 && equalsIgnoringCase(list.subItem(row, 1), folder);
+  if (const int found = same ? 0 : list.findSubItem1(folder); found != 0 && !folder.empty())
+    row = found;
+  if (row != 0) list.select(row);
+  list.ensureVisible(list.selected());
+  lstAircraft_Click(app);
+}
+
+void rememberAircraft(App& app) {
+  const auto& list = app.frmMain.lstAircraft;
+  if (list.count() == 0) return;
+  const auto [row, folder] = rememberedIn(app, app.listedView);
+  row = list.selected();
+  folder = selectedAircraftFolder(app);
+}
 
 }  // namespace skv

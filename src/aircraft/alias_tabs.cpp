@@ -1,6 +1,7 @@
 #include "aircraft/alias_tabs.h"
 
 #include "aircraft/aircraft_cfg.h"
+#include "aircraft/original_cfg.h"
 #include "base/paths.h"
 #include "core/disk_queries.h"
 
@@ -9,7 +10,6 @@ namespace skv {
 namespace {
 
 constexpr ui::Colour aliasColour = 65280;
-constexpr ui::Colour originalColour = 255;
 
 // What tells the panel side from the sound side.
 struct AddonKind {
@@ -37,14 +37,18 @@ constexpr AddonKind sound{"sound",
                           &ui::FrmMain::lblSNStatus,
                           &ui::FrmMain::btnSNRestoreOriginal};
 
-std::string readAlias(ProfileReader& reader, const std::string& folder, const AddonKind& kind) {
-  return reader.read(folder + kind.file, "fltsim", "alias");
-}
-
-void showStatus(App& app, const AddonKind& kind, const std::string& alias) {
+// Shows the alias of the configuration file in `folder`, and answers it.
+std::string showStatus(App& app, ProfileReader& reader, const std::string& folder,
+                       const AddonKind& kind) {
   auto& label = app.frmMain.*kind.status;
-  label.caption = alias.empty() ? "Original" : "Alias: " + alias;
-  label.colour = alias.empty() ? originalColour : aliasColour;
+  const std::string alias = reader.read(folder + kind.file, "fltsim", "alias");
+  const Outcome& read = reader.outcome(folder + kind.file);
+  if (!read.ok() && presenceBy(read) == Presence::unknown)
+    label.caption = std::string(kind.file) + " could not be read: " + read.description();
+  else
+    label.caption = alias.empty() ? "Original" : "Alias: " + alias;
+  label.colour = alias.empty() ? ui::defaultColour : aliasColour;
+  return alias;
 }
 
 // The folder whose configuration file is in force for the selected variation.
@@ -63,13 +67,12 @@ std::string fillTab(App& app, ProfileReader& reader, const AddonKind& kind) {
     return {};
   }
   const std::string inForce = folderInForce(app, folder, kind);
-  const std::string alias = readAlias(reader, inForce, kind);
+  const std::string alias = showStatus(app, reader, inForce, kind);
   std::string used = withBackslash(alias.empty() ? inForce : app.ACRoot + alias);
 
   auto& list = app.frmMain.*kind.list;
   list.select(list.findSubItem1(used));
   if (list.selected() != 0) list.ensureVisible(list.selected());
-  showStatus(app, kind, alias);
   restore.enabled = PathExists(app.files(), inForce + kind.backup);
   return used;
 }
@@ -80,7 +83,7 @@ void showLibraryRow(App& app, const AddonKind& kind) {
   std::string folder = list.subItem(list.selected(), 1);
   if (!PathExists(app.files(), folder + kind.file)) folder += partFolder(kind.part, "");
   ProfileReader reader(app.files(), app.codePage);
-  showStatus(app, kind, readAlias(reader, folder, kind));
+  showStatus(app, reader, folder, kind);
 }
 
 }  // namespace
@@ -89,7 +92,7 @@ void FillPanelTab(App& app, ProfileReader& reader) {
   app.PanelPicDir = fillTab(app, reader, panel);
   const std::string folder = selectedAircraftFolder(app);
   app.frmMain.btnACRestoreOriginal.enabled =
-      !folder.empty() && PathExists(app.files(), folder + "Aircraft.preSKV.cfg");
+      !folder.empty() && PathExists(app.files(), folder + originalAircraftCfg);
 }
 
 void FillSoundTab(App& app, ProfileReader& reader) { fillTab(app, reader, sound); }

@@ -3,6 +3,7 @@
 #include "aircraft/place_mask.h"
 #include "base/paths.h"
 #include "core/disk_queries.h"
+#include "core/messages.h"
 #include "core/stores.h"
 
 namespace skv {
@@ -17,48 +18,124 @@ std::string storable(std::string text) {
   return text;
 }
 
+struct Library {
+  ui::ListView ui::FrmMain::*list;
+  ListSource App::*source;
+  const char* file;
+};
+
+constexpr Library aircraftLibrary{&ui::FrmMain::lstAircraft, &App::aircraftSource,
+                                  aircraftListFile};
+constexpr Library panelLibrary{&ui::FrmMain::lstPanel, &App::panelSource, panelListFile};
+constexpr Library soundLibrary{&ui::FrmMain::lstSound, &App::soundSource, soundListFile};
+
 void tellListFailure(App& app, const std::string& what, const std::string& file,
                      const Outcome& failure) {
-  app.windows.messageBox(
-      {"The list \"" + file + "\" could not be " + what + ".\r\n" + failure.description(),
-       ui::BoxIcon::exclamation});
+  tellFailure(app, "The list \"" + file + "\" could not be " + what + ".", failure);
 }
 
-// The rows of a list file. What exists and cannot be read is told, and counts as empty.
-std::vector<LibraryRow> readRows(App& app, const std::string& file) {
-  if (!PathExists(app.files(), file)) return {};
-  const auto bytes = app.files().readFile(file);
-  if (bytes.ok()) return parseLibraryRows(bytes.value(), app.codePage);
-  tellListFailure(app, "read", file, bytes.outcome());
+// The content of a list file, "" for one that is clearly not there. In a folder that is not there
+// itself, nothing is clear: its disk may be away.
+Result<std::string> readListFile(const FileSystem& files, const std::string& file) {
+  auto bytes = files.readFile(file);
+  if (bytes.ok()) return bytes;
+  const auto found = files.attributes(file);
+  if (found.ok()) return bytes.outcome();
+  if (presenceBy(found.outcome()) == Presence::unknown) return found.outcome();
+  const auto folder = files.attributes(file.substr(0, file.rfind('\\') + 1));
+  return folder.ok() ? Result<std::string>(std::string()) : folder.outcome();
+}
+
+// Why the rows must not be written over the file, success when they may be.
+Outcome mayBeWritten(App& app, const ListSource& source, const std::string& file) {
+  const auto refused = [](const char* why) {
+    return Outcome::withText(err::pathFileAccess,
+                             std::string(why) + " View, Refresh (F5) loads it anew.");
+  };
+  if (!source.file.empty() && !equalsIgnoringCase(source.file, file))
+    return refused("The list on screen is that of another folder.");
+  if (!source.file.empty() && !source.bytes) return refused("It could not be read before.");
+  const auto now = readListFile(app.files(), file);
+  if (!now.ok()) return now.outcome();
+  if (now.value() != source.bytes.value_or("")) return refused("It has changed since.");
   return {};
 }
 
-void saveRows(App& app, const ui::ListView& list, const char* name) {
-  const std::string file = app.ListDir + name;
+// What of a row the file does not hold is told, and a name is shown from now on as it is stored. A
+// row whose folder cannot be stored would lead nowhere: it stays on screen, and out of the file.
+std::string storedRows(App& app, ui::ListView& list, std::string& leftOut) {
   std::string bytes;
-  for (int row = 1; row <= list.count(); ++row)
-    bytes += libraryLine({list.text(row), list.subItem(row, 1)}, app.codePage);
-  // A file that could not be read shows as an empty list; writing that list would lose the rows in
-  // it.
-  Outcome saved;
-  if (PathExists(app.files(), file)) saved = app.files().readFile(file).outcome();
-  if (saved.ok()) saved = app.files().replaceFile(file, bytes);
+  for (int row = 1; row <= list.count(); ++row) {
+    const LibraryRow stored{list.text(row), list.subItem(row, 1)};
+    if (const std::string lacking = app.codePage.lacking(stored.Folder); !lacking.empty()) {
+      leftOut += (leftOut.empty() ? "" : "\r\n") + notStorable(stored.Folder, lacking);
+      continue;
+    }
+    bytes += libraryLine(stored, app.codePage);
+    if (const std::string name = app.codePage.decode(app.codePage.encode(storable(stored.Name)));
+        name != stored.Name)
+      list.setText(row, name);
+  }
+  return bytes;
+}
+
+bool save(App& app, const Library& library) {
+  auto& source = app.*library.source;
+  const std::string file = app.ListDir + library.file;
+  Outcome saved = mayBeWritten(app, source, file);
+  std::string leftOut;
+  if (saved.ok()) {
+    std::string bytes = storedRows(app, app.frmMain.*library.list, leftOut);
+    saved = app.files().replaceFile(file, bytes);
+    if (saved.ok()) source = {file, std::move(bytes)};
+  }
   if (!saved.ok()) tellListFailure(app, "saved", file, saved);
+  if (saved.ok() && !leftOut.empty())
+    tellListFailure(app, "saved whole", file, Outcome::withText(err::pathFileAccess, leftOut));
+  return saved.ok();
 }
 
-void loadRows(App& app, ui::ListView& list, const char* name) {
-  list.clear();
-  for (LibraryRow& row : readRows(app, app.ListDir + name))
-    list.add(std::move(row.Name), {std::move(row.Folder)});
+// The rows of the library's file, of which the list is empty by now. What cannot be read is told,
+// but for a folder that is not there.
+std::vector<LibraryRow> load(App& app, const Library& library) {
+  const std::string file = app.ListDir + library.file;
+  (app.frmMain.*library.list).clear();
+  app.*library.source = {file, std::nullopt};
+  if (app.ListDir.empty()) return {};
+  auto bytes = readListFile(app.files(), file);
+  if (!bytes.ok()) {
+    if (presenceOf(app.files(), app.ListDir) != Presence::absent)
+      tellListFailure(app, "read", file, bytes.outcome());
+    return {};
+  }
+  auto rows = parseLibraryRows(bytes.value(), app.codePage);
+  (app.*library.source).bytes = std::move(bytes).value();
+  return rows;
 }
 
-void rename(App& app, ui::ListView& list, bool& cancel, const std::string& newString,
-            void (*save)(App&)) {
+void loadPlain(App& app, const Library& library) {
+  for (LibraryRow& row : load(app, library))
+    (app.frmMain.*library.list).add(std::move(row.Name), {std::move(row.Folder)});
+}
+
+// A name that cannot be stored as it was typed is refused. One that could not be saved goes back,
+// so that the user can enter it again.
+void rename(App& app, const Library& library, bool& cancel, const std::string& newString) {
+  auto& list = app.frmMain.*library.list;
   const int row = list.selected();
-  if (row == 0 || list.text(row) == newString) return;
+  const std::string name = storable(composed(newString));
+  if (row == 0 || list.text(row) == name) return;
+  if (const std::string lacking = app.codePage.lacking(name); !lacking.empty()) {
+    app.windows.messageBox({notStorable(name, lacking), ui::BoxIcon::exclamation});
+    return;
+  }
   cancel = false;
-  list.setText(row, storable(newString));
-  save(app);
+  const std::string old = list.text(row);
+  const ui::ListView::RowId id = list.id(row);
+  list.setText(row, name);
+  if (save(app, library)) return;
+  cancel = true;
+  if (const int now = list.rowOf(id); now != 0) list.setText(now, old);
 }
 
 }  // namespace
@@ -84,9 +161,8 @@ std::string libraryLine(const LibraryRow& row, const CodePage& codePage) {
 
 void LoadACList(App& app) {
   auto& list = app.frmMain.lstAircraft;
-  list.clear();
   list.clearSort();  // the order of the lines is the order of the rows
-  const auto rows = readRows(app, app.ListDir + aircraftListFile);
+  const auto rows = load(app, aircraftLibrary);
   if (rows.empty()) return;
   const PlaceIndex places(app);
   for (const LibraryRow& row : rows) {
@@ -95,34 +171,33 @@ void LoadACList(App& app) {
   }
 }
 
-void LoadPNList(App& app) { loadRows(app, app.frmMain.lstPanel, panelListFile); }
-void LoadSNList(App& app) { loadRows(app, app.frmMain.lstSound, soundListFile); }
+void LoadPNList(App& app) { loadPlain(app, panelLibrary); }
+void LoadSNList(App& app) { loadPlain(app, soundLibrary); }
 
-void SaveACList(App& app) { saveRows(app, app.frmMain.lstAircraft, aircraftListFile); }
-void SavePNList(App& app) { saveRows(app, app.frmMain.lstPanel, panelListFile); }
-void SaveSNList(App& app) { saveRows(app, app.frmMain.lstSound, soundListFile); }
+bool SaveACList(App& app) { return save(app, aircraftLibrary); }
+bool SavePNList(App& app) { return save(app, panelLibrary); }
+bool SaveSNList(App& app) { return save(app, soundLibrary); }
 
 Outcome appendLibraryRow(App& app, const std::string& file, const LibraryRow& row) {
-  std::string bytes;
-  if (PathExists(app.files(), file)) {
-    auto old = app.files().readFile(file);
-    if (!old.ok()) return old.outcome();
-    bytes = std::move(old).value();
-    if (!bytes.empty() && !bytes.ends_with('\n')) bytes += "\r\n";
-  }
+  if (const std::string lacking = app.codePage.lacking(row.Folder); !lacking.empty())
+    return Outcome::withText(err::badFileName, notStorable(row.Folder, lacking));
+  auto old = readListFile(app.files(), file);
+  if (!old.ok()) return old.outcome();
+  std::string bytes = std::move(old).value();
+  if (!bytes.empty() && !bytes.ends_with('\n')) bytes += "\r\n";
   return app.files().replaceFile(file, bytes + libraryLine(row, app.codePage));
 }
 
 void lstAircraft_AfterLabelEdit(App& app, bool& cancel, const std::string& newString) {
-  rename(app, app.frmMain.lstAircraft, cancel, newString, SaveACList);
+  rename(app, aircraftLibrary, cancel, newString);
 }
 
 void lstPanel_AfterLabelEdit(App& app, bool& cancel, const std::string& newString) {
-  rename(app, app.frmMain.lstPanel, cancel, newString, SavePNList);
+  rename(app, panelLibrary, cancel, newString);
 }
 
 void lstSound_AfterLabelEdit(App& app, bool& cancel, const std::string& newString) {
-  rename(app, app.frmMain.lstSound, cancel, newString, SaveSNList);
+  rename(app, soundLibrary, cancel, newString);
 }
 
 void lstAircraft_ColumnClick(App& app, int column) {

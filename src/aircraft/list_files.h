@@ -25,18 +25,20 @@ std::vector<LibraryRow> parseLibraryRows(const std::string& bytes, const CodePag
 std::string libraryLine(const LibraryRow& row, const CodePage& codePage);
 
 // Replace the rows of the list by those of its file in ListDir. A missing file is an empty list;
-// one that exists and cannot be read is told in a box.
+// one that cannot be read is told in a box. Who shows them afterwards is reloadAircraftList.
 void LoadACList(App& app);
 void LoadPNList(App& app);
 void LoadSNList(App& app);
 
-// Rewrite the file in ListDir from the rows, in the order in which they stand. A list that cannot
-// be saved is told in a box, and its rows and the old file stay.
-void SaveACList(App& app);
-void SavePNList(App& app);
-void SaveSNList(App& app);
+// Rewrite the file in ListDir from the rows, in the order in which they stand. False when it could
+// not be saved, which is told in a box; the rows and the old file stay. Only the content that the
+// list was loaded from, or saved as, is written over.
+bool SaveACList(App& app);
+bool SavePNList(App& app);
+bool SaveSNList(App& app);
 
-// Adds one line to a list file, which is made when it is missing.
+// Adds one line to a list file, which is made when it is clearly missing. Fails for a folder that
+// the code page cannot store.
 Outcome appendLibraryRow(App& app, const std::string& file, const LibraryRow& row);
 
 void lstAircraft_AfterLabelEdit(App& app, bool& cancel, const std::string& newString);

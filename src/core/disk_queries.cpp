@@ -45,6 +45,20 @@ double GetDiskFree(const FileSystem& files, std::string_view path) {
   return 0;
 }
 
+bool diskIsThere(const FileSystem& files, std::string_view path) {
+  for (std::string folder = withoutBackslash(path); !folder.empty();) {
+    const Presence presence = presenceOf(files, withBackslash(folder));
+    if (presence == Presence::unknown) return false;
+    if (presence == Presence::there) {
+      const auto listing = files.list(withBackslash(folder), FileSystem::Entries::all);
+      return listing.ok() && !listing.value().empty();
+    }
+    const std::size_t end = folder.rfind('\\');
+    folder.resize(end == std::string::npos ? 0 : end);
+  }
+  return false;
+}
+
 void MakePath(FileSystem& files, std::string_view path) {
   std::string prefix;
   for (const std::string& element : split(path, '\\')) {

@@ -28,6 +28,10 @@ bool folderExists(const FileSystem& files, std::string_view path);
 // since a drive like Z: spans several disks. 0 when it cannot be told.
 double GetDiskFree(const FileSystem& files, std::string_view path);
 
+// Whether a folder that is missing may be made without being asked for: not where a disk that is
+// away would show it. Its mount point is then an empty folder, or gone with the drive.
+bool diskIsThere(const FileSystem& files, std::string_view path);
+
 // Makes every folder of the path that is missing. Failures are passed over: whoever needs to know
 // tests with PathExists.
 void MakePath(FileSystem& files, std::string_view path);

@@ -50,6 +50,10 @@ void tellFailure(App& app, const std::string& what, const Outcome& failure) {
   app.windows.messageBox({what + "\r\n" + failure.description(), ui::BoxIcon::exclamation});
 }
 
+std::string notStorable(const std::string& text, const std::string& lacking) {
+  return "\"" + text + "\" cannot be stored. The simulator\'s files have no \"" + lacking + "\".";
+}
+
 void ShellOpen(App& app, const std::string& target) {
   constexpr int lastFailure = 32;
   const int result = app.platform.shell.open(target);

@@ -17,6 +17,9 @@ bool ReportError(App& app, const Outcome& outcome);
 // What could not be done, and on the line below it why.
 void tellFailure(App& app, const std::string& what, const Outcome& failure);
 
+// Why a text cannot be stored, with the characters at fault: what CodePage::lacking answers of it.
+std::string notStorable(const std::string& text, const std::string& lacking);
+
 // Opens a document or an address with the desktop's program for it; a failure is told in a box.
 void ShellOpen(App& app, const std::string& target);
 

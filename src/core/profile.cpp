@@ -253,12 +253,16 @@ std::string Profile::bytes() const {
 ProfileReader::ProfileReader(const FileSystem& files, const CodePage& codePage)
     : files_(files), codePage_(codePage) {}
 
+ProfileReader::Opened& ProfileReader::opened(const std::string& file) {
+  if (const auto found = profiles_.find(file); found != profiles_.end()) return found->second;
+  const auto bytes = files_.readFile(file);
+  return profiles_.emplace(file, Opened{Profile(bytes.valueOr({}), codePage_), bytes.outcome()})
+      .first->second;
+}
+
 std::string ProfileReader::read(const std::string& file, std::string_view section,
                                 std::string_view key) {
-  auto found = profiles_.find(file);
-  if (found == profiles_.end())
-    found = profiles_.emplace(file, Profile(files_.readFile(file).valueOr({}), codePage_)).first;
-  return found->second.read(section, key);
+  return opened(file).profile.read(section, key);
 }
 
 std::string ReadProfile(const FileSystem& files, const CodePage& codePage, const std::string& file,

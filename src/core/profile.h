@@ -57,11 +57,19 @@ class ProfileReader {
   ProfileReader(const FileSystem& files, const CodePage& codePage);
   // As ReadProfile below.
   std::string read(const std::string& file, std::string_view section, std::string_view key);
+  // Whether the file could be read: if not, every answer of it is "" without saying anything.
+  const Outcome& outcome(const std::string& file) { return opened(file).read; }
 
  private:
+  struct Opened {
+    Profile profile;
+    Outcome read;
+  };
+  Opened& opened(const std::string& file);
+
   const FileSystem& files_;
   const CodePage& codePage_;
-  std::map<std::string, Profile, std::less<>> profiles_;
+  std::map<std::string, Opened, std::less<>> profiles_;
 };
 
 // One value, "" when it is absent; with an empty `key` every key name of the section, each followed

@@ -7,7 +7,6 @@
 #include "aircraft/hangar_transfer.h"
 #include "aircraft/list_files.h"
 #include "packaging/aircraft_installer.h"
-#include "scenery/scenery_view.h"
 #include "ui/dialogs/dir_select.h"
 #include "ui/settings.h"
 #include "ui/views.h"
@@ -22,7 +21,8 @@ void connectMenus(App& app) {
   form.mnuFileSettings.click = [&app] { mnuFileSettings_Click(app); };
   form.mnuViewFSAircraft.click = [&app] { mnuViewFSAircraft_Click(app); };
   form.mnuViewHangar.click = [&app] { mnuViewHangar_Click(app); };
-  form.mnuViewFSScenery.click = [&app] { mnuViewFSScenery_Click(app); };
+  form.mnuViewFSScenery.click = [&app] { leaveForScenery(app); };
+  form.mnuViewRefresh.click = [&app] { mnuViewRefresh_Click(app); };
   form.mnuViewACCfgAC.click = [&app] { mnuViewACCfgAC_Click(app); };
   form.mnuViewACCfgPN.click = [&app] { mnuViewACCfgPN_Click(app); };
   form.mnuViewACCfgSN.click = [&app] { mnuViewACCfgSN_Click(app); };

@@ -1,6 +1,6 @@
 #include "ui/settings.h"
 
-#include "aircraft/list_files.h"
+#include "aircraft/aircraft_views.h"
 #include "base/paths.h"
 #include "core/disk_queries.h"
 #include "core/long_operation.h"
@@ -84,7 +84,7 @@ void movePackages(App& app) {
   app.error.clear();
   form.OldPacksDir.clear();
   app.frmMain.lblStatus.caption = "";
-  LoadACList(app);
+  reloadAircraftList(app);
 }
 
 }  // namespace

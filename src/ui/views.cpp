@@ -4,6 +4,7 @@
 #include <cmath>
 #include <span>
 
+#include "aircraft/aircraft_cfg.h"
 #include "aircraft/aircraft_views.h"
 #include "scenery/scenery_view.h"
 
@@ -21,11 +22,22 @@ void showFrameOf(int index, std::span<ui::Frame* const> frames) {
 
 }  // namespace
 
+void mnuViewRefresh_Click(App& app) {
+  if (app.frmMain.mnuViewFSScenery.checked)
+    mnuViewFSScenery_Click(app);
+  else
+    reloadAircraftList(app);
+}
+
+void leaveForScenery(App& app) {
+  if (mayLeaveInfo(app)) mnuViewFSScenery_Click(app);
+}
+
 void frameAircraft_DblClick(App& app) {
   if (app.frmMain.mnuViewFSAircraft.checked)
     mnuViewHangar_Click(app);
   else if (app.frmMain.mnuViewHangar.checked)
-    mnuViewFSScenery_Click(app);
+    leaveForScenery(app);
 }
 
 void frameScenery_DblClick(App& app) {

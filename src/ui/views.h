@@ -5,6 +5,11 @@
 
 namespace skv {
 
+// Reloads the current view.
+void mnuViewRefresh_Click(App& app);
+// The Scenery Manager, unless edits in the Info tab have to stay.
+void leaveForScenery(App& app);
+
 // The frames walk through the views: simulator, Hangar, scenery.
 void frameAircraft_DblClick(App& app);
 void frameScenery_DblClick(App& app);

@@ -89,49 +89,285 @@ TEST_F(AircraftCfgTest, SavingKeepsTheOriginalOnceAndEveryOtherByte) {
   EXPECT_EQ(windows.boxTexts().back(), "Aircraft reset to original version!");
 }
 
-TEST_F(AircraftCfgTest, NoSaveWithoutABackupAndAlwaysOneOfTheTwoFiles) {
-  lstAircraft_Click(app);
-  form.txtACTitle.text = "Changed";
-  files.failWhen("copyFile", path("Aircraft.cfg"), err::diskFull);
-  btnSaveACInfo_Click(app);
-  EXPECT_EQ(drive.read(path("Aircraft.cfg")), cfg);
-  EXPECT_EQ(windows.boxes.size(), 1U);
-  EXPECT_EQ(form.txtACTitle.text, "Changed") << "what was typed is kept";
-
-  files.heal();
-  ASSERT_TRUE(disk.setAttributes(path("Aircraft.cfg"), {.readOnly = true}).ok());
-  btnSaveACInfo_Click(app);
-  EXPECT_EQ(drive.read(path("Aircraft.cfg")), cfg);
-  EXPECT_EQ(windows.boxes.size(), 2U);
-
-  windows.answers = {ui::Answer::yes};
-  btnACRestoreOriginal_Click(app);
-  EXPECT_TRUE(drive.exists(path("Aircraft.cfg")));
-  EXPECT_EQ(windows.boxes.size(), 4U) << "the question and the failure";
-}
-
-TEST_F(AircraftCfgTest, SaveKilledAnywhereLeavesTheOldFileOrTheNew) {
-  for (int call = 1;; ++call) {
+// What stops a save is told; the file, its missing backup and what was typed stay, and the next try
+// saves.
+TEST_F(AircraftCfgTest, ASaveThatCannotBeSafeChangesNothingAndCanBeRepeated) {
+  const struct {
+    const char *operation, *file;
+    int error;
+    const char* told;
+  } faults[] = {
+      {"attributes", "Aircraft.preSKV.cfg", err::deviceIo, "Device I/O error"},
+      {"attributes", "Aircraft.preSKV.cfg", err::permissionDenied, "Permission denied"},
+      {"copyFileDurably", "Aircraft.cfg", err::diskFull, "original cannot be kept"},
+      {"readFile", "aircraft.cfg", err::deviceIo, "Device I/O error"},
+      {"replaceFile", "Aircraft.cfg", err::diskFull, "Disk full"},
+  };
+  for (const auto& [operation, file, error, told] : faults) {
+    SCOPED_TRACE(std::string(operation) + " " + std::to_string(error));
     drive.write(path("Aircraft.cfg"), cfg);
     drive.remove(path("Aircraft.preSKV.cfg"));
     lstAircraft_Click(app);
-    form.txtACTitle.text = "New";
-    files.killAt(call);
-    bool killed = false;
-    try {
-      btnSaveACInfo_Click(app);
-    } catch (const test::Killed&) {
-      killed = true;
-    }
+    form.txtACTitle.text = "Changed";
+    files.failWhen(operation, path(file), error);
+    windows.boxes.clear();
+    btnSaveACInfo_Click(app);
+    ASSERT_TRUE(files.heal());
+    ASSERT_EQ(windows.boxes.size(), 1U);
+    EXPECT_NE(windows.boxes[0].text.find(told), std::string::npos) << windows.boxes[0].text;
+    EXPECT_EQ(drive.read(path("Aircraft.cfg")), cfg);
+    EXPECT_FALSE(drive.exists(path("Aircraft.preSKV.cfg"))) << "a backup of nothing";
+    EXPECT_FALSE(form.btnACRestoreOriginal.enabled);
+    EXPECT_EQ(form.txtACTitle.text, "Changed");
+    btnSaveACInfo_Click(app);
+    EXPECT_NE(drive.read(path("Aircraft.cfg")).find("title=Changed"), std::string::npos);
+    EXPECT_EQ(drive.read(path("Aircraft.preSKV.cfg")), cfg);
+  }
+}
+
+TEST_F(AircraftCfgTest, ABackupThatOneLookMissesIsNotOverwritten) {
+  drive.write(path("Aircraft.preSKV.cfg"), "the original");
+  lstAircraft_Click(app);
+  form.txtACTitle.text = "Changed";
+  files.failWhen("attributes", path("Aircraft.preSKV.cfg"), err::deviceIo);
+  btnSaveACInfo_Click(app);
+  files.heal();
+  btnSaveACInfo_Click(app);
+  EXPECT_EQ(drive.read(path("Aircraft.preSKV.cfg")), "the original");
+}
+
+// Boxes are saved where they were filled from, or nowhere.
+TEST_F(AircraftCfgTest, BoxesThatShowNothingOrSomethingElseAreNotSaved) {
+  const std::string other = "C:\\FS\\aircraft\\other\\";
+  drive.write(other + "aircraft.cfg", cfg);
+  form.lstAircraft.add("Other", {other});
+  const struct {
+    const char* what;
+    std::function<void()> spoil;
+  } cases[] = {
+      {"unread",
+       [&] {
+         files.failWhen("readFile", path("aircraft.cfg"), err::deviceIo);
+         lstAircraft_Click(app);
+       }},
+      {"the variation unread",
+       [&] {
+         lstAircraft_Click(app);
+         files.failWhen("readFile", path("aircraft.cfg"), err::deviceIo);
+         selectVariation(2);
+         EXPECT_NE(form.lblStatus.notice->find("could not be read"), std::string::npos);
+       }},
+      {"the variation gone",
+       [&] {
+         lstAircraft_Click(app);
+         drive.write(path("Aircraft.cfg"), "[fltsim.0]\r\ntitle=First\r\n");
+         selectVariation(2);
+       }},
+      {"changed by another program",
+       [&] {
+         lstAircraft_Click(app);
+         form.txtACTitle.text = "Mine";
+         drive.write(path("Aircraft.cfg"), "[fltsim.0]\r\ntitle=First\r\nsim=theirs\r\n");
+       }},
+      {"another row",
+       [&] {
+         lstAircraft_Click(app);
+         form.lstAircraft.select(2);
+       }},
+      {"another variation",
+       [&] {
+         lstAircraft_Click(app);
+         form.lstACVersions.select(2);
+       }},
+      {"a character that the file cannot hold",
+       [&] {
+         lstAircraft_Click(app);
+         form.txtACTitle.text = "\u0141\u00f3d\u017a";
+       }},
+  };
+  for (const auto& [what, spoil] : cases) {
+    SCOPED_TRACE(what);
+    drive.write(path("Aircraft.cfg"), cfg);
+    form.lstAircraft.select(1);
+    windows.boxes.clear();
+    windows.answers = {ui::Answer::no};  // what the last case typed may go
+    ClearInfoTab(app);
+    spoil();
     files.heal();
-    const std::string now = drive.read(path("Aircraft.cfg"));
-    if (now != cfg) {
-      EXPECT_NE(now.find("title=New"), std::string::npos) << call;
-      EXPECT_EQ(drive.read(path("Aircraft.preSKV.cfg")), cfg) << call;
+    const std::string before = drive.read(path("Aircraft.cfg"));
+    btnSaveACInfo_Click(app);
+    ASSERT_EQ(windows.boxes.size(), 1U);
+    EXPECT_TRUE(windows.boxes[0].text.starts_with("The aircraft could not be saved.\r\n"));
+    EXPECT_GT(windows.boxes[0].text.size(), 50U) << "no reason in " << windows.boxes[0].text;
+    EXPECT_EQ(drive.read(path("Aircraft.cfg")), before);
+    EXPECT_FALSE(drive.exists(path("Aircraft.preSKV.cfg")));
+    EXPECT_EQ(drive.read(other + "aircraft.cfg"), cfg);
+  }
+  EXPECT_NE(windows.boxes[0].text.find("\"\u0141\u017a\""), std::string::npos)
+      << "names the characters";
+}
+
+TEST_F(AircraftCfgTest, WhatStandsWithoutARowOrABoxToFillTakesNoInput) {
+  lstAircraft_Click(app);
+  const std::vector<ui::Control*> filled = {&form.btnSaveACInfo, &form.txtACTitle,
+                                            &form.txtACDescription, &form.mnuViewACCfgPN};
+  const std::vector<ui::Control*> ofRow = {&form.btnHangar, &form.mnuViewACCfgAC, &form.mnuListOpen,
+                                           &form.mnuListHangar, &form.mnuListRename};
+  const auto expectEnabled = [&](bool whenFilled, bool withRow) {
+    for (const ui::Control* control : filled)
+      EXPECT_EQ(control->enabled, whenFilled) << control->name();
+    for (const ui::Control* control : ofRow)
+      EXPECT_EQ(control->enabled, withRow) << control->name();
+  };
+  expectEnabled(true, true);
+  drive.remove(path("Aircraft.cfg"));
+  lstAircraft_Click(app);
+  expectEnabled(false, true);
+  EXPECT_NE(form.lstACVersions.emptyText->find("is not there"), std::string::npos);
+  form.lstAircraft.clear();
+  lstAircraft_Click(app);
+  expectEnabled(false, false);
+}
+
+TEST_F(AircraftCfgTest, EditsDoNotGoWithoutAQuestion) {
+  const std::string other = "C:\\FS\\aircraft\\other\\";
+  drive.write(other + "aircraft.cfg", "[fltsim.0]\r\ntitle=Other\r\n");
+  form.lstAircraft.add("Other", {other});
+  const struct {
+    bool variation;  // a click on another variation, or on another aircraft
+    ui::Answer answer;
+    bool goes, saves;
+  } cases[] = {{false, ui::Answer::cancel, false, false}, {true, ui::Answer::cancel, false, false},
+               {false, ui::Answer::no, true, false},      {true, ui::Answer::no, true, false},
+               {false, ui::Answer::yes, true, true},      {true, ui::Answer::yes, true, true}};
+  for (const auto& [variation, answer, goes, saves] : cases) {
+    SCOPED_TRACE(std::to_string(static_cast<int>(answer)) + (variation ? " variation" : " row"));
+    drive.write(path("Aircraft.cfg"), cfg);
+    ClearInfoTab(app);
+    form.lstAircraft.select(1);
+    form.lstAircraft.click();
+    form.txtATCID.text = "N42";
+    form.lstAircraft.click();
+    EXPECT_EQ(form.txtATCID.text, "N42") << "a click on the row that they belong to";
+    windows.boxes.clear();
+    windows.answers = {answer};
+    if (variation) {
+      form.lstACVersions.select(2);
+      form.lstACVersions.click();
+    } else {
+      form.lstAircraft.select(2);
+      form.lstAircraft.itemClick();
     }
-    if (!killed) {
-      EXPECT_NE(now, cfg);
-      break;
+    EXPECT_EQ(windows.boxTexts(), std::vector<std::string>{"Save the changes of \"First\"?"});
+    EXPECT_EQ(form.lstAircraft.selected(), goes && !variation ? 2 : 1);
+    EXPECT_EQ(form.lstACVersions.selected(), goes && variation ? 2 : 1);
+    EXPECT_EQ(form.txtATCID.text, goes ? "" : "N42");
+    EXPECT_EQ(form.txtACTitle.text, !goes ? "First" : variation ? "Second" : "Other");
+    EXPECT_EQ(drive.read(path("Aircraft.cfg")).find("atc_id=N42") != std::string::npos, saves);
+    windows.boxes.clear();
+    EXPECT_EQ(mayLeaveInfo(app), goes) << "the answers have run out: Cancel";
+    EXPECT_EQ(windows.boxes.size(), goes ? 0U : 1U);
+  }
+  drive.write(path("Aircraft.cfg"), cfg);
+  ClearInfoTab(app);
+  form.lstAircraft.select(1);
+  form.lstAircraft.click();
+  form.txtATCID.text = "N42";
+  files.failWhen("replaceFile", path("Aircraft.cfg"), err::diskFull);
+  windows.answers = {ui::Answer::yes};
+  form.lstAircraft.select(2);
+  form.lstAircraft.itemClick();
+  EXPECT_EQ(form.lstAircraft.selected(), 1) << "what could not be saved stays";
+  EXPECT_EQ(form.txtATCID.text, "N42");
+}
+
+TEST_F(AircraftCfgTest, ReadOnlyIsNoObstacleAndStays) {
+  const auto isReadOnly = [this](const std::string& name) {
+    return disk.attributes(path(name)).value().readOnly;
+  };
+  for (const bool readOnly : {true, false}) {
+    ASSERT_TRUE(disk.setAttributes(path("Aircraft.cfg"), {.readOnly = readOnly}).ok());
+    lstAircraft_Click(app);
+    form.txtACTitle.text = "Changed";
+    btnSaveACInfo_Click(app);
+    EXPECT_NE(drive.read(path("Aircraft.cfg")).find("title=Changed"), std::string::npos);
+    EXPECT_EQ(isReadOnly("Aircraft.cfg"), readOnly);
+    // The user has changed both meanwhile.
+    ASSERT_TRUE(disk.setAttributes(path("Aircraft.cfg"), {.readOnly = !readOnly}).ok());
+    ASSERT_TRUE(disk.setAttributes(path("Aircraft.preSKV.cfg"), {.readOnly = readOnly}).ok());
+    windows.answers = {ui::Answer::yes};
+    btnACRestoreOriginal_Click(app);
+    EXPECT_EQ(windows.boxTexts().back(), "Aircraft reset to original version!");
+    EXPECT_EQ(drive.read(path("Aircraft.cfg")), cfg);
+    EXPECT_EQ(isReadOnly("Aircraft.cfg"), readOnly);
+    EXPECT_FALSE(drive.exists(path("Aircraft.preSKV.cfg")));
+  }
+  ASSERT_TRUE(disk.setAttributes(path("Aircraft.cfg"), {.readOnly = true}).ok());
+  lstAircraft_Click(app);
+  form.txtACTitle.text = "Changed";
+  files.failWhen("replaceFile", path("Aircraft.cfg"), err::diskFull);
+  btnSaveACInfo_Click(app);
+  EXPECT_TRUE(isReadOnly("Aircraft.cfg")) << "a failure puts it back";
+  EXPECT_FALSE(drive.exists(path("Aircraft.preSKV.cfg")));
+}
+
+TEST_F(AircraftCfgTest, WhatAPowerCutHasLeftIsNoOriginal) {
+  drive.write(path("Aircraft.preSKV.cfg"), "");
+  lstAircraft_Click(app);
+  windows.answers = {ui::Answer::yes};
+  btnACRestoreOriginal_Click(app);
+  EXPECT_EQ(drive.read(path("Aircraft.cfg")), cfg);
+  EXPECT_EQ(windows.boxTexts().back().find("The aircraft could not be reset."), 0U);
+}
+
+// One of the two files always stands whole: a save and a reset, each failed and killed at every
+// call that changes the disk, of read-only files.
+TEST_F(AircraftCfgTest, SavesAndResetsThatEndAnywhereLoseNeitherFile) {
+  const std::string changed = "[fltsim.0]\r\ntitle=Now\r\n";
+  for (const bool kills : {true, false}) {
+    for (const bool saves : {true, false}) {
+      bool struck = true;
+      for (int call = 1; struck && call < 20; ++call) {
+        SCOPED_TRACE(std::to_string(call) + (kills ? " killed " : " failed ") +
+                     (saves ? "save" : "reset"));
+        for (const char* name : {"Aircraft.cfg", "Aircraft.preSKV.cfg"}) {
+          if (drive.exists(path(name))) disk.setAttributes(path(name), {}).skipped();
+          drive.remove(path(name));
+        }
+        drive.write(path("Aircraft.cfg"), saves ? cfg : changed);
+        disk.setAttributes(path("Aircraft.cfg"), {.readOnly = true}).skipped();
+        if (!saves) {
+          drive.write(path("Aircraft.preSKV.cfg"), cfg);
+          disk.setAttributes(path("Aircraft.preSKV.cfg"), {.readOnly = true}).skipped();
+        }
+        ClearInfoTab(app);
+        lstAircraft_Click(app);
+        form.txtACTitle.text = saves ? "Now" : "";
+        windows.answers = {ui::Answer::yes};
+        if (kills)
+          files.killAt(call);
+        else
+          files.failAt(call, err::deviceIo);
+        try {
+          saves ? btnSaveACInfo_Click(app) : btnACRestoreOriginal_Click(app);
+        } catch (const test::Killed&) {
+        }
+        struck = files.heal();
+        ASSERT_TRUE(drive.exists(path("Aircraft.cfg")));
+        const std::string now = drive.read(path("Aircraft.cfg"));
+        if (saves && now != cfg) {
+          EXPECT_NE(now.find("title=Now"), std::string::npos);
+          EXPECT_EQ(drive.read(path("Aircraft.preSKV.cfg")), cfg);
+        }
+        if (!saves && now != cfg) {
+          EXPECT_EQ(now, changed);
+          EXPECT_EQ(drive.read(path("Aircraft.preSKV.cfg")), cfg);
+        }
+        if (!struck) {
+          EXPECT_EQ(now == cfg, !saves);
+        }
+      }
+      EXPECT_FALSE(struck) << "more calls than there can be";
     }
   }
 }
@@ -183,10 +419,25 @@ TEST_F(AircraftCfgTest, TabsShowTheAliasAndItsLibraryRow) {
   EXPECT_EQ(form.lstPanel.selected(), 2);
   EXPECT_EQ(app.PanelPicDir, "C:\\FS\\aircraft\\Other\\Panel.ifr\\");
   EXPECT_EQ(form.lblSNStatus.caption, "Original");
+  EXPECT_EQ(form.lblSNStatus.colour, ui::defaultColour);
   EXPECT_EQ(form.lstSound.selected(), 1);
   selectVariation(2);
   EXPECT_EQ(form.lblPNStatus.caption, "Original");
   EXPECT_EQ(form.lstPanel.selected(), 0);
+  EXPECT_EQ(form.lstPanel.visibleRow(), 2) << "the row that was assigned came into view";
+
+  // A click in a library shows the state of its own row.
+  drive.write("C:\\FS\\aircraft\\x\\panel.cfg", "[fltsim]\r\nalias=far\\panel\r\n");
+  drive.write("C:\\FS\\aircraft\\x\\sound\\sound.cfg", "[fltsim]\r\nalias=far\\sound\r\n");
+  for (ui::ListView* list : {&form.lstPanel, &form.lstSound}) {
+    list->select(list->add("x", {"C:\\FS\\aircraft\\x\\"}));
+    list->click();
+  }
+  EXPECT_EQ(form.lblPNStatus.caption, "Alias: far\\panel");
+  EXPECT_EQ(form.lblSNStatus.caption, "Alias: far\\sound");
+  files.failWhen("readFile", "C:\\FS\\aircraft\\x\\panel.cfg", err::deviceIo);
+  form.lstPanel.click();
+  EXPECT_NE(form.lblPNStatus.caption->find("could not be read"), std::string::npos);
 }
 
 }  // namespace

@@ -1,0 +1,81 @@
+#include "aircraft/empty_lists.h"
+
+#include <algorithm>
+
+#include "core/disk_queries.h"
+
+namespace skv {
+
+namespace {
+
+// A front-end with little room shows the first line alone.
+const std::string settingsLine = "\nFile, Settings (F2) names another folder.";
+
+bool inHangar(const App& app) { return app.listedView == View::hangar; }
+
+// What is wrong with the folder of the list files, "" when it stands.
+std::string storeTrouble(App& app) {
+  const std::string store = inHangar(app) ? "Hangar's folder" : "simulator's folder";
+  if (app.ListDir.empty())
+    return "The " + store + " is not set.\nFile, Settings (F2) is the place.";
+  const auto found = app.files().attributes(app.ListDir);
+  if (found.ok()) return {};
+  if (presenceBy(found.outcome()) == Presence::unknown)
+    return "The " + store + " cannot be read: " + app.ListDir + "\n" +
+           found.outcome().description() + "\nF5 tries again." + settingsLine;
+  return "The " + store + " is not there: " + app.ListDir +
+         "\nIf its disk is not mounted, mount it and press F5." + settingsLine;
+}
+
+std::string importLine(const ui::MenuItem& entry, const std::string& what) {
+  return entry.available() ? "\nFile, Import, " + entry.caption.get() + " lists them."
+                           : "\nFile, Import, " + entry.caption.get() + " will list " + what +
+                                 " that stand there already, in a version to come.";
+}
+
+std::string noAircraft(App& app) {
+  const std::string place = inHangar(app) ? "the Hangar" : "the simulator";
+  const auto listing = app.files().list(app.ACRoot);
+  if (!listing.ok()) {
+    if (presenceBy(listing.outcome()) == Presence::unknown)
+      return "The aircraft folder cannot be read: " + listing.outcome().description() +
+             "\nF5 tries again.";
+    return "There is no aircraft folder in " + app.ListDir + settingsLine;
+  }
+  const auto count = std::ranges::count_if(listing.value(), &FolderEntry::folder);
+  if (count > 0) {
+    const std::string stand = count == 1 ? " aircraft stands in " : " aircraft stand in ";
+    return std::to_string(count) + stand + place + " and " + (count == 1 ? "is" : "are") +
+           " not listed yet." + importLine(app.frmMain.mnuFileImportAC, "aircraft");
+  }
+  if (inHangar(app))
+    return "The Hangar is empty.\n\"To Hangar...\" among the simulator's aircraft copies one "
+           "into it.";
+  return "There are no aircraft in the simulator.\nFile, Install Package/ZIP, Aircraft unpacks "
+         "one.";
+}
+
+}  // namespace
+
+void fillEmptyTexts(App& app) {
+  auto& form = app.frmMain;
+  const std::string trouble = storeTrouble(app);
+  const auto fill = [&trouble](ui::ListView& list, const ListSource& source,
+                               const std::string& plain) {
+    if (!trouble.empty())
+      list.emptyText = trouble;
+    else if (!source.bytes)
+      list.emptyText = "The list " + source.file + " could not be read.\nF5 tries again.";
+    else
+      list.emptyText = plain;
+  };
+  const bool lists = trouble.empty() && form.lstAircraft.count() == 0;
+  fill(form.lstAircraft, app.aircraftSource,
+       lists ? noAircraft(app) : std::string("No aircraft is listed."));
+  fill(form.lstPanel, app.panelSource,
+       "No panel is listed." + importLine(form.mnuFileImportPN, "panels"));
+  fill(form.lstSound, app.soundSource,
+       "No sound is listed." + importLine(form.mnuFileImportSN, "sounds"));
+}
+
+}  // namespace skv
