@@ -37,6 +37,7 @@ void WindowTest::fillAircraft(int rows) {
     const std::string number = std::to_string(row);
     list.add("Aircraft " + number, {"C:\\FS\\aircraft\\a" + number + "\\"});
   }
+  ui::raise(list.click);
   settle();
 }
 

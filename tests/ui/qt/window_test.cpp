@@ -77,6 +77,8 @@ TEST_F(WindowTest, EveryControlIsOnTheWindowWithAnAccessibleName) {
 TEST_F(WindowTest, AButtonFollowsItsControlAndClicks) {
   showMain();
   auto& button = app.frmMain.btnSaveACInfo;
+  button.enabled = true;
+  settle();
   int clicks = 0;
   button.click = [&] { ++clicks; };
   click("btnSaveACInfo");
@@ -149,6 +151,7 @@ TEST_F(WindowTest, ATabShowsItsFrame) {
 TEST_F(WindowTest, FieldsGoBothWaysAndEnterIsTypedAsBackslashN) {
   showMain();
   auto& form = app.frmMain;
+  for (ui::TextBox* box : {&form.txtACTitle, &form.txtACDescription}) box->enabled = true;
   form.txtACTitle.text = "Boeing";
   settle();
   auto* title = find<QLineEdit>("txtACTitle");
