@@ -38,6 +38,9 @@ class DiskPaths {
   // at(), whatever keeps the answer from being known is its own failure: a folder that cannot be
   // read, a link whose end is missing (deviceUnavailable), a circle of links.
   Result<DiskPlace> place(const DrivePath& path);
+  // The native path of the folder in which `path` lies, in the letters given, whether it stands or
+  // not.
+  std::string folderAsSpelled(const DrivePath& path) const { return spelled(path.folder()); }
   // The native path that something has or would have, its folders in the letters in which they
   // stand. Fails with pathNotFound when there is no such drive.
   Result<std::string> nativePath(const DrivePath& path);

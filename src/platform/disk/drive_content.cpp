@@ -73,6 +73,8 @@ Result<Replaced> replaceable(const std::string& native, std::string_view path,
 
 // 0 as well on a disk that has no permissions of its own to give.
 int setPermissions(int fd, mode_t mode) {
+  struct stat status {};
+  if (::fstat(fd, &status) == 0 && (status.st_mode & 0777) == (mode & 0777)) return 0;
   const int error = errorOf([&] { return ::fchmod(fd, mode & 0777); });
   return error == EPERM || error == ENOTSUP || error == ENOSYS ? 0 : error;
 }
@@ -100,7 +102,15 @@ int flushFile(const std::string& native) {
 }  // namespace
 
 Result<PendingFile> DriveFileSystem::begin(std::string_view path, const struct stat* source) {
-  const auto place = placeFor(path);
+  const auto parsed = paths_.parse(path);
+  if (!parsed.ok()) return parsed.outcome();
+  // Making a small file costs less than asking about its target, which publish() does anyway.
+  const bool small = source != nullptr && source->st_size <= smallFile;
+  if (small && !parsed.value().isRoot() && !meansFolder(path)) {
+    PendingFile file(paths_.folderAsSpelled(parsed.value()));
+    if (file.ok()) return file;
+  }
+  const auto place = paths_.place(parsed.value());
   if (!place.ok()) return place.outcome();
   if (meansFolder(path)) return Outcome::failure(err::pathFileAccess, path);
   // Asked again when the file is complete; here it saves making one for nothing.
@@ -241,7 +251,8 @@ Outcome DriveFileSystem::copy(std::string_view from, std::string_view to, bool d
   auto begun = begin(to, &status);
   if (!begun.ok()) return begun.outcome();
   PendingFile& file = begun.value();
-  if (const int error = copyContent(fd.get(), file.fd())) return systemFailure(error, to);
+  if (const int error = copyContent(fd.get(), file.fd(), status.st_size))
+    return systemFailure(error, to);
   // Before the permissions, which may forbid it.
   if (const int error = copyStoredAttributes(fd.get(), file.fd()))
     return systemFailure(error, from);
