@@ -2,6 +2,7 @@
 
 #include <filesystem>
 #include <fstream>
+#include <utility>
 
 #include "base/paths.h"
 #include "base/text.h"
@@ -155,6 +156,24 @@ Outcome FaultyFileSystem::copyFile(std::string_view from, std::string_view to) {
   Outcome copied = real_.copyFile(from, to);
   if (copied.ok()) made(to, std::move(before));
   return copied;
+}
+
+void FaultyFileSystem::copyFiles(const std::vector<FileCopy>& copies,
+                                 const std::function<bool(const Outcome&)>& copied) {
+  if (rule_ || changes_.callsLeft > 0) {
+    FileSystem::copyFiles(copies, copied);
+    return;
+  }
+  std::vector<std::optional<std::string>> before;
+  before.reserve(copies.size());
+  for (const FileCopy& copy : copies) before.push_back(contentOf(copy.to));
+  std::size_t told = 0;
+  real_.copyFiles(copies, [&](const Outcome& outcome) {
+    const std::size_t copy = told++;
+    fault("copyFile", copies[copy].from, true).skipped();
+    if (outcome.ok()) made(copies[copy].to, std::move(before[copy]));
+    return copied(outcome);
+  });
 }
 
 Outcome FaultyFileSystem::moveFile(std::string_view from, std::string_view to) {

@@ -5,6 +5,7 @@
 #include <mutex>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "platform/file_system.h"
 
@@ -63,6 +64,9 @@ class FaultyFileSystem : public FileSystem {
   Result<std::string> canonicalPath(std::string_view folder) const override;
   Outcome copyFile(std::string_view from, std::string_view to) override;
   Outcome copyFileDurably(std::string_view from, std::string_view to) override;
+  // By the real one's threads, unless a fault is armed.
+  void copyFiles(const std::vector<FileCopy>& copies,
+                 const std::function<bool(const Outcome&)>& copied) override;
   Outcome moveFile(std::string_view from, std::string_view to) override;
   Outcome rename(std::string_view from, std::string_view to) override;
   Outcome deleteFile(std::string_view path) override;

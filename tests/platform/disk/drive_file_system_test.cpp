@@ -3,7 +3,6 @@
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>
-#include <sys/wait.h>
 #include <sys/xattr.h>
 #include <unistd.h>
 
@@ -189,22 +188,6 @@ TEST_F(DriveFileSystemTest, ListingIsInTheOrderOfNtfs) {
   EXPECT_NE(disk.identity("C:\\"), disk.identity("c:\\SUB\\"));
   EXPECT_EQ(disk.identity("C:\\a"), "");
   EXPECT_EQ(disk.readFile("C:\\pipe").outcome().number(), err::pathFileAccess);
-}
-
-TEST_F(DriveFileSystemTest, WhatTheDiskDoesNotTellMayBeALink) {
-  drive.write("C:\\locked\\a", "x");
-  ASSERT_EQ(::chmod(native("locked").c_str(), 0), 0);
-  const pid_t user = ::fork();
-  if (user == 0) {
-    constexpr uid_t somebody = 65534;
-    const bool ordinary = ::geteuid() != 0 || ::setuid(somebody) == 0;
-    ::_exit(ordinary && disk.isLink("C:\\locked\\a") ? 0 : 1);
-  }
-  int status = 0;
-  ::waitpid(user, &status, 0);
-  EXPECT_EQ(status, 0);
-  ::chmod(native("locked").c_str(), 0700);
-  EXPECT_FALSE(disk.isLink("C:\\locked\\A"));
 }
 
 TEST_F(DriveFileSystemTest, AttributesLiveWhereWineKeepsThem) {

@@ -1,0 +1,285 @@
+// Disks that fail, fill up or are away: what the layer then says, and what it leaves behind.
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <sys/syscall.h>
+#include <sys/xattr.h>
+#include <unistd.h>
+
+#include <filesystem>
+
+#include "platform/disk/dos_attributes.h"
+#include "platform/disk/drive_file_system.h"
+#include "platform/disk/drives.h"
+#include "support/environment_variable.h"
+#include "support/failing_calls.h"
+#include "support/temporary_drive.h"
+
+namespace skv {
+namespace {
+
+namespace fs = std::filesystem;
+using Entries = FileSystem::Entries;
+using test::withFailingCalls;
+
+constexpr long getxattrat = 464;
+const std::vector<long> attributeCalls = {SYS_getxattr, getxattrat};
+
+class FailingDiskTest : public ::testing::Test {
+ protected:
+  std::string native(const std::string& name) const { return drive.native() + "/" + name; }
+  // The folder's entries in a text, or the number of its failure.
+  static std::string listed(const DriveFileSystem& disk, const std::string& folder,
+                            Entries entries) {
+    const auto list = disk.list(folder, entries);
+    if (!list.ok()) return std::to_string(list.outcome().number());
+    std::string names;
+    for (const FolderEntry& entry : list.value()) names += entry.name + " ";
+    return names;
+  }
+
+  test::TemporaryDrive drive;
+  DriveFileSystem disk{drive.drives()};
+};
+
+TEST_F(FailingDiskTest, WhatCannotBeLookedAtIsNotMissing) {
+  drive.write("C:\\d\\a.txt", "x");
+  drive.write("C:\\d\\b\\c.txt", "x");
+  using Disk = DriveFileSystem;
+  const auto attributes = [](const char* path) {
+    return [path](Disk& files) { return files.attributes(path).outcome(); };
+  };
+  const auto list = [](Entries entries) {
+    return [entries](Disk& files) { return files.list("C:\\d", entries).outcome(); };
+  };
+  const auto read = [](Disk& files) { return files.readFile("C:\\d\\a.txt").outcome(); };
+  const auto flush = [](Disk& files) { return files.flushDisk("C:\\D"); };
+  const struct {
+    std::vector<long> calls;
+    int error;
+    std::function<Outcome(Disk&)> look;
+    int number;
+  } looks[] = {
+      {{SYS_newfstatat}, EIO, attributes("C:\\d\\a.txt"), err::deviceIo},
+      {{SYS_newfstatat}, ESTALE, attributes("C:\\d\\none"), err::deviceUnavailable},
+      {{SYS_newfstatat},
+       EIO,
+       [](Disk& files) { return files.modified("C:\\d\\a.txt").outcome(); },
+       err::deviceIo},
+      {{SYS_newfstatat}, EIO, list(Entries::measured), err::deviceIo},
+      {{SYS_newfstatat},
+       EIO,
+       [](Disk& files) { return files.removeFolder("C:\\e"); },
+       err::deviceIo},
+      // In the search for other letters.
+      {{SYS_openat}, EMFILE, attributes("C:\\d\\A.txt"), err::tooManyFiles},
+      {{SYS_openat}, EMFILE, attributes("C:\\D\\a.txt"), err::tooManyFiles},
+      {{SYS_openat}, EACCES, attributes("C:\\d\\none"), err::permissionDenied},
+      {{SYS_getdents64}, EIO, attributes("C:\\d\\none"), err::deviceIo},
+      {{SYS_getdents64}, EIO, list(Entries::plain), err::deviceIo},
+      {{SYS_openat}, EIO, list(Entries::plain), err::deviceIo},
+      {{SYS_openat}, EIO, read, err::deviceIo},
+      {{SYS_read}, EIO, read, err::deviceIo},
+      {attributeCalls, EIO, attributes("C:\\d\\a.txt"), err::deviceIo},
+      {attributeCalls, EIO, list(Entries::plain), err::deviceIo},
+      {attributeCalls, EIO, [](Disk& files) { return files.setAttributes("C:\\d\\a.txt", {}); },
+       err::deviceIo},
+      {{SYS_fgetxattr},
+       EIO,
+       [](Disk& files) { return files.copyFile("C:\\d\\a.txt", "C:\\d\\copy"); },
+       err::deviceIo},
+      {{SYS_statfs},
+       EIO,
+       [](Disk& files) { return files.freeBytes("C:\\d").outcome(); },
+       err::deviceIo},
+      {{SYS_syncfs}, EIO, flush, err::deviceIo},
+      {{SYS_syncfs}, ENOSPC, flush, err::diskFull},
+      {{SYS_syncfs}, ENOSYS, flush, 0},
+      {{SYS_fsync},
+       EIO,
+       [](Disk& files) { return files.copyFileDurably("C:\\d\\a.txt", "C:\\d\\copy"); },
+       err::deviceIo},
+      {{SYS_fsync},
+       EIO,
+       [](Disk& files) { return files.moveFile("C:\\d\\a.txt", "C:\\d\\b\\c.txt"); },
+       err::deviceIo},
+  };
+  int number = 0;
+  for (const auto& [calls, error, look, expected] : looks) {
+    const auto answer = withFailingCalls(calls, error, [&, work = look] {
+      DriveFileSystem files(drive.drives());
+      return std::to_string(work(files).number());
+    });
+    if (!answer) GTEST_SKIP() << "calls cannot be made to fail here";
+    EXPECT_EQ(*answer, std::to_string(expected)) << "look " << number;
+    ++number;
+  }
+  EXPECT_EQ(drive.tree("C:\\d"), (std::vector<std::string>{"a.txt", "b\\", "b\\c.txt"}));
+}
+
+TEST_F(FailingDiskTest, ListingAndAttributesSeeTheSame) {
+  drive.write("C:\\d\\shown", "x");
+  drive.write("C:\\d\\hidden", "x");
+  fs::create_directory(native("d/folder"));
+  for (const char* name : {"d/hidden", "d/folder"})
+    if (::setxattr(native(name).c_str(), "user.DOSATTRIB", "0x2", 3, 0) != 0)
+      GTEST_SKIP() << "no attributes here";
+  const auto seen = [&] {
+    DriveFileSystem files(drive.drives());
+    const auto hidden = files.attributes("C:\\d\\hidden");
+    return listed(files, "C:\\d", Entries::plain) + "|" + listed(files, "C:\\d", Entries::named) +
+           "|" + (hidden.ok() ? std::to_string(hidden.value().hidden) : "?");
+  };
+  const std::string right = "shown |hidden shown |1";
+  EXPECT_EQ(seen(), right);
+  // Each way of asking alone: by the folder, which older systems lack, and by the whole path.
+  EXPECT_EQ(withFailingCalls({getxattrat}, ENOSYS, seen).value_or(right), right);
+  EXPECT_EQ(withFailingCalls({getxattrat}, EPERM, seen).value_or(right), right);
+  if (::syscall(getxattrat, -1, "", 0, "", nullptr, 0) == -1 && errno != ENOSYS) {
+    const std::string unknown = "shown |hidden shown |?";
+    EXPECT_EQ(withFailingCalls({SYS_getxattr}, EIO, seen).value_or(unknown), unknown);
+  }
+  // What may not be read has none stored, for both.
+  const std::string all = "folder hidden shown |folder hidden shown |0";
+  EXPECT_EQ(withFailingCalls(attributeCalls, EACCES, seen).value_or(all), all);
+  EXPECT_EQ(withFailingCalls(attributeCalls, ENOTSUP, seen).value_or(all), all);
+}
+
+TEST_F(FailingDiskTest, BehindALinkThatLeadsNowhereMayBeADisk) {
+  drive.write("C:\\file", "x");
+  fs::create_symlink("nowhere", native("away"));
+  fs::create_symlink("file/none", native("awry"));
+  fs::create_symlink("circle", native("circle"));
+  fs::create_symlink(native("unmounted"), drive.drives() + "/d:");
+  for (const char* path : {"C:\\away", "C:\\AWAY", "C:\\away\\a", "C:\\Away\\a\\b", "C:\\awry",
+                           "D:\\", "D:\\a", "D:\\a\\b", "d:"}) {
+    EXPECT_EQ(disk.attributes(path).outcome().number(), err::deviceUnavailable) << path;
+    EXPECT_EQ(disk.list(path).outcome().number(), err::deviceUnavailable) << path;
+    EXPECT_EQ(disk.readFile(path).outcome().number(), err::deviceUnavailable) << path;
+    EXPECT_EQ(disk.setCurrentFolder(path).number(), err::deviceUnavailable) << path;
+  }
+  for (const char* path : {"C:\\circle", "C:\\CIRCLE", "C:\\circle\\a", "C:\\Circle\\a\\b"})
+    EXPECT_EQ(disk.attributes(path).outcome().number(), err::pathFileAccess) << path;
+  EXPECT_EQ(disk.makeFolder("D:\\a").number(), err::deviceUnavailable);
+  EXPECT_EQ(disk.replaceFile("D:\\a", "").number(), err::deviceUnavailable);
+  EXPECT_EQ(disk.nativePath("D:\\a").outcome().number(), err::deviceUnavailable);
+  EXPECT_EQ(disk.attributes("E:\\a").outcome().number(), err::pathNotFound) << "no drive at all";
+  EXPECT_EQ(disk.attributes("C:\\file\\a").outcome().number(), err::pathNotFound);
+  EXPECT_EQ(listed(disk, "C:\\", Entries::plain), "file ");
+  EXPECT_TRUE(disk.isLink("C:\\Away"));
+  EXPECT_TRUE(disk.deleteFile("C:\\Away").ok());
+  EXPECT_EQ(disk.attributes("C:\\away").outcome().number(), err::fileNotFound);
+
+  // A prefix on a disk that is away is not passed over for another one.
+  const test::Variable told("SKYVAULT_DRIVES", ""), prefix("WINEPREFIX", native("linked")),
+      home("HOME", native("home"));
+  fs::create_directories(native("home/.wine/dosdevices"));
+  EXPECT_EQ(findDrivesFolder(), native("home/.wine/dosdevices"));
+  fs::create_symlink("none", native("linked"));
+  EXPECT_EQ(findDrivesFolder(), native("linked/dosdevices"));
+}
+
+TEST_F(FailingDiskTest, AFolderThatMayBeEnteredButNotListedHidesNothing) {
+  drive.write("C:\\locked\\a.txt", "x");
+  ASSERT_EQ(::chmod(native("locked").c_str(), 0711), 0);
+  ASSERT_EQ(::chmod((drive.native() + "/..").c_str(), 0711), 0);
+  const auto answer = withFailingCalls({}, 0, [&] {
+    constexpr uid_t somebody = 65534;
+    if (::geteuid() == 0 && ::setuid(somebody) != 0) return std::string("still root");
+    std::string numbers;
+    for (const char* path : {"C:\\locked\\a.txt", "C:\\locked\\A.txt", "C:\\locked\\none"})
+      numbers += std::to_string(disk.attributes(path).outcome().number()) + " ";
+    numbers += std::to_string(disk.isLink("C:\\locked\\none")) + " ";
+    return numbers + listed(disk, "C:\\locked", Entries::all);
+  });
+  ::chmod(native("locked").c_str(), 0755);
+  if (!answer) GTEST_SKIP() << "no process of its own here";
+  EXPECT_EQ(*answer, "0 70 70 1 70");
+  EXPECT_FALSE(disk.isLink("C:\\locked\\none"));
+}
+
+TEST_F(FailingDiskTest, ACopyIntoAFullDiskLeavesTheOldFileOrNone) {
+  constexpr std::size_t room = 1 << 20;
+  std::vector<FileCopy> copies;
+  for (int i = 0; i < 30; ++i) {
+    const std::string name = std::to_string(i);
+    const std::size_t length = i % 3 == 0 ? 20000 : i % 3 == 1 ? 100000 : 5;
+    drive.write("C:\\s\\" + name, std::string(length, static_cast<char>('a' + i % 26)));
+    copies.push_back({"C:\\s\\" + name, "C:\\Full\\" + name});
+  }
+  fs::create_directory(native("full"));
+  const auto answer = test::withSmallDisk(native("full"), room, [&] {
+    DriveFileSystem files(drive.drives());
+    if (files.freeBytes("C:\\FULL\\").valueOr(0) > room)
+      return std::string("the drive's root asked");
+    drive.write("C:\\full\\1", "old");
+    std::size_t told = 0, full = 0;
+    std::string wrong;
+    files.copyFiles(copies, [&](const Outcome& copied) {
+      const FileCopy& copy = copies[told];
+      const std::string expected = copied.ok() ? drive.read(copy.from) : told == 1 ? "old" : "";
+      if (drive.read(copy.to) != expected) wrong += " content of " + copy.to;
+      if (copied.ok() != drive.exists(copy.to) && told != 1) wrong += " " + copy.to;
+      if (!copied.ok() && copied.number() != err::diskFull) wrong += " " + copied.description();
+      if (!copied.ok()) ++full;
+      ++told;
+      return true;
+    });
+    const std::string before = drive.read("C:\\full\\0");
+    const int replaced = files.replaceFile("C:\\full\\0", std::string(room, 'n')).number();
+    const int durable = files.copyFileDurably("C:\\s\\1", "C:\\full\\0").number();
+    const int moved = files.moveFile("C:\\s\\1", "C:\\full\\0").number();
+    if (replaced != err::diskFull || durable != err::diskFull || moved != err::diskFull ||
+        drive.read("C:\\full\\0") != before || !drive.exists("C:\\s\\1"))
+      wrong += " the old file";
+    for (const auto& entry : fs::directory_iterator(native("full")))
+      if (entry.path().filename().string().starts_with('.')) wrong += " a leftover";
+    return "told " + std::to_string(told) + (full > 0 && full < told ? ", some full" : "") + wrong;
+  });
+  if (!answer) GTEST_SKIP() << "no disk can be mounted here";
+  EXPECT_EQ(*answer, "told 30, some full");
+}
+
+TEST_F(FailingDiskTest, AFolderThatGoesWhileTwoThreadsFillItEndsTheCopies) {
+  std::vector<FileCopy> copies;
+  for (int i = 0; i < 200; ++i) copies.push_back({"C:\\s", "C:\\d\\" + std::to_string(i)});
+  drive.write("C:\\s", "content");
+  ASSERT_TRUE(disk.makeFolder("C:\\d").ok());
+  std::size_t told = 0, good = 0;
+  bool ordered = true;
+  disk.copyFiles(copies, [&](const Outcome& copied) {
+    if (told++ == 20) fs::rename(native("d"), native("gone"));
+    if (copied.ok()) ++good;
+    ordered = ordered && (copied.ok() || (told > 20 && copied.number() != err::deviceIo));
+    return true;
+  });
+  EXPECT_EQ(told, copies.size());
+  EXPECT_TRUE(ordered);
+  EXPECT_FALSE(drive.exists("C:\\d"));
+  EXPECT_EQ(drive.tree("C:\\gone").size(), good) << "what is told is what stands";
+  for (const std::string& name : drive.tree("C:\\gone"))
+    EXPECT_EQ(drive.read("C:\\gone\\" + name), "content");
+}
+
+TEST_F(FailingDiskTest, AFileIsNoFolderAndAFolderNotItsOwn) {
+  drive.write("C:\\file.txt", "x");
+  drive.write("C:\\dir\\a", "a");
+  const std::string file = "C:\\file.txt\\";
+  EXPECT_EQ(disk.attributes(file).outcome().number(), err::pathNotFound);
+  EXPECT_EQ(disk.readFile(file).outcome().number(), err::pathNotFound);
+  EXPECT_EQ(disk.fileLength(file).outcome().number(), err::pathNotFound);
+  EXPECT_EQ(disk.canonicalPath("C:\\file.txt").outcome().number(), err::pathNotFound);
+  EXPECT_EQ(disk.copyFile(file, "C:\\b").number(), err::pathNotFound);
+  EXPECT_EQ(disk.copyFile("C:\\dir\\a", file).number(), err::pathFileAccess);
+  EXPECT_EQ(disk.moveFile("C:\\dir\\a", file).number(), err::pathFileAccess);
+  EXPECT_EQ(disk.rename(file, "C:\\b").number(), err::pathNotFound);
+  EXPECT_EQ(disk.rename("C:\\dir\\a", "C:\\b\\").number(), err::pathFileAccess);
+  EXPECT_EQ(disk.deleteFile(file).number(), err::pathNotFound);
+  EXPECT_EQ(disk.removeFolder(file).number(), err::pathNotFound);
+  EXPECT_EQ(disk.rename("C:\\dir", "C:\\DIR\\sub").number(), err::pathFileAccess);
+  EXPECT_EQ(drive.tree("C:\\"), (std::vector<std::string>{"dir\\", "dir\\a", "file.txt"}));
+  EXPECT_EQ(drive.read("C:\\dir\\a"), "a");
+}
+
+}  // namespace
+}  // namespace skv
