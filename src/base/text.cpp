@@ -2,6 +2,7 @@
 
 #include <unicode/bytestream.h>
 #include <unicode/normalizer2.h>
+#include <unicode/translit.h>
 #include <unicode/uchar.h>
 #include <unicode/ucnv.h>
 #include <unicode/ucnv_err.h>
@@ -82,6 +83,17 @@ std::string composed(std::string_view text) {
   icu::StringByteSink<std::string> sink(&result);
   if (U_SUCCESS(status)) form->normalizeUTF8(0, text, sink, nullptr, status);
   if (U_FAILURE(status)) result = text;
+  return result;
+}
+
+std::vector<std::string> characters(std::string_view text) {
+  std::vector<std::string> result;
+  for (int32_t i = 0; i < static_cast<int32_t>(text.size());) {
+    const int32_t start = i;
+    nextUtf8(text, i);
+    result.emplace_back(
+        text.substr(static_cast<std::size_t>(start), static_cast<std::size_t>(i - start)));
+  }
   return result;
 }
 
@@ -299,6 +311,24 @@ std::string CodePage::encode(std::string_view text) const {
     }
   }
   return bytes;
+}
+
+std::string storable(std::string_view text, const CodePage& page) {
+  UErrorCode status = U_ZERO_ERROR;
+  const std::unique_ptr<icu::Transliterator> latin(
+      icu::Transliterator::createInstance("Any-Latin; Latin-ASCII", UTRANS_FORWARD, status));
+  std::string result;
+  for (std::string piece : characters(composed(text))) {
+    if (!isUtf8(piece)) piece = page.decode(piece);
+    if (!page.holds(piece) && latin) {
+      icu::UnicodeString letters = icu::UnicodeString::fromUTF8(piece);
+      latin->transliterate(letters);
+      piece.clear();
+      letters.toUTF8String(piece);
+    }
+    result += !piece.empty() && page.holds(piece) ? piece : "_";
+  }
+  return result;
 }
 
 }  // namespace skv

@@ -36,6 +36,9 @@ double val(std::string_view text);
 // Plain decimal with a point, at most 15 significant digits, no exponent, no trailing zeros.
 std::string decimal(double number);
 
+// The characters of a text, one by one. A byte that is no UTF-8 is one of its own.
+std::vector<std::string> characters(std::string_view text);
+
 // The 8-bit code page of stored files.
 class CodePage {
  public:
@@ -56,5 +59,9 @@ class CodePage {
   int number_;
   std::shared_ptr<const Tables> tables_;  // shared by copies, never changed; none for UTF-8
 };
+
+// The nearest text that the page holds: letters that it lacks become Latin ones ("Łódź" is "Lódz"
+// in page 1252), and what has no likeness becomes "_".
+std::string storable(std::string_view text, const CodePage& page);
 
 }  // namespace skv

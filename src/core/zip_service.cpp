@@ -1,5 +1,8 @@
 #include "core/zip_service.h"
 
+#include <utility>
+
+#include "base/paths.h"
 #include "core/disk_queries.h"
 #include "core/messages.h"
 
@@ -7,11 +10,11 @@ namespace skv {
 
 namespace {
 
-// For the event handlers: they touch nothing but the status line and ZipDone.
 constexpr int complete = 100;  // percent
 constexpr int yieldsAfterAdding = 10000;
 
-void connectProgress(App& app, Zipit& zip) {
+// The events touch nothing but the status line and ZipDone.
+void connectEvents(App& app, Zipit& zip) {
   auto& status = app.frmMain.lblStatus;
   zip.AddProgress = [&status](int percent) { status.setProgress(percent); };
   zip.ExtractProgress = [&app, &status](int percent) {
@@ -20,29 +23,39 @@ void connectProgress(App& app, Zipit& zip) {
   };
   zip.BarReset1 = [&status] { status.clearProgress(); };
   zip.BarReset2 = [&status] { status.clearProgress(); };
-  zip.Yield = [&app] { app.windows.yield(); };
+  zip.Yield = [&app] {
+    app.windows.yield();
+    return !app.stopRequested;
+  };
 }
 
-bool hasSpace(App& app, const std::string& folder, double needed) {
-  if (GetDiskFree(app.files(), folder) >= needed) return true;
-  app.windows.messageBox(
-      {"Insufficient Disk Space in \"" + folder + "\"!", ui::BoxIcon::exclamation});
-  return false;
+bool wasStopped(const App& app, const Outcome& outcome) {
+  return app.stopRequested && outcome.number() == err::cancelled;
 }
 
 }  // namespace
 
-ReadAndExtract::ReadAndExtract(App& app) : app_(app), Zipit1_(app.platform.zip.load(app.files())) {
-  connectProgress(app, *Zipit1_);
+ReadAndExtract::ReadAndExtract(App& app, std::string container)
+    : app_(app), container_(std::move(container)), Zipit1_(app.platform.zip.load(app.files())) {
+  connectEvents(app, *Zipit1_);
+}
+
+std::string ReadAndExtract::withContainer(const std::string& text) const {
+  if (container_.empty()) return text;
+  return text + "\r\n\"" + fileName(archive_) + "\" lies in \"" + container_ + "\".";
+}
+
+bool ReadAndExtract::report(const Outcome& outcome) {
+  if (outcome.ok()) return false;
+  ReportError(app_, Outcome::withText(outcome.number(), withContainer(outcome.description())));
+  return true;
 }
 
 bool ReadAndExtract::open(const std::string& archivefile) {
+  archive_ = archivefile;
   // The control takes a missing archive for one that is to be made.
-  if (!PathExists(app_.files(), archivefile))
-    app_.step(Outcome::failure(err::fileNotFound, archivefile));
-  else
-    app_.step(Zipit1_->setArchivefile(archivefile));
-  return !ReportError(app_);
+  const auto found = app_.files().attributes(archivefile);
+  return !report(found.ok() ? Zipit1_->setArchivefile(archivefile) : found.outcome());
 }
 
 bool ReadAndExtract::fits(const std::string& targetStore) {
@@ -52,7 +65,14 @@ bool ReadAndExtract::fits(const std::string& targetStore) {
     names_.push_back(entry.Filename);
     needed += static_cast<double>(entry.UncompressedSize);
   }
-  return hasSpace(app_, app_.InstallTempDir, needed) && hasSpace(app_, targetStore, needed);
+  return hasSpace(app_.InstallTempDir, needed) && hasSpace(targetStore, needed);
+}
+
+bool ReadAndExtract::hasSpace(const std::string& folder, double needed) {
+  if (GetDiskFree(app_.files(), folder) >= needed) return true;
+  app_.windows.messageBox(
+      {withContainer("Insufficient Disk Space in \"" + folder + "\"!"), ui::BoxIcon::exclamation});
+  return false;
 }
 
 bool ReadAndExtract::extract(const std::string& extractfolder, int yields) {
@@ -61,8 +81,8 @@ bool ReadAndExtract::extract(const std::string& extractfolder, int yields) {
   Zipit1_->extraction = 1;
   Zipit1_->extractswitch = true;
   app_.ZipDone = false;
-  app_.step(Zipit1_->extractfiles(names_));
-  if (ReportError(app_)) return false;
+  const Outcome extracted = Zipit1_->extractfiles(names_);
+  if (wasStopped(app_, extracted) || report(extracted)) return false;
   app_.windows.yieldUntil([this] { return app_.ZipDone; });
   app_.ZipDone = false;
   ui::yieldTimes(app_.windows, yields);
@@ -71,15 +91,14 @@ bool ReadAndExtract::extract(const std::string& extractfolder, int yields) {
 
 bool AddToArchive(App& app, const std::string& archivefile, bool includesystemfiles) {
   const auto zip = app.platform.zip.load(app.files());
-  connectProgress(app, *zip);
-  app.step(zip->setArchivefile(archivefile));
-  if (ReportError(app)) return false;
+  connectEvents(app, *zip);
+  if (ReportError(app, zip->setArchivefile(archivefile))) return false;
   zip->includesystemfiles = includesystemfiles;
   zip->compressionlevel = 9;
   zip->addaction = 1;
   zip->usedirectoryinfo = true;
-  app.step(zip->addfiles(app.PackFileList));
-  if (ReportError(app)) return false;
+  const Outcome added = zip->addfiles(app.PackFileList);
+  if (wasStopped(app, added) || ReportError(app, added)) return false;
   ui::yieldTimes(app.windows, yieldsAfterAdding);
   return true;
 }

@@ -1,7 +1,8 @@
 // The two job sequences of every archive that the program reads or writes.
 //
 // A job works on one archive, in the ZIP control that lives for its time. Failures are shown where
-// they happen: a caller that gets false leaves, by its exit.
+// they happen: a caller that gets false leaves, by its exit. When the user has asked the operation
+// to stop a job ends early and answers false without a box.
 #pragma once
 
 #include <memory>
@@ -15,8 +16,9 @@ namespace skv {
 // The extraction of one archive. Its steps are called in this order.
 class ReadAndExtract {
  public:
-  // Loads the control.
-  explicit ReadAndExtract(App& app);
+  // Loads the control. `container` is the user's archive in which this one lies, "" for none: what
+  // is told of an archive that the user has never seen names the one that he has.
+  explicit ReadAndExtract(App& app, std::string container = {});
 
   // Opens the archive; shows the error box when it cannot be opened.
   bool open(const std::string& archivefile);
@@ -29,7 +31,14 @@ class ReadAndExtract {
   bool extract(const std::string& extractfolder, int yields);
 
  private:
+  bool hasSpace(const std::string& folder, double needed);
+  std::string withContainer(const std::string& text) const;
+  // Answers whether it was a failure.
+  bool report(const Outcome& outcome);
+
   App& app_;
+  const std::string container_;
+  std::string archive_;
   std::unique_ptr<Zipit> Zipit1_;
   std::vector<std::string> names_;
 };

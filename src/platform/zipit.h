@@ -67,7 +67,9 @@ class Zipit {
   std::function<void()> BarReset1;  // a job begins
   std::function<void()> BarReset2;  // a job is over
   // Called often during a job so that the window can live; may run any operation of the program.
-  std::function<void()> Yield;
+  // Answers whether the job may go on: one that may not stops at the next entry, with
+  // err::cancelled.
+  std::function<bool()> Yield;
 };
 
 class ZipEngine {

@@ -134,5 +134,22 @@ TEST(TextTest, SplitAndTrim) {
   EXPECT_EQ(trim("   "), "");
 }
 
+TEST(TextTest, WhatAPageLacksIsStoredByItsLikeness) {
+  const struct {
+    int page;
+    const char* text;
+    const char* stored;
+  } cases[] = {
+      {1252, "Caf\u00e9 737", "Caf\u00e9 737"},
+      {1252, "Łódź", "Lódz"},
+      {1250, "Łódź", "Łódź"},
+      {1252, "\u041c\u0438\u0413-21", "MiG-21"},
+      {1252, "o\u0301\U0001F6E9", "ó_"},
+      {1252, "na\xefve", "na\u00efve"},
+  };
+  for (const auto& [page, text, stored] : cases)
+    EXPECT_EQ(storable(text, CodePage(page)), stored) << text;
+}
+
 }  // namespace
 }  // namespace skv

@@ -1,6 +1,8 @@
 #include "packaging/aircraft_installer.h"
 #include "aircraft/aircraft_views.h"
 
+#include <algorithm>
+
 #include "core/disk_queries.h"
 #include "sample/zip_file.h"
 #include "support/program_fixture.h"
@@ -150,23 +152,74 @@ TEST_F(InstallerTest, EveryRefusalComesBackToAnEnabledWindow) {
   expectIdle();
 
   zip({{"aircraft.cfg", cfg}});
+  drive.write("C:\\bad.zip", "this is no archive");
+  drive.write("C:\\Hangar\\aircraft\\mine\\aircraft.cfg.txt", "no aircraft, but the user's");
   const Tree before = drive.tree("C:\\Hangar");
-  for (const char* name : {"", "..", "a\\b", "..\\up", "x/y", "a:b"}) {
+  const struct {
+    const char* archive;
+    std::optional<std::string> name;
+    const char* told;
+  } cases[] = {
+      {"C:\\plane.zip", std::nullopt, nullptr},
+      {"C:\\plane.zip", "", "Aircraft '' already exists!"},
+      {"C:\\plane.zip", "Mine", "Aircraft 'Mine' already exists!"},
+      {"C:\\bad.zip", "bad", "Error #31000\r\n"},
+      {"C:\\missing.zip", "missing", "Error #53\r\n"},
+  };
+  for (const auto& [archive, name, told] : cases) {
+    SCOPED_TRACE(archive + (name ? *name : " Cancel"));
     windows.boxes.clear();
     windows.inputs = {name};
-    install();
-    EXPECT_EQ(windows.boxes.size(), 1U) << name;
-    EXPECT_EQ(drive.tree("C:\\Hangar"), before) << name;
-  }
-  drive.write("C:\\bad.zip", "this is no archive");
-  for (const char* archive : {"C:\\bad.zip", "C:\\missing.zip"}) {
-    windows.boxes.clear();
     install(archive);
-    ASSERT_EQ(windows.boxes.size(), 1U) << archive;
-    EXPECT_TRUE(windows.boxes[0].text.starts_with("Error #")) << windows.boxes[0].text;
-    EXPECT_EQ(app.frmMain.lblStatus.caption, "");
+    ASSERT_EQ(windows.boxes.size(), told == nullptr ? 0U : 1U);
+    if (told != nullptr) {
+      EXPECT_TRUE(windows.boxes[0].text.starts_with(told)) << windows.boxes[0].text;
+      EXPECT_EQ(windows.boxes[0].icon, ui::BoxIcon::exclamation);
+      EXPECT_EQ(windows.boxes[0].title, "FS Skyvault");
+    }
+    EXPECT_EQ(drive.tree("C:\\Hangar"), before);
+    expectClean();
   }
-  EXPECT_EQ(drive.tree("C:\\Hangar"), before);
+}
+
+TEST_F(InstallerTest, NamesThatCannotBeAreRefusedAndTheNearestOneOffered) {
+  const struct {
+    std::string typed;
+    const char* told;     // part of the message
+    std::string offered;  // next, and taken
+  } cases[] = {
+      {"a/b\\c:b/", "cannot hold: / \\ :", "a_b_c_b_"},
+      {"Łódź", "list files cannot hold: Ł ź", "Lódz"},
+      {"Ту-4", "list files cannot hold: Т у", "Tu-4"},
+      {"\U0001F6E9 plane", "\U0001F6E9", "_ plane"},
+      {"con", "device", "_con"},
+      {"plane . ", "at the end", "plane"},
+      {".hidden", "hides", "_hidden"},
+      {"..", "hides", "_"},
+      {std::string(300, 'x'), "too long", std::string(228, 'x')},
+      {"~SKVinstall", "for itself", "_~SKVinstall"},
+  };
+  zip({{"aircraft.cfg", "no title"}});
+  Tree expected;
+  for (const auto& [typed, told, offered] : cases) {
+    SCOPED_TRACE(typed);
+    windows.boxes.clear();
+    windows.inputs = {typed};
+    install();
+    ASSERT_EQ(windows.boxes.size(), 1U);
+    EXPECT_NE(windows.boxes[0].text.find(told), std::string::npos) << windows.boxes[0].text;
+    EXPECT_TRUE(windows.boxes[0].text.starts_with("\"" + typed + "\"")) << windows.boxes[0].text;
+    EXPECT_EQ(windows.inputPrompts.back(), "Foldername for aircraft:|" + offered);
+    EXPECT_TRUE(drive.exists("C:\\Hangar\\aircraft\\" + offered + "\\aircraft.cfg"));
+    expected.push_back(offered + "|C:\\Hangar\\aircraft\\" + offered + "\\");
+  }
+  mnuViewHangar_Click(app);
+  EXPECT_EQ(rows(app.frmMain.lstAircraft), expected) << "every name comes back from the list file";
+
+  // An archive's own name is offered in a form that can be.
+  zip({{"aircraft.cfg", cfg}}, {}, "C:\\Škoda Ł..zip");
+  install("C:\\Škoda Ł..zip");
+  EXPECT_EQ(windows.inputPrompts.back(), "Foldername for aircraft:|Škoda L");
 }
 
 TEST_F(InstallerTest, TooLittleSpaceIsToldBeforeAnythingIsWritten) {
@@ -174,52 +227,195 @@ TEST_F(InstallerTest, TooLittleSpaceIsToldBeforeAnythingIsWritten) {
   files.freeSpace = 999;
   install();
   EXPECT_EQ(windows.boxTexts(), Tree{"Insufficient Disk Space in \"C:\\Temp\\SKVInstallTemp\\\"!"});
+  EXPECT_EQ(windows.boxes[0].icon, ui::BoxIcon::exclamation);
+  expectClean();
   files.freeSpace = 1000;
   install();
   EXPECT_EQ(app.frmMain.lstAircraft.count(), 1) << "equal is enough";
+
+  zip({{"aircraft.cfg", cfg}, {"in.zip", sample::zipBytes({{"big.txt", std::string(5000, 'x')}})}});
+  windows.boxes.clear();
+  windows.inputs = {"second"};
+  install();
+  EXPECT_EQ(windows.boxTexts(),
+            Tree{"Insufficient Disk Space in \"C:\\Temp\\SKVInstallTemp\\\"!\r\n"
+                 "\"in.zip\" lies in \"C:\\plane.zip\"."});
 }
 
-TEST_F(InstallerTest, APendingArchiveNeedsNoDialogAndGoesWithTheCleanUp) {
-  zip({{"aircraft.cfg", cfg}}, {}, "C:\\Temp\\SKVInstallTemp\\mail.zip");
-  app.PendingZIP = "C:\\Temp\\SKVInstallTemp\\mail.zip";
+TEST_F(InstallerTest, AMailedArchiveGoesWithTheCleanUpOnlyWhenItIsInstalled) {
   app.LastZIPDir = "C:\\kept\\";
-  app.frmMain.mnuFileInstallAC.click();
-  EXPECT_EQ(app.PendingZIP, "");
-  EXPECT_EQ(app.LastZIPDir, "C:\\kept\\");
-  EXPECT_TRUE(windows.fileDialogs.empty());
+  const auto mailed = [this](const Files& content) {
+    zip(content, {}, "C:\\Temp\\SKVInstallTemp\\mail.zip");
+    app.PendingZIP = "C:\\Temp\\SKVInstallTemp\\mail.zip";
+    app.frmMain.mnuFileInstallAC.click();
+    EXPECT_EQ(app.PendingZIP, "");
+    EXPECT_EQ(app.LastZIPDir, "C:\\kept\\");
+    EXPECT_TRUE(windows.fileDialogs.empty());
+    expectClean();
+  };
+  mailed({{"readme.txt", "r"}});
+  EXPECT_EQ(windows.boxTexts(),
+            (Tree{"No Aircraft.cfg found!", "The archive is kept as \"C:\\Temp\\mail.zip\"."}));
+  EXPECT_TRUE(drive.exists("C:\\Temp\\mail.zip"));
+  windows.inputs = {std::nullopt};
+  mailed({{"aircraft.cfg", cfg}});
+  EXPECT_EQ(windows.boxes.size(), 2U) << "Cancel is quiet";
+  EXPECT_TRUE(drive.exists("C:\\Temp\\mail (2).zip"));
+  mailed({{"aircraft.cfg", cfg}});
   EXPECT_EQ(rows(app.frmMain.lstAircraft), Tree{"The Plane|C:\\Hangar\\aircraft\\mail\\"});
-  expectClean();
+  EXPECT_FALSE(drive.exists("C:\\Temp\\mail (3).zip"));
 }
 
 TEST_F(InstallerTest, BadEmbeddedArchivesEndTheRunAndTheNextOneWorks) {
-  const std::pair<const char*, std::string> bad[] = {{"empty", ""}, {"broken", "PK no zip"}};
-  for (const auto& [name, bytes] : bad) {
-    SCOPED_TRACE(name);
+  const auto fails = [this](const char* what, const std::string& text) {
+    SCOPED_TRACE(what);
     windows.boxes.clear();
-    zip({{"aircraft.cfg", "[fltsim.0]\r\nTitle=Wrong\r\n"}, {"in.zip", bytes}});
-    windows.inputs = {name};
     install();
-    EXPECT_EQ(windows.boxes.size(), 1U);
-    EXPECT_EQ(app.frmMain.lstAircraft.count(), 0);
-    EXPECT_EQ(app.frmMain.lblStatus.caption, "");
-  }
-  zip({{"p/aircraft.cfg", cfg}, {"locked.zip", sample::zipBytes({{"g.gau", "g"}})}});
+    ASSERT_EQ(windows.boxes.size(), 1U);
+    EXPECT_NE(windows.boxes[0].text.find(text), std::string::npos) << windows.boxes[0].text;
+    EXPECT_NE(windows.boxes[0].text.find("\"in.zip\" lies in \"C:\\plane.zip\"."),
+              std::string::npos)
+        << windows.boxes[0].text;
+    EXPECT_EQ(hangar(), Tree{});
+    expectClean();
+  };
+  zip({{"aircraft.cfg", cfg}, {"in.zip", ""}});
+  fails("empty", "The embedded ZIP \"in.zip\" is empty.");
+  zip({{"aircraft.cfg", cfg}, {"in.zip", "PK no zip"}});
+  fails("broken", "in.zip");
+  zip({{"p/aircraft.cfg", cfg}, {"p/in.zip", sample::zipBytes({{"g.gau", "g"}})}});
   files.failWhen("deleteFile", "", err::pathFileAccess);
-  windows.inputs = {"locked"};
-  windows.boxes.clear();
-  install();
-  EXPECT_EQ(windows.boxes.size(), 1U) << "an archive that cannot be deleted is given up";
+  windows.onYield = [this] {
+    if (!windows.boxes.empty()) files.heal();
+  };
+  fails("cannot be deleted", "Path/File access error");
+  windows.onYield = nullptr;
   files.heal();
 
   windows.boxes.clear();
-  clock.time += 1;
-  windows.inputs = {"good"};
   install();
   EXPECT_EQ(windows.boxTexts(), Tree{});
-  EXPECT_EQ(rows(app.frmMain.lstAircraft), Tree{"The Plane|C:\\Hangar\\aircraft\\good\\"});
-  EXPECT_EQ(drive.read("C:\\Hangar\\aircraft\\good\\aircraft.cfg"), cfg)
-      << "what a failed run left must not get into the next";
+  EXPECT_EQ(drive.read("C:\\Hangar\\Main\\plane\\Gauges\\g.gau"), "g");
+  EXPECT_EQ(drive.read("C:\\Hangar\\aircraft\\plane\\aircraft.cfg"), cfg);
   expectClean();
+}
+
+TEST_F(InstallerTest, TheUserSeesWhatGoesOnAndHowItEnded) {
+  zip({{"p/aircraft.cfg", cfg},
+       {"p/model/a.mdl", "m"},
+       {"Gauges/g.gau", "g"},
+       {"Gauges/g.txt", "t"},
+       {"in.zip", sample::zipBytes({{"e.fx", "e"}})}});
+  std::vector<std::string> shown;
+  windows.onYield = [&] {
+    const std::string caption = app.frmMain.lblStatus.caption;
+    if (windows.fileDialogs.empty()) return;
+    EXPECT_FALSE(app.frmMain.enabled);
+    EXPECT_EQ(windows.pointers.back(), ui::Pointer::hourglass);
+    if (shown.empty() || shown.back() != caption) shown.push_back(caption);
+  };
+  install();
+  windows.onYield = nullptr;
+  EXPECT_EQ(shown.at(1), "Extracting ZIP: C:\\plane.zip");
+  EXPECT_EQ(std::ranges::count(shown, "Extracting embedded ZIP: in.zip"), 1);
+  EXPECT_EQ(app.frmMain.lblStatus.caption, "");
+  EXPECT_EQ(app.frmMain.lblStatus.notice, "The Plane installed: 5 files, 1 gauge");
+  EXPECT_EQ(app.frmMain.txtACTitle.text, "The Plane");
+
+  zip({{"aircraft.cfg", "[fltsim.0]\r\nTitle=Another\r\n"}}, {}, "C:\\two.zip");
+  install("C:\\two.zip");
+  EXPECT_EQ(app.frmMain.lblStatus.notice, "Another installed: 1 file");
+  EXPECT_EQ(app.frmMain.txtACTitle.text, "Another");
+  const Tree both{"The Plane|C:\\Hangar\\aircraft\\plane\\", "Another|C:\\Hangar\\aircraft\\two\\"};
+  EXPECT_EQ(rows(app.frmMain.lstAircraft), both);
+  EXPECT_EQ(app.frmMain.lstAircraft.selected(), 2);
+  mnuViewHangar_Click(app);
+  EXPECT_EQ(rows(app.frmMain.lstAircraft), both) << "as the file has them";
+}
+
+TEST_F(InstallerTest, WhatCannotBePlacedIsToldAndNothingOfItStays) {
+  zip({{"p/aircraft.cfg", cfg}, {"p/a.mdl", "m"}, {"Gauges/g.gau", "g"}});
+  for (const char* call : {"moveFile", "rename", "flushDisk", "makeFolder"}) {
+    SCOPED_TRACE(call);
+    windows.boxes.clear();
+    files.failWhen(call, "", err::diskFull);
+    install();
+    files.heal();
+    ASSERT_EQ(windows.boxes.size(), 1U);
+    EXPECT_NE(windows.boxes[0].text.find("Disk full"), std::string::npos) << windows.boxes[0].text;
+    if (call == std::string_view("moveFile")) {
+      EXPECT_TRUE(windows.boxes[0].text.starts_with("1 of 1 files could not be moved, the first:"))
+          << windows.boxes[0].text;
+    }
+    EXPECT_EQ(drive.tree("C:\\Hangar"), (Tree{"Main\\", "aircraft\\"}));
+    EXPECT_EQ(app.frmMain.lstAircraft.count(), 0);
+    EXPECT_TRUE(drive.exists("C:\\plane.zip"));
+    expectClean();
+  }
+  windows.boxes.clear();
+  drive.write("C:\\Hangar\\Main\\plane\\Gauges\\old.gau", "the user's");
+  zip({{"readme.txt", "r"}}, {}, "C:\\none.zip");
+  windows.inputs = {"plane"};
+  install("C:\\none.zip");
+  EXPECT_EQ(hangar(), Tree{"Main\\plane\\Gauges\\old.gau"});
+  install();
+  EXPECT_EQ(windows.boxTexts(), Tree{"No Aircraft.cfg found!"});
+  EXPECT_EQ(hangar(),
+            (Tree{"Main\\plane\\Gauges\\g.gau", "Main\\plane\\Gauges\\old.gau", "SKV_AC.lst",
+                  "aircraft\\plane\\a.mdl", "aircraft\\plane\\aircraft.cfg"}));
+}
+
+TEST_F(InstallerTest, TheLastCopyStaysWhenTheArchiveHasGoneMeanwhile) {
+  windows.onYield = [this] {
+    if (app.frmMain.lblStatus.caption.get().starts_with("Processing: C:\\Hangar"))
+      drive.remove("C:\\plane.zip");
+  };
+  files.failWhen("rename", "", err::diskFull);
+  zip({{"p/aircraft.cfg", cfg}, {"more.txt", "t"}, {"Panel/panel.cfg", "p"}});
+  install();
+  windows.onYield = nullptr;
+  files.heal();
+  ASSERT_EQ(windows.boxes.size(), 2U);
+  EXPECT_NE(windows.boxes[1].text.find("stays in \"C:\\Temp\\SKVInstallTemp\\\""),
+            std::string::npos);
+  EXPECT_EQ(drive.read("C:\\Hangar\\aircraft\\~SKVInstall\\aircraft.cfg"), cfg);
+  EXPECT_EQ(app.frmMain.lstAircraft.count(), 0);
+}
+
+TEST_F(InstallerTest, StopsWhenTheUserWantsIt) {
+  zip({{"p/aircraft.cfg", cfg}, {"Gauges/g.gau", "g"}, {"in.zip", sample::zipBytes({{"e", "e"}})}});
+  for (const char* when :
+       {"Extracting ZIP", "Extracting embedded", "Processing: C:\\Temp", "Cleaning temporary"}) {
+    SCOPED_TRACE(when);
+    app.stopRequested = false;
+    windows.onYield = [&] {
+      if (app.frmMain.lblStatus.caption.get().starts_with(when)) app.stopRequested = true;
+    };
+    install();
+    windows.onYield = nullptr;
+    EXPECT_TRUE(windows.boxes.empty());
+    if (app.frmMain.lstAircraft.count() == 0) {
+      EXPECT_EQ(app.frmMain.lblStatus.notice,
+                "Installation stopped: nothing was added to the Hangar");
+      EXPECT_EQ(hangar(), Tree{});
+    } else {
+      EXPECT_STREQ(when, "Cleaning temporary") << "the aircraft is in the Hangar by then";
+    }
+    expectClean();
+  }
+  EXPECT_EQ(app.frmMain.lstAircraft.count(), 1);
+}
+
+TEST_F(InstallerTest, AWorkingFolderThatIsALinkIsLeftAlone) {
+  drive.write("C:\\data\\thesis.txt", "years of work");
+  drive.remove("C:\\Temp\\SKVInstallTemp");
+  drive.link("C:\\Temp\\SKVInstallTemp", "C:\\data");
+  zip({{"aircraft.cfg", cfg}});
+  install();
+  ASSERT_EQ(windows.boxes.size(), 1U);
+  EXPECT_NE(windows.boxes[0].text.find("is a link"), std::string::npos);
+  EXPECT_EQ(drive.tree("C:\\data"), Tree{"thesis.txt"});
+  EXPECT_TRUE(windows.inputPrompts.empty());
 }
 
 TEST_F(InstallerTest, ARunKeepsToTheHangarItBeganWith) {
@@ -246,27 +442,63 @@ TEST_F(InstallerTest, ARunKeepsToTheHangarItBeganWith) {
   expectClean();
 }
 
-TEST_F(InstallerTest, AnyFailingCallLeavesTheWindowEnabledAndTheSimulatorUntouched) {
+// Every call that changes the disk fails once, or is the last before a kill: the try either was
+// whole or has left nothing but what the next one clears away, and the next one ends well.
+class InstallerFaultTest : public InstallerTest, public ::testing::WithParamInterface<bool> {};
+
+TEST_P(InstallerFaultTest, AnyFailingCallIsToldAndTheNextTryEndsWell) {
+  const bool kills = GetParam();
   zip({{"p/aircraft.cfg", cfg},
        {"Gauges/g.gau", "g"},
        {"in.zip", sample::zipBytes({{"e.fx", "e"}})}});
   const Tree simulator = drive.tree("C:\\FS");
-  for (int call = 1;; ++call) {
+  const Tree whole{"Main\\plane\\Effects\\e.fx", "Main\\plane\\Gauges\\g.gau", "SKV_AC.lst",
+                   "aircraft\\plane\\aircraft.cfg"};
+  const Tree row{"The Plane|C:\\Hangar\\aircraft\\plane\\"};
+  constexpr int mostCalls = 500;
+  int call = 1;
+  for (bool struck = true; struck && call < mostCalls; ++call) {
     SCOPED_TRACE(call);
     drive.clear("C:\\Hangar");
-    mnuViewFSAircraft_Click(app);
     drive.clear("C:\\Temp\\SKVInstallTemp");
-    files.failAt(call, err::diskFull);
-    install();
-    const bool failed = files.heal();
+    mnuViewFSAircraft_Click(app);
+    windows.boxes.clear();
+    if (kills)
+      files.killAt(call);
+    else
+      files.failAt(call, err::diskFull);
+    bool killed = false;
+    try {
+      install();
+    } catch (const test::Killed&) {
+      killed = true;
+    }
+    struck = files.heal();
+    const bool told = !windows.boxes.empty();
+    windows.boxes.clear();
     EXPECT_EQ(drive.tree("C:\\FS"), simulator);
     EXPECT_TRUE(drive.exists("C:\\plane.zip"));
-    if (!failed) {
-      EXPECT_TRUE(drive.exists("C:\\Hangar\\aircraft\\plane\\aircraft.cfg"));
-      break;
+    if (drive.exists("C:\\Hangar\\aircraft\\plane")) {
+      EXPECT_EQ(drive.read("C:\\Hangar\\aircraft\\plane\\aircraft.cfg"), cfg);
+      EXPECT_EQ(drive.read("C:\\Hangar\\Main\\plane\\Gauges\\g.gau"), "g");
+      EXPECT_TRUE(killed || told || hangar() == whole);
+    } else {
+      EXPECT_TRUE(killed || (told && hangar() == Tree{}));
     }
+
+    mnuViewFSAircraft_Click(app);
+    install();
+    EXPECT_EQ(hangar(), whole);
+    mnuViewHangar_Click(app);
+    EXPECT_EQ(rows(app.frmMain.lstAircraft), row);
+    const Tree texts = windows.boxTexts();
+    EXPECT_TRUE(texts.empty() || texts == Tree{"Aircraft 'plane' already exists!"}) << texts[0];
   }
+  EXPECT_GT(call, 20);
+  EXPECT_LT(call, mostCalls);
 }
+
+INSTANTIATE_TEST_SUITE_P(FailsOrKills, InstallerFaultTest, ::testing::Bool());
 
 }  // namespace
 }  // namespace skv

@@ -237,7 +237,7 @@ class Crew {
   Crew(const Crew&) = delete;
   Crew& operator=(const Crew&) = delete;
 
-  Outcome watch(const std::function<void(int)>& progress) {
+  Outcome watch(const std::function<bool(int)>& progress) {
     constexpr auto look = std::chrono::milliseconds(20);
     if (threads_.empty()) work();
     for (;;) {
@@ -245,7 +245,7 @@ class Crew {
         std::unique_lock lock(mutex_);
         if (ended_.wait_for(lock, look, [this] { return finished_ >= threads_.size(); })) break;
       }
-      progress(percent());
+      if (!progress(percent())) cancel();
     }
     join();
     if (thrown_) std::rethrow_exception(thrown_);
@@ -258,6 +258,12 @@ class Crew {
     constexpr double whole = 100;
     return static_cast<int>(static_cast<double>(shared_.done) * whole /
                             static_cast<double>(bytes_));
+  }
+
+  void cancel() {
+    const std::scoped_lock lock(mutex_);
+    if (!shared_.stop) failure_ = Outcome::failure(err::cancelled);
+    shared_.stop = true;
   }
 
   void work() {
@@ -308,7 +314,7 @@ class Crew {
 }  // namespace
 
 Outcome extractFiles(FileSystem& files, const ArchiveFile& archive, const ExtractionPlan& plan,
-                     const std::function<void(int percent)>& progress) {
+                     const std::function<bool(int percent)>& progress) {
   for (const std::string& folder : plan.folders) {
     const Outcome made = files.makeFolder(folder);
     if (made.ok()) continue;

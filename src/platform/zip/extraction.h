@@ -8,8 +8,9 @@
 namespace skv {
 
 // Unpacks on two processors. `progress` is called now and then on the calling thread, with the part
-// that is done in percent. Stops when an entry cannot be unpacked; what was complete by then stays.
+// that is done in percent, and answers whether to go on. Stops when an entry cannot be unpacked;
+// what was complete by then stays.
 Outcome extractFiles(FileSystem& files, const ArchiveFile& archive, const ExtractionPlan& plan,
-                     const std::function<void(int percent)>& progress);
+                     const std::function<bool(int percent)>& progress);
 
 }  // namespace skv

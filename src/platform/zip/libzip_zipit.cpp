@@ -35,8 +35,9 @@ class LibzipZipit : public Zipit {
   Outcome add(const std::vector<std::string>& names);
   Outcome extract(const std::vector<std::string>& names);
   Result<std::vector<ChosenEntry>> choose(const std::vector<std::string>& names) const;
-  // Tells how far a job is, up to the percent before the last, and keeps the window alive.
-  void report(const Event& event, int percent);
+  // Tells how far a job is, up to the percent before the last, and keeps the window alive. Answers
+  // whether the job may go on.
+  bool report(const Event& event, int percent);
 
   FileSystem& files_;
   const CodePage systemPage_;
@@ -77,16 +78,17 @@ Outcome LibzipZipit::readEntries() {
   return {};
 }
 
-void LibzipZipit::report(const Event& event, int percent) {
+bool LibzipZipit::report(const Event& event, int percent) {
   if (percent > reported_ && percent < complete) {
     reported_ = percent;
     if (event) event(percent);
   }
   constexpr auto pause = std::chrono::milliseconds(15);
   const auto now = std::chrono::steady_clock::now();
-  if (!Yield || now - lastYield_ < pause) return;
-  Yield();
+  if (!Yield || now - lastYield_ < pause) return true;
+  const bool goesOn = Yield();
   lastYield_ = std::chrono::steady_clock::now();
+  return goesOn;
 }
 
 Outcome LibzipZipit::addfiles(const std::vector<std::string>& names) {
@@ -109,7 +111,8 @@ Outcome LibzipZipit::add(const std::vector<std::string>& names) {
     }
     job.files.push_back({std::move(path), usedirectoryinfo ? name : fileName(name)});
   }
-  return packFiles(files_, systemPage_, job, [this](int percent) { report(AddProgress, percent); });
+  return packFiles(files_, systemPage_, job,
+                   [this](int percent) { return report(AddProgress, percent); });
 }
 
 Outcome LibzipZipit::extractfiles(const std::vector<std::string>& names) {
@@ -131,7 +134,7 @@ Outcome LibzipZipit::extract(const std::vector<std::string>& names) {
   if (!plan.ok()) return plan.outcome();
   renamed_ = plan.value().renamed;
   return extractFiles(files_, *file_, plan.value(),
-                      [this](int percent) { report(ExtractProgress, percent); });
+                      [this](int percent) { return report(ExtractProgress, percent); });
 }
 
 Result<std::vector<ChosenEntry>> LibzipZipit::choose(const std::vector<std::string>& names) const {

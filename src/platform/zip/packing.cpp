@@ -21,14 +21,18 @@ namespace {
 // What an entry's data needs of its job.
 struct Job {
   const Packing& packing;
-  const std::function<void(int)>& progress;
+  const std::function<bool(int)>& progress;
   PackAhead ahead;
   Outcome failure;                       // the first one, in better words than libzip has
   std::exception_ptr thrown = {};        // what is no std::exception is for the caller
   std::vector<std::uint64_t> before{0};  // bytes before each entry, and of all
   int percent = 0;
+  bool cancelled = false;
 
-  void report() const { progress(percent); }
+  void report() {
+    if (!progress(percent)) cancelled = true;
+  }
+  static int isCancelled(zip_t*, void* user) { return static_cast<Job*>(user)->cancelled ? 1 : 0; }
 
   // libzip counts entries, and users wait for bytes.
   static void advanced(zip_t*, double part, void* user) {
@@ -148,7 +152,7 @@ class PackedSource {
 class Packer {
  public:
   Packer(FileSystem& files, const CodePage& systemPage, const Packing& packing,
-         const std::function<void(int)>& progress)
+         const std::function<bool(int)>& progress)
       : files_(files),
         systemPage_(systemPage),
         packing_(packing),
@@ -189,10 +193,12 @@ class Packer {
       if (Outcome added = add(*archive, file); !added.ok()) return added;
     job_.ahead.start();
     zip_register_progress_callback_with_state(archive.get(), 0, Job::advanced, nullptr, &job_);
+    zip_register_cancel_callback_with_state(archive.get(), Job::isCancelled, nullptr, &job_);
     const bool closed = zip_close(archive.get()) == 0;
     if (closed) static_cast<void>(archive.release());  // it is gone
     if (job_.thrown) std::rethrow_exception(job_.thrown);
     if (closed) return {};
+    if (job_.cancelled) return Outcome::failure(err::cancelled);
     if (!job_.failure.ok()) return job_.failure;
     if (!output.failure().ok()) return output.failure();
     return fails(*zip_get_error(archive.get()));
@@ -263,7 +269,7 @@ class Packer {
 }  // namespace
 
 Outcome packFiles(FileSystem& files, const CodePage& systemPage, const Packing& job,
-                  const std::function<void(int percent)>& progress) {
+                  const std::function<bool(int percent)>& progress) {
   return guarded(job.archive, [&] { return Packer(files, systemPage, job, progress).run(); });
 }
 

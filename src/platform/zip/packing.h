@@ -22,8 +22,9 @@ struct Packing {
 };
 
 // Packs on two processors and puts the archive under its name when it is complete, in the place of
-// an older one. `progress` is called often on the calling thread. On a failure nothing is left.
+// an older one. `progress` is called often on the calling thread and answers whether to go on. On a
+// failure nothing is left.
 Outcome packFiles(FileSystem& files, const CodePage& systemPage, const Packing& job,
-                  const std::function<void(int percent)>& progress);
+                  const std::function<bool(int percent)>& progress);
 
 }  // namespace skv

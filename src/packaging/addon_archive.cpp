@@ -1,0 +1,225 @@
+#include "packaging/addon_archive.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "base/paths.h"
+#include "core/disk_queries.h"
+#include "core/folder_guard.h"
+#include "core/messages.h"
+#include "core/settings_keys.h"
+#include "core/stores.h"
+#include "core/walktree.h"
+#include "core/working_folder.h"
+#include "core/zip_service.h"
+#include "packaging/addon_name.h"
+#include "packaging/staged_folder.h"
+
+namespace skv {
+
+namespace {
+
+constexpr int yieldsAfterChoice = 1000;
+constexpr int yieldsAfterExtraction = 500;
+constexpr int triesToDelete = 5;
+constexpr int yieldsBetweenTries = 100;
+
+bool isArchive(const FolderEntry& entry) {
+  return !entry.folder && lowerAscii(entry.name).ends_with(packageEnd);
+}
+
+// A path in `folder` that nothing has: "b737.zip", else "b737 (2).zip", ...
+std::string freePath(const FileSystem& files, const std::string& folder, const std::string& name) {
+  constexpr int lastTry = 1000;
+  const std::size_t end = std::min(name.rfind('.'), name.size());
+  std::string path = folder + name;
+  for (int i = 2; i < lastTry && presenceOf(files, path) != Presence::absent; ++i)
+    path = folder + name.substr(0, end) + " (" + std::to_string(i) + ")" + name.substr(end);
+  return path;
+}
+
+}  // namespace
+
+AddonArchive::AddonArchive(App& app, AddonStore store)
+    : app_(app), store_(std::move(store)), runFolder_(decimal(app.platform.clock.now()) + "\\") {}
+
+bool AddonArchive::choose() {
+  if (!app_.PendingZIP.empty()) {
+    path_ = std::exchange(app_.PendingZIP, {});
+  } else {
+    auto picked = app_.windows.openFile({app_.LastZIPDir, "Zip Files|*.zip"});
+    if (!picked.ok()) {
+      if (picked.outcome().number() != err::cancelled) ReportError(app_, picked.outcome());
+      return false;
+    }
+    app_.LastZIPDir = picked.value().initialFolder;
+    writeSetting(app_, setting::LastZIPDir, app_.LastZIPDir).skipped();
+    path_ = std::move(picked).value().path;
+  }
+  ui::yieldTimes(app_.windows, yieldsAfterChoice);
+  if (app_.files().isLink(withoutBackslash(app_.InstallTempDir))) {
+    app_.windows.messageBox(
+        {"The working folder \"" + app_.InstallTempDir +
+             "\" is a link. An installation empties it, and does not start since that could "
+             "empty another folder.",
+         ui::BoxIcon::exclamation});
+    return false;
+  }
+  status("Extracting ZIP: " + path_);
+  return true;
+}
+
+std::string AddonArchive::proposedName() const {
+  const std::string file = fileName(path_);
+  const std::size_t end = std::string_view(packageEnd).size();
+  return nearestAddonName(app_, store_.addons,
+                          file.substr(0, file.size() - std::min(file.size(), end)));
+}
+
+// Each further question offers a name that can be, so that they end.
+bool AddonArchive::askName() {
+  std::string offered = proposedName();
+  for (;;) {
+    const auto answer =
+        app_.windows.inputBox("Foldername for aircraft:", ui::programTitle, offered);
+    cancelled_ = !answer;
+    if (cancelled_) return false;
+    name_ = *answer;
+    const std::string fault = faultOfAddonName(app_, store_.addons, name_);
+    if (fault.empty()) break;
+    app_.windows.messageBox(
+        {"\"" + name_ + "\" cannot be the folder's name.\r\n" + fault, ui::BoxIcon::exclamation});
+    offered = nearestAddonName(app_, store_.addons, name_);
+  }
+  // An empty name is the folder of all add-ons, whether that stands or not.
+  const auto found = app_.files().attributes(store_.addons + name_);
+  nameTaken_ = name_.empty() || found.ok();
+  if (nameTaken_)
+    app_.windows.messageBox(
+        {std::string(store_.kind) + " '" + name_ + "' already exists!", ui::BoxIcon::exclamation});
+  else if (presenceBy(found.outcome()) != Presence::absent)
+    return !ReportError(app_, found.outcome());
+  return !nameTaken_;
+}
+
+bool AddonArchive::unpack() {
+  ReadAndExtract job(app_);
+  if (!job.open(path_)) return false;
+  FileSystem& files = app_.files();
+  if (presenceOf(files, app_.InstallTempDir) == Presence::absent &&
+      ReportError(app_, files.makeFolder(app_.InstallTempDir)))
+    return false;
+  clearWorkingFolders(app_);
+  status("Extracting ZIP: " + path_);
+  unpacks_ = true;
+  const std::string target = app_.InstallTempDir + runFolder_;
+  return !ReportError(app_, files.makeFolder(target)) && job.fits(store_.folder) &&
+         job.extract(target, yieldsAfterExtraction);
+}
+
+// An archive inside the archive is unpacked beside the run's folder. The search looks into that
+// folder only, so an archive inside such an archive stays as it is.
+bool AddonArchive::unpackEmbedded() {
+  for (;;) {
+    app_.FoundDir.clear();
+    const WalkReport search =
+        WalkTree(app_, app_.InstallTempDir + runFolder_, "", WalkFindZip, true);
+    const std::string folder = std::exchange(app_.FoundDir, {});
+    if (app_.stopRequested) return false;
+    if (folder.empty()) return tellWalk(app_, search, "searched");
+    const auto listing = app_.files().list(folder);
+    if (ReportError(app_, listing.outcome())) return false;
+    int unpacked = 0;
+    for (const FolderEntry& entry : listing.value()) {
+      if (!isArchive(entry)) continue;
+      if (!unpackOneEmbedded(folder, entry.name)) return false;
+      ++unpacked;
+    }
+    // Each round deletes what it has found; what the listing omits would be found for ever.
+    if (unpacked == 0) {
+      ReportError(app_, Outcome::failure(err::deviceIo, folder));
+      return false;
+    }
+  }
+}
+
+bool AddonArchive::unpackOneEmbedded(const std::string& folder, const std::string& name) {
+  FileSystem& files = app_.files();
+  const std::string path = folder + name;
+  const auto fails = [&](const Outcome& outcome) {
+    return !outcome.ok() &&
+           ReportError(app_,
+                       Outcome::withText(outcome.number(), outcome.description() + "\r\n\"" + name +
+                                                               "\" lies in \"" + path_ + "\"."));
+  };
+  status("Extracting embedded ZIP: " + name);
+  const auto length = files.fileLength(path);
+  if (fails(length.outcome())) return false;
+  if (length.value() == 0)
+    return !fails(Outcome::withText(err::zip, "The embedded ZIP \"" + name + "\" is empty."));
+
+  const std::string target = app_.InstallTempDir + "_" + runFolder_ + "SKV" + name;
+  MakePath(files, target);
+  if (!folderExists(files, target) && fails(Outcome::failure(err::pathNotFound, target)))
+    return false;
+  {
+    ReadAndExtract job(app_, path_);
+    if (!job.open(path) || !job.fits(store_.folder) || !job.extract(target, yieldsAfterExtraction))
+      return false;
+  }
+  return !fails(deleteEmbedded(folder, name));
+}
+
+Outcome AddonArchive::deleteEmbedded(const std::string& folder, const std::string& name) {
+  FileSystem& files = app_.files();
+  Outcome deleted;
+  for (int attempt = 0; attempt < triesToDelete; ++attempt) {
+    deleted = files.deleteFile(folder + name);
+    if (deleted.ok()) break;
+    files.setAttributes(withoutBackslash(folder), {}).skipped();
+    files.setAttributes(folder + name, {}).skipped();
+    ui::yieldTimes(app_.windows, yieldsBetweenTries);
+  }
+  return deleted;
+}
+
+bool AddonArchive::stillThere() const { return presenceOf(app_.files(), path_) == Presence::there; }
+
+void AddonArchive::finish() {
+  status("Cleaning temporary folder...");
+  emptyWorkingFolder(app_);
+  status("");
+}
+
+void AddonArchive::giveUp() {
+  if (stillThere()) {
+    status("Cleaning temporary folder...");
+    clearWorkingFolders(app_);
+    keepMailedArchive();
+  } else if (unpacks_) {
+    app_.windows.messageBox(
+        {"\"" + path_ + "\" cannot be found any more. What was unpacked of it stays in \"" +
+             app_.InstallTempDir + "\" and in the folders \"" + StagedFolder::name + "\" below \"" +
+             store_.folder + "\" until the next installation or start of the program.",
+         ui::BoxIcon::exclamation});
+  }
+  status("");
+}
+
+// The next installation, or the next start, would take it away with the working folder.
+void AddonArchive::keepMailedArchive() {
+  if (!isOrHolds(app_.InstallTempDir, path_)) return;
+  const std::string kept = freePath(app_.files(), app_.TempDir, fileName(path_));
+  const Outcome moved = app_.files().moveFile(path_, kept);
+  const std::string text =
+      moved.ok() ? "The archive is kept as \"" + kept + "\"."
+                 : "The archive lies in \"" + path_ +
+                       "\". Copy it before you end the program: " + moved.description();
+  if (cancelled_ && moved.ok())
+    app_.frmMain.lblStatus.notice = text;
+  else
+    app_.windows.messageBox(
+        {text, moved.ok() ? ui::BoxIcon::information : ui::BoxIcon::exclamation});
+}
+
+}  // namespace skv

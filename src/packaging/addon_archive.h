@@ -1,0 +1,64 @@
+// The front half of both installers: which archive, under which name, and everything that is in it
+// unpacked into the working folder.
+//
+//   InstallTempDir\37927.6458333333\...                      the archive's contents
+//   InstallTempDir\_37927.6458333333\SKVgauges.zip\...       those of an archive inside it
+//
+// A search that starts at InstallTempDir sees both as one tree. An archive that came by mail lies
+// in InstallTempDir itself and is the user's only copy: it goes with the working folder when the
+// add-on is in its store, and is kept elsewhere when it is not.
+#pragma once
+
+#include <string>
+
+#include "core/app.h"
+
+namespace skv {
+
+// What the installers differ in. Paths end in a backslash.
+struct AddonStore {
+  std::string folder;  // HangarDir or SceneryLib: has to have room
+  std::string addons;  // where each add-on has a folder: HangarDir + "aircraft\"
+  const char* kind;    // as in "Aircraft 'b737' already exists!"
+};
+
+class AddonArchive {
+ public:
+  AddonArchive(App& app, AddonStore store);
+
+  // The steps, in this order. False: the run is over, and the user has been told why or knows it.
+  // Whoever gets false from a step after choose() ends by giveUp().
+  bool choose();
+  bool askName();
+  bool unpack();
+  bool unpackEmbedded();
+
+  const std::string& name() const { return name_; }
+  // The name was refused since a folder has it already.
+  bool nameTaken() const { return nameTaken_; }
+  // Whether the user still has what he began with, so that what was unpacked from it may go.
+  bool stillThere() const;
+
+  // The end of a run that has placed everything: the working folder is emptied.
+  void finish();
+  // The end of any other run: what was unpacked goes.
+  void giveUp();
+
+ private:
+  std::string proposedName() const;
+  bool unpackOneEmbedded(const std::string& folder, const std::string& name);
+  Outcome deleteEmbedded(const std::string& folder, const std::string& name);
+  void keepMailedArchive();
+  void status(const std::string& text) { app_.frmMain.lblStatus.caption = text; }
+
+  App& app_;
+  const AddonStore store_;
+  const std::string runFolder_;  // unique to the run, with trailing backslash
+  std::string path_;             // of the archive
+  std::string name_;             // of the add-on's folder, as the user confirmed it
+  bool cancelled_ = false;       // in the name box
+  bool nameTaken_ = false;
+  bool unpacks_ = false;  // something may have been unpacked
+};
+
+}  // namespace skv
