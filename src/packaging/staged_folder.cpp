@@ -32,7 +32,7 @@ Outcome StagedFolder::clear() {
     return presenceBy(found.outcome()) == Presence::absent ? Outcome() : found.outcome();
   if (Outcome allowed = mayBeGivenUp(app_, {path_ + "\\", root_}); !allowed.ok()) return allowed;
   // The walk keeps the window alive, and leaves little to do.
-  WalkTree(app_, path_, "", WalkDelete, true);
+  WalkTree(app_, path_, "", WalkDelete, true, OnStop::goOn);
   return removeWhole(files, path_);
 }
 
