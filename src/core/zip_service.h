@@ -29,6 +29,8 @@ class ReadAndExtract {
   // Writes all entries below `extractfolder`, which exists. Then waits for ZipDone, clears it and
   // yields `yields` times more. Shows the error box on a failure.
   bool extract(const std::string& extractfolder, int yields);
+  // Afterwards: what had to get another name than the archive has for it.
+  const std::vector<RenamedEntry>& renamed() const { return Zipit1_->renamed(); }
 
  private:
   bool hasSpace(const std::string& folder, double needed);

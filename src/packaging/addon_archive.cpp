@@ -11,7 +11,6 @@
 #include "core/stores.h"
 #include "core/walktree.h"
 #include "core/working_folder.h"
-#include "core/zip_service.h"
 #include "packaging/addon_name.h"
 #include "packaging/staged_folder.h"
 
@@ -113,8 +112,28 @@ bool AddonArchive::unpack() {
   status("Extracting ZIP: " + path_);
   unpacks_ = true;
   const std::string target = app_.InstallTempDir + runFolder_;
-  return !ReportError(app_, files.makeFolder(target)) && job.fits(store_.folder) &&
-         job.extract(target, yieldsAfterExtraction);
+  if (ReportError(app_, files.makeFolder(target)) || !job.fits(store_.folder) ||
+      !job.extract(target, yieldsAfterExtraction))
+    return false;
+  noteRenamed(job, {});
+  return true;
+}
+
+void AddonArchive::noteRenamed(const ReadAndExtract& job, const std::string& embedded) {
+  for (const RenamedEntry& entry : job.renamed()) {
+    ++renamed_;
+    renamedNames_ += embedded + entry.from + "  ->  " + entry.to + "\r\n";
+  }
+}
+
+void AddonArchive::tellRenamed() {
+  if (renamed_ == 0) return;
+  app_.windows.messageBox(
+      {.text = "Names in the archive that this disk cannot take: " + std::to_string(renamed_) +
+               ". Their files got other names, by which an add-on may not find "
+               "them.",
+       .icon = ui::BoxIcon::information,
+       .details = renamedNames_});
 }
 
 // An archive inside the archive is unpacked beside the run's folder. The search looks into that
@@ -166,6 +185,7 @@ bool AddonArchive::unpackOneEmbedded(const std::string& folder, const std::strin
     ReadAndExtract job(app_, path_);
     if (!job.open(path) || !job.fits(store_.folder) || !job.extract(target, yieldsAfterExtraction))
       return false;
+    noteRenamed(job, name + "\\");
   }
   return !fails(deleteEmbedded(folder, name));
 }

@@ -12,6 +12,7 @@
 #include <string>
 
 #include "core/app.h"
+#include "core/zip_service.h"
 
 namespace skv {
 
@@ -41,11 +42,14 @@ class AddonArchive {
 
   // The end of a run that has placed everything: the working folder is emptied.
   void finish();
+  // Tells in one box which names of the archive the disk could not take.
+  void tellRenamed();
   // The end of any other run: what was unpacked goes.
   void giveUp();
 
  private:
   std::string proposedName() const;
+  void noteRenamed(const ReadAndExtract& job, const std::string& embedded);
   bool unpackOneEmbedded(const std::string& folder, const std::string& name);
   Outcome deleteEmbedded(const std::string& folder, const std::string& name);
   void keepMailedArchive();
@@ -58,7 +62,9 @@ class AddonArchive {
   std::string name_;             // of the add-on's folder, as the user confirmed it
   bool cancelled_ = false;       // in the name box
   bool nameTaken_ = false;
-  bool unpacks_ = false;  // something may have been unpacked
+  int renamed_ = 0;
+  std::string renamedNames_;  // a line for each
+  bool unpacks_ = false;      // something may have been unpacked
 };
 
 }  // namespace skv

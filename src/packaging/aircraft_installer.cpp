@@ -177,6 +177,7 @@ void Installation::finish() {
   addRow(name);
   app_.frmMain.lblStatus.notice = name + " installed: " + counted(placed_.done, "file") +
                                   (gauges_ == 0 ? "" : ", " + counted(gauges_, "gauge"));
+  archive_.tellRenamed();
 }
 
 std::string Installation::title() const {

@@ -333,6 +333,21 @@ TEST_F(InstallerTest, TheUserSeesWhatGoesOnAndHowItEnded) {
   EXPECT_EQ(rows(app.frmMain.lstAircraft), both) << "as the file has them";
 }
 
+TEST_F(InstallerTest, RenamedEntriesAreToldAtTheEndInOneBox) {
+  zip({{"p/aircraft.cfg", cfg},
+       {"p/what?.txt", "1"},
+       {"in.zip", sample::zipBytes({{"a:b.fx", "e"}})}});
+  install();
+  ASSERT_EQ(windows.boxes.size(), 1U);
+  EXPECT_TRUE(
+      windows.boxes[0].text.ends_with(": 2. Their files got other names, by which an "
+                                      "add-on may not find them."))
+      << windows.boxes[0].text;
+  EXPECT_EQ(windows.boxes[0].details,
+            "p\\what?.txt  ->  p\\what_.txt\r\nin.zip\\a:b.fx  ->  a_b.fx\r\n");
+  EXPECT_EQ(app.frmMain.lstAircraft.count(), 1);
+}
+
 TEST_F(InstallerTest, WhatCannotBePlacedIsToldAndNothingOfItStays) {
   zip({{"p/aircraft.cfg", cfg}, {"p/a.mdl", "m"}, {"Gauges/g.gau", "g"}});
   for (const char* call : {"moveFile", "rename", "flushDisk", "makeFolder"}) {
