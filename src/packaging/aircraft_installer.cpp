@@ -175,9 +175,9 @@ void Installation::finish() {
   archive_.finish();
   const std::string name = title();
   addRow(name);
+  archive_.tellRenamed();
   app_.frmMain.lblStatus.notice = name + " installed: " + counted(placed_.done, "file") +
                                   (gauges_ == 0 ? "" : ", " + counted(gauges_, "gauge"));
-  archive_.tellRenamed();
 }
 
 std::string Installation::title() const {
