@@ -311,67 +311,6 @@ TEST_F(AircraftCfgTest, ReadOnlyIsNoObstacleAndStays) {
   EXPECT_FALSE(drive.exists(path("Aircraft.preSKV.cfg")));
 }
 
-TEST_F(AircraftCfgTest, WhatAPowerCutHasLeftIsNoOriginal) {
-  drive.write(path("Aircraft.preSKV.cfg"), "");
-  lstAircraft_Click(app);
-  windows.answers = {ui::Answer::yes};
-  btnACRestoreOriginal_Click(app);
-  EXPECT_EQ(drive.read(path("Aircraft.cfg")), cfg);
-  EXPECT_EQ(windows.boxTexts().back().find("The aircraft could not be reset."), 0U);
-}
-
-// One of the two files always stands whole: a save and a reset, each failed and killed at every
-// call that changes the disk, of read-only files.
-TEST_F(AircraftCfgTest, SavesAndResetsThatEndAnywhereLoseNeitherFile) {
-  const std::string changed = "[fltsim.0]\r\ntitle=Now\r\n";
-  for (const bool kills : {true, false}) {
-    for (const bool saves : {true, false}) {
-      bool struck = true;
-      for (int call = 1; struck && call < 20; ++call) {
-        SCOPED_TRACE(std::to_string(call) + (kills ? " killed " : " failed ") +
-                     (saves ? "save" : "reset"));
-        for (const char* name : {"Aircraft.cfg", "Aircraft.preSKV.cfg"}) {
-          if (drive.exists(path(name))) disk.setAttributes(path(name), {}).skipped();
-          drive.remove(path(name));
-        }
-        drive.write(path("Aircraft.cfg"), saves ? cfg : changed);
-        disk.setAttributes(path("Aircraft.cfg"), {.readOnly = true}).skipped();
-        if (!saves) {
-          drive.write(path("Aircraft.preSKV.cfg"), cfg);
-          disk.setAttributes(path("Aircraft.preSKV.cfg"), {.readOnly = true}).skipped();
-        }
-        ClearInfoTab(app);
-        lstAircraft_Click(app);
-        form.txtACTitle.text = saves ? "Now" : "";
-        windows.answers = {ui::Answer::yes};
-        if (kills)
-          files.killAt(call);
-        else
-          files.failAt(call, err::deviceIo);
-        try {
-          saves ? btnSaveACInfo_Click(app) : btnACRestoreOriginal_Click(app);
-        } catch (const test::Killed&) {
-        }
-        struck = files.heal();
-        ASSERT_TRUE(drive.exists(path("Aircraft.cfg")));
-        const std::string now = drive.read(path("Aircraft.cfg"));
-        if (saves && now != cfg) {
-          EXPECT_NE(now.find("title=Now"), std::string::npos);
-          EXPECT_EQ(drive.read(path("Aircraft.preSKV.cfg")), cfg);
-        }
-        if (!saves && now != cfg) {
-          EXPECT_EQ(now, changed);
-          EXPECT_EQ(drive.read(path("Aircraft.preSKV.cfg")), cfg);
-        }
-        if (!struck) {
-          EXPECT_EQ(now == cfg, !saves);
-        }
-      }
-      EXPECT_FALSE(struck) << "more calls than there can be";
-    }
-  }
-}
-
 TEST_F(AircraftCfgTest, NothingHappensWithoutASelectedRow) {
   form.lstAircraft.clear();
   form.txtPanel.text = "vfr";
