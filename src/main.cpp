@@ -1,6 +1,7 @@
 // The composition root: the only place that names what the interfaces are made of.
 #include <QApplication>
 
+#include "aircraft/aircraft_cfg.h"
 #include "core/app.h"
 #include "platform/desktop/desktop_shell.h"
 #include "platform/desktop/file_settings_store.h"
@@ -38,6 +39,7 @@ int main(int argc, char** argv) {
   skv::App app({files, settings, clock, shell, zip, skv::processEnvironment(files)}, windows);
   skv::connectEvents(app);
   app.frmMain.closed = [&] {
+    if (!skv::mayLeaveInfo(app)) return;
     skv::Form_Unload(app);
     windows.quit();
   };
