@@ -10,6 +10,7 @@
 #include "platform/file_system.h"
 
 struct libdeflate_compressor;
+struct z_stream_s;
 
 namespace skv {
 
@@ -41,7 +42,13 @@ class Deflater {
   struct Closer {
     void operator()(libdeflate_compressor* one) const;
   };
+  struct SmallCloser {
+    void operator()(z_stream_s* one) const;
+  };
+  std::vector<char> packSmall(std::span<const char> bytes);
+
   std::vector<std::unique_ptr<libdeflate_compressor, Closer>> compressors_;  // by level
+  std::unique_ptr<z_stream_s, SmallCloser> small_;
 };
 
 }  // namespace skv
