@@ -27,10 +27,10 @@ std::string storeTrouble(App& app) {
          "\nIf its disk is not mounted, mount it and press F5." + settingsLine;
 }
 
-std::string importLine(const ui::MenuItem& entry, const std::string& what) {
-  return entry.available() ? "\nFile, Import, " + entry.caption.get() + " lists them."
-                           : "\nFile, Import, " + entry.caption.get() + " will list " + what +
-                                 " that stand there already, in a version to come.";
+std::string importLine(const ui::MenuItem& entry) {
+  const std::string command = "\nFile, Import, " + entry.caption.get();
+  return command + (entry.available() ? " lists what is there."
+                                      : " will list what is there, in a version to come.");
 }
 
 std::string noAircraft(App& app) {
@@ -46,7 +46,7 @@ std::string noAircraft(App& app) {
   if (count > 0) {
     const std::string stand = count == 1 ? " aircraft stands in " : " aircraft stand in ";
     return std::to_string(count) + stand + place + " and " + (count == 1 ? "is" : "are") +
-           " not listed yet." + importLine(app.frmMain.mnuFileImportAC, "aircraft");
+           " not listed yet." + importLine(app.frmMain.mnuFileImportAC);
   }
   if (inHangar(app))
     return "The Hangar is empty.\n\"To Hangar...\" among the simulator's aircraft copies one "
@@ -72,10 +72,8 @@ void fillEmptyTexts(App& app) {
   const bool lists = trouble.empty() && form.lstAircraft.count() == 0;
   fill(form.lstAircraft, app.aircraftSource,
        lists ? noAircraft(app) : std::string("No aircraft is listed."));
-  fill(form.lstPanel, app.panelSource,
-       "No panel is listed." + importLine(form.mnuFileImportPN, "panels"));
-  fill(form.lstSound, app.soundSource,
-       "No sound is listed." + importLine(form.mnuFileImportSN, "sounds"));
+  fill(form.lstPanel, app.panelSource, "No panel is listed." + importLine(form.mnuFileImportPN));
+  fill(form.lstSound, app.soundSource, "No sound is listed." + importLine(form.mnuFileImportSN));
 }
 
 }  // namespace skv

@@ -169,7 +169,7 @@ TEST_F(AircraftViewsTest, AnEmptyListSaysWhy) {
   EXPECT_EQ(shown().find("5 aircraft stand in the simulator"), 0U) << shown();
   EXPECT_NE(shown().find("File, Import, Aircrafts will list"), std::string::npos);
   form.mnuFileImportAC.click = [] {};
-  EXPECT_NE(shown().find("File, Import, Aircrafts lists them."), std::string::npos);
+  EXPECT_NE(shown().find("File, Import, Aircrafts lists what is there."), std::string::npos);
   EXPECT_NE(form.lstPanel.emptyText->find("File, Import, Panels"), std::string::npos);
 
   files.failWhen("list", "C:\\FS\\aircraft\\", err::permissionDenied);
