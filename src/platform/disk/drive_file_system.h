@@ -1,4 +1,18 @@
 // The disk behind drive links. Knows nothing of Wine but the form in which it keeps its drives.
+//
+// What is where in this folder, from the outside in:
+//   drive_file_system.cpp  looks, attributes, folders, renaming, free space, flushing
+//   drive_listing.cpp      list()
+//   drive_content.cpp      reading, writing, copying and moving files
+//   drive_copies.cpp       copyFiles() by two threads
+//   disk_paths             from a Windows path to the place on disk, in whatever letters it stands
+//   folder_index           the names in a folder without regard to case, kept current
+//   windows_names          Windows paths taken apart; which names there can be
+//   drives, user_folders   where the drive links are, and a user's own folders
+//   dos_attributes         hidden, system, archive and read-only on a disk that has none of them
+//   file_writer            a file that has no name until it is whole
+//   file_copy              the content of one open file into another
+//   native_calls, os_error the system's calls, and their failures as outcomes
 #pragma once
 
 #include <memory>
@@ -17,7 +31,7 @@ namespace skv {
 
 class DriveFileSystem : public FileSystem {
  public:
-  // The native folder of drive links, as findDrivesFolder (platform/drives.h) gives it. The current
+  // The native folder of drive links, as findDrivesFolder (drives.h) gives it. The current
   // folder is C:\ at first.
   explicit DriveFileSystem(std::string driveFolder);
 

@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <array>
+#include <climits>
 
 #include "base/text.h"
 
@@ -141,6 +142,9 @@ void FolderIndexes::applyChanges() {
       }
       apply(watched->second, (event->mask & (IN_CREATE | IN_MOVED_TO)) != 0, event->name);
     }
+    // Room for any report was left: there was none.
+    constexpr std::size_t longestReport = sizeof(inotify_event) + NAME_MAX + 1;
+    if (static_cast<std::size_t>(got) + longestReport <= buffer.size()) return;
   }
 }
 
