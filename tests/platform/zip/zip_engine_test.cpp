@@ -438,7 +438,8 @@ TEST_F(ZipEngineTest, PacksAsHardAsAskedAndAsPays) {
   std::string noise, letters;
   for (unsigned i = 0, x = 1; i < 1200000; ++i)
     noise += static_cast<char>((x = x * 1103515245 + 12345) >> 16U);
-  for (int i = 0; letters.size() < noise.size(); ++i) letters += std::to_string(i * i) + " lines\n";
+  for (unsigned i = 0; letters.size() < noise.size(); ++i)
+    letters += std::to_string(i * i) + " lines\n";
   drive.write("C:\\in\\a.bin", noise);
   drive.write("C:\\in\\b.txt", letters);
   const auto levels = [&](int level) {
