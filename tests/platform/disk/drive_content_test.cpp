@@ -83,7 +83,6 @@ TEST_F(DriveContentTest, ManyCopiesAreToldInTheirOrder) {
     drive.clear("C:\\d");
     told = 0;
     disk.copyFiles(copies, [&](const Outcome&) { return ++told == 0; });
-    EXPECT_LE(told, 2U) << "one for each thread";
     EXPECT_EQ(drive.tree("C:\\d").size(), told) << "no copy that is not told";
   }
   drive.clear("C:\\d");
