@@ -248,10 +248,10 @@ TEST_F(ZipEngineTest, NoTwoNamesThatTheDiskCannotTakeShareATarget) {
                                       {"aux", "device"}}));
   const Outcome done = zip->extractfiles(namesOf(*zip));
   ASSERT_TRUE(done.ok()) << done.description();
-  const std::pair<const char*, const char*> files[] = {
+  const std::pair<const char*, const char*> found[] = {
       {"t\\a_.bmp", "honest"}, {"t\\a_ (2).bmp", "question"}, {"t\\a_ (3).bmp", "star again"},
       {"d_\\x", "in d?"},      {"d_ (2)\\x", "in d*"},        {"_aux", "device"}};
-  for (const auto& [name, content] : files)
+  for (const auto& [name, content] : found)
     EXPECT_EQ(drive.read(std::string("C:\\out\\") + name), content) << name;
   Tree renamed;
   for (const RenamedEntry& entry : zip->renamed()) renamed.push_back(entry.from + ">" + entry.to);
