@@ -18,6 +18,7 @@ namespace {
 void connectMenus(App& app) {
   auto& form = app.frmMain;
   form.mnuFileInstallAC.click = [&app] { mnuFileInstallAC_Click(app); };
+  form.mnuFileQuit.click = [&app] { ui::raise(app.frmMain.closed); };
   form.mnuFileSettings.click = [&app] { mnuFileSettings_Click(app); };
   form.mnuViewFSAircraft.click = [&app] { mnuViewFSAircraft_Click(app); };
   form.mnuViewHangar.click = [&app] { mnuViewHangar_Click(app); };
@@ -97,6 +98,7 @@ void connectDialogs(App& app) {
 
 void connectEvents(App& app) {
   app.frmMain.resized = [&app] { Form_Resize(app); };
+  app.frmMain.userActed = [&app] { app.frmMain.lblStatus.notice = ""; };
   connectMenus(app);
   connectAircraftViews(app);
   connectSceneryView(app);

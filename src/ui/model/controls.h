@@ -2,6 +2,7 @@
 #pragma once
 
 #include <algorithm>
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <string>
@@ -35,6 +36,7 @@ class Label : public Control {
       : Control(std::move(name)), caption(*this, std::move(text)) {}
   Text caption;
   Property<Colour> colour{*this, defaultColour};
+  std::function<void()> click;  // a label that has one is drawn as a link
 };
 
 // The bar between two lists. `y` is the pointer's offset from the place where the bar was when the
@@ -63,7 +65,7 @@ class TextBox : public Control {
 class ComboBox : public Control {
  public:
   using Control::Control;
-  std::vector<std::string> items;
+  Property<std::vector<std::string>> items{*this};
   Property<int> listIndex{*this, -1};  // from 0; -1 is none
   std::function<void()> click;
 };
@@ -85,14 +87,39 @@ class Frame : public Control {
   std::function<void()> dblClick;
 };
 
-// A picture on the form. `picture` is the Windows path of the file it shows, "" for none.
+// A picture in memory: rows from the top, each of blue, green, red (and at 32 bits an unused byte)
+// for a pixel, and padded to four bytes.
+struct Pixels {
+  int width = 0, height = 0;
+  int bitsPerPixel = 24;  // or 32
+  std::vector<std::uint8_t> rows;
+  unsigned version = 0;  // another one for other content
+
+  std::size_t rowBytes() const {
+    return (static_cast<std::size_t>(width) * static_cast<std::size_t>(bitsPerPixel) + 31) / 32 * 4;
+  }
+};
+
+// A picture on the form. `picture` is the Windows path of the file it shows, "" for none. A file
+// that has changed is shown anew when the control changes or the window is painted.
 class Image : public Control {
  public:
   using Control::Control;
   Text picture{*this};
+  // Shown in the place of `picture` while it has rows.
+  const Pixels& pixels() const { return pixels_; }
+  void setPixels(Pixels pixels) {
+    const unsigned version = pixels_.version + 1;
+    pixels_ = std::move(pixels);
+    pixels_.version = version;
+    changed();
+  }
   Text tag{*this};
   std::function<void()> click;
   std::function<void(MouseButton)> mouseDown;
+
+ private:
+  Pixels pixels_;
 };
 
 // One control that shows a text and a progress fill.
@@ -153,6 +180,8 @@ class Form : public Control {
 
   // The window's close box was used. The default hides the form.
   std::function<void()> closed;
+  // The same while the form takes no input: nothing is closed, and by default nothing happens.
+  std::function<void()> closeRequested;
   std::function<void()> resized;
   // The user has done something: called before the event of the control that it was done to.
   std::function<void()> userActed;

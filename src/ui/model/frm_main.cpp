@@ -16,9 +16,10 @@ FrmMain::FrmMain() : Form("frmMain", "FS Skyvault") {
   width = 15000;
   height = 10800;
 
-  mnuFile.entries = {&mnuFileImport,  &mnuFileInstall,  &mnuFilePackage,          &mnuFileUnpackage,
-                     &mnuDummy1,      &mnuFileMailPack, &mnuFileInstallFromEmail, &mnuDummy5,
-                     &mnuFileSynchPN, &mnuFileSettings};
+  mnuFile.entries = {&mnuFileImport,           &mnuFileInstall, &mnuFilePackage,
+                     &mnuFileUnpackage,        &mnuDummy1,      &mnuFileMailPack,
+                     &mnuFileInstallFromEmail, &mnuDummy5,      &mnuFileSynchPN,
+                     &mnuFileSettings,         &mnuDummy7,      &mnuFileQuit};
   mnuFileImport.entries = {&mnuFileImportAC, &mnuFileImportPN, &mnuFileImportSN,
                            &mnuFileImportSceneries};
   mnuFileInstall.entries = {&mnuFileInstallAC, &mnuFileInstallSC};
@@ -30,7 +31,9 @@ FrmMain::FrmMain() : Form("frmMain", "FS Skyvault") {
   mnuHelp.entries = {&mnuHelpManual, &mnuHelpDownload, &mnuDummy3, &mnuHelpAbout};
   mnuPic.entries = {&mnuPicSnap, &mnuPicClip, &mnuPicFile, &mnuPicDel};
   mnuList.entries = {&mnuListOpen, &mnuListCfg, &mnuListHangar, &mnuListCopy, &mnuListRename};
-  for (MenuItem* line : {&mnuDummy1, &mnuDummy2, &mnuDummy3, &mnuDummy4, &mnuDummy5, &mnuDummy6})
+  lstAircraft.contextMenu = &mnuList;
+  for (MenuItem* line :
+       {&mnuDummy1, &mnuDummy2, &mnuDummy3, &mnuDummy4, &mnuDummy5, &mnuDummy6, &mnuDummy7})
     line->separator = true;
   for (MenuItem* hidden : {&mnuViewPackages, &mnuDummy2, &mnuViewInactSceneries})
     hidden->visible = false;

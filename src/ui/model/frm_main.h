@@ -35,6 +35,8 @@ struct FrmMain : Form {
   MenuItem mnuDummy5{"mnuDummy5", "-"};
   MenuItem mnuFileSynchPN{"mnuFileSynchPN", "Synchronize Panels Folder"};
   MenuItem mnuFileSettings{"mnuFileSettings", "&Settings", "F2"};
+  MenuItem mnuDummy7{"mnuDummy7", "-"};
+  MenuItem mnuFileQuit{"mnuFileQuit", "&Quit", "Ctrl+Q"};
   MenuItem mnuEdit{"mnuEdit", "&Edit"};
   MenuItem mnuView{"mnuView", "&View"};
   MenuItem mnuViewFSAircraft{"mnuViewFSAircraft", "FS 2002 Aircraft", "Ctrl+F"};

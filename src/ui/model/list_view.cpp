@@ -14,6 +14,14 @@ const std::string noText;
 ListView::ListView(std::string name, std::vector<Column> columns)
     : Control(std::move(name)), columns_(std::move(columns)) {}
 
+void ListView::setColumnWidth(int column, int width) {
+  const auto i = static_cast<std::size_t>(column);
+  if (column < 0 || i >= columns_.size() || width <= 0 || columns_[i].width == 0) return;
+  if (columns_[i].width == width) return;
+  columns_[i].width = width;
+  changed();
+}
+
 int ListView::add(std::string text, std::vector<std::string> subItems) {
   Row row;
   row.text = std::move(text);

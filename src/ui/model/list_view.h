@@ -16,6 +16,8 @@
 
 namespace skv::ui {
 
+class MenuItem;
+
 enum class SortOrder { ascending, descending };
 enum class MouseButton { left, right };
 
@@ -34,6 +36,9 @@ class ListView : public Control {
   ListView(std::string name, std::vector<Column> columns);
 
   const std::vector<Column>& columns() const { return columns_; }
+  // The width that the user has given to a column (from 0), in twips; one of width 0 stays unseen.
+  // A front-end gives the columns their shares of the room there is.
+  void setColumnWidth(int column, int width);
 
   int count() const { return static_cast<int>(rows_.size()); }
   // At the end, whatever the sort; answers the new row's number. The first row of an empty list
@@ -92,6 +97,7 @@ class ListView : public Control {
   // Presentation, fixed by the form.
   bool checkBoxes = false;
   bool labelEdit = false;
+  MenuItem* contextMenu = nullptr;  // of the selected row; owned by the form
 
   // Events, raised by the front-end after it has updated the data.
   std::function<void()> click;
@@ -100,6 +106,7 @@ class ListView : public Control {
   std::function<void(int column)> columnClick;  // column header, from 1
   std::function<void(MouseButton)> mouseDown;
   std::function<void(int row)> itemCheck;
+  std::function<void()> columnsChanged;  // the user has given columns other widths
   // In-place renaming has ended with `newString`; a handler that takes it clears `cancel` and sets
   // the text itself.
   std::function<void(bool& cancel, const std::string& newString)> afterLabelEdit;

@@ -18,7 +18,7 @@ inline constexpr const char* programTitle = "FS Skyvault";
 
 // The button that Enter presses. By default Yes, or No where the icon is a warning: Enter does not
 // remove anything.
-enum class DefaultButton { byIcon, yes, no };
+enum class DefaultButton { byIcon, yes, no, cancel };
 
 // Always shown as plain text, whatever it looks like.
 struct Box {
@@ -46,7 +46,8 @@ class Windowing {
  public:
   virtual ~Windowing() = default;
 
-  // Blocks until answered. Closing a Yes/No box answers No, one with Cancel answers Cancel.
+  // Blocks until answered. Closing a Yes/No box answers No, one with Cancel answers that. A box
+  // whose window goes away under it is closed with it.
   virtual Answer messageBox(const Box& box) = 0;
   // The text as typed; none when it was cancelled.
   virtual std::optional<std::string> inputBox(const std::string& prompt, const std::string& title,
@@ -54,7 +55,8 @@ class Windowing {
   // Fails with err::cancelled when the user leaves it.
   virtual Result<PickedFile> openFile(const FileDialog& dialog) = 0;
 
-  // Shows a form without blocking, above its owner. Sets form.visible.
+  // Shows a form without blocking, above its owner. Sets form.visible. A form that is hidden or
+  // unloaded takes the boxes and forms above it along: they end as cancelled.
   virtual void show(Form& form, Form* owner) = 0;
   // Shows a form and returns when it is hidden again; the other forms take no input meanwhile.
   virtual void showModal(Form& form, Form* owner) = 0;

@@ -2,6 +2,7 @@
 
 #include <QCoreApplication>
 #include <QEvent>
+#include <QKeyEvent>
 #include <QWidget>
 #include <algorithm>
 
@@ -92,9 +93,14 @@ bool Bindings::eventFilter(QObject* receiver, QEvent* event) {
     case QEvent::UpdateRequest:
       flush();
       return false;
+    case QEvent::KeyPress:
+      flush();
+      if (!isBlocked(receiver)) return false;
+      if (static_cast<QKeyEvent*>(event)->keyCombination() == (Qt::CTRL | Qt::Key_Q))
+        static_cast<QWidget*>(receiver)->window()->close();
+      return true;
     case QEvent::MouseButtonPress:
     case QEvent::MouseButtonDblClick:
-    case QEvent::KeyPress:
     case QEvent::ContextMenu:
       flush();
       return isBlocked(receiver);

@@ -37,8 +37,18 @@ class Binding : public QObject {
   // Whether what the user does reaches the control.
   bool accepts() const { return control_ && form_.enabled && control_->enabled; }
 
+  // The user has done something to the control.
   template <class Event, class... Arguments>
   void fire(const Event& event, Arguments&&... arguments) const {
+    act();
+    tell(event, std::forward<Arguments>(arguments)...);
+  }
+  void act() const {
+    if (accepts()) raise(form_.userActed);
+  }
+  // Something that comes about without the user as well, such as a change of focus.
+  template <class Event, class... Arguments>
+  void tell(const Event& event, Arguments&&... arguments) const {
     if (accepts()) raise(event, std::forward<Arguments>(arguments)...);
   }
 
@@ -59,7 +69,7 @@ class Bindings : public QObject {
   void flush();
   // null when the control is on no window.
   QWidget* widgetOf(const Control& control) const;
-  // A window that takes no input is painted as ever: the long operations are often short.
+  // A window that takes no input. It still hears a wish to close it, by key or close box.
   void setBlocked(QWidget* window, bool blocked);
   static void detachAll(QWidget& window);
 

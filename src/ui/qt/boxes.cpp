@@ -4,43 +4,18 @@
 #include <QFileDialog>
 #include <QHeaderView>
 #include <QInputDialog>
-#include <QMessageBox>
-#include <QPushButton>
+#include <QLabel>
 #include <QTreeView>
+#include <algorithm>
 
 #include "base/paths.h"
 #include "base/text.h"
-#include "ui/qt/icons.h"
+#include "ui/qt/message_box.h"
 #include "ui/qt/text.h"
 
 namespace skv::ui::qt {
 
 namespace {
-
-constexpr int iconSide = 44;
-
-// Texts made for Windows end their lines in CR LF, some in CR alone.
-QString lines(const std::string& text) {
-  QString result = shown(text);
-  result.replace(QStringLiteral("\r\n"), QStringLiteral("\n"));
-  result.replace(QLatin1Char('\r'), QLatin1Char('\n'));
-  return result;
-}
-
-QString iconName(BoxIcon icon) {
-  switch (icon) {
-    case BoxIcon::information:
-      return QStringLiteral("information");
-    case BoxIcon::question:
-      return QStringLiteral("question");
-    case BoxIcon::exclamation:
-    case BoxIcon::warning:
-      return QStringLiteral("warning");
-    case BoxIcon::none:
-      break;
-  }
-  return {};
-}
 
 // "Zip Files|*.zip" as Qt writes it, for any case of the letters: the disk tells them apart.
 QString filterOf(const std::string& filter) {
@@ -73,40 +48,20 @@ void showColumnsInFull(QFileDialog& dialog) {
 
 }  // namespace
 
-Answer runMessageBox(const Box& box, QWidget* owner) {
-  QMessageBox window(owner);
-  window.setObjectName(QStringLiteral("messageBox"));
-  window.setWindowTitle(shown(box.title));
-  window.setTextFormat(Qt::PlainText);
-  window.setText(lines(box.text));
-  if (const QString name = iconName(box.icon); !name.isEmpty())
-    window.setIconPixmap(drawing(name, {iconSide, iconSide}, window.devicePixelRatio()));
-  if (box.buttons == BoxButtons::ok) {
-    window.setStandardButtons(QMessageBox::Ok);
-    window.exec();
-    return Answer::ok;
-  }
-  const bool cancels = box.buttons == BoxButtons::yesNoCancel;
-  window.setStandardButtons(QMessageBox::Yes | QMessageBox::No);
-  if (cancels) window.addButton(QMessageBox::Cancel);
-  window.setEscapeButton(cancels ? QMessageBox::Cancel : QMessageBox::No);
-  const bool no = box.defaultButton == DefaultButton::byIcon
-                      ? box.icon == BoxIcon::warning
-                      : box.defaultButton == DefaultButton::no;
-  window.setDefaultButton(no ? QMessageBox::No : QMessageBox::Yes);
-  const int answer = window.exec();
-  if (cancels && answer != QMessageBox::Yes && answer != QMessageBox::No) return Answer::cancel;
-  return answer == QMessageBox::Yes ? Answer::yes : Answer::no;
-}
+Answer runMessageBox(const Box& box, QWidget* owner) { return MessageBox(box, owner).ask(); }
 
 std::optional<std::string> runInputBox(const std::string& prompt, const std::string& title,
                                        const std::string& text, QWidget* owner) {
   QInputDialog window(owner);
   window.setObjectName(QStringLiteral("inputBox"));
   window.setWindowTitle(shown(title));
-  window.setLabelText(lines(prompt));
+  window.setLabelText(withShortWords(boxLines(prompt), window.fontMetrics(), boxLineWidth(window)));
+  if (auto* label = window.findChild<QLabel*>()) {
+    label->setTextFormat(Qt::PlainText);
+    label->setWordWrap(true);
+  }
   window.setTextValue(shown(text));
-  window.resize(380, window.sizeHint().height());
+  window.resize(std::min(380, boxLineWidth(window)), window.sizeHint().height());
   if (window.exec() != QDialog::Accepted) return std::nullopt;
   return typed(window.textValue());
 }

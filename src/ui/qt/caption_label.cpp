@@ -1,5 +1,7 @@
 #include "ui/qt/caption_label.h"
 
+#include <QKeyEvent>
+#include <QMouseEvent>
 #include <QPainter>
 #include <algorithm>
 
@@ -36,6 +38,32 @@ void CaptionLabel::makeNotice() {
   updateGeometry();
 }
 
+void CaptionLabel::setClickable(bool clickable) {
+  if (clickable_ == clickable) return;
+  clickable_ = clickable;
+  setFocusPolicy(clickable ? Qt::StrongFocus : Qt::NoFocus);
+  setCursor(clickable ? Qt::PointingHandCursor : Qt::ArrowCursor);
+  QFont underlined = font();
+  underlined.setUnderline(clickable);
+  setFont(underlined);
+  update();
+}
+
+void CaptionLabel::mouseReleaseEvent(QMouseEvent* event) {
+  if (clickable_ && event->button() == Qt::LeftButton &&
+      rect().contains(event->position().toPoint()) && onClick)
+    onClick();
+}
+
+void CaptionLabel::keyPressEvent(QKeyEvent* event) {
+  const bool press = event->key() == Qt::Key_Space || event->key() == Qt::Key_Return ||
+                     event->key() == Qt::Key_Enter;
+  if (clickable_ && press && onClick)
+    onClick();
+  else
+    QLabel::keyPressEvent(event);
+}
+
 QSize CaptionLabel::sizeHint() const {
   const int extra = grounded() ? 2 * paddingX : 0;
   return {fontMetrics().horizontalAdvance(text()) + extra + 2,
@@ -59,8 +87,13 @@ void CaptionLabel::paintEvent(QPaintEvent*) {
   }
   const QString line = fontMetrics().elidedText(text(), Qt::ElideMiddle, area.width());
   setToolTip(line == text() ? QString() : text());
-  painter.setPen(grounded() ? legible(colour_, palette()) : palette().color(foregroundRole()));
+  const auto role = clickable_ ? QPalette::Link : foregroundRole();
+  painter.setPen(grounded() ? legible(colour_, palette()) : palette().color(role));
   painter.drawText(area, Qt::AlignLeft | Qt::AlignVCenter, line);
+  if (!hasFocus()) return;
+  painter.setBrush(Qt::NoBrush);
+  painter.setPen(palette().color(QPalette::Link));
+  painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), 3, 3);
 }
 
 }  // namespace skv::ui::qt

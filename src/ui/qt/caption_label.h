@@ -3,6 +3,7 @@
 #pragma once
 
 #include <QLabel>
+#include <functional>
 
 #include "ui/model/list_view.h"
 
@@ -16,18 +17,24 @@ class CaptionLabel : public QLabel {
   void makeHeading();
   // With a ground of its own whatever lies below, for a text over a picture or a list.
   void makeNotice();
+  // Drawn as a link, and reached by the keyboard.
+  void setClickable(bool clickable);
+  std::function<void()> onClick;
 
   QSize sizeHint() const override;
   QSize minimumSizeHint() const override;
 
  protected:
   void paintEvent(QPaintEvent* event) override;
+  void mouseReleaseEvent(QMouseEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
 
  private:
   bool grounded() const { return notice_ || colour_ != defaultColour; }
 
   Colour colour_ = defaultColour;
   bool notice_ = false;
+  bool clickable_ = false;
 };
 
 }  // namespace skv::ui::qt

@@ -13,28 +13,54 @@ namespace {
 
 // A desktop that has not answered by then is starting up itself.
 constexpr int patienceMilliseconds = 60;
-// org.freedesktop.appearance color-scheme: 0 no preference, 1 dark, 2 light.
+// org.freedesktop.appearance: color-scheme 1 is dark, contrast 1 is high.
 constexpr unsigned darkScheme = 1;
+constexpr unsigned highContrast = 1;
 
-// The settings portal, which GNOME, KDE and others have; Qt asks it from version 6.5 on only.
-bool portalSaysDark() {
-  if (qEnvironmentVariableIsEmpty("DBUS_SESSION_BUS_ADDRESS")) return false;
+// The settings portal, which GNOME, KDE and others have; Qt asks it from version 6.5 on only, and
+// never for the contrast. An invalid value when there is none.
+QVariant portalSays(const QString& space, const QString& key) {
+  if (qEnvironmentVariableIsEmpty("DBUS_SESSION_BUS_ADDRESS")) return {};
   QDBusMessage question = QDBusMessage::createMethodCall(
       QStringLiteral("org.freedesktop.portal.Desktop"),
       QStringLiteral("/org/freedesktop/portal/desktop"),
       QStringLiteral("org.freedesktop.portal.Settings"), QStringLiteral("Read"));
-  question << QStringLiteral("org.freedesktop.appearance") << QStringLiteral("color-scheme");
+  question << space << key;
   const QDBusMessage answer =
       QDBusConnection::sessionBus().call(question, QDBus::Block, patienceMilliseconds);
-  if (answer.type() != QDBusMessage::ReplyMessage || answer.arguments().isEmpty()) return false;
+  if (answer.type() != QDBusMessage::ReplyMessage || answer.arguments().isEmpty()) return {};
   // The value comes wrapped, by some portals twice.
   QVariant value = answer.arguments().constFirst();
   while (value.canConvert<QDBusVariant>()) value = value.value<QDBusVariant>().variant();
-  return value.toUInt() == darkScheme;
+  return value;
+}
+
+bool namesHighContrast(const QString& theme) {
+  return theme.startsWith(QStringLiteral("HighContrast"), Qt::CaseInsensitive);
 }
 
 }  // namespace
 
-bool desktopPrefersDark() { return isDark(QApplication::palette()) || portalSaysDark(); }
+DesktopScheme desktopScheme() {
+  const QPalette palette = QApplication::palette();
+  const QString theme = qEnvironmentVariable("GTK_THEME");
+  DesktopScheme scheme{isDark(palette), namesHighContrast(theme)};
+  const QString appearance = QStringLiteral("org.freedesktop.appearance");
+  const QVariant contrast = portalSays(appearance, QStringLiteral("contrast"));
+  if (contrast.toUInt() == highContrast) scheme.highContrast = true;
+  const QVariant colours = portalSays(appearance, QStringLiteral("color-scheme"));
+  if (colours.toUInt() == darkScheme) scheme.dark = true;
+  // Desktops older than the key have only the theme's name.
+  if (!contrast.isValid() && colours.isValid()) {
+    const QString name =
+        portalSays(QStringLiteral("org.gnome.desktop.interface"), QStringLiteral("gtk-theme"))
+            .toString();
+    if (namesHighContrast(name)) scheme.highContrast = true;
+  }
+  if (namesHighContrast(theme) && theme.contains(QStringLiteral("Inverse"), Qt::CaseInsensitive))
+    scheme.dark = true;
+  if (isHighContrast(palette)) scheme.highContrast = true;
+  return scheme;
+}
 
 }  // namespace skv::ui::qt

@@ -3,6 +3,8 @@
 #include <QPainter>
 #include <QStyleOption>
 
+#include "ui/qt/theme.h"
+
 namespace skv::ui::qt {
 
 namespace {
@@ -31,18 +33,20 @@ void setMarkColours(QPainter& painter, const QStyleOption& option, bool on) {
 
 }  // namespace
 
-void drawBox(QPainter& painter, const QRect& rect, const QColor& ground, const QColor& border,
+void drawBox(QPainter& painter, const QRect& rect, const QColor& ground, const Border& border,
              qreal radius) {
   painter.save();
   painter.setRenderHint(QPainter::Antialiasing);
-  painter.setPen(border);
+  const qreal inset = border.width / 2;
+  painter.setPen(QPen(border.colour, border.width));
   painter.setBrush(ground);
-  painter.drawRoundedRect(QRectF(rect).adjusted(0.5, 0.5, -0.5, -0.5), radius, radius);
+  painter.drawRoundedRect(QRectF(rect).adjusted(inset, inset, -inset, -inset), radius, radius);
   painter.restore();
 }
 
-QColor fieldBorder(const QStyleOption* option, bool focus) {
-  return colour(option, focus ? QPalette::Link : QPalette::Mid);
+Border fieldBorder(const QStyleOption* option, bool focus) {
+  if (!focus) return colour(option, QPalette::Mid);
+  return {colour(option, QPalette::Link), hasStrongBorders(option->palette) ? 3.0 : 1.0};
 }
 
 bool isDefault(const QStyleOption* option) {
@@ -54,14 +58,14 @@ bool isDefault(const QStyleOption* option) {
 void drawButton(QPainter& painter, const QStyleOption* option) {
   const bool focus = has(option, QStyle::State_HasFocus);
   QColor ground = colour(option, QPalette::Base);
-  QColor border = fieldBorder(option, focus);
+  Border border = fieldBorder(option, focus);
   if (!has(option, QStyle::State_Enabled)) {
     ground = Qt::transparent;
   } else if (has(option, QStyle::State_Sunken)) {
     ground = colour(option, QPalette::Highlight);
   } else if (isDefault(option)) {
     ground = colour(option, QPalette::Link);
-    border = focus ? colour(option, QPalette::WindowText) : ground;
+    border.colour = focus ? colour(option, QPalette::WindowText) : ground;
   } else if (has(option, QStyle::State_MouseOver)) {
     ground = colour(option, QPalette::Midlight);
   }
@@ -88,7 +92,9 @@ void drawHeader(QPainter& painter, const QStyleOption* option) {
 void drawTab(QPainter& painter, const QStyleOption* option) {
   const bool selected = has(option, QStyle::State_Selected);
   if (selected && has(option, QStyle::State_HasFocus))
-    painter.fillRect(option->rect, colour(option, QPalette::Midlight));
+    drawBox(painter, option->rect, colour(option, QPalette::Midlight),
+            hasStrongBorders(option->palette) ? fieldBorder(option, true) : Border(Qt::transparent),
+            0);
   if (!selected && !has(option, QStyle::State_MouseOver)) return;
   QRect line = option->rect;
   line.setTop(line.bottom() - 1);

@@ -3,6 +3,7 @@
 
 #include <QColor>
 #include <QRect>
+#include <utility>
 
 class QPainter;
 class QStyleOption;
@@ -12,12 +13,20 @@ namespace skv::ui::qt {
 
 inline constexpr int markSide = 16;
 
-// A box with round corners and a border of one pixel.
-void drawBox(QPainter& painter, const QRect& rect, const QColor& ground, const QColor& border,
+struct Border {
+  Border(QColor theColour, qreal theWidth = 1)  // NOLINT(google-explicit-constructor)
+      : colour(std::move(theColour)), width(theWidth) {}
+  Border(Qt::GlobalColor theColour) : Border(QColor(theColour)) {}  // NOLINT
+  QColor colour;
+  qreal width;
+};
+
+// A box with round corners.
+void drawBox(QPainter& painter, const QRect& rect, const QColor& ground, const Border& border,
              qreal radius = 5);
 
 // The border of what a user types into or chooses from.
-QColor fieldBorder(const QStyleOption* option, bool focus);
+Border fieldBorder(const QStyleOption* option, bool focus);
 // Whether the option is a button that the Enter key presses.
 bool isDefault(const QStyleOption* option);
 

@@ -90,6 +90,10 @@ void FlatStyle::drawControl(ControlElement element, const QStyleOption* option, 
         QStyleOptionMenuItem flat(*item);
         if (has(option, State_Selected) && has(option, State_Enabled))
           drawBox(*painter, option->rect, colour(option, QPalette::Highlight), Qt::transparent);
+        if (has(option, State_Selected))
+          for (const auto role : {QPalette::Text, QPalette::WindowText, QPalette::ButtonText})
+            if (has(option, State_Enabled))
+              flat.palette.setColor(role, colour(option, QPalette::HighlightedText));
         flat.state &= ~State_Selected;
         QProxyStyle::drawControl(element, &flat, painter, widget);
       }
@@ -107,6 +111,8 @@ void FlatStyle::drawControl(ControlElement element, const QStyleOption* option, 
         QStyleOptionButton label(*button);
         if (isDefault(option) && !has(option, State_Sunken))
           label.palette.setColor(QPalette::ButtonText, colour(option, QPalette::BrightText));
+        else if (has(option, State_Sunken))
+          label.palette.setColor(QPalette::ButtonText, colour(option, QPalette::HighlightedText));
         QProxyStyle::drawControl(element, &label, painter, widget);
       }
       break;

@@ -1,7 +1,9 @@
 #include "ui/qt/form_builder.h"
 
+#include <QComboBox>
 #include <QFormLayout>
 #include <QGridLayout>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QPushButton>
 #include <QRadioButton>
@@ -18,8 +20,24 @@
 
 namespace skv::ui::qt {
 
+namespace {
+
+// The one that has the keyboard is what Enter presses, also in a window without a default button
+// and before the default button of a dialog.
+class PressedByEnter : public QPushButton {
+ protected:
+  void keyPressEvent(QKeyEvent* event) override {
+    if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter)
+      click();
+    else
+      QPushButton::keyPressEvent(event);
+  }
+};
+
+}  // namespace
+
 QPushButton* FormBuilder::button(Button& button, const QString& accessibleName) {
-  auto* widget = new QPushButton;
+  auto* widget = new PressedByEnter;
   widget->setAutoDefault(false);
   if (button.caption == "...") widget->setProperty("small", true);
   auto* binding = new Binding(bindings_, form_, button, widget, [widget, &button, accessibleName] {
@@ -57,10 +75,37 @@ QRadioButton* FormBuilder::option(OptionButton& option) {
 
 CaptionLabel* FormBuilder::label(Label& label) {
   auto* widget = new CaptionLabel;
-  new Binding(bindings_, form_, label, widget, [widget, &label] {
+  auto* binding = new Binding(bindings_, form_, label, widget, [widget, &label] {
     widget->setCaption(shown(label.caption), label.colour);
+    widget->setClickable(label.click != nullptr);
     widget->setEnabled(label.enabled);
     widget->setVisible(label.visible);
+  });
+  widget->onClick = [binding, &label] { binding->fire(label.click); };
+  return widget;
+}
+
+QComboBox* FormBuilder::combo(ComboBox& box, const QString& accessibleName) {
+  auto* widget = new QComboBox;
+  widget->setAccessibleName(accessibleName);
+  auto* binding = new Binding(bindings_, form_, box, widget, [widget, &box] {
+    const QSignalBlocker quiet(widget);
+    QStringList items;
+    for (const std::string& item : box.items.get()) items << shown(item);
+    QStringList old;
+    for (int i = 0; i < widget->count(); ++i) old << widget->itemText(i);
+    if (items != old) {
+      widget->clear();
+      widget->addItems(items);
+    }
+    widget->setCurrentIndex(box.listIndex);
+    widget->setEnabled(box.enabled);
+    widget->setVisible(box.visible);
+  });
+  QObject::connect(widget, &QComboBox::activated, binding, [binding, &box](int index) {
+    if (!binding->accepts()) return;
+    box.listIndex = index;
+    binding->fire(box.click);
   });
   return widget;
 }

@@ -9,6 +9,7 @@
 #include "platform/file_system.h"
 #include "ui/qt/bindings.h"
 
+class QComboBox;
 class QFormLayout;
 class QGridLayout;
 class QHBoxLayout;
@@ -32,6 +33,7 @@ class FormBuilder {
   QPushButton* button(Button& button, const QString& accessibleName = {});
   QRadioButton* option(OptionButton& option);
   CaptionLabel* label(Label& label);
+  QComboBox* combo(ComboBox& box, const QString& accessibleName);
   QWidget* textBox(TextBox& box);
   QTabBar* tabs(TabStrip& strip, const QString& accessibleName);
   FramePanel* frame(Frame& frame, bool card);

@@ -3,8 +3,10 @@
 
 #include <QDialog>
 #include <QElapsedTimer>
+#include <QPointer>
 #include <QTimer>
 #include <functional>
+#include <vector>
 
 #include "ui/qt/bindings.h"
 
@@ -19,6 +21,9 @@ class FormWindow : public QObject {
   // window's own, until the window is put away.
   FormWindow(Bindings& bindings, Form& form, QWidget& window);
 
+  // What is greyed while the form takes no input for more than a moment; without a call all of the
+  // window's parts.
+  void setGreyedParts(std::vector<QWidget*> parts) { parts_ = std::move(parts); }
   // Called after each change of the form's data.
   std::function<void()> onRefresh;
   Binding& binding() { return *binding_; }
@@ -29,12 +34,19 @@ class FormWindow : public QObject {
  private:
   void refresh();
   void place();
+  void hideAway();
+  void block();
+  void setGreyed(bool greyed);
+  bool turnTab(const QKeyEvent& key);
+  void fitToScreen();
+  QSize bounded(QSize size) const;
   void giveSize(QSize size);
   bool isNormal() const;
   void followPlace();
   void followSize();
   void noteState();
   void close();
+  void abandon();
 
   Bindings& bindings_;
   Form& form_;
@@ -46,6 +58,10 @@ class FormWindow : public QObject {
   QSize given_;
   QSize before_;
   QElapsedTimer sinceGiven_;
+  std::vector<QWidget*> parts_;
+  bool greyed_ = false;
+  QTimer patience_;          // before a form that takes no input is greyed
+  QPointer<QWidget> focus_;  // had the keyboard when the form was greyed
   // While the user drags a border, or the window system changes the state, the window is left
   // alone.
   QTimer settle_;
@@ -57,6 +73,7 @@ class FormDialog : public QDialog {
  public:
   explicit FormDialog(QWidget* owner) : QDialog(owner) {}
   std::function<void()> onEscape;
+  std::function<void()> onAbandon;  // the window below goes away
   void reject() override;
 };
 

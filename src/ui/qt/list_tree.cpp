@@ -1,77 +1,34 @@
 #include "ui/qt/list_tree.h"
 
+#include <QClipboard>
 #include <QContextMenuEvent>
+#include <QGuiApplication>
 #include <QHeaderView>
-#include <QHelpEvent>
 #include <QMenu>
 #include <QPainter>
 #include <QScrollBar>
-#include <QStyledItemDelegate>
-#include <QToolTip>
 #include <algorithm>
+#include <numeric>
 
+#include "ui/qt/form_window.h"
+#include "ui/qt/menus.h"
+#include "ui/qt/place_pictures.h"
+#include "ui/qt/row_delegate.h"
 #include "ui/qt/text.h"
-#include "ui/qt/theme.h"
 
 namespace skv::ui::qt {
 
 namespace {
-constexpr int leastRowHeight = 27;
+
 constexpr int leastColumn = 44;
+constexpr int leastRows = 3;
+
 }  // namespace
 
-class ListTree::RowDelegate : public QStyledItemDelegate {
- public:
-  explicit RowDelegate(ListTree& tree) : QStyledItemDelegate(&tree), tree_(tree) {}
-
-  QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override {
-    QSize size = QStyledItemDelegate::sizeHint(option, index);
-    return {size.width(), std::max(size.height() + (tree_.places_ ? 2 : 0), leastRowHeight)};
-  }
-
-  bool helpEvent(QHelpEvent* event, QAbstractItemView* view, const QStyleOptionViewItem& option,
-                 const QModelIndex& index) override {
-    const bool tells = index.data(Qt::AccessibleDescriptionRole).toString().size() > 0 ||
-                       sizeHint(option, index).width() > option.rect.width();
-    if (event->type() == QEvent::ToolTip && !tells) {
-      QToolTip::hideText();
-      return true;
-    }
-    return QStyledItemDelegate::helpEvent(event, view, option, index);
-  }
-
- protected:
-  void initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const override {
-    QStyledItemDelegate::initStyleOption(option, index);
-    // The end of a path tells most, the beginning of any other text.
-    option->textElideMode =
-        option->text.contains(QLatin1Char('\\')) ? Qt::ElideLeft : Qt::ElideRight;
-    // The selected row is marked enough, and the list shows that it has the keyboard.
-    option->state &= ~QStyle::State_HasFocus;
-    if (const Colour colour = index.data(Qt::UserRole).toUInt(); colour != defaultColour) {
-      QColor& text = legible_[colour];
-      if (!text.isValid()) text = legible(colour, option->palette);
-      option->palette.setColor(QPalette::Text, text);
-      option->palette.setColor(QPalette::HighlightedText, text);
-    }
-    if (!tree_.places_ || index.column() != 0) return;
-    const QPixmap& picture = tree_.places_->picture(index.data(Qt::UserRole + 1).toInt(),
-                                                    option->palette, tree_.devicePixelRatio());
-    option->features |= QStyleOptionViewItem::HasDecoration;
-    option->decorationSize = PlacePictures::size;
-    option->icon = QIcon(picture);
-    option->icon.addPixmap(picture, QIcon::Selected);
-  }
-
- private:
-  ListTree& tree_;
-  mutable std::map<Colour, QColor> legible_;  // made once, since every cell asks
-};
-
 ListTree::ListTree(Bindings& bindings, Form& form, ListView& list, const QString& accessibleName)
-    : list_(list), rows_(list) {
+    : bindings_(bindings), list_(list), rows_(list), delegate_(new RowDelegate(this)) {
   setModel(&rows_);
-  setItemDelegate(new RowDelegate(*this));
+  setItemDelegate(delegate_);
   setAccessibleName(accessibleName);
   setRootIsDecorated(false);
   setItemsExpandable(false);
@@ -83,8 +40,6 @@ ListTree::ListTree(Bindings& bindings, Form& form, ListView& list, const QString
   setHorizontalScrollMode(ScrollPerPixel);
   setTabKeyNavigation(false);
   setIndentation(0);
-  setMinimumHeight(67);
-  setEditTriggers(list.labelEdit ? DoubleClicked | SelectedClicked : NoEditTriggers);
   header()->setStretchLastSection(false);
   header()->setMinimumSectionSize(leastColumn);
   header()->setHighlightSections(false);
@@ -92,10 +47,12 @@ ListTree::ListTree(Bindings& bindings, Form& form, ListView& list, const QString
   muted.setColor(QPalette::ButtonText, muted.color(QPalette::PlaceholderText));
   header()->setPalette(muted);
   header()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
-  for (std::size_t i = 0; i < list.columns().size(); ++i)
-    setColumnHidden(static_cast<int>(i), list.columns()[i].width == 0);
+  setMinimumHeight(leastHeight());
+  header()->viewport()->installEventFilter(this);
   binding_ = new Binding(bindings, form, list, this, [this] { refresh(); });
   binding_->onDetach = [this] { rows_.detach(); };
+  if (list.contextMenu && !bindings.widgetOf(*list.contextMenu))
+    addActions(makeMenu(bindings, form, *list.contextMenu, this)->actions());
   listen();
 }
 
@@ -105,15 +62,26 @@ ListTree::~ListTree() {
 }
 
 void ListTree::showPlaces() {
-  places_ = std::make_unique<PlacePictures>();
+  delegate_->showPlaces();
   rows_.iconWords = PlacePictures::words;
+  setMinimumHeight(leastHeight());
+}
+
+int ListTree::leastHeight() const {
+  QStyleOptionViewItem option;
+  initViewItemOption(&option);
+  const int row = delegate_->sizeHint(option, rows_.index(0, 0)).height();
+  return header()->sizeHint().height() + 2 * frameWidth() +
+         leastRows * std::max(row, rows_.iconWords ? PlacePictures::cell + 2 : 0);
 }
 
 void ListTree::later(std::function<void()> action) {
   QMetaObject::invokeMethod(
       this,
       [this, action = std::move(action)] {
-        if (binding_->accepts()) action();
+        if (!binding_->accepts()) return;
+        binding_->act();
+        action();
       },
       Qt::QueuedConnection);
 }
@@ -128,7 +96,12 @@ void ListTree::listen() {
       userSelects(row);
   });
   connect(header(), &QHeaderView::sectionClicked, this, [this](int section) {
-    later([this, section] { ui::raise(list_.columnClick, section + 1); });
+    later([this, section] { ui::raise(list_.columnClick, rows_.columnAt(section) + 1); });
+  });
+  connect(header(), &QHeaderView::sectionResized, this, [this] {
+    if (fitting_ || !headerHeld_) return;
+    columnsMoved_ = true;
+    fillLastColumn();
   });
   rows_.checked = [this](ListView::RowId id, bool checked) {
     const int row = binding_->accepts() ? list_.rowOf(id) : 0;
@@ -151,68 +124,140 @@ void ListTree::listen() {
 
 void ListTree::refresh() {
   refreshing_ = true;
-  const int scrolled = verticalScrollBar()->value();
-  if (rows_.refresh() == RowsModel::Followed::fromScratch) {
-    executeDelayedItemsLayout();
-    verticalScrollBar()->setValue(scrolled);
-  }
-
-  const QModelIndex selected = rows_.index(list_.selected() - 1, 0);
-  if (currentIndex().row() != selected.row() || !selectionModel()->isSelected(selected)) {
-    setAutoScroll(false);  // only a wish brings a row into view
-    selectionModel()->setCurrentIndex(
-        selected, QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
-    setAutoScroll(true);
-  }
-  if (list_.visibleWishes() != wishesSeen_) {
-    wishesSeen_ = list_.visibleWishes();
-    scrollTo(rows_.index(list_.visibleRow() - 1, 0));
-  }
-  if (list_.labelEditWishes() != editsSeen_) {
-    editsSeen_ = list_.labelEditWishes();
-    edit(currentIndex().siblingAtColumn(0));
-  }
-  if (!list_.emptyText->empty()) hint_ = shown(list_.emptyText);
+  followRows();
+  followWishes();
   showHeader();
+  if (list_.labelEdit)
+    setEditTriggers(list_.dblClick ? NoEditTriggers : DoubleClicked | SelectedClicked);
+  else
+    setEditTriggers(NoEditTriggers);
+  setAccessibleDescription(rows_.rowCount() == 0 ? words() : QString());
   setEnabled(list_.enabled);
   setVisible(list_.visible);
   viewport()->update();
   refreshing_ = false;
 }
 
+void ListTree::followRows() {
+  const int scrolled = verticalScrollBar()->value();
+  if (rows_.refresh() == RowsModel::Followed::fromScratch) {
+    executeDelayedItemsLayout();
+    verticalScrollBar()->setValue(scrolled);
+  }
+  const QModelIndex selected = rows_.index(list_.selected() - 1, 0);
+  if (currentIndex().row() != selected.row() || !selectionModel()->isSelected(selected)) {
+    setAutoScroll(false);  // rows that come and go above the selected one move nothing
+    selectionModel()->setCurrentIndex(
+        selected, QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+    setAutoScroll(true);
+  }
+}
+
+void ListTree::followWishes() {
+  const ListView::RowId selected = list_.selected() == 0 ? 0 : list_.id(list_.selected());
+  if (std::exchange(selectedSeen_, selected) != selected) reveal(selected);
+  if (list_.visibleWishes() != wishesSeen_) {
+    wishesSeen_ = list_.visibleWishes();
+    if (list_.visibleRow() <= list_.count()) reveal(list_.id(list_.visibleRow()));
+  }
+  if (std::exchange(editsSeen_, list_.labelEditWishes()) != list_.labelEditWishes())
+    QMetaObject::invokeMethod(
+        this, [this] { editSelected(); }, Qt::QueuedConnection);
+  std::vector<int> widths;
+  for (int i = 0; i < rows_.columnCount(); ++i)
+    widths.push_back(list_.columns()[static_cast<std::size_t>(rows_.columnAt(i))].width);
+  if (widths != widthsSeen_) {
+    widthsSeen_ = std::move(widths);
+    fitColumns();
+  }
+}
+
+void ListTree::editSelected() {
+  const QModelIndex index = currentIndex().siblingAtColumn(0);
+  if (!index.isValid() || !binding_->accepts()) return;
+  setFocus();
+  scrollTo(index);
+  edit(index);
+}
+
+void ListTree::reveal(ListView::RowId row) {
+  toReveal_ = row;
+  const int number = row == 0 || !isVisible() ? 0 : list_.rowOf(row);
+  if (number == 0) return;
+  toReveal_ = 0;
+  scrollTo(rows_.index(number - 1, 0));
+}
+
+bool ListTree::inView(int row, int height) const {
+  const QRect place = visualRect(rows_.index(row - 1, 0));
+  return place.isValid() && place.top() >= 0 && place.top() < height;
+}
+
+void ListTree::showEvent(QShowEvent* event) {
+  QTreeView::showEvent(event);
+  if (toReveal_ != 0 && binding_->attached()) reveal(toReveal_);
+}
+
+void ListTree::resizeEvent(QResizeEvent* event) {
+  QTreeView::resizeEvent(event);
+  if (!binding_->attached()) return;
+  if (viewport()->width() != event->oldSize().width()) fitColumns();
+  // What could be seen of the selected row stays in view, and what was revealed before the list had
+  // its size.
+  const int row = list_.selected();
+  if (row != 0 && rows_.rowAt(currentIndex()) == row && inView(row, event->oldSize().height()))
+    scrollTo(currentIndex());
+}
+
 void ListTree::showHeader() {
   header()->setSectionsClickable(list_.columnClick != nullptr);
   header()->setSortIndicatorShown(list_.sorted());
-  if (list_.sorted())
-    header()->setSortIndicator(list_.sortKey(), list_.sortOrder() == SortOrder::ascending
-                                                    ? Qt::AscendingOrder
-                                                    : Qt::DescendingOrder);
+  for (int i = 0; i < rows_.columnCount() && list_.sorted(); ++i)
+    if (rows_.columnAt(i) == list_.sortKey())
+      header()->setSortIndicator(
+          i, list_.sortOrder() == SortOrder::ascending ? Qt::AscendingOrder : Qt::DescendingOrder);
 }
 
 void ListTree::fitColumns() {
+  // The columns share the room there is.
+  const int all = std::accumulate(widthsSeen_.begin(), widthsSeen_.end(), 0);
   const int width = viewport()->width();
-  std::vector<int> seen;
-  int designed = 0;
-  int widest = 0;
-  for (int i = 0; i < static_cast<int>(list_.columns().size()); ++i) {
-    const int columnWidth = list_.columns()[static_cast<std::size_t>(i)].width;
-    if (columnWidth == 0) continue;
-    seen.push_back(i);
-    designed += columnWidth;
-    if (columnWidth > list_.columns()[static_cast<std::size_t>(widest)].width) widest = i;
-  }
-  if (designed == 0 || width < 2 * leastColumn) return;
+  if (all == 0 || width < 2 * leastColumn) return;
+  fitting_ = true;
+  for (int i = 0; i + 1 < rows_.columnCount(); ++i)
+    setColumnWidth(i,
+                   std::max(widthsSeen_[static_cast<std::size_t>(i)] * width / all, leastColumn));
+  fitting_ = false;
+  fillLastColumn();
+}
+
+void ListTree::fillLastColumn() {
+  const int last = rows_.columnCount() - 1;
   int taken = 0;
-  for (const int i : seen) {
-    if (i == widest) continue;
-    // At first as designed, later as the user has left them.
-    if (fittedWidth_ == 0)
-      setColumnWidth(i, list_.columns()[static_cast<std::size_t>(i)].width * width / designed);
-    taken += columnWidth(i);
+  for (int i = 0; i < last; ++i) taken += columnWidth(i);
+  fitting_ = true;
+  setColumnWidth(last, std::max(viewport()->width() - taken, leastColumn));
+  fitting_ = false;
+}
+
+bool ListTree::eventFilter(QObject* watched, QEvent* event) {
+  if (watched == header()->viewport()) {
+    if (event->type() == QEvent::MouseButtonPress || event->type() == QEvent::MouseButtonDblClick)
+      headerHeld_ = true;
+    if (event->type() == QEvent::MouseButtonRelease) {
+      headerHeld_ = false;
+      if (std::exchange(columnsMoved_, false)) noteColumns();
+    }
   }
-  const int rest = fittedWidth_ == 0 ? width - taken : columnWidth(widest) + width - fittedWidth_;
-  setColumnWidth(widest, std::max(rest, 2 * leastColumn));
-  fittedWidth_ = width;
+  return QTreeView::eventFilter(watched, event);
+}
+
+void ListTree::noteColumns() {
+  for (int i = 0; i < rows_.columnCount(); ++i) {
+    widthsSeen_[static_cast<std::size_t>(i)] = columnWidth(i) * twipsPerPixel;
+    list_.setColumnWidth(rows_.columnAt(i), columnWidth(i) * twipsPerPixel);
+  }
+  binding_->fire(list_.columnsChanged);
 }
 
 void ListTree::currentChanged(const QModelIndex& current, const QModelIndex& previous) {
@@ -233,7 +278,7 @@ void ListTree::focusInEvent(QFocusEvent* event) {
   // Qt makes a first row current for the keyboard; no row is selected by that.
   refreshing_ = true;
   QTreeView::focusInEvent(event);
-  if (list_.selected() == 0) setCurrentIndex({});
+  if (binding_->attached() && list_.selected() == 0) setCurrentIndex({});
   refreshing_ = false;
 }
 
@@ -251,34 +296,63 @@ void ListTree::mousePressEvent(QMouseEvent* event) {
   later([this, button] { ui::raise(list_.mouseDown, button); });
 }
 
+void ListTree::mouseDoubleClickEvent(QMouseEvent* event) {
+  if (!list_.dblClick) {
+    QTreeView::mouseDoubleClickEvent(event);
+    return;
+  }
+  const int row = rows_.rowAt(indexAt(event->position().toPoint()));
+  if (event->button() == Qt::LeftButton && row != 0 && row == list_.selected())
+    later([this] { ui::raise(list_.dblClick); });
+}
+
+void ListTree::keyPressEvent(QKeyEvent* event) {
+  const int row = rows_.rowAt(currentIndex());
+  if (!event->matches(QKeySequence::Copy) || row == 0) {
+    QTreeView::keyPressEvent(event);
+    return;
+  }
+  // Of a row it is the place that is wanted elsewhere.
+  QGuiApplication::clipboard()->setText(
+      currentIndex().siblingAtColumn(rows_.columnCount() - 1).data().toString());
+}
+
 void ListTree::contextMenuEvent(QContextMenuEvent* event) {
   const bool byMouse = event->reason() == QContextMenuEvent::Mouse;
   const QModelIndex index = byMouse ? indexAt(event->pos()) : currentIndex();
-  if (list_.labelEdit && index.isValid()) {
+  const QPoint place =
+      byMouse ? event->globalPos() : viewport()->mapToGlobal(visualRect(index).bottomLeft());
+  if (index.isValid() && binding_->accepts() && list_.contextMenu) {
+    binding_->act();
+    auto* menu = qobject_cast<QMenu*>(bindings_.widgetOf(*list_.contextMenu));
+    if (menu && list_.contextMenu->available()) menu->popup(place);
+  } else if (index.isValid() && list_.labelEdit && list_.afterLabelEdit) {
     auto* menu = new QMenu(this);
     menu->setAttribute(Qt::WA_DeleteOnClose);
-    menu->addAction(tr("&Rename"), this, [this] { edit(currentIndex().siblingAtColumn(0)); });
-    menu->popup(byMouse ? event->globalPos()
-                        : viewport()->mapToGlobal(visualRect(index).bottomLeft()));
+    menu->addAction(tr("&Rename"), this, [this] { editSelected(); });
+    menu->popup(place);
   } else if (!byMouse) {
     later([this] { ui::raise(list_.mouseDown, MouseButton::right); });
   }
 }
 
+QString ListTree::words() const { return list_.emptyText == "" ? hint_ : shown(list_.emptyText); }
+
 void ListTree::paintEvent(QPaintEvent* event) {
   QTreeView::paintEvent(event);
-  if (rows_.rowCount() > 0 || hint_.isEmpty()) return;
+  if (rows_.rowCount() > 0 || !binding_->attached()) return;
   QPainter painter(viewport());
   painter.setPen(palette().color(QPalette::PlaceholderText));
   constexpr int flags = Qt::AlignCenter | Qt::TextWordWrap;
-  const QRect room = viewport()->rect().adjusted(16, 4, -16, -4);
-  const bool fits = room.contains(fontMetrics().boundingRect(room, flags, hint_));
-  painter.drawText(room, flags, fits ? hint_ : hint_.section(QLatin1Char('\n'), 0, 0));
-}
-
-void ListTree::resizeEvent(QResizeEvent* event) {
-  QTreeView::resizeEvent(event);
-  if (binding_->attached() && viewport()->width() != fittedWidth_) fitColumns();
+  const QString text = words();
+  QRect room = viewport()->rect().adjusted(16, 4, -16, -4);
+  if (!room.contains(fontMetrics().boundingRect(room, flags, text))) {
+    // What matters stands first.
+    room = viewport()->rect().adjusted(6, 2, -6, -2);
+    painter.drawText(room, Qt::AlignHCenter | Qt::AlignTop | Qt::TextWordWrap, text);
+    return;
+  }
+  painter.drawText(room, flags, text);
 }
 
 }  // namespace skv::ui::qt

@@ -2,13 +2,13 @@
 #pragma once
 
 #include <QTreeView>
-#include <memory>
 
 #include "ui/qt/bindings.h"
-#include "ui/qt/place_pictures.h"
 #include "ui/qt/rows_model.h"
 
 namespace skv::ui::qt {
+
+class RowDelegate;
 
 class ListTree : public QTreeView {
  public:
@@ -17,41 +17,62 @@ class ListTree : public QTreeView {
 
   // Draws the rows' small icons as places of an aircraft.
   void showPlaces();
-  // What stands in the middle of an empty list.
+  // What stands in the middle of an empty list that has no words of its own.
   void setHint(const QString& hint) { hint_ = hint; }
 
  protected:
+  bool eventFilter(QObject* watched, QEvent* event) override;
   void currentChanged(const QModelIndex& current, const QModelIndex& previous) override;
   QItemSelectionModel::SelectionFlags selectionCommand(const QModelIndex& index,
                                                        const QEvent* event) const override;
   void focusInEvent(QFocusEvent* event) override;
   void mousePressEvent(QMouseEvent* event) override;
+  void mouseDoubleClickEvent(QMouseEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
   void contextMenuEvent(QContextMenuEvent* event) override;
   void paintEvent(QPaintEvent* event) override;
+  void showEvent(QShowEvent* event) override;
   void resizeEvent(QResizeEvent* event) override;
 
  private:
   void refresh();
+  void followRows();
+  void followWishes();
   void showHeader();
-  void fitColumns();
   void listen();
   void userSelects(int row);
+  void editSelected();
   // Runs an event's handler when Qt is through with the mouse or key that caused it: a handler may
   // take long and change all rows.
   void later(std::function<void()> action);
 
+  // Brings the row into view, now or when the list is first seen.
+  void reveal(ListView::RowId row);
+  bool inView(int row, int height) const;
+
+  void fitColumns();
+  // It takes what the others leave, also of what the user takes from one of them.
+  void fillLastColumn();
+  void noteColumns();
+  QString words() const;
+  int leastHeight() const;
+
+  Bindings& bindings_;
   ListView& list_;
   RowsModel rows_;
+  RowDelegate* delegate_;
   Binding* binding_;
-  std::unique_ptr<PlacePictures> places_;
   QString hint_;
   bool refreshing_ = false;
   bool pressChangedRow_ = false;
   unsigned wishesSeen_ = 0;
   unsigned editsSeen_ = 0;
-  int fittedWidth_ = 0;  // of the viewport when the columns were last fitted; 0 is never
-
-  class RowDelegate;
+  ListView::RowId selectedSeen_ = 0;
+  ListView::RowId toReveal_ = 0;  // 0 when nothing waits for the list to be seen
+  bool fitting_ = false;
+  bool headerHeld_ = false;
+  bool columnsMoved_ = false;    // since the user took hold of the header
+  std::vector<int> widthsSeen_;  // the columns' as the list told them last, in twips
 };
 
 }  // namespace skv::ui::qt

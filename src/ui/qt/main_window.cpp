@@ -7,6 +7,7 @@
 
 #include "ui/qt/form_window.h"
 #include "ui/qt/menus.h"
+#include "ui/qt/scroll_room.h"
 
 namespace skv::ui::qt {
 
@@ -43,18 +44,14 @@ class MainWindow : public QMainWindow {
 
 }  // namespace
 
-QMainWindow* makeMainWindow(Bindings& bindings, FrmMain& form, const FileSystem& files) {
+QMainWindow* makeMainWindow(Bindings& bindings, FrmMain& form, const FileSystem& files, QWidget*) {
   auto* window = new MainWindow;
-  window->setMinimumWidth(leastWidth);
   window->setContextMenuPolicy(Qt::NoContextMenu);
   addMenus(bindings, form, *window);
   auto* control = new FormWindow(bindings, form, *window);
 
   auto* content = new QWidget;
-  auto* column = new QVBoxLayout(content);
-  column->setContentsMargins(0, 0, 0, 0);
-  column->setSpacing(0);
-  auto* views = new QVBoxLayout;
+  auto* views = new QVBoxLayout(content);
   views->setContentsMargins(10, 10, 10, 10);
   views->setSpacing(10);
   auto build = std::make_shared<FormBuilder>(bindings, form, files);
@@ -63,10 +60,20 @@ QMainWindow* makeMainWindow(Bindings& bindings, FrmMain& form, const FileSystem&
   build->later([build, control, views, &form] {
     views->addWidget(makeSceneryView(*build, form, *control), 1);
   });
-  column->addLayout(views, 1);
-  column->addWidget(build->status(form.lblStatus));
   window->later = build->takeLater();
-  window->setCentralWidget(content);
+
+  QWidget* status = build->status(form.lblStatus);
+  const int around = window->menuBar()->sizeHint().height() + status->sizeHint().height();
+  content->setMinimumWidth(leastWidth);
+  auto* room = new ScrollRoom(content, around);
+  auto* whole = new QWidget;
+  auto* column = new QVBoxLayout(whole);
+  column->setContentsMargins(0, 0, 0, 0);
+  column->setSpacing(0);
+  column->addWidget(room, 1);
+  column->addWidget(status);
+  window->setCentralWidget(whole);
+  control->setGreyedParts({window->menuBar(), content});
   return window;
 }
 

@@ -7,11 +7,16 @@
 
 namespace skv::ui::qt {
 
+inline const std::vector<MenuItem*> noSiblings;
+
 // The menu of an item with entries, submenus included. Live: captions, checks, what is enabled or
-// hidden follow the items. Actions carry the items' names, menus too.
-QMenu* makeMenu(Bindings& bindings, Form& form, MenuItem& item, QWidget* owner);
+// hidden follow the items. Actions carry the items' names, menus too. `siblings`: the items beside
+// this one, which must not have its letter; kept.
+QMenu* makeMenu(Bindings& bindings, Form& form, MenuItem& item, QWidget* owner,
+                const std::vector<MenuItem*>& siblings = noSiblings);
 
 // An entry without entries of its own, at the end of a menu or a menu bar.
-void addEntry(Bindings& bindings, Form& form, MenuItem& item, QWidget& menu);
+void addEntry(Bindings& bindings, Form& form, MenuItem& item, QWidget& menu,
+              const std::vector<MenuItem*>& siblings = noSiblings);
 
 }  // namespace skv::ui::qt

@@ -2,6 +2,7 @@
 
 #include <QContextMenuEvent>
 #include <QFile>
+#include <QFileInfo>
 #include <QImageReader>
 #include <QMouseEvent>
 #include <QPainter>
@@ -24,7 +25,6 @@ PictureView::PictureView(Bindings& bindings, Form& form, Image& image, const Fil
     : image_(image), files_(files), placeholder_(placeholder) {
   setAccessibleName(accessibleName);
   setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Ignored);
-  if (image.click || image.mouseDown) setFocusPolicy(Qt::StrongFocus);
   binding_ = new Binding(bindings, form, image, this, [this] { refresh(); });
 }
 
@@ -37,6 +37,7 @@ void PictureView::setOverlay(QWidget* label) {
 void PictureView::refresh() {
   load();
   setAccessibleDescription(picture_.isNull() ? tr("No picture") : shown(image_.picture));
+  setFocusPolicy(image_.click || image_.mouseDown ? Qt::StrongFocus : Qt::NoFocus);
   setCursor(image_.click && !picture_.isNull() ? Qt::PointingHandCursor : Qt::ArrowCursor);
   setEnabled(image_.enabled);
   setVisible(image_.visible);
@@ -44,14 +45,30 @@ void PictureView::refresh() {
 }
 
 void PictureView::load() {
-  if (loaded_ == image_.picture.get()) return;
+  if (image_.pixels().rows.empty())
+    readFile();
+  else
+    showMemory();
+}
+
+void PictureView::readFile() {
+  const auto place = files_.nativePath(image_.picture.get());
+  const QString path =
+      image_.picture == "" || !place.ok() ? QString() : QFile::decodeName(place.value().c_str());
+  const QFileInfo file(path);
+  const QDateTime time = path.isEmpty() ? QDateTime() : file.lastModified();
+  const qint64 length = path.isEmpty() ? -1 : file.size();
+  if (version_ == 0 && loaded_ == image_.picture.get() && time == fileTime_ &&
+      length == fileLength_)
+    return;
+  version_ = 0;
   loaded_ = image_.picture;
-  picture_ = {};
+  fileTime_ = time;
+  fileLength_ = length;
   scaled_ = {};
-  if (loaded_.empty()) return;
-  const auto place = files_.nativePath(loaded_);
-  if (!place.ok()) return;
-  QImageReader reader(QFile::decodeName(place.value().c_str()));
+  picture_ = {};
+  if (path.isEmpty()) return;
+  QImageReader reader(path);
   reader.setDecideFormatFromContent(true);
   reader.setAutoTransform(true);
   if (const QSize size = reader.size(); size.width() > mostPixels || size.height() > mostPixels)
@@ -59,8 +76,25 @@ void PictureView::load() {
   picture_ = reader.read();
 }
 
+void PictureView::showMemory() {
+  const Pixels& pixels = image_.pixels();
+  if (version_ == pixels.version) return;
+  version_ = pixels.version;
+  loaded_.clear();
+  scaled_ = {};
+  picture_ = {};
+  const std::size_t needed = pixels.rowBytes() * static_cast<std::size_t>(qMax(0, pixels.height));
+  if (pixels.width < 1 || pixels.height < 1 || pixels.rows.size() < needed) return;
+  picture_ = QImage(pixels.rows.data(), pixels.width, pixels.height,
+                    static_cast<qsizetype>(pixels.rowBytes()),
+                    pixels.bitsPerPixel == 32 ? QImage::Format_RGB32 : QImage::Format_BGR888)
+                 .copy();
+}
+
 void PictureView::paintEvent(QPaintEvent*) {
+  if (binding_->attached()) load();
   QPainter painter(this);
+  if (!isEnabled()) painter.setOpacity(0.5);
   painter.setRenderHint(QPainter::Antialiasing);
   painter.setPen(hasFocus() ? palette().color(QPalette::Link) : palette().color(QPalette::Mid));
   painter.setBrush(palette().color(QPalette::Base));
@@ -85,7 +119,8 @@ void PictureView::paintEvent(QPaintEvent*) {
 
 void PictureView::paintPlaceholder(QPainter& painter) {
   const int side = qBound(32, qMin(width(), height()) * 2 / 5, 140);
-  const QString words = loaded_.empty() ? tr("No picture") : tr("This picture cannot be shown");
+  const QString words =
+      loaded_.empty() && version_ == 0 ? tr("No picture") : tr("This picture cannot be shown");
   const int line = fontMetrics().height();
   const bool withWords = height() > side + 3 * line;
   const int top = (height() - side - (withWords ? line + 8 : 0)) / 2;

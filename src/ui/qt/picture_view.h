@@ -1,6 +1,7 @@
 // An Image on screen: its picture file scaled to the room there is, or a calm drawing in its place.
 #pragma once
 
+#include <QDateTime>
 #include <QImage>
 #include <QPixmap>
 #include <QWidget>
@@ -33,13 +34,20 @@ class PictureView : public QWidget {
  private:
   void refresh();
   void load();
+  void readFile();
+  void showMemory();
   void paintPlaceholder(QPainter& painter);
 
   Image& image_;
   const FileSystem& files_;
   QString placeholder_;
   Binding* binding_;
-  std::string loaded_;  // the file that picture_ shows, or that could not be shown
+  // What picture_ shows, or could not show: a file as it stood at that time, or a picture in
+  // memory.
+  std::string loaded_;
+  QDateTime fileTime_;
+  qint64 fileLength_ = -1;
+  unsigned version_ = 0;
   QImage picture_;
   QPixmap scaled_;
 };

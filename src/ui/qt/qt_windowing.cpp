@@ -9,10 +9,9 @@
 #include <algorithm>
 
 #include "ui/model/dialogs.h"
-#include "ui/model/frm_main.h"
 #include "ui/qt/boxes.h"
-#include "ui/qt/dialogs.h"
-#include "ui/qt/main_window.h"
+#include "ui/qt/owned_dialogs.h"
+#include "ui/qt/screen_reader.h"
 #include "ui/qt/text.h"
 
 namespace skv::ui::qt {
@@ -46,6 +45,7 @@ class QtWindowing::WithoutHourglass {
 };
 
 QtWindowing::QtWindowing(const FileSystem& files) : files_(files) {
+  describeToScreenReaders();
   QGuiApplication::setQuitOnLastWindowClosed(false);
   splashTimer_.setSingleShot(true);
   splashTimer_.setInterval(splashDelay);
@@ -53,17 +53,6 @@ QtWindowing::QtWindowing(const FileSystem& files) : files_(files) {
 }
 
 QtWindowing::~QtWindowing() { unloadAll(); }
-
-QWidget* QtWindowing::make(Form& form, QWidget* owner) {
-  if (auto* main = dynamic_cast<FrmMain*>(&form)) return makeMainWindow(bindings_, *main, files_);
-  if (auto* settings = dynamic_cast<FrmSettings*>(&form))
-    return makeSettingsWindow(bindings_, *settings, files_, owner);
-  if (auto* picker = dynamic_cast<FrmDirSelect*>(&form))
-    return makeDirSelectWindow(bindings_, *picker, files_, owner);
-  if (auto* splash = dynamic_cast<FrmSplash*>(&form))
-    return makeSplashWindow(bindings_, *splash, files_, owner);
-  return nullptr;
-}
 
 void QtWindowing::prepare(Form& form) {
   windows_[&form];
@@ -154,21 +143,22 @@ void QtWindowing::presentSplash() {
 void QtWindowing::present(Form& form, Form* owner) {
   bindings_.flush();
   QPointer<QWidget>& window = windows_[&form];
-  if (!window) window = make(form, shownWindow(owner));
+  if (!window) window = makers_.make(bindings_, form, files_, shownWindow(owner));
   form.visible = true;
   bindings_.flush();
-  if (window) window->raise();
+  window->raise();
 }
 
 void QtWindowing::showModal(Form& form, Form* owner) {
   unload(form);
-  windows_[&form] = make(form, shownWindow(owner));
-  if (QWidget* window = windows_[&form]) window->setWindowModality(Qt::ApplicationModal);
+  windows_[&form] = makers_.make(bindings_, form, files_, shownWindow(owner));
+  windows_[&form]->setWindowModality(Qt::ApplicationModal);
   present(form, owner);
   yieldUntil([&form] { return !form.visible; });
 }
 
 void QtWindowing::hide(Form& form) {
+  if (QWidget* window = shownWindow(&form)) endDialogsAbove(*window);
   form.visible = false;
   bindings_.flush();
 }
@@ -184,6 +174,8 @@ void QtWindowing::unload(Form& form) {
     form.onChange = nullptr;
     return;
   }
+  // The boxes above it are waited for, and must not go with it.
+  endDialogsAbove(*window);
   window->hide();
   bindings_.setBlocked(window, false);
   Bindings::detachAll(*window);
@@ -216,7 +208,7 @@ void QtWindowing::copyText(const std::string& text) {
 void QtWindowing::popUp(MenuItem& menu) {
   if (auto* widget = qobject_cast<QMenu*>(bindings_.widgetOf(menu))) {
     bindings_.flush();
-    widget->popup(QCursor::pos());
+    if (menu.available()) widget->popup(QCursor::pos());
   }
 }
 

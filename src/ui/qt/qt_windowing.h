@@ -11,6 +11,7 @@
 #include "platform/file_system.h"
 #include "ui/model/windowing.h"
 #include "ui/qt/bindings.h"
+#include "ui/qt/form_makers.h"
 
 class QEventLoop;
 class QWidget;
@@ -23,6 +24,9 @@ class QtWindowing : public Windowing {
  public:
   explicit QtWindowing(const FileSystem& files);
   ~QtWindowing() override;
+
+  // Which forms have windows here. One that has none stops the program with a word.
+  const FormMakers& makers() const { return makers_; }
 
   // From now on the form's window follows form.visible; it is made when that is first set.
   void prepare(Form& form);
@@ -52,7 +56,6 @@ class QtWindowing : public Windowing {
  private:
   using Clock = std::chrono::steady_clock;
 
-  QWidget* make(Form& form, QWidget* owner);
   void present(Form& form, Form* owner);
   void presentSplash();
   QWidget* shownWindow(Form* form) const;
@@ -60,6 +63,7 @@ class QtWindowing : public Windowing {
 
   const FileSystem& files_;
   Bindings bindings_;
+  FormMakers makers_;
   std::map<Form*, QPointer<QWidget>> windows_;
   Pointer pointer_ = Pointer::normal;
   QEventLoop* loop_ = nullptr;

@@ -6,6 +6,11 @@
 
 namespace skv::ui::qt {
 
+RowsModel::RowsModel(ListView& list) : list_(&list) {
+  for (std::size_t i = 0; i < list.columns().size(); ++i)
+    if (list.columns()[i].width > 0) seen_.push_back(static_cast<int>(i));
+}
+
 RowsModel::Followed RowsModel::refresh() {
   std::vector<ListView::RowId> now;
   now.reserve(static_cast<std::size_t>(list_->count()));
@@ -61,7 +66,7 @@ int RowsModel::rowCount(const QModelIndex& parent) const {
 }
 
 int RowsModel::columnCount(const QModelIndex& parent) const {
-  return parent.isValid() || !list_ ? 0 : static_cast<int>(list_->columns().size());
+  return parent.isValid() || !list_ ? 0 : static_cast<int>(seen_.size());
 }
 
 const std::string& RowsModel::textAt(int row, int column) const {
@@ -75,7 +80,7 @@ QString RowsModel::wordsOf(int row, int column) const {
 QVariant RowsModel::data(const QModelIndex& index, int role) const {
   const int row = rowAt(index);
   if (row == 0) return {};
-  const int column = index.column();
+  const int column = columnAt(index.column());
   switch (role) {
     case Qt::DisplayRole:
     case Qt::EditRole:
@@ -123,14 +128,14 @@ QVariant RowsModel::headerData(int section, Qt::Orientation orientation, int rol
   if (orientation != Qt::Horizontal || !list_ || section >= columnCount()) return {};
   if (role == Qt::TextAlignmentRole) return int{Qt::AlignLeft | Qt::AlignVCenter};
   if (role != Qt::DisplayRole) return {};
-  return shown(list_->columns()[static_cast<std::size_t>(section)].title);
+  return shown(list_->columns()[static_cast<std::size_t>(columnAt(section))].title);
 }
 
 Qt::ItemFlags RowsModel::flags(const QModelIndex& index) const {
   Qt::ItemFlags flags = QAbstractTableModel::flags(index) | Qt::ItemNeverHasChildren;
   if (!list_ || index.column() != 0) return flags;
-  if (list_->labelEdit) flags |= Qt::ItemIsEditable;
-  if (list_->checkBoxes) flags |= Qt::ItemIsUserCheckable;
+  if (list_->labelEdit && list_->afterLabelEdit) flags |= Qt::ItemIsEditable;
+  if (list_->checkBoxes && list_->itemCheck) flags |= Qt::ItemIsUserCheckable;
   return flags;
 }
 

@@ -12,7 +12,8 @@ namespace skv::ui::qt {
 
 class RowsModel : public QAbstractTableModel {
  public:
-  explicit RowsModel(ListView& list) : list_(&list) {}
+  // Columns of width 0 are none of the model's, so that nobody is told of them.
+  explicit RowsModel(ListView& list);
 
   enum class Followed { asBefore, withOtherRows, fromScratch };
   // Follows the list after any number of changes.
@@ -22,6 +23,9 @@ class RowsModel : public QAbstractTableModel {
 
   // The row's number in the list, from 1; 0 when the list has no longer this row in this place.
   int rowAt(const QModelIndex& index) const;
+
+  // The list's column, from 0, that stands in a place of the view.
+  int columnAt(int section) const { return seen_[static_cast<std::size_t>(section)]; }
 
   // What the list's pictures mean, for tool tips and screen readers.
   std::function<QString(int smallIcon)> iconWords;
@@ -41,6 +45,7 @@ class RowsModel : public QAbstractTableModel {
   QString wordsOf(int row, int column) const;
 
   ListView* list_;
+  std::vector<int> seen_;  // the list's columns that are seen
   std::vector<ListView::RowId> ids_;
 };
 

@@ -108,13 +108,7 @@ QWidget* makeSceneryView(FormBuilder& build, FrmMain& form, FormWindow& window) 
   FramePanel* view = build.frame(form.frameScenery, true);
   QWidget* left = lists(build, form, window);
   QWidget* right = pictureAndBrowser(build, form);
-  auto* row = new QHBoxLayout;
-  row->setSpacing(12);
-  for (QWidget* half : {left, right}) {
-    half->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
-    row->addWidget(half, 1);
-  }
-  view->body()->addLayout(row, 1);
+  view->body()->addWidget(makeHalves(left, right), 1);
   return view;
 }
 

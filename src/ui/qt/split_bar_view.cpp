@@ -31,7 +31,7 @@ SplitBarView::SplitBarView(Bindings& bindings, Form& form, SplitBar& bar) : bar_
   setAccessibleName(tr("Border between the lists"));
   setToolTip(tr("Drag to give one list more room"));
   binding_ = new Binding(bindings, form, bar, this, [this] {
-    setEnabled(bar_.enabled);
+    setEnabled(bar_.enabled && bar_.mouseMove != nullptr);
     setVisible(bar_.visible);
   });
 }

@@ -11,15 +11,20 @@ class StatusView : public QWidget {
  public:
   StatusView(Bindings& bindings, Form& form, StatusLine& line);
   QSize sizeHint() const override;
+  const QString& text() const { return text_; }
+  int percent() const { return percent_; }  // -1 without a fill
   QSize minimumSizeHint() const override { return {80, sizeHint().height()}; }
 
  protected:
   void paintEvent(QPaintEvent* event) override;
 
  private:
+  void refresh();
+  void drawTexts(QPainter& painter, const QColor& colour) const;
+
   StatusLine& line_;
-  QString caption_;
-  int percent_ = -1;  // -1 without a fill
+  QString text_;
+  int percent_ = -1;
 };
 
 }  // namespace skv::ui::qt

@@ -43,7 +43,9 @@ TextLine::TextLine(Bindings& bindings, Form& form, TextBox& box) : box_(box) {
     setVisible(box_.visible);
   });
   connect(this, &QLineEdit::textEdited, binding_, [this](const QString& now) {
-    if (binding_->accepts()) box_.text = typed(now);
+    if (!binding_->accepts()) return;
+    box_.text = typed(now);
+    binding_->act();
   });
 }
 
@@ -61,12 +63,12 @@ void TextLine::keyPressEvent(QKeyEvent* event) {
 
 void TextLine::focusInEvent(QFocusEvent* event) {
   QLineEdit::focusInEvent(event);
-  if (betweenControls(*event)) binding_->fire(box_.gotFocus);
+  if (betweenControls(*event)) binding_->tell(box_.gotFocus);
 }
 
 void TextLine::focusOutEvent(QFocusEvent* event) {
   QLineEdit::focusOutEvent(event);
-  if (betweenControls(*event)) binding_->fire(box_.lostFocus);
+  if (betweenControls(*event)) binding_->tell(box_.lostFocus);
 }
 
 TextArea::TextArea(Bindings& bindings, Form& form, TextBox& box) : box_(box) {
@@ -80,7 +82,9 @@ TextArea::TextArea(Bindings& bindings, Form& form, TextBox& box) : box_(box) {
     refreshing_ = false;
   });
   connect(this, &QPlainTextEdit::textChanged, binding_, [this] {
-    if (!refreshing_ && binding_->accepts()) box_.text = typed(toPlainText());
+    if (refreshing_ || !binding_->accepts()) return;
+    box_.text = typed(toPlainText());
+    binding_->act();
   });
 }
 
@@ -98,12 +102,12 @@ void TextArea::keyPressEvent(QKeyEvent* event) {
 
 void TextArea::focusInEvent(QFocusEvent* event) {
   QPlainTextEdit::focusInEvent(event);
-  if (betweenControls(*event)) binding_->fire(box_.gotFocus);
+  if (betweenControls(*event)) binding_->tell(box_.gotFocus);
 }
 
 void TextArea::focusOutEvent(QFocusEvent* event) {
   QPlainTextEdit::focusOutEvent(event);
-  if (betweenControls(*event)) binding_->fire(box_.lostFocus);
+  if (betweenControls(*event)) binding_->tell(box_.lostFocus);
 }
 
 void TextArea::insertFromMimeData(const QMimeData* source) {

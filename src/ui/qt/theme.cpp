@@ -30,6 +30,14 @@ constexpr Tones darkTones{"#1b2026", "#21272e", "#171b20", "#1c2127", "#e4e9ee",
                           "#a3b0bd", "#66727e", "#39424c", "#2b343d", "#58a8ea",
                           "#0d1a26", "#24435f", "#4b5763"};
 
+// Borders and marks in the colour of the text, and grounds that are told apart.
+constexpr Tones strongLightTones{"#ffffff", "#ffffff", "#ffffff", "#ffffff", "#000000",
+                                 "#000000", "#5a5a5a", "#000000", "#d9d9d9", "#0000b0",
+                                 "#ffffff", "#6cb4ff", "#000000"};
+constexpr Tones strongDarkTones{"#000000", "#000000", "#000000", "#000000", "#ffffff",
+                                "#ffffff", "#a6a6a6", "#ffffff", "#333333", "#ffff00",
+                                "#000000", "#0a4fb5", "#ffffff"};
+
 QPalette paletteOf(const Tones& tones) {
   QPalette palette;
   const auto set = [&palette](QPalette::ColorRole role, const char* colour) {
@@ -71,6 +79,22 @@ double contrast(const QColor& a, const QColor& b) {
   return (lighter + 0.05) / (darker + 0.05);
 }
 
+// The desktop's own colours, with what our style needs beside them.
+QPalette strongPalette(const QPalette& desktop, bool dark) {
+  if (!isHighContrast(desktop)) return paletteOf(dark ? strongDarkTones : strongLightTones);
+  QPalette palette = desktop;
+  for (const auto role : {QPalette::Light, QPalette::AlternateBase, QPalette::Button})
+    palette.setColor(role, desktop.color(QPalette::Window));
+  for (const auto role : {QPalette::Mid, QPalette::Dark, QPalette::PlaceholderText})
+    palette.setColor(role, desktop.color(QPalette::WindowText));
+  palette.setColor(QPalette::Midlight,
+                   QColor(isDark(desktop) ? strongDarkTones.hover : strongLightTones.hover));
+  palette.setColor(QPalette::BrightText, contrast(palette.color(QPalette::Link), Qt::white) >= 4.5
+                                             ? Qt::white
+                                             : Qt::black);
+  return palette;
+}
+
 QColor plain(Colour colour) {
   return {static_cast<int>(colour & 0xFF), static_cast<int>(colour >> 8 & 0xFF),
           static_cast<int>(colour >> 16 & 0xFF)};
@@ -89,16 +113,29 @@ void dress(QApplication& application) {
   // while the lists load. Whoever needs a font waits for the end of it.
   QThreadPool::globalInstance()->start([] { QFontDatabase::families(); });
   loadDrawings();
-  const Tones& tones = desktopPrefersDark() ? darkTones : lightTones;
+  const QPalette desktop = QApplication::palette();
+  const DesktopScheme scheme = desktopScheme();
+  const QPalette palette = scheme.highContrast ? strongPalette(desktop, scheme.dark)
+                                               : paletteOf(scheme.dark ? darkTones : lightTones);
   application.setWindowIcon(drawnIcon(QStringLiteral("fsskyvault")));
   application.setStyle(new FlatStyle);
-  QApplication::setPalette(paletteOf(tones));
-  QToolTip::setPalette(paletteOf(tones));
+  QApplication::setPalette(palette);
+  QToolTip::setPalette(palette);
 }
 
 bool isDark(const QPalette& palette) {
   return luminance(palette.color(QPalette::Window)) <
          luminance(palette.color(QPalette::WindowText));
+}
+
+bool isHighContrast(const QPalette& palette) {
+  constexpr double nearlyAll = 20;  // black and white have 21
+  return contrast(palette.color(QPalette::Window), palette.color(QPalette::WindowText)) >=
+         nearlyAll;
+}
+
+bool hasStrongBorders(const QPalette& palette) {
+  return palette.color(QPalette::Mid) == palette.color(QPalette::WindowText);
 }
 
 QColor legible(Colour colour, const QPalette& palette) {

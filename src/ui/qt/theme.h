@@ -1,4 +1,5 @@
-// The look of the program: one restrained style in a light and a dark dress.
+// The look of the program: one restrained style in a light and a dark dress, and
+// in those of strong contrast that the desktop may ask for.
 #pragma once
 
 #include <QColor>
@@ -10,11 +11,15 @@ class QApplication;
 
 namespace skv::ui::qt {
 
-// Dresses the whole program; dark when the desktop's user prefers dark windows. Call
-// before any window.
+// Dresses the whole program; dark or in strong contrast when the
+// desktop's user wants it. Call before any window.
 void dress(QApplication& application);
 
 bool isDark(const QPalette& palette);
+// Text and ground as far apart as black and white.
+bool isHighContrast(const QPalette& palette);
+// The dress for eyes that need strong contrast: focus is told by a thick border.
+bool hasStrongBorders(const QPalette& palette);
 
 // The program's colours are 0xBBGGRR numbers made for no background in particular. This is the same
 // hue, made lighter or darker until it can be read on every background the palette has.

@@ -1,9 +1,11 @@
 // Boxes and dialogs, driven as a user drives them while the program waits for an answer.
 #include <QAbstractButton>
+#include <QClipboard>
 #include <QDialog>
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QScreen>
 #include <QTimer>
 #include <QTreeWidget>
 
@@ -35,11 +37,14 @@ TEST_F(WindowTest, ABoxShowsItsTextAsItIsAndAnswers) {
     QMessageBox::StandardButton press;  // none: the Escape key
     ui::Answer answer;
   };
-  for (const Case& c : {Case{ui::BoxButtons::yesNo, QMessageBox::NoButton, ui::Answer::no},
-                        Case{ui::BoxButtons::yesNo, QMessageBox::Yes, ui::Answer::yes},
-                        Case{ui::BoxButtons::yesNo, QMessageBox::No, ui::Answer::no},
-                        Case{ui::BoxButtons::ok, QMessageBox::NoButton, ui::Answer::ok},
-                        Case{ui::BoxButtons::ok, QMessageBox::Ok, ui::Answer::ok}}) {
+  for (const Case& c :
+       {Case{ui::BoxButtons::yesNo, QMessageBox::NoButton, ui::Answer::no},
+        Case{ui::BoxButtons::yesNo, QMessageBox::Yes, ui::Answer::yes},
+        Case{ui::BoxButtons::yesNo, QMessageBox::No, ui::Answer::no},
+        Case{ui::BoxButtons::yesNoCancel, QMessageBox::No, ui::Answer::no},
+        Case{ui::BoxButtons::yesNoCancel, QMessageBox::NoButton, ui::Answer::cancel},
+        Case{ui::BoxButtons::ok, QMessageBox::NoButton, ui::Answer::ok},
+        Case{ui::BoxButtons::ok, QMessageBox::Ok, ui::Answer::ok}}) {
     QString text, title;
     withBox([&](QDialog& box) {
       auto& message = dynamic_cast<QMessageBox&>(box);
@@ -73,6 +78,73 @@ TEST_F(WindowTest, ABoxOverADisabledWindowTakesInputWithANormalPointer) {
   EXPECT_EQ(pointer, Qt::ArrowCursor);
   ASSERT_NE(QGuiApplication::overrideCursor(), nullptr);
   EXPECT_EQ(QGuiApplication::overrideCursor()->shape(), Qt::WaitCursor);
+}
+
+TEST_F(WindowTest, ABoxFitsItsScreenAndIsCopiedWhole) {
+  showMain();
+  const std::string path = "C:\\" + std::string(400, 'x') + "\\aircraft.cfg";
+  std::string list;
+  for (int line = 0; line < 500; ++line) list += "Line " + std::to_string(line) + "\r\n";
+  for (const ui::Box& told : {ui::Box{.text = "Cannot read " + path}, ui::Box{.text = list},
+                              ui::Box{.text = "Not copied:", .details = list}}) {
+    QSize size;
+    withBox([&](QDialog& box) {
+      size = box.size();
+      QTest::keyClick(&box, Qt::Key_C, Qt::ControlModifier);
+      QTest::keyClick(&box, Qt::Key_Return);
+    });
+    windows.messageBox(told);
+    const QSize screen = QGuiApplication::primaryScreen()->availableSize();
+    EXPECT_EQ(size.boundedTo(screen), size) << size.width() << " x " << size.height();
+    const std::string copied = QGuiApplication::clipboard()->text().toStdString();
+    EXPECT_EQ(copied.find(path) != std::string::npos, told.text.find(path) != std::string::npos);
+    EXPECT_EQ(copied.find("Line 499") != std::string::npos,
+              (told.text + told.details).find("Line 499") != std::string::npos);
+  }
+}
+
+TEST_F(WindowTest, TheStatedButtonIsTheDefault) {
+  showMain();
+  struct Case {
+    ui::BoxIcon icon;
+    ui::DefaultButton stated;
+    ui::Answer enter;
+  };
+  for (const Case& c :
+       {Case{ui::BoxIcon::question, ui::DefaultButton::byIcon, ui::Answer::yes},
+        Case{ui::BoxIcon::warning, ui::DefaultButton::byIcon, ui::Answer::no},
+        Case{ui::BoxIcon::warning, ui::DefaultButton::yes, ui::Answer::yes},
+        Case{ui::BoxIcon::question, ui::DefaultButton::no, ui::Answer::no},
+        Case{ui::BoxIcon::question, ui::DefaultButton::cancel, ui::Answer::cancel}}) {
+    withBox([](QDialog& box) { QTest::keyClick(&box, Qt::Key_Return); });
+    EXPECT_EQ(windows.messageBox({"Go on?", c.icon, ui::BoxButtons::yesNoCancel, "", c.stated}),
+              c.enter);
+  }
+}
+
+TEST_F(WindowTest, AFormThatGoesTakesTheBoxesAboveItAlong) {
+  showMain();
+  ui::Answer answer = ui::Answer::yes;
+  FolderPick pick = FolderPick::chosen;
+  inDialog(app.frmSettings, [&] {
+    inDialog(app.frmDirSelect, [&] {
+      withBox([&](QDialog&) { windows.unload(app.frmSettings); });
+      answer = windows.messageBox({"Make it?", ui::BoxIcon::question, ui::BoxButtons::yesNo});
+    });
+    pick = pickFolder(app, app.frmSettings, "C:\\FS\\");
+  });
+  click("mnuFileSettings");
+  EXPECT_EQ(answer, ui::Answer::no);
+  EXPECT_EQ(pick, FolderPick::cancelled);
+  EXPECT_FALSE(app.frmDirSelect.visible);
+}
+
+TEST_F(WindowTest, EveryFormHasAWindowAndAnUnknownOneStopsTheProgram) {
+  for (const ui::Form* form : std::initializer_list<const ui::Form*>{
+           &app.frmMain, &app.frmSettings, &app.frmDirSelect, &app.frmSplash})
+    EXPECT_TRUE(windows.makers().knows(*form)) << form->name();
+  ui::Form stranger("frmStranger");
+  EXPECT_DEATH(windows.show(stranger, nullptr), "frmStranger");
 }
 
 TEST_F(WindowTest, AnInputBoxGivesTheTextOrNothing) {

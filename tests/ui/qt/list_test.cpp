@@ -1,5 +1,6 @@
 // The lists as a user meets them: rows, clicks, renaming, headers, check marks.
 #include <QAbstractItemModel>
+#include <QClipboard>
 #include <QHeaderView>
 #include <QLineEdit>
 #include <QSignalSpy>
@@ -138,6 +139,74 @@ TEST_F(ListTest, AHandlerMayTakeRowsAwayWhileItYields) {
   EXPECT_EQ(last.data(), QVariant());
 }
 
+TEST_F(ListTest, ARowThatTheProgramSelectsIsInViewWhenTheListIsSeen) {
+  const auto seen = [](QTreeView& tree, int row) {
+    const QRect place = tree.visualRect(tree.model()->index(row - 1, 0));
+    return tree.viewport()->rect().contains(place.center());
+  };
+  fillAircraft(200);
+  list.select(150);
+  settle();
+  EXPECT_TRUE(seen(*view, 150));
+  // In a tab that is not shown yet, and in a list that gets its room later.
+  auto& panels = app.frmMain.lstPanel;
+  for (int row = 1; row <= 200; ++row) panels.add("Panel " + std::to_string(row), {"C:\\"});
+  panels.select(180);
+  settle();
+  click("tabAddon", 1);
+  EXPECT_TRUE(seen(*find<QTreeView>("lstPanel"), 180));
+  mainWindow()->resize(mainWindow()->width(), mainWindow()->height() - 60);
+  settle();
+  EXPECT_TRUE(seen(*find<QTreeView>("lstPanel"), 180));
+  EXPECT_TRUE(seen(*view, 150));
+}
+
+TEST_F(ListTest, ADoubleClickOpensTheSelectedRowWhereTheListHasAnOperation) {
+  int opened = 0;
+  list.dblClick = [&] { opened = list.selected(); };
+  list.afterLabelEdit = [](bool&, const std::string&) {};
+  list.changed();
+  settle();
+  doubleClickName(*view, 2);
+  EXPECT_EQ(opened, 2);
+  EXPECT_EQ(editor(), nullptr);
+  list.startLabelEdit();
+  settle();
+  EXPECT_NE(editor(), nullptr);
+}
+
+TEST_F(ListTest, ColumnsHaveTheWidthsThatTheListKeeps) {
+  list.setColumnWidth(0, 3000);
+  list.setColumnWidth(1, 3000);
+  settle();
+  EXPECT_NEAR(view->columnWidth(0), view->columnWidth(1), 2);
+  EXPECT_NEAR(view->columnWidth(0) + view->columnWidth(1), view->viewport()->width(), 1);
+  int told = 0;
+  list.columnsChanged = [&] { ++told; };
+  const QHeaderView& header = *view->header();
+  const QPoint border{view->columnWidth(0), header.height() / 2};
+  const auto drag = [&](QEvent::Type type, int by, Qt::MouseButton button) {
+    const QPointF place = border + QPoint(by, 0);
+    QMouseEvent event(type, place, header.viewport()->mapToGlobal(place), button,
+                      type == QEvent::MouseButtonRelease ? Qt::NoButton : Qt::LeftButton, {});
+    QApplication::sendEvent(header.viewport(), &event);
+  };
+  drag(QEvent::MouseButtonPress, 0, Qt::LeftButton);
+  for (int by = -10; by >= -40; by -= 10) drag(QEvent::MouseMove, by, Qt::NoButton);
+  EXPECT_EQ(told, 0);
+  drag(QEvent::MouseButtonRelease, -40, Qt::LeftButton);
+  settle();
+  EXPECT_EQ(told, 1);
+  EXPECT_EQ(list.columns()[0].width, view->columnWidth(0) * 15);
+  EXPECT_LT(list.columns()[0].width, list.columns()[1].width);
+}
+
+TEST_F(ListTest, CopyTakesTheRowsPlace) {
+  clickRow(2);
+  QTest::keyClick(view, Qt::Key_C, Qt::ControlModifier);
+  EXPECT_EQ(QGuiApplication::clipboard()->text(), "C:\\FS\\aircraft\\a2\\");
+}
+
 TEST_F(ListTest, ThirtyThousandRowsComeInOneRefreshAndScroll) {
   list.clear();
   settle();
@@ -165,7 +234,7 @@ TEST_F(WindowTest, ASceneryIsTickedInItsList) {
   list.itemCheck = [&](int row) { ticked.push_back(list.checked(row) ? row : -row); };
   settle();
   auto* view = find<QTreeView>("lstScenery");
-  for (int column = 2; column < 9; ++column) EXPECT_TRUE(view->isColumnHidden(column)) << column;
+  EXPECT_EQ(view->model()->columnCount(), 2);  // nobody is told of the others
   const QRect place = view->visualRect(view->model()->index(0, 0));
   for (int times = 0; times < 2; ++times) {
     QTest::mouseClick(view->viewport(), Qt::LeftButton, {},

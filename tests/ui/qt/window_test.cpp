@@ -1,12 +1,15 @@
 // The main window: buttons, menus, fields, status line, tabs, split bar, and what it does while it
 // is disabled or closed.
+#include <QAccessible>
 #include <QAction>
 #include <QLineEdit>
 #include <QMenu>
 #include <QMenuBar>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QScreen>
 #include <QTabBar>
+#include <chrono>
 
 #include "core/long_operation.h"
 #include "ui/qt/window_fixture.h"
@@ -14,64 +17,20 @@
 namespace skv::test {
 namespace {
 
-TEST_F(WindowTest, EveryControlIsOnTheWindowWithAnAccessibleName) {
+TEST_F(WindowTest, EveryControlIsReachedByKeyboardAndNamed) {
   showMain();
-  const auto& form = app.frmMain;
-  for (const ui::Control* control :
-       std::initializer_list<const ui::Control*>{&form.btnAddAC,
-                                                 &form.btnDelAC,
-                                                 &form.btnACRestoreOriginal,
-                                                 &form.btnHangar,
-                                                 &form.lstAircraft,
-                                                 &form.imgAircraft,
-                                                 &form.tabAddon,
-                                                 &form.lstACVersions,
-                                                 &form.btnSaveACInfo,
-                                                 &form.tabACInfo,
-                                                 &form.txtACTitle,
-                                                 &form.txtSim,
-                                                 &form.txtModel,
-                                                 &form.txtPanel,
-                                                 &form.txtSound,
-                                                 &form.txtTexture,
-                                                 &form.txtATCID,
-                                                 &form.txtATCAirline,
-                                                 &form.txtATCFlight,
-                                                 &form.txtUIManufacturer,
-                                                 &form.txtUIType,
-                                                 &form.txtUIVariation,
-                                                 &form.txtACDescription,
-                                                 &form.btnAddPN,
-                                                 &form.btnDelPN,
-                                                 &form.btnPNRestoreOriginal,
-                                                 &form.btnAssignPN,
-                                                 &form.lstPanel,
-                                                 &form.imgPanel,
-                                                 &form.btnAddSN,
-                                                 &form.btnDelSN,
-                                                 &form.btnSNRestoreOriginal,
-                                                 &form.btnAssignSN,
-                                                 &form.lstSound,
-                                                 &form.lstScenery,
-                                                 &form.btnSCup,
-                                                 &form.btnSCdn,
-                                                 &form.btnFSScenerySave,
-                                                 &form.btnFSScenDel,
-                                                 &form.lstInactScenery,
-                                                 &form.btnSLDel,
-                                                 &form.btnAddSLtoFS,
-                                                 &form.btnAddToSL,
-                                                 &form.ftreeScenery,
-                                                 &form.optMove,
-                                                 &form.optCopy,
-                                                 &form.optScenery,
-                                                 &form.optTextures,
-                                                 &form.imgScenery,
-                                                 &form.lblStatus}) {
-    auto* widget = find<QWidget>(control->name().c_str());
-    ASSERT_NE(widget, nullptr) << control->name();
-    EXPECT_FALSE(widget->accessibleName().isEmpty()) << control->name();
+  int named = 0;
+  for (const QWidget* widget : mainWindow()->findChildren<QWidget*>()) {
+    if (widget->focusPolicy() == Qt::NoFocus || widget->inherits("QMenu")) continue;
+    if (widget->objectName().isEmpty() || widget->objectName().startsWith("qt_")) continue;
+    ++named;
+    EXPECT_FALSE(widget->accessibleName().isEmpty()) << widget->objectName().toStdString();
   }
+  EXPECT_GE(named, 40);
+  for (const ui::ListView* list :
+       {&app.frmMain.lstAircraft, &app.frmMain.lstPanel, &app.frmMain.lstSound,
+        &app.frmMain.lstACVersions, &app.frmMain.lstScenery, &app.frmMain.lstInactScenery})
+    EXPECT_NE(find<QTreeView>(list->name().c_str()), nullptr) << list->name();
 }
 
 TEST_F(WindowTest, AButtonFollowsItsControlAndClicks) {
@@ -119,6 +78,27 @@ TEST_F(WindowTest, TheMenuIsTheModels) {
   form.mnuViewHangar.checked = false;
   settle();
   EXPECT_FALSE(action("mnuViewHangar")->isChecked());
+}
+
+TEST_F(WindowTest, WhatHasNoOperationIsDisabled) {
+  app.frmMain.btnAddPN.click = nullptr;
+  app.frmMain.lstPanel.afterLabelEdit = nullptr;
+  app.frmMain.lstScenery.itemCheck = nullptr;
+  app.frmMain.lblSepBar.mouseMove = nullptr;
+  app.frmMain.mnuPicDel.click = nullptr;
+  showMain();
+  app.frmMain.lstPanel.add("Panel", {"C:\\"});
+  app.frmMain.lstScenery.add("Scenery", {"C:\\"});
+  click("tabAddon", 1);
+  EXPECT_FALSE(find<QWidget>("btnAddPN")->isEnabled());
+  const auto flags = [](const char* list) {
+    const auto* model = find<QTreeView>(list)->model();
+    return model->flags(model->index(0, 0));
+  };
+  EXPECT_FALSE(flags("lstPanel") & Qt::ItemIsEditable);
+  EXPECT_FALSE(flags("lstScenery") & Qt::ItemIsUserCheckable);
+  EXPECT_FALSE(find<QWidget>("lblSepBar")->isEnabled());
+  EXPECT_FALSE(find<QAction>("mnuPicDel")->isEnabled());
 }
 
 TEST_F(WindowTest, TheFrameWalksThroughTheViewsByDoubleClicks) {
@@ -250,17 +230,162 @@ TEST_F(WindowTest, ADisabledWindowIgnoresTheUserAndIsPainted) {
   EXPECT_EQ(clicks, 1);
 }
 
+TEST_F(WindowTest, ALongOperationIsGreyedAndHearsAWishToClose) {
+  showMain();
+  fillAircraft(3);
+  QWidget* main = mainWindow();
+  auto* hangar = find<QPushButton>("btnHangar");
+  auto* list = find<QTreeView>("lstAircraft");
+  list->setFocus();
+  int wishes = 0;
+  app.frmMain.closeRequested = [&] { ++wishes; };
+  {
+    LongOperation busy(app);
+    settle();
+    EXPECT_TRUE(hangar->isEnabled());  // one that is soon over does not flicker
+    windows.yieldUntil([&, begin = std::chrono::steady_clock::now()] {
+      return !hangar->isEnabled() ||
+             std::chrono::steady_clock::now() - begin > std::chrono::seconds(5);
+    });
+    EXPECT_FALSE(hangar->isEnabled());
+    EXPECT_FALSE(list->isEnabled());
+    main->close();
+    QTest::keyClick(main, Qt::Key_Q, Qt::ControlModifier);
+    EXPECT_EQ(wishes, 2);
+    EXPECT_TRUE(main->isVisible());
+  }
+  settle();
+  EXPECT_TRUE(hangar->isEnabled());
+  EXPECT_EQ(main->focusWidget(), list);
+}
+
+TEST_F(WindowTest, TheStatusLineTellsTheEndUntilTheNextEventAndIsReadOut) {
+  showMain();
+  auto& line = app.frmMain.lblStatus;
+  auto* widget = find<QWidget>("lblStatus");
+  QAccessibleInterface* read = QAccessible::queryAccessibleInterface(widget);
+  ASSERT_NE(read, nullptr);
+  EXPECT_EQ(read->role(), QAccessible::StatusBar);
+  line.caption = "Copying";
+  line.notice = "3 files copied";
+  line.setProgress(40);
+  settle();
+  EXPECT_EQ(read->role(), QAccessible::ProgressBar);
+  ASSERT_NE(read->valueInterface(), nullptr);
+  EXPECT_EQ(read->valueInterface()->currentValue().toInt(), 40);
+  EXPECT_EQ(read->text(QAccessible::Value), "Copying");
+  line.clearProgress();
+  line.caption = "";
+  settle();
+  EXPECT_EQ(read->text(QAccessible::Value), "3 files copied");
+  click("tabAddon", 1);
+  EXPECT_EQ(read->text(QAccessible::Value), "");
+  EXPECT_EQ(QAccessible::queryAccessibleInterface(find<QWidget>("imgAircraft"))->role(),
+            QAccessible::Graphic);
+}
+
+TEST_F(WindowTest, KeysReachTabsMenusAndButtons) {
+  showMain();
+  auto& form = app.frmMain;
+  find<QWidget>("lstAircraft")->setFocus();
+  QTest::keyClick(find<QWidget>("lstAircraft"), Qt::Key_Tab, Qt::ControlModifier);
+  settle();
+  EXPECT_EQ(form.tabAddon.value, 1);
+  QTest::keyClick(find<QWidget>("lstAircraft"), Qt::Key_Backtab,
+                  Qt::ControlModifier | Qt::ShiftModifier);
+  settle();
+  EXPECT_EQ(form.tabAddon.value, 0);
+  form.txtSim.enabled = true;
+  settle();
+  find<QWidget>("txtSim")->setFocus();
+  QTest::keyClick(find<QWidget>("txtSim"), Qt::Key_Tab, Qt::ControlModifier);
+  settle();
+  EXPECT_EQ(form.tabACInfo.value, 1);
+
+  int clicks = 0;
+  form.btnHangar.enabled = true;
+  form.btnHangar.click = [&] { ++clicks; };
+  form.btnHangar.changed();
+  settle();
+  find<QWidget>("btnHangar")->setFocus();
+  QTest::keyClick(find<QWidget>("btnHangar"), Qt::Key_Return);
+  EXPECT_EQ(clicks, 1);
+
+  for (const ui::MenuItem* menu : {&form.mnuFile, &form.mnuView, &form.mnuFileInstall}) {
+    QString letters;
+    for (const ui::MenuItem* entry : menu->entries) {
+      if (entry->separator) continue;
+      auto* action = find<QAction>(entry->name().c_str());
+      if (!action)
+        action =
+            mainWindow()->findChild<QMenu*>(QString::fromStdString(entry->name()))->menuAction();
+      const qsizetype mark = action->text().indexOf('&');
+      ASSERT_GE(mark, 0) << entry->name();
+      const QChar letter = action->text().at(mark + 1).toLower();
+      EXPECT_FALSE(letters.contains(letter)) << entry->name();
+      letters += letter;
+      EXPECT_EQ(QString(action->text()).remove('&').toStdString(),
+                QString::fromStdString(entry->caption).remove('&').toStdString());
+    }
+  }
+}
+
+TEST_F(WindowTest, AWindowIsNoLargerThanItsScreen) {
+  const QRect screen = QGuiApplication::primaryScreen()->availableGeometry();
+  settings.values["Window/MainWidth"] = "90000";
+  settings.values["Window/MainHeight"] = "64800";
+  showMain();
+  QTest::qWait(200);
+  EXPECT_TRUE(screen.contains(mainWindow()->geometry()))
+      << mainWindow()->width() << " x " << mainWindow()->height();
+}
+
+TEST_F(WindowTest, APictureIsShownAsItIsNow) {
+  showMain();
+  auto& image = app.frmMain.imgAircraft;
+  auto* widget = find<QWidget>("imgAircraft");
+  const auto middle = [&] {
+    const QImage shown = widget->grab().toImage();
+    return shown.pixelColor(shown.rect().center());
+  };
+  const auto write = [&](QColor colour, int side) {
+    QImage file(side, side, QImage::Format_RGB32);
+    file.fill(colour);
+    const auto place = files.nativePath("C:\\FS\\picture.bmp");
+    ASSERT_TRUE(file.save(QString::fromStdString(place.value())));
+  };
+  write(Qt::red, 40);
+  image.picture = "C:\\FS\\picture.bmp";
+  settle();
+  EXPECT_EQ(middle(), QColor(Qt::red));
+  write(Qt::green, 44);
+  EXPECT_EQ(middle(), QColor(Qt::green));
+  ui::Pixels pixels;
+  pixels.width = 3;
+  pixels.height = 2;
+  ASSERT_EQ(pixels.rowBytes(), 12U);
+  pixels.rows.assign(24, 0);
+  for (const std::size_t row : {0U, 12U})
+    for (std::size_t x = 0; x < 9; x += 3) pixels.rows[row + x] = 255;  // blue
+  image.setPixels(pixels);
+  settle();
+  EXPECT_EQ(middle(), QColor(Qt::blue));
+  image.setPixels({});
+  settle();
+  EXPECT_EQ(middle(), QColor(Qt::green));
+}
+
 TEST_F(WindowTest, AUsersWidthGivesTheHeightAndIsKept) {
   showMain();
   auto& form = app.frmMain;
   QWidget* main = mainWindow();
   const double aspect = app.LayoutAspect;
-  main->resize(1200, 400);
+  main->resize(1000, 400);
   QTest::qWait(400);
-  EXPECT_EQ(form.width, 1200 * 15);
+  EXPECT_EQ(form.width, 1000 * 15);
   EXPECT_NEAR(form.height, form.width / aspect, 15);
-  EXPECT_EQ(main->width(), 1200);
-  EXPECT_NEAR(main->height(), 1200 / aspect, 1.5);
+  EXPECT_EQ(main->width(), 1000);
+  EXPECT_NEAR(main->height(), 1000 / aspect, 1.5);
   form.width = 9000;
   form.resized();
   QTest::qWait(200);

@@ -1,0 +1,53 @@
+#include "ui/qt/row_delegate.h"
+
+#include <QAbstractItemView>
+#include <QHelpEvent>
+#include <QToolTip>
+#include <algorithm>
+
+#include "ui/qt/theme.h"
+
+namespace skv::ui::qt {
+
+namespace {
+constexpr int leastRowHeight = 27;
+}
+
+QSize RowDelegate::sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const {
+  const QSize size = QStyledItemDelegate::sizeHint(option, index);
+  return {size.width(), std::max(size.height() + (places_ ? 2 : 0), leastRowHeight)};
+}
+
+bool RowDelegate::helpEvent(QHelpEvent* event, QAbstractItemView* view,
+                            const QStyleOptionViewItem& option, const QModelIndex& index) {
+  const bool tells = index.data(Qt::AccessibleDescriptionRole).toString().size() > 0 ||
+                     sizeHint(option, index).width() > option.rect.width();
+  if (event->type() == QEvent::ToolTip && !tells) {
+    QToolTip::hideText();
+    return true;
+  }
+  return QStyledItemDelegate::helpEvent(event, view, option, index);
+}
+
+void RowDelegate::initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const {
+  QStyledItemDelegate::initStyleOption(option, index);
+  // The end of a path tells most, the beginning of any other text.
+  option->textElideMode = option->text.contains(QLatin1Char('\\')) ? Qt::ElideLeft : Qt::ElideRight;
+  // The selected row is marked enough, and the list shows that it has the keyboard.
+  option->state &= ~QStyle::State_HasFocus;
+  if (const Colour colour = index.data(Qt::UserRole).toUInt(); colour != defaultColour) {
+    QColor& text = legible_[colour];
+    if (!text.isValid()) text = legible(colour, option->palette);
+    option->palette.setColor(QPalette::Text, text);
+    option->palette.setColor(QPalette::HighlightedText, text);
+  }
+  if (!places_ || index.column() != 0) return;
+  const QPixmap& picture = places_->picture(index.data(Qt::UserRole + 1).toInt(), option->palette,
+                                            list_->devicePixelRatio());
+  option->features |= QStyleOptionViewItem::HasDecoration;
+  option->decorationSize = PlacePictures::size;
+  option->icon = QIcon(picture);
+  option->icon.addPixmap(picture, QIcon::Selected);
+}
+
+}  // namespace skv::ui::qt
