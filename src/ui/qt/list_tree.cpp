@@ -72,7 +72,7 @@ int ListTree::leastHeight() const {
   initViewItemOption(&option);
   const int row = delegate_->sizeHint(option, rows_.index(0, 0)).height();
   return header()->sizeHint().height() + 2 * frameWidth() +
-         leastRows * std::max(row, rows_.iconWords ? PlacePictures::cell + 2 : 0);
+         leastRows * std::max(row, rows_.iconWords ? PlacePictures::cell + 4 : 0);
 }
 
 void ListTree::later(std::function<void()> action) {

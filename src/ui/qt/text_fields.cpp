@@ -38,7 +38,10 @@ TextLine::TextLine(Bindings& bindings, Form& form, TextBox& box) : box_(box) {
   setEchoMode(box.password ? QLineEdit::Password : QLineEdit::Normal);
   setAccessibleName(spoken(box.label));
   binding_ = new Binding(bindings, form, box, this, [this] {
-    if (const QString now = shown(box_.text); now != text()) setText(now);
+    if (const QString now = shown(box_.text); now != text()) {
+      setText(now);
+      setCursorPosition(0);  // the beginning of a long text tells more
+    }
     setEnabled(box_.enabled);
     setVisible(box_.visible);
   });
