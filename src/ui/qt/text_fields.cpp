@@ -40,7 +40,7 @@ TextLine::TextLine(Bindings& bindings, Form& form, TextBox& box) : box_(box) {
   binding_ = new Binding(bindings, form, box, this, [this] {
     if (const QString now = shown(box_.text); now != text()) {
       setText(now);
-      setCursorPosition(0);  // the beginning of a long text tells more
+      if (!hasFocus()) setCursorPosition(0);  // the beginning of a long text tells more
     }
     setEnabled(box_.enabled);
     setVisible(box_.visible);

@@ -136,6 +136,7 @@ TEST_F(WindowTest, FieldsGoBothWaysAndEnterIsTypedAsBackslashN) {
   settle();
   auto* title = find<QLineEdit>("txtACTitle");
   EXPECT_EQ(title->text(), "Boeing");
+  QTest::keyClick(title, Qt::Key_End);
   QTest::keyClicks(title, " 737");
   EXPECT_EQ(form.txtACTitle.text.get(), "Boeing 737");
 
