@@ -1,8 +1,10 @@
 // The composition root: the only place that names what the interfaces are made of.
 #include <QApplication>
+#include <QSocketNotifier>
+#include <QTimer>
 
-#include "aircraft/aircraft_cfg.h"
 #include "core/app.h"
+#include "core/settings_keys.h"
 #include "platform/desktop/desktop_shell.h"
 #include "platform/desktop/file_settings_store.h"
 #include "platform/desktop/process_environment.h"
@@ -12,6 +14,7 @@
 #include "platform/disk/drives.h"
 #include "platform/zip/libzip_zipit.h"
 #include "ui/events.h"
+#include "ui/qt/call_to_front.h"
 #include "ui/qt/qt_windowing.h"
 #include "ui/qt/theme.h"
 #include "ui/startup.h"
@@ -26,24 +29,46 @@ int main(int argc, char** argv) {
   skv::ui::qt::QtWindowing windows(files);
   const auto onlyRun = skv::SingleInstance::acquire();
   if (!onlyRun.ok()) {
-    windows.messageBox({onlyRun.outcome().description(), skv::ui::BoxIcon::exclamation});
+    const bool other = onlyRun.outcome().number() == skv::SingleInstance::alreadyRunning;
+    if (!other || !skv::SingleInstance::call())
+      windows.messageBox({onlyRun.outcome().description(), skv::ui::BoxIcon::exclamation});
     return 0;
   }
+  QSocketNotifier secondStart(onlyRun.value().calls(), QSocketNotifier::Read);
+  QObject::connect(&secondStart, &QSocketNotifier::activated, [&onlyRun] {
+    if (const auto token = onlyRun.value().answerCall()) skv::ui::qt::callToFront(*token);
+  });
 
   skv::FileSettingsStore settings(skv::FileSettingsStore::defaultFile());
+  if (!skv::settingsCanBeRead(windows, settings)) return 0;
   skv::SystemClock clock;
   skv::DesktopShell shell(files);
-  const skv::CodePage codePage(
-      static_cast<int>(skv::val(settings.read("General", "CodePage", "1252"))));
+  const skv::CodePage codePage(static_cast<int>(
+      skv::val(settings.read(skv::setting::CodePage.section, skv::setting::CodePage.key, "1252"))));
   skv::LibzipEngine zip(codePage);
   skv::App app({files, settings, clock, shell, zip, skv::processEnvironment(files)}, windows);
   skv::connectEvents(app);
-  app.frmMain.closed = [&] {
-    if (!skv::mayLeaveInfo(app)) return;
+
+  QTimer closesWhenIdle;
+  closesWhenIdle.setInterval(50);
+  const auto close = [&] {
+    closesWhenIdle.stop();
     skv::Form_Unload(app);
     windows.quit();
   };
+  QObject::connect(&closesWhenIdle, &QTimer::timeout, [&] {
+    if (!skv::operationRuns(app)) close();
+  });
+  app.frmMain.closed = app.frmMain.closeRequested = [&] {
+    if (skv::frmMain_QueryUnload(app))
+      close();
+    else if (app.stopRequested)
+      closesWhenIdle.start();
+  };
   windows.prepare(app.frmMain);
-  windows.run([&app] { skv::Form_Load(app); });
+  windows.run([&] {
+    skv::Form_Load(app);
+    if (app.ending) windows.quit();
+  });
   return 0;
 }

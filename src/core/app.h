@@ -51,8 +51,8 @@ struct App {
   std::string FSRoot;          // the simulator
   std::string HangarDir;       // side store of aircraft
   std::string PacksDir;        // Packages
-  std::string PanelsDir;       // central panels folder; as the user wrote it, backslash or none
-  std::string SceneryLib;      // as the user wrote it
+  std::string PanelsDir;       // central panels folder, "" for none
+  std::string SceneryLib;      // scenery library, "" for none
   std::string SceneryPacksPath;
   std::string LastZIPDir;  // folder of the last ZIP picked
   struct {

@@ -40,6 +40,27 @@ bool leadsTo(const std::string& place, const std::string& inner) {
   return !inner.empty() && inner.starts_with(place);
 }
 
+// The second half of both guards: what may not go along with the folder. `place` is where it leads
+// on disk.
+Outcome keepsClear(const App& app, const std::string& folder, const std::string& place,
+                   const std::vector<std::string>& others) {
+  // Of a link only the link goes.
+  const bool link = app.platform.files.isLink(withoutBackslash(folder));
+  const auto goesAlong = [&](const std::string& one) {
+    return isFull(one) && (isOrHolds(folder, one) || (!link && leadsTo(place, placeOf(app, one))));
+  };
+  for (const std::string& one :
+       {app.FSRoot, app.HangarDir, app.PacksDir, app.PanelsDir, app.SceneryLib,
+        app.SceneryPacksPath, app.InstallTempDir, app.FSRoot + "aircraft\\",
+        app.HangarDir + "aircraft\\", app.HangarDir + "Main\\", app.SceneryLib + "Scenery\\",
+        app.SceneryLib + "Main\\", app.AppDir, app.platform.environment.home})
+    if (goesAlong(one)) return refusal(folder, ("is or holds \"" + one + "\".").c_str());
+  for (const std::string& other : others)
+    if (goesAlong(other))
+      return refusal(folder, ("is or holds the folder of another row, \"" + other + "\".").c_str());
+  return {};
+}
+
 }  // namespace
 
 bool isOrHolds(const std::string& folder, const std::string& inner) {
@@ -59,32 +80,16 @@ Outcome mayBeGivenUp(const App& app, const FolderUse& use) {
     return refusal(folder, "cannot be looked at.");
   if (!placeAbove.starts_with(storePlace))
     return refusal(folder, ("leads out of \"" + use.store + "\".").c_str());
-  const bool link = app.platform.files.isLink(withoutBackslash(folder));
+  return keepsClear(app, folder, place, use.others);
+}
 
-  std::vector<std::string> kept{app.FSRoot,
-                                app.HangarDir,
-                                app.PacksDir,
-                                app.PanelsDir,
-                                app.SceneryLib,
-                                app.SceneryPacksPath,
-                                app.InstallTempDir,
-                                app.FSRoot + "aircraft\\",
-                                app.HangarDir + "aircraft\\",
-                                app.HangarDir + "Main\\",
-                                app.SceneryLib + "Scenery\\",
-                                app.SceneryLib + "Main\\",
-                                app.AppDir,
-                                app.platform.environment.home};
-  for (const std::string& one : kept) {
-    if (!isFull(one)) continue;
-    if (isOrHolds(folder, one) || (!link && leadsTo(place, placeOf(app, one))))
-      return refusal(folder, ("is or holds \"" + one + "\".").c_str());
-  }
-  for (const std::string& other : use.others)
-    if (isFull(other) &&
-        (isOrHolds(folder, other) || (!link && leadsTo(place, placeOf(app, other)))))
-      return refusal(folder, ("is or holds the folder of another row, \"" + other + "\".").c_str());
-  return {};
+Outcome mayBeEmptied(const App& app, const std::string& folder) {
+  if (!isFull(folder)) return refusal(folder, "is the root of a drive, or no full path.");
+  const std::string place = placeOf(app, folder);
+  if (place.empty()) return refusal(folder, "cannot be looked at.");
+  if (app.platform.files.isLink(withoutBackslash(folder)))
+    return refusal(folder, "is a link to another folder.");
+  return keepsClear(app, folder, place, {});
 }
 
 }  // namespace skv

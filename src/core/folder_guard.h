@@ -21,6 +21,10 @@ struct FolderUse {
 // disk does not tell is refused.
 Outcome mayBeGivenUp(const App& app, const FolderUse& use);
 
+// The same for a folder that the user himself has named and that may lie anywhere: it is no link
+// and no drive's root, and holds nothing of the above.
+Outcome mayBeEmptied(const App& app, const std::string& folder);
+
 // Whether `folder` is `inner`, or one of the folders above it. By path, without regard to case.
 bool isOrHolds(const std::string& folder, const std::string& inner);
 

@@ -18,6 +18,7 @@ namespace setting {
 inline constexpr const char* general = "General";
 inline constexpr const char* window = "Window";
 inline constexpr const char* mail = "Mail";
+inline constexpr const char* lists = "Lists";
 
 inline constexpr Setting FSRoot{general, "FSRoot"};
 inline constexpr Setting HangarDir{general, "HangarDir"};
@@ -30,11 +31,15 @@ inline constexpr Setting AppVersion{general, "AppVersion"};  // that ran the set
 inline constexpr Setting LastACSelected{general, "LastACSelected"};  // row of lstAircraft, from 1
 // The folder of that aircraft, by which it is found when the rows have moved.
 inline constexpr Setting LastACFolder{general, "LastACFolder"};
+inline constexpr Setting CodePage{general, "CodePage"};  // of stored files; made by hand alone
 inline constexpr Setting LastVersionCheck{general, "LastVersionCheck"};  // day count
 inline constexpr Setting MainTop{window, "MainTop"};                     // twips, as the next two
 inline constexpr Setting MainLeft{window, "MainLeft"};
 inline constexpr Setting MainWidth{window, "MainWidth"};
 inline constexpr Setting MainState{window, "MainState"};  // 0 normal, 1 minimised, 2 maximised
+// The order of lstAircraft: a column from 0, "" for the file's own, and 0 ascending, 1 descending.
+inline constexpr Setting SortKey{lists, "SortKey"};
+inline constexpr Setting SortOrder{lists, "SortOrder"};
 inline constexpr Setting POPUserName{mail, "POPUserName"};
 inline constexpr Setting POPPassword{mail, "POPPassword"};
 inline constexpr Setting POPHost{mail, "POPHost"};
@@ -48,7 +53,7 @@ inline std::string readSetting(const App& app, const Setting& setting,
                                std::string_view fallback = {}) {
   return app.platform.settings.read(setting.section, setting.key, fallback);
 }
-// Where the outcome is passed over, the value holds for this run.
+// Where the outcome is passed over, the value holds for this run alone.
 inline Outcome writeSetting(App& app, const Setting& setting, const std::string& value) {
   return app.platform.settings.write(setting.section, setting.key, value);
 }

@@ -16,6 +16,9 @@ namespace skv {
 class SettingsStore {
  public:
   virtual ~SettingsStore() = default;
+  // Whether the store could be read, with the reason why not; after a failure each call reads it
+  // anew. What could not be read is not empty, and is not written over.
+  virtual Outcome state() { return {}; }
   virtual std::string read(std::string_view section, std::string_view key,
                            std::string_view fallback) const = 0;
   virtual Outcome write(std::string_view section, std::string_view key, std::string_view value) = 0;

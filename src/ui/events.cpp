@@ -77,6 +77,11 @@ void connectDialogs(App& app) {
   auto& settings = app.frmSettings;
   settings.closed = [&app] { frmSettings_Form_Unload(app); };
   settings.tabSettings.click = [&app](int index) { tabSettings_Click(app, index); };
+  for (ui::TextBox* field : {&settings.txtFSRoot, &settings.txtHangarDir, &settings.txtPacksDir,
+                             &settings.txtCentralPanel, &settings.txtSceneryLib}) {
+    field->change = [&app] { showFolderStates(app); };
+    field->lostFocus = [&app, field] { folderField_LostFocus(app, *field); };
+  }
   settings.txtFSRoot.lostFocus = [&app] { txtFSRoot_LostFocus(app); };
   settings.txtHangarDir.gotFocus = [&app] { txtHangarDir_GotFocus(app); };
   settings.btnBrowse.click = [&app] { btnBrowse_Click(app); };
@@ -84,6 +89,7 @@ void connectDialogs(App& app) {
   settings.btnBrowsePacks.click = [&app] { btnBrowsePacks_Click(app); };
   settings.btnBrowsePanel.click = [&app] { btnBrowsePanel_Click(app); };
   settings.Command1.click = [&app] { Command1_Click(app); };
+  settings.btnQuit.click = [&app] { frmSettings_btnQuit_Click(app); };
   settings.btnOK.click = [&app] { frmSettings_btnOK_Click(app); };
 
   auto& picker = app.frmDirSelect;

@@ -3,89 +3,145 @@
 #include "aircraft/aircraft_views.h"
 #include "base/paths.h"
 #include "core/disk_queries.h"
-#include "core/long_operation.h"
+#include "core/messages.h"
 #include "core/settings_keys.h"
-#include "core/walktree.h"
 #include "ui/dialogs/dir_select.h"
+#include "ui/dialogs/folder_text.h"
+#include "ui/folder_fields.h"
+#include "ui/move_packages.h"
 
 namespace skv {
 
 namespace {
 
-constexpr const char* defaultFSRoot = "C:\\Program Files\\Microsoft Games\\FS2002\\";
+constexpr const char* boxTitle = "FS Skyvault - Settings";
 
-struct StoredField {
+struct MailField {
   Setting key;
   ui::TextBox ui::FrmSettings::*box;
-  const char* fallback;
-  std::string App::*global;  // null for a value that is read where it is used
 };
 
 // In the order in which they are stored.
-constexpr StoredField folderFields[] = {
-    {setting::FSRoot, &ui::FrmSettings::txtFSRoot, defaultFSRoot, &App::FSRoot},
-    {setting::HangarDir, &ui::FrmSettings::txtHangarDir, "", &App::HangarDir},
-    {setting::PacksDir, &ui::FrmSettings::txtPacksDir, "", &App::PacksDir},
-    {setting::PanelsDir, &ui::FrmSettings::txtCentralPanel, "", &App::PanelsDir},
-    {setting::SceneryLib, &ui::FrmSettings::txtSceneryLib, "", &App::SceneryLib},
+constexpr MailField mailFields[] = {
+    {setting::POPUserName, &ui::FrmSettings::txtPOPUserName},
+    {setting::POPPassword, &ui::FrmSettings::txtPOPPassword},
+    {setting::POPHost, &ui::FrmSettings::txtPOPHost},
+    {setting::SMTPHost, &ui::FrmSettings::txtSMTPHost},
+    {setting::OutlookFolder, &ui::FrmSettings::txtOutlookFolder},
 };
-constexpr StoredField mailFields[] = {
-    {setting::POPUserName, &ui::FrmSettings::txtPOPUserName, "", nullptr},
-    {setting::POPPassword, &ui::FrmSettings::txtPOPPassword, "", nullptr},
-    {setting::POPHost, &ui::FrmSettings::txtPOPHost, "", nullptr},
-    {setting::SMTPHost, &ui::FrmSettings::txtSMTPHost, "", nullptr},
-    {setting::OutlookFolder, &ui::FrmSettings::txtOutlookFolder, "", nullptr},
-};
+
+constexpr const char* introduction =
+    "FS Skyvault looks after the add-ons of one Flight Simulator 2002, so first name the folder in "
+    "which the simulator is installed. The right folder is known by the file Scenery.cfg in it.";
 
 // Picks a folder into a field and answers whether one was chosen. `start` is where the picker
-// opens,
-// "" for the field's own folder.
+// opens, "" for the field's own folder.
 bool browse(App& app, ui::TextBox& field, const std::string& whenEmpty,
             const std::string& start = {}) {
-  auto& picker = app.frmDirSelect;
   if (field.text == "") field.text = whenEmpty;
-  const FolderPick pick =
-      pickFolder(app, app.frmSettings, start.empty() ? field.text.get() : start);
-  if (pick == FolderPick::busy) return false;
-  const std::string chosen = trim(picker.txtDir.text.get());
-  app.windows.unload(picker);
-  if (pick == FolderPick::cancelled) return false;
-  if (chosen.empty() || !PathExists(app.files(), chosen)) {
-    app.windows.messageBox({"You must specify a valid location!", ui::BoxIcon::exclamation,
-                            ui::BoxButtons::ok, "Tolmere Settings"});
-    return false;
-  }
-  field.text = withBackslash(chosen);
-  return true;
+  const auto chosen = chooseFolder(app, app.frmSettings, start.empty() ? field.text.get() : start,
+                                   "Tolmere Settings");
+  if (chosen) field.text = *chosen;
+  showFolderStates(app);
+  return chosen.has_value();
 }
 
-bool holdsPackages(App& app, const std::string& folder) {
-  const auto listing = app.files().list(folder);
-  if (!listing.ok()) return false;
-  for (const FolderEntry& entry : listing.value())
-    if (!entry.folder && upper(entry.name).ends_with(".ZIP")) return true;
+// Puts a folder below the simulator's into a field that is empty, or that still holds the last one.
+void propose(App& app, ui::TextBox& field, std::string& proposed, const char* name) {
+  if (field.text != "" && field.text != proposed) return;
+  const auto root = folderFromText(app, app.frmSettings.txtFSRoot.text.get());
+  if (!root.ok()) return;
+  proposed = root.value() + name;
+  field.text = proposed;
+}
+void proposeHangar(App& app) {
+  propose(app, app.frmSettings.txtHangarDir, app.frmSettings.proposedHangar, "SKV-Hangar\\");
+}
+void proposePacks(App& app) {
+  propose(app, app.frmSettings.txtPacksDir, app.frmSettings.proposedPacks, "SKV-Packages\\");
+}
+
+void refuse(App& app, const std::string& text, ui::BoxIcon icon = ui::BoxIcon::exclamation) {
+  app.windows.messageBox({text, icon, ui::BoxButtons::ok, boxTitle});
+}
+
+// Brings a field's text into its final form. What cannot be a folder is refused, by the field's
+// name.
+bool takeFolder(App& app, const FolderField& field) {
+  ui::TextBox& box = app.frmSettings.*field.box;
+  if (box.text == "" && field.mayBeEmpty) return true;
+  const auto folder = folderFromText(app, box.text.get());
+  if (folder.ok()) {
+    box.text = folder.value();
+    return true;
+  }
+  refuse(app, box.label + "\r\n\"" + box.text.get() + "\" " + folder.outcome().description());
   return false;
 }
 
-// Offers to take the Packages along to a changed folder.
-void movePackages(App& app) {
-  auto& form = app.frmSettings;
-  if (!PathExists(app.files(), app.PacksDir)) MakePath(app.files(), app.PacksDir);
-  if (form.OldPacksDir.empty() || !holdsPackages(app, form.OldPacksDir)) return;
-  if (app.windows.messageBox({"Move existing Packages to the new Packages Folder?",
-                              ui::BoxIcon::question, ui::BoxButtons::yesNo}) != ui::Answer::yes)
-    return;
-  const DisabledForm busy(form);
-  const HourglassPointer pointer(app);
-  WalkTree(app, form.OldPacksDir, app.PacksDir, WalkMove, true);
-  // A link is not walked through, so it must not be taken away either.
-  const std::string old = withoutBackslash(form.OldPacksDir);
-  if (!app.files().isLink(old)) app.files().removeFolder(old).skipped();
-  app.error.clear();
-  form.OldPacksDir.clear();
-  app.frmMain.lblStatus.caption = "";
-  reloadAircraftList(app);
+bool takeFolders(App& app) {
+  const auto& [root, others] = std::pair(folderFields.front(), std::span(folderFields).subspan(1));
+  if (!takeFolder(app, root)) return false;
+  const std::string& folder = app.frmSettings.txtFSRoot.text;
+  const auto known = app.files().attributes(folder + simulatorsMark);
+  if (!known.ok() && presenceBy(known.outcome()) == Presence::unknown) {
+    tellFailure(app,
+                "Whether '" + folder + "' is the FS2002 folder cannot be told:", known.outcome());
+    return false;
+  }
+  if (!known.ok()) {
+    refuse(app, "'" + folder + "' is not the FS2002 folder!", ui::BoxIcon::none);
+    return false;
+  }
+  for (const FolderField& field : others)
+    if (!takeFolder(app, field)) return false;
+  return true;
 }
+
+// Stores all or none: folders that go with one another must not come from two dialogs.
+bool storeFolders(App& app) {
+  std::vector<std::string> before;
+  for (const FolderField& field : folderFields) {
+    before.push_back(readSetting(app, field.key));
+    const Outcome stored = writeSetting(app, field.key, (app.frmSettings.*field.box).text);
+    if (stored.ok()) continue;
+    for (std::size_t i = 0; i + 1 < before.size(); ++i)
+      writeSetting(app, folderFields[i].key, before[i]).skipped();
+    tellFailure(app, "The settings could not be stored, and nothing has been changed:", stored);
+    return false;
+  }
+  for (const FolderField& field : folderFields)
+    app.*field.global = (app.frmSettings.*field.box).text;
+  return true;
+}
+
+bool storeMail(App& app) {
+  for (const MailField& field : mailFields)
+    if (const Outcome stored = writeSetting(app, field.key, (app.frmSettings.*field.box).text);
+        !stored.ok()) {
+      tellFailure(app, "The mail settings could not be stored:", stored);
+      return false;
+    }
+  return true;
+}
+
+void make(App& app, const std::string& folder) {
+  if (PathExists(app.files(), folder)) return;
+  MakePath(app.files(), folder);
+  if (!folderExists(app.files(), folder)) refuse(app, "\"" + folder + "\" could not be made.");
+}
+
+void makeSceneryLib(App& app) {
+  const std::string& library = app.SceneryLib;
+  if (library.empty() || presenceOf(app.files(), library) != Presence::absent) return;
+  for (const char* part : {"", "Scenery\\", "Main\\"}) make(app, library + part);
+}
+
+struct Folders {
+  std::string FSRoot, HangarDir, PacksDir;
+  bool operator==(const Folders&) const = default;
+};
+Folders foldersOf(const App& app) { return {app.FSRoot, app.HangarDir, app.PacksDir}; }
 
 }  // namespace
 
@@ -94,6 +150,7 @@ void runSettings(App& app) {
   frmSettings_Form_Load(app);
   app.windows.show(form, &app.frmMain);
   app.windows.yieldUntil([&form] { return !form.visible; });
+  cancelFolderChoice(app);
   app.windows.unload(form);
 }
 
@@ -105,20 +162,38 @@ void mnuFileSettings_Click(App& app) {
   runSettings(app);
 }
 
+void findSceneryPacksPath(App& app) {
+  app.SceneryPacksPath = readSetting(app, setting::SceneryPacksPath, app.PacksDir + "Scenery\\");
+  const std::string& path = app.SceneryPacksPath;
+  // Without a Packages folder it would be a stray one in the current folder.
+  if (path.find(':') == std::string::npos) return;
+  if (presenceOf(app.files(), path) != Presence::absent) return;
+  const std::string above = path.substr(0, withoutBackslash(path).rfind('\\') + 1);
+  if (folderExists(app.files(), above) || diskIsThere(app.files(), path))
+    MakePath(app.files(), path);
+}
+
 void frmSettings_Form_Load(App& app) {
   auto& form = app.frmSettings;
   form.tabSettings.tabs = std::vector<std::string>{"Locations", "EMail"};
   form.tabSettings.value = 0;
   tabSettings_Click(app, 0);
   form.enabled = true;
-  for (const StoredField& field : folderFields)
+  const bool first = app.starting && readSetting(app, setting::FSRoot).empty();
+  form.lblIntro.caption = introduction;
+  form.lblIntro.visible = first;
+  form.btnQuit.visible = first;
+  for (const FolderField& field : folderFields)
     (form.*field.box).text = readSetting(app, field.key, field.fallback);
-  for (const StoredField& field : mailFields)
-    (form.*field.box).text = readSetting(app, field.key, field.fallback);
+  for (const MailField& field : mailFields) (form.*field.box).text = readSetting(app, field.key);
   form.OldPacksDir = form.txtPacksDir.text;
+  form.proposedHangar.clear();
+  form.proposedPacks.clear();
+  showFolderStates(app);
 }
 
 void frmSettings_Form_Unload(App& app) {
+  cancelFolderChoice(app);
   app.windows.hide(app.frmSettings);
   if (!app.ending && !app.starting) app.frmMain.visible = true;
 }
@@ -129,22 +204,44 @@ void tabSettings_Click(App& app, int index) {
   app.frmSettings.frameEmail.visible = index == 1;
 }
 
+void showFolderStates(App& app) {
+  auto& form = app.frmSettings;
+  for (const FolderField& field : folderFields) {
+    const FolderState state = stateOf(app, field);
+    ui::Label& label = form.*field.state;
+    label.caption = state.text;
+    label.colour = state.wrong ? wrongColour : ui::defaultColour;
+  }
+}
+
 void txtFSRoot_LostFocus(App& app) {
   auto& form = app.frmSettings;
-  form.txtFSRoot.text = withBackslash(form.txtFSRoot.text.get());
-  txtHangarDir_GotFocus(app);
-  if (form.txtPacksDir.text == "") form.txtPacksDir.text = form.txtFSRoot.text + "SKV-Packages\\";
+  if (form.txtFSRoot.text != "") form.txtFSRoot.text = withBackslash(form.txtFSRoot.text.get());
+  folderField_LostFocus(app, form.txtFSRoot);
+  proposeHangar(app);
+  proposePacks(app);
+  showFolderStates(app);
 }
 
 void txtHangarDir_GotFocus(App& app) {
-  auto& form = app.frmSettings;
-  if (form.txtHangarDir.text == "") form.txtHangarDir.text = form.txtFSRoot.text + "SKV-Hangar\\";
+  proposeHangar(app);
+  showFolderStates(app);
+}
+
+void folderField_LostFocus(App& app, ui::TextBox& field) {
+  if (const auto folder = folderFromText(app, field.text.get()); folder.ok())
+    field.text = folder.value();
+  showFolderStates(app);
 }
 
 void btnBrowse_Click(App& app) {
-  auto& field = app.frmSettings.txtFSRoot;
+  auto& form = app.frmSettings;
+  if (!browse(app, form.txtFSRoot, "C:\\")) return;
   // The simulator's folder holds at once, before the dialog is accepted.
-  if (browse(app, field, "C:\\")) app.FSRoot = field.text;
+  app.FSRoot = form.txtFSRoot.text;
+  if (!form.proposedHangar.empty()) proposeHangar(app);
+  if (!form.proposedPacks.empty()) proposePacks(app);
+  showFolderStates(app);
 }
 
 void btnBrowseHangar_Click(App& app) {
@@ -170,30 +267,31 @@ void Command1_Click(App& app) {
 
 void frmSettings_btnOK_Click(App& app) {
   auto& form = app.frmSettings;
-  for (ui::TextBox* box : {&form.txtFSRoot, &form.txtHangarDir, &form.txtPacksDir})
-    box->text = withBackslash(box->text.get());
+  cancelFolderChoice(app);
+  // Not the globals: browsing has changed one already.
+  const Folders before{readSetting(app, setting::FSRoot), readSetting(app, setting::HangarDir),
+                       readSetting(app, setting::PacksDir)};
+  if (!takeFolders(app) || !storeFolders(app)) return;
 
-  if (!PathExists(app.files(), form.txtFSRoot.text + "Scenery.cfg")) {
-    app.windows.messageBox({"'" + form.txtFSRoot.text + "' is not the FS2002 folder!",
-                            ui::BoxIcon::none, ui::BoxButtons::ok, "FS Skyvault - Settings"});
-    return;
+  makeSceneryLib(app);
+  if (!equalsIgnoringCase(form.OldPacksDir, app.PacksDir)) {
+    make(app, app.PacksDir);
+    findSceneryPacksPath(app);
+    const std::string old = std::exchange(form.OldPacksDir, app.PacksDir);
+    offerToMovePackages(app, old);
   }
-  for (const StoredField& field : folderFields) {
-    const std::string& value = (form.*field.box).text;
-    writeSetting(app, field.key, value).skipped();
-    app.*field.global = value;
-  }
-  if (!app.SceneryLib.empty() && !PathExists(app.files(), app.SceneryLib)) {
-    MakePath(app.files(), app.SceneryLib);
-    MakePath(app.files(), app.SceneryLib + "Scenery\\");
-    MakePath(app.files(), app.SceneryLib + "Main\\");
-  }
-  if (!equalsIgnoringCase(form.OldPacksDir, app.PacksDir)) movePackages(app);
+  // Rows and icons are those of the folders.
+  if (!(foldersOf(app) == before) && !app.ending) reloadAircraftList(app);
 
-  for (const StoredField& field : mailFields)
-    writeSetting(app, field.key, (form.*field.box).text).skipped();
+  if (!storeMail(app) || app.ending) return;
   if (!app.starting) app.frmMain.visible = true;
   app.windows.hide(form);
+}
+
+void frmSettings_btnQuit_Click(App& app) {
+  app.ending = true;
+  cancelFolderChoice(app);
+  app.windows.hide(app.frmSettings);
 }
 
 }  // namespace skv

@@ -10,6 +10,8 @@
 #include "core/settings_keys.h"
 #include "core/stores.h"
 #include "core/walktree.h"
+#include "ui/dialogs/dir_select.h"
+#include "ui/list_memory.h"
 #include "ui/settings.h"
 #include "ui/views.h"
 
@@ -22,11 +24,28 @@ constexpr int yieldsBeforeSplash = 100;
 constexpr int yieldsForSplash = 30000;
 constexpr int yieldsAtEnd = 1000;
 
+bool hasDrive(const FileSystem& files) {
+  for (char letter = 'A'; letter <= 'Z'; ++letter)
+    if (files.attributes(std::string{letter, ':', '\\'}).ok()) return true;
+  return false;
+}
+
+constexpr const char* noDrive =
+    "There is no drive, so there is no place for a simulator.\r\n\r\nFS Skyvault looks for the "
+    "folder of drives that Wine keeps, with links such as c: and d: in it:\r\n"
+    "1. the one that the variable SKYVAULT_DRIVES names,\r\n"
+    "2. dosdevices in the folder that the variable WINEPREFIX names,\r\n"
+    "3. ~/.wine/dosdevices.";
+
 // The first thing a start does is to empty the working folder of what a failed job left in it.
 bool prepareWorkingFolder(App& app) {
   if (!PathExists(app.files(), app.InstallTempDir)) {
-    app.step(app.files().makeFolder(app.InstallTempDir));
-    if (ReportError(app)) return false;
+    const Outcome made = app.files().makeFolder(app.InstallTempDir);
+    if (!made.ok() && !hasDrive(app.files())) {
+      app.windows.messageBox({noDrive, ui::BoxIcon::exclamation});
+      return false;
+    }
+    if (ReportError(app, made)) return false;
   }
   app.frmMain.lblStatus.caption = "Cleaning temporary folder...";
   WalkTree(app, app.InstallTempDir, "", WalkDelete, true);
@@ -67,14 +86,6 @@ void readSettings(App& app) {
   app.PanelsDir = readSetting(app, setting::PanelsDir);
   app.LastZIPDir = readSetting(app, setting::LastZIPDir);
   app.SceneryLib = readSetting(app, setting::SceneryLib);
-  app.SceneryPacksPath = readSetting(app, setting::SceneryPacksPath, app.PacksDir + "Scenery\\");
-}
-
-// Without a Packages folder the path would be a stray one in the current folder.
-void makeSceneryPacksFolder(App& app) {
-  const std::string& path = app.SceneryPacksPath;
-  if (path.find(':') == std::string::npos || PathExists(app.files(), path)) return;
-  MakePath(app.files(), path);
 }
 
 // The settings dialog in place of the main window.
@@ -94,25 +105,41 @@ void completeSettings(App& app) {
   if (app.PacksDir.empty() && !app.ending) askForSettings(app);
 }
 
-// The lists once lay beside the program. The old file goes only when its copy stands.
+// The lists once lay beside the program. The old file goes only when its copy is on the disk.
 void moveOldLists(App& app) {
-  if (app.FSRoot.empty()) return;
   FileSystem& files = app.files();
+  if (app.FSRoot.empty() || !folderExists(files, app.FSRoot)) return;
   for (const char* name : {aircraftListFile, panelListFile, soundListFile}) {
-    if (!PathExists(files, app.AppDir + name)) continue;
-    if (app.step(files.copyFile(app.AppDir + name, app.FSRoot + name)))
-      app.step(files.deleteFile(app.AppDir + name));
+    const std::string old = app.AppDir + name, place = app.FSRoot + name;
+    if (presenceOf(files, old) != Presence::there || presenceOf(files, place) == Presence::unknown)
+      continue;
+    if (!files.copyFileDurably(old, place).ok()) continue;
+    if (const Outcome gone = files.deleteFile(old); !gone.ok())
+      tellFailure(app,
+                  "\"" + old + "\" has been copied to \"" + app.FSRoot +
+                      "\" and could not be removed. Remove it: each start copies it anew.",
+                  gone);
   }
 }
 
+// The aircraft that was selected last, whatever row it has now. The number alone is what an older
+// version has stored.
 void selectLastAircraft(App& app) {
   auto& list = app.frmMain.lstAircraft;
-  const double last = val(readSetting(app, setting::LastACSelected));
+  const std::string folder = readSetting(app, setting::LastACFolder);
+  const double last =
+      folder.empty() ? val(readSetting(app, setting::LastACSelected)) : list.findSubItem1(folder);
   if (last < 1 || last > list.count()) return;
   const int row = static_cast<int>(last);
   list.select(row);
   list.ensureVisible(row);
   lstAircraft_Click(app);
+}
+
+void noteVanishedSimulator(App& app) {
+  if (app.FSRoot.empty() || folderExists(app.files(), app.FSRoot)) return;
+  app.frmMain.lblStatus.notice = "The simulator's folder " + app.FSRoot +
+                                 " is not there. Is its disk connected? The settings (F2) name it.";
 }
 
 }  // namespace
@@ -122,6 +149,18 @@ std::string versionText() {
   std::snprintf(text, sizeof text, "%d.%02d.%04d", SKYVAULT_VERSION_MAJOR, SKYVAULT_VERSION_MINOR,
                 SKYVAULT_VERSION_REVISION);
   return text;
+}
+
+bool settingsCanBeRead(ui::Windowing& windows, SettingsStore& settings) {
+  for (;;) {
+    const Outcome state = settings.state();
+    if (state.ok()) return true;
+    if (windows.messageBox(
+            {"The settings cannot be read, and nothing will be written over them.\r\n" +
+                 state.description() + "\r\n\r\nTry again?",
+             ui::BoxIcon::exclamation, ui::BoxButtons::yesNo}) != ui::Answer::yes)
+      return false;
+  }
 }
 
 void Form_Load(App& app) {
@@ -145,26 +184,48 @@ void Form_Load(App& app) {
   form.tabAddon.tabs = std::vector<std::string>{"Info", "Panel", "Sound"};
   form.tabACInfo.tabs = std::vector<std::string>{"General", "ATC", "UI", "Description"};
 
+  restoreLists(app);
   readSettings(app);
-  makeSceneryPacksFolder(app);
   completeSettings(app);
-  if (app.ending) return;
+  if (app.ending) {
+    app.windows.unload(app.frmSplash);
+    return;
+  }
+  findSceneryPacksPath(app);
   moveOldLists(app);
   app.error.clear();
   mnuViewFSAircraft_Click(app);
+  restoreOrder(app);
   selectLastAircraft(app);
+  noteVanishedSimulator(app);
 
   app.starting = false;
   form.visible = true;
   app.windows.unload(app.frmSplash);
 }
 
+bool operationRuns(const App& app) { return !app.frmMain.enabled || app.hourglasses > 0; }
+
+bool frmMain_QueryUnload(App& app) {
+  if (!operationRuns(app)) return true;
+  if (app.stopRequested) return false;
+  const ui::Answer answer = app.windows.messageBox(
+      {"FS Skyvault is still at work. Wait for it to end?\r\n\r\nNo stops it after the file that "
+       "it is at, and then closes the program.",
+       ui::BoxIcon::question, ui::BoxButtons::yesNo});
+  if (answer != ui::Answer::yes) app.stopRequested = true;
+  return false;
+}
+
 void Form_Unload(App& app) {
   auto& form = app.frmMain;
   app.ending = true;
-  if (form.lstAircraft.count() > 1)
-    writeSetting(app, setting::LastACSelected, std::to_string(form.lstAircraft.selected()))
+  if (const int row = form.lstAircraft.selected(); form.lstAircraft.count() > 1) {
+    writeSetting(app, setting::LastACSelected, std::to_string(row)).skipped();
+    writeSetting(app, setting::LastACFolder, row > 0 ? form.lstAircraft.subItem(row, 1) : "")
         .skipped();
+  }
+  storeLists(app);
   writeSetting(app, setting::MainState, std::to_string(static_cast<int>(form.windowState.get())))
       .skipped();
   if (form.windowState != ui::Form::State::normal) form.windowState = ui::Form::State::normal;
@@ -173,6 +234,7 @@ void Form_Unload(App& app) {
   writeSetting(app, setting::MainWidth, std::to_string(form.width)).skipped();
   form.visible = false;
   app.windows.unload(app.frmSplash);
+  cancelFolderChoice(app);
   app.windows.unload(app.frmSettings);
   ui::yieldTimes(app.windows, yieldsAtEnd);
 }

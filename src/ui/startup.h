@@ -10,12 +10,22 @@ namespace skv {
 // The running version, as in 0.06.0129.
 std::string versionText();
 
+// Before anything else: whether the settings are there to be read. When they are not, the user is
+// told why and may have it tried again; after a No the program must end, without touching anything.
+bool settingsCanBeRead(ui::Windowing& windows, SettingsStore& settings);
+
 // Paths, working folder, splash, window state, settings, lists. Ends with the window on screen,
 // except when the working folder cannot be made: then the window comes up without lists and
-// settings.
+// settings. With App::ending set the user has chosen to quit.
 void Form_Load(App& app);
 
-// Stores the window state and the selected row, and puts the windows away.
+// Whether a long operation is at work.
+bool operationRuns(const App& app);
+// The window is to be closed. True when it may be at once. Otherwise the user has been asked, and
+// with App::stopRequested set the program is to close as soon as no operation runs.
+bool frmMain_QueryUnload(App& app);
+
+// Stores the window state, the look of the lists and the selected row, and puts the windows away.
 void Form_Unload(App& app);
 
 }  // namespace skv

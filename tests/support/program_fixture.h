@@ -21,16 +21,25 @@ namespace skv::test {
 // Settings for the length of one test.
 class MemorySettings : public SettingsStore {
  public:
+  Outcome state() override {
+    if (failedReads == 0) return {};
+    --failedReads;
+    return Outcome::failure(err::deviceIo, "settings.ini");
+  }
   std::string read(std::string_view section, std::string_view key,
                    std::string_view fallback) const override {
     const auto found = values.find(std::string(section) + "/" + std::string(key));
     return found == values.end() ? std::string(fallback) : found->second;
   }
   Outcome write(std::string_view section, std::string_view key, std::string_view value) override {
-    values[std::string(section) + "/" + std::string(key)] = value;
+    const std::string name = std::string(section) + "/" + std::string(key);
+    if (name == failedWrite) return Outcome::failure(err::diskFull, name);
+    values[name] = value;
     return {};
   }
   std::map<std::string, std::string> values;  // by "section/key"
+  int failedReads = 0;                        // looks at state() that fail from now on
+  std::string failedWrite;                    // the value that cannot be written
 };
 
 class FixedClock : public Clock {

@@ -1,6 +1,9 @@
 #include "ui/settings.h"
 
+#include "aircraft/aircraft_views.h"
 #include "support/program_fixture.h"
+#include "ui/dialogs/folder_text.h"
+#include "ui/startup.h"
 
 namespace skv {
 namespace {
@@ -39,19 +42,156 @@ TEST_F(SettingsTest, StoresWhatIsAcceptedAndNothingElse) {
 
   open([this] {
     form.txtFSRoot.text = "C:\\fs";
-    form.txtHangarDir.text = "";
     form.txtCentralPanel.text = "C:\\FS\\panels";
-    form.txtSceneryLib.text = "C:\\lib\\scenery\\";
+    form.txtSceneryLib.text = "C:\\lib\\scenery";
     ok();
   });
   EXPECT_EQ(settings.values["General/FSRoot"], "C:\\fs\\");
   EXPECT_EQ(app.FSRoot, "C:\\fs\\");
-  EXPECT_EQ(settings.values["General/HangarDir"], "\\");
-  EXPECT_EQ(settings.values["General/PanelsDir"], "C:\\FS\\panels");
+  EXPECT_EQ(settings.values["General/PanelsDir"], "C:\\FS\\panels\\");
   EXPECT_EQ(drive.tree("C:\\lib"),
             (std::vector<std::string>{"scenery\\", "scenery\\Main\\", "scenery\\Scenery\\"}));
   EXPECT_FALSE(form.visible);
   EXPECT_TRUE(app.frmMain.visible);
+}
+
+TEST_F(SettingsTest, FoldersAreUnderstoodHoweverTheyAreTyped) {
+  drive.write("C:\\My Sim\\100%41\\x", "");
+  const struct {
+    std::string typed, folder;  // "" for one that is refused
+  } cases[] = {
+      {"C:\\FS", "C:\\FS\\"},
+      {" \"c:/FS//sub/\" ", "c:\\FS\\sub\\"},
+      {"C:", "C:\\"},
+      {"C:\\a\\.\\b\\..\\c. ", "C:\\a\\c\\"},
+      {drive.native() + "/FS", "C:\\FS\\"},
+      {drive.native() + "/not/yet", "C:\\not\\yet\\"},
+      {drive.native() + "/My%20Sim", "C:\\My Sim\\"},
+      {drive.native() + "/My Sim/100%41", "C:\\My Sim\\100%41\\"},
+      {"file://" + drive.native() + "/My%20Sim", "C:\\My Sim\\"},
+      {"FILE://host" + drive.native() + "/FS", "C:\\FS\\"},
+      {"~/FS", "C:\\FS\\"},
+      {"", ""},
+      {"\\", ""},
+      {"Hangar", ""},
+      {"C:Hangar", ""},
+      {"\\\\server\\share", ""},
+      {"C:\\a\\..\\..\\b", ""},
+      {"C:\\what?", ""},
+      {"C:\\Łódź", ""},
+  };
+  app.platform.environment.home = "C:\\";
+  for (const auto& [typed, folder] : cases)
+    EXPECT_EQ(folderFromText(app, typed).valueOr(""), folder) << typed;
+  EXPECT_EQ(charactersLacking(app.codePage, "C:\\Łódź Łuk"), "Łź");
+}
+
+TEST_F(SettingsTest, AFolderThatCannotBeIsRefusedByItsFieldsName) {
+  const auto before = settings.values;
+  for (ui::TextBox* field :
+       {&form.txtHangarDir, &form.txtPacksDir, &form.txtCentralPanel, &form.txtSceneryLib}) {
+    windows.boxes.clear();
+    open([this, field] {
+      field->text = "here";
+      ok();
+      EXPECT_TRUE(form.visible);
+      form.closed();
+    });
+    ASSERT_EQ(windows.boxes.size(), 1U);
+    EXPECT_TRUE(windows.boxes[0].text.starts_with(field->label + "\r\n\"here\" "));
+  }
+  EXPECT_EQ(settings.values, before);
+}
+
+TEST_F(SettingsTest, EachFolderSaysWhetherItIsRight) {
+  drive.write("C:\\file", "");
+  const struct {
+    const char* typed;
+    std::string simulator, packages;  // what the labels beside the fields say
+  } cases[] = {
+      {"C:\\FS", "FS2002 found here", "Folder found"},
+      {"C:\\Packs", "No Scenery.cfg here", "Folder found"},
+      {"C:\\none", "This folder is not there", "Will be made"},
+      {"C:\\file", "This folder is not there", "A file of this name is in the way"},
+      {"Q:\\FS", "There is no drive Q:", "There is no drive Q:"},
+      {"FS", "This is not a full path, such as C:\\FS2002.",
+       "This is not a full path, such as C:\\FS2002."},
+      {"", "No folder yet", "No folder yet"},
+  };
+  open([&] {
+    for (const auto& [typed, simulator, packages] : cases) {
+      form.txtFSRoot.text = typed;
+      form.txtPacksDir.text = typed;
+      form.txtPacksDir.change();
+      EXPECT_EQ(form.lblFSRootState.caption, simulator) << typed;
+      EXPECT_EQ(form.lblPacksState.caption, packages) << typed;
+    }
+    EXPECT_EQ(form.lblSceneryState.caption, "Not used");
+    form.txtFSRoot.text = "C:\\FS";
+    files.failWhen("attributes", "C:\\FS\\Scenery.cfg", err::deviceIo);
+    form.txtFSRoot.change();
+    EXPECT_EQ(form.lblFSRootState.caption, "Cannot be looked at");
+    ok();
+    EXPECT_TRUE(form.visible) << "what cannot be told is not the simulator's folder";
+    EXPECT_FALSE(windows.boxTexts().back().ends_with("is not the FS2002 folder!"));
+    form.closed();
+  });
+}
+
+TEST_F(SettingsTest, WhatCannotBeStoredChangesNothing) {
+  drive.write("C:\\Packs\\a.zip", "a");
+  const auto before = settings.values;
+  windows.answers = {ui::Answer::yes};
+  for (const char* failing : {"General/FSRoot", "General/PacksDir", "General/SceneryLib"}) {
+    settings.failedWrite = failing;
+    open([this] {
+      form.txtHangarDir.text = "C:\\other";
+      form.txtPacksDir.text = "C:\\new";
+      ok();
+      EXPECT_TRUE(form.visible);
+      form.closed();
+    });
+    for (const auto& [key, value] : before) EXPECT_EQ(settings.values[key], value) << failing;
+    EXPECT_EQ(app.PacksDir, "C:\\Packs\\");
+    EXPECT_TRUE(drive.exists("C:\\Packs\\a.zip"));
+  }
+  EXPECT_EQ(windows.boxes.size(), 3U);
+  settings.failedWrite = "Mail/POPHost";
+  open([this] {
+    ok();
+    EXPECT_TRUE(form.visible) << "the mail accounts can be tried again";
+    form.closed();
+  });
+  EXPECT_EQ(windows.boxes.size(), 4U);
+}
+
+TEST_F(SettingsTest, OkLeavesTheSelectedAircraftSelected) {
+  drive.write("C:\\FS\\SKV_AC.lst",
+              "a\x01"
+              "C:\\FS\\aircraft\\a\\\r\nb\x01"
+              "C:\\FS\\aircraft\\b\\\r\n");
+  drive.write("C:\\FS\\aircraft\\b\\aircraft.cfg", "[fltsim.0]\r\ntitle=the b\r\n");
+  mnuViewFSAircraft_Click(app);
+  auto& list = app.frmMain.lstAircraft;
+  list.select(2);
+  drive.write("C:\\new\\b.zip", "");
+  open([this] {
+    form.txtPacksDir.text = "C:\\new";
+    ok();
+  });
+  EXPECT_EQ(list.selected(), 2);
+  EXPECT_EQ(list.smallIcon(2), 1 + 1 + 2) << "in the simulator, and now as a Package";
+  EXPECT_EQ(app.frmMain.lstACVersions.count(), 1);
+  EXPECT_EQ(app.SceneryPacksPath, "C:\\new\\Scenery\\");
+  EXPECT_TRUE(drive.exists("C:\\new\\Scenery"));
+
+  drive.write("C:\\FS2\\Scenery.cfg", "");
+  open([this] {
+    form.txtFSRoot.text = "C:\\FS2";
+    ok();
+  });
+  EXPECT_EQ(app.ListDir, "C:\\FS\\") << "until the view is chosen again";
+  EXPECT_NE(app.frmMain.lblStatus.notice->find("C:\\FS2\\"), std::string::npos);
 }
 
 TEST_F(SettingsTest, PackagesMoveWhenTheUserWishes) {
@@ -84,17 +224,117 @@ TEST_F(SettingsTest, PackagesMoveWhenTheUserWishes) {
   EXPECT_TRUE(drive.exists("C:\\fourth") && drive.exists("C:\\third"));
 }
 
-TEST_F(SettingsTest, DefaultsFollowTheSimulatorsFolder) {
+TEST_F(SettingsTest, PackagesStayWhereOtherThingsWouldGoAlong) {
+  drive.write("C:\\Hangar\\aircraft\\h\\aircraft.cfg", "");
+  const struct {
+    const char *old, *to, *name, *other;
+  } cases[] = {
+      {"C:\\", "C:\\new\\", "General/PanelsDir", ""},
+      {"C:\\FS\\", "C:\\new\\", "General/PanelsDir", ""},
+      {"C:\\Hangar\\", "C:\\new\\", "General/PanelsDir", ""},
+      {"C:\\store\\", "C:\\new\\", "General/PanelsDir", "C:\\store\\Panels\\"},
+      {"C:\\store\\", "C:\\new\\", "General/SceneryLib", "C:\\store\\"},
+      {"C:\\store\\", "C:\\new\\", "General/SceneryPacksPath", "C:\\store\\scenes\\"},
+      {"C:\\store\\", "C:\\store\\new\\", "General/PanelsDir", ""},
+      {"C:\\store\\new\\", "C:\\store\\", "General/PanelsDir", ""},
+      {"C:\\Home\\", "C:\\new\\", "General/PanelsDir", ""},
+      {"C:\\link\\", "C:\\new\\", "General/PanelsDir", ""},
+  };
+  drive.link("C:\\link", drive.native("C:\\store"));
+  app.platform.environment.home = "C:\\Home\\";
+  for (const auto& [old, to, name, other] : cases) {
+    for (const char* folder :
+         {"C:\\", "C:\\FS\\", "C:\\Hangar\\", "C:\\store\\", "C:\\store\\new\\", "C:\\Home\\"})
+      drive.write(std::string(folder) + "a.zip", "a");
+    const auto before = drive.tree("C:\\");
+    windows.boxes.clear();
+    windows.answers = {ui::Answer::yes};
+    const auto kept = settings.values;
+    settings.values["General/PacksDir"] = old;
+    settings.values[name] = other;
+    app.SceneryLib = app.PanelsDir = "";
+    open([this, to = to] {
+      form.txtPacksDir.text = to;
+      ok();
+    });
+    ASSERT_EQ(windows.boxes.size(), 1U) << old;
+    EXPECT_EQ(windows.boxes[0].buttons, ui::BoxButtons::ok) << "told, not asked";
+    EXPECT_TRUE(drive.exists(std::string(old) + "a.zip")) << old << other;
+    EXPECT_EQ(settings.values["General/PacksDir"], to);
+    for (const std::string& path : before) EXPECT_TRUE(drive.exists("C:\\" + path)) << path;
+    settings.values = kept;
+  }
+}
+
+TEST_F(SettingsTest, AMoveOfPackagesLosesNothing) {
+  for (const char* name : {"a.zip", "b.zip", "c.zip", "sub\\d.zip"}) {
+    drive.write(std::string("C:\\Packs\\") + name, "old place");
+    drive.setModified(std::string("C:\\Packs\\") + name, {1000000000, 0});
+  }
+  drive.write("C:\\new\\a.zip", "newer");
+  drive.setModified("C:\\new\\a.zip", {1000000001, 0});
+  drive.write("C:\\new\\B.zip", "older");
+  drive.setModified("C:\\new\\B.zip", {999999999, 0});
+  files.failWhen("moveFile", "C:\\Packs\\sub\\d.zip", err::diskFull);
+  windows.answers = {ui::Answer::yes};
   open([this] {
-    form.txtFSRoot.text = "D:\\Sim";
-    form.txtHangarDir.text = "";
-    form.txtPacksDir.text = "C:\\mine\\";
+    form.txtPacksDir.text = "C:\\new";
+    ok();
+  });
+  EXPECT_EQ(drive.read("C:\\new\\a.zip"), "newer");
+  EXPECT_EQ(drive.read("C:\\new\\b.zip"), "old place");
+  EXPECT_EQ(drive.read("C:\\new\\c.zip"), "old place");
+  EXPECT_EQ(drive.tree("C:\\Packs"), (std::vector<std::string>{"a.zip", "sub\\", "sub\\d.zip"}));
+  ASSERT_EQ(windows.boxes.size(), 2U);
+  EXPECT_TRUE(windows.boxes[1].text.starts_with("2 of 4 files could not be moved"));
+  EXPECT_NE(windows.boxes[1].text.find("newer file"), std::string::npos);
+}
+
+TEST_F(SettingsTest, ProposalsFollowTheSimulatorsFolderUntilTheyAreTouched) {
+  settings.values.clear();
+  const auto before = drive.tree("C:\\");
+  const auto root = [this](const char* folder) {
+    form.txtFSRoot.text = folder;
     form.txtFSRoot.lostFocus();
+  };
+  open([&] {
+    form.txtFSRoot.lostFocus();
+    EXPECT_EQ(form.txtPacksDir.text, "C:\\Program Files\\Microsoft Games\\FS2002\\SKV-Packages\\");
+    root("D:\\Sim");
     EXPECT_EQ(form.txtFSRoot.text, "D:\\Sim\\");
     EXPECT_EQ(form.txtHangarDir.text, "D:\\Sim\\SKV-Hangar\\");
+    EXPECT_EQ(form.txtPacksDir.text, "D:\\Sim\\SKV-Packages\\");
+    form.txtPacksDir.text = "C:\\mine\\";
+    windows.onShow[&app.frmDirSelect] = [this] {
+      app.frmDirSelect.txtDir.text = "C:\\FS";
+      app.frmDirSelect.btnOK.click();
+    };
+    form.btnBrowse.click();
+    EXPECT_EQ(form.txtHangarDir.text, "C:\\FS\\SKV-Hangar\\");
     EXPECT_EQ(form.txtPacksDir.text, "C:\\mine\\");
+    form.txtHangarDir.text = "";
+    form.txtHangarDir.gotFocus();
+    EXPECT_EQ(form.txtHangarDir.text, "C:\\FS\\SKV-Hangar\\");
+    EXPECT_EQ(drive.tree("C:\\"), before) << "nothing is made before OK";
     form.closed();
   });
+}
+
+TEST_F(SettingsTest, ADialogThatGoesTakesThePickerAlong) {
+  auto& picker = app.frmDirSelect;
+  const std::function<void()> leave[] = {[this] { ok(); }, [this] { form.closed(); },
+                                         [this] { Form_Unload(app); }};
+  for (const auto& leaving : leave) {
+    windows.onShow[&picker] = [&] {
+      picker.txtDir.text = "C:\\Packs\\";
+      leaving();
+      EXPECT_FALSE(picker.visible);
+    };
+    open([this] { form.btnBrowseHangar.click(); });
+    EXPECT_FALSE(form.visible);
+    EXPECT_EQ(app.HangarDir, "C:\\Hangar\\");
+  }
+  EXPECT_FALSE(app.frmMain.visible) << "the closed window does not come back";
 }
 
 TEST_F(SettingsTest, BrowsingTakesAnExistingFolderOnly) {
@@ -134,8 +374,8 @@ TEST_F(SettingsTest, ThePickerMakesFolders) {
   auto& picker = app.frmDirSelect;
   windows.onShow[&picker] = [&] {
     picker.txtDir.text = "C:\\Packs\\";
-    windows.inputs = {"New Folder", "", "made", "made", "a:b"};
-    for (int i = 0; i < 5; ++i) picker.btnMkDir.click();
+    windows.inputs = {"New Folder", "", "made", "made", "a:b", "Łódź", ".."};
+    for (int i = 0; i < 7; ++i) picker.btnMkDir.click();
     EXPECT_EQ(picker.txtDir.text, "C:\\Packs\\made\\made\\");
     picker.btnOK.click();
   };
@@ -144,7 +384,11 @@ TEST_F(SettingsTest, ThePickerMakesFolders) {
     form.closed();
   });
   EXPECT_EQ(drive.tree("C:\\Packs"), (std::vector<std::string>{"made\\", "made\\made\\"}));
-  EXPECT_EQ(windows.boxTexts(), std::vector<std::string>{"Unable to create folder!"});
+  EXPECT_EQ(
+      windows.boxTexts(),
+      (std::vector<std::string>{"Unable to create folder!",
+                                "\"Łódź\" holds characters that the list files cannot store: Łź",
+                                "Unable to create folder!"}));
 }
 
 }  // namespace

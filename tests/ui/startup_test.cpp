@@ -2,6 +2,7 @@
 
 #include <cmath>
 
+#include "core/long_operation.h"
 #include "support/program_fixture.h"
 #include "ui/settings.h"
 #include "ui/views.h"
@@ -16,7 +17,7 @@ class StartupTest : public test::ProgramTest {
          std::map<std::string, std::string>{{"General/FSRoot", "C:\\FS\\"},
                                             {"General/HangarDir", "C:\\Hangar\\"},
                                             {"General/PacksDir", "C:\\Packs\\"},
-                                            {"General/AppVersion", "0.06.0129"}})
+                                            {"General/AppVersion", versionText()}})
       settings.values[key] = value;
     drive.write("C:\\FS\\SKV_AC.lst",
                 "a\x01"
@@ -36,10 +37,10 @@ TEST_F(StartupTest, ANormalStartShowsTheSimulatorsAircraft) {
   drive.write("C:\\Temp\\SKVInstallTemp\\left\\over.txt", "x");
   const double aspect = static_cast<double>(form.width) / form.height;
   Form_Load(app);
-  EXPECT_EQ(form.caption, "FS Skyvault - 0.06.0129");
+  EXPECT_EQ(form.caption, "FS Skyvault - " + versionText());
   EXPECT_TRUE(form.visible);
   EXPECT_FALSE(app.frmSplash.visible);
-  EXPECT_EQ(app.frmSplash.lblVersion.caption, "Version 0.06.0129");
+  EXPECT_EQ(app.frmSplash.lblVersion.caption, "Version " + versionText());
   EXPECT_EQ(drive.tree("C:\\Temp\\SKVInstallTemp"), std::vector<std::string>{});
   EXPECT_EQ(form.lstAircraft.count(), 2);
   EXPECT_EQ(form.lstAircraft.selected(), 2);
@@ -60,6 +61,121 @@ TEST_F(StartupTest, TheRememberedRowIsCheckedAgainstTheList) {
   }
 }
 
+TEST_F(StartupTest, TheRememberedRowIsTheAircraft) {
+  Form_Load(app);
+  form.lstAircraft.select(2);
+  Form_Unload(app);
+  drive.write("C:\\FS\\SKV_AC.lst",
+              "b\x01"
+              "C:\\FS\\aircraft\\b\\\r\na\x01"
+              "C:\\FS\\aircraft\\a\\\r\nc\x01"
+              "C:\\FS\\aircraft\\c\\\r\n");
+  app.ending = false;
+  form.lstAircraft.select(3);
+  Form_Load(app);
+  EXPECT_EQ(form.lstAircraft.text(form.lstAircraft.selected()), "b");
+}
+
+TEST_F(StartupTest, ListsLookAsTheyDidAtTheEndOfTheLastRun) {
+  Form_Load(app);
+  form.lstAircraft.setColumnWidth(0, 4000);
+  form.lstAircraft.sort(1, ui::SortOrder::descending);
+  Form_Unload(app);
+  form.lstAircraft.setColumnWidth(0, 6350);
+  form.lstAircraft.clearSort();
+  settings.values["Lists/lstPanel"] = "10,2000";
+  settings.values["Lists/lstScenery"] = "5000,2000,900,0,0,0,0,0,0";
+  settings.values["Lists/lstSound"] = "5000";
+  app.ending = false;
+  Form_Load(app);
+  const auto width = [](const ui::ListView& list, std::size_t column) {
+    return list.columns()[column].width;
+  };
+  EXPECT_EQ(width(form.lstAircraft, 0), 4000);
+  EXPECT_EQ(rows(form.lstAircraft)[0], "b|C:\\FS\\aircraft\\b\\");
+  EXPECT_EQ(form.lstAircraft.sortOrder(), ui::SortOrder::descending);
+  EXPECT_EQ(width(form.lstPanel, 0), 6350) << "too narrow to be seen";
+  EXPECT_EQ(width(form.lstPanel, 1), 2000);
+  EXPECT_EQ(width(form.lstScenery, 0), 5000);
+  EXPECT_EQ(width(form.lstScenery, 2), 0) << "a column of data stays out of sight";
+  EXPECT_EQ(width(form.lstSound, 0), 6350) << "of a list with other columns";
+}
+
+TEST_F(StartupTest, SettingsThatCannotBeReadAreAskedForAgain) {
+  settings.failedReads = 2;
+  windows.answers = {ui::Answer::yes, ui::Answer::yes};
+  EXPECT_TRUE(settingsCanBeRead(windows, settings));
+  EXPECT_EQ(windows.boxes.size(), 2U);
+  EXPECT_NE(windows.boxes[0].text.find("settings.ini"), std::string::npos);
+  settings.failedReads = 1;
+  EXPECT_FALSE(settingsCanBeRead(windows, settings)) << "answered No";
+}
+
+TEST_F(StartupTest, AFirstStartCanBeQuit) {
+  settings.values.clear();
+  windows.onShow[&app.frmSettings] = [this] {
+    EXPECT_TRUE(app.frmSettings.lblIntro.visible);
+    EXPECT_TRUE(app.frmSettings.btnQuit.visible);
+    app.frmSettings.btnQuit.click();
+  };
+  Form_Load(app);
+  EXPECT_TRUE(app.ending);
+  EXPECT_FALSE(form.visible || app.frmSplash.visible || app.frmSettings.visible);
+  EXPECT_TRUE(settings.values.empty());
+  app.ending = false;
+  app.starting = false;
+  windows.onShow[&app.frmSettings] = [this] {
+    EXPECT_FALSE(app.frmSettings.btnQuit.visible) << "a first start only";
+    app.frmSettings.closed();
+  };
+  form.mnuFileSettings.click();
+}
+
+TEST_F(StartupTest, NothingIsMadeWhereTheSimulatorsDiskIsAway) {
+  ASSERT_TRUE(disk.makeFolder("C:\\mnt").ok());
+  settings.values["General/FSRoot"] = "C:\\mnt\\FS\\";
+  settings.values["General/PacksDir"] = "C:\\mnt\\FS\\Packs\\";
+  Form_Load(app);
+  EXPECT_TRUE(form.visible);
+  EXPECT_EQ(drive.tree("C:\\mnt"), std::vector<std::string>{});
+  EXPECT_NE(form.lblStatus.notice->find("C:\\mnt\\FS\\"), std::string::npos);
+  EXPECT_NE(form.lblStatus.notice->find("F2"), std::string::npos);
+  settings.values["General/PacksDir"] = "C:\\FS\\deep\\Packs\\";
+  Form_Load(app);
+  EXPECT_TRUE(drive.exists("C:\\FS\\deep\\Packs\\Scenery")) << "that disk is there";
+}
+
+TEST_F(StartupTest, ACloseRequestDuringAnOperationAsks) {
+  EXPECT_TRUE(frmMain_QueryUnload(app));
+  EXPECT_TRUE(windows.boxes.empty());
+  const LongOperation busy(app);
+  windows.answers = {ui::Answer::yes, ui::Answer::no};
+  EXPECT_FALSE(frmMain_QueryUnload(app));
+  EXPECT_FALSE(app.stopRequested) << "the user waits";
+  EXPECT_FALSE(frmMain_QueryUnload(app));
+  EXPECT_TRUE(app.stopRequested);
+  EXPECT_FALSE(frmMain_QueryUnload(app));
+  EXPECT_EQ(windows.boxes.size(), 2U) << "asked no more";
+}
+
+TEST_F(StartupTest, ClosingDuringTheFirstSettingsEndsTheStart) {
+  settings.values.clear();
+  windows.onShow[&app.frmSettings] = [this] { Form_Unload(app); };
+  Form_Load(app);
+  EXPECT_FALSE(form.visible || app.frmSplash.visible);
+  EXPECT_EQ(settings.values.count("General/AppVersion"), 0U);
+}
+
+TEST_F(StartupTest, WithoutAnyDriveTheBoxNamesWhatIsLookedFor) {
+  DriveFileSystem none(drive.native() + "/nowhere");
+  App other(Platform{none, settings, clock, shell, zip, {"\\", "\\"}}, windows);
+  Form_Load(other);
+  ASSERT_EQ(windows.boxes.size(), 1U);
+  for (const char* place : {"SKYVAULT_DRIVES", "WINEPREFIX", "~/.wine/dosdevices"})
+    EXPECT_NE(windows.boxes[0].text.find(place), std::string::npos) << place;
+  EXPECT_TRUE(other.frmMain.visible);
+}
+
 TEST_F(StartupTest, AFirstStartLeadsThroughTheSettings) {
   settings.values.clear();
   windows.onShow[&app.frmSettings] = [this] {
@@ -75,7 +191,7 @@ TEST_F(StartupTest, AFirstStartLeadsThroughTheSettings) {
   EXPECT_EQ(settings.values["General/FSRoot"], "C:\\FS\\");
   EXPECT_EQ(settings.values["General/HangarDir"], "C:\\FS\\SKV-Hangar\\");
   EXPECT_EQ(settings.values["General/PacksDir"], "C:\\FS\\SKV-Packages\\");
-  EXPECT_EQ(settings.values["General/AppVersion"], "0.06.0129");
+  EXPECT_EQ(settings.values["General/AppVersion"], versionText());
   EXPECT_TRUE(form.visible);
   EXPECT_EQ(form.lstAircraft.count(), 2);
   EXPECT_FALSE(drive.exists("C:\\Scenery")) << "no Packages folder, no stray scenery folder";
@@ -91,7 +207,7 @@ TEST_F(StartupTest, SettingsClosedWithoutOkGoOnAndAskAgain) {
   EXPECT_EQ(settingsShown, 3) << "once for the start, once each for Hangar and Packages";
   EXPECT_TRUE(form.visible);
   EXPECT_EQ(app.FSRoot, "");
-  EXPECT_EQ(settings.values["General/AppVersion"], "0.06.0129");
+  EXPECT_EQ(settings.values["General/AppVersion"], versionText());
   EXPECT_EQ(form.lstAircraft.count(), 0);
   EXPECT_TRUE(windows.boxes.empty());
 }
@@ -115,11 +231,22 @@ TEST_F(StartupTest, OldListFilesMoveAndAreNeverLost) {
   drive.write("C:\\Program\\SKV_PN.lst",
               "kept\x01"
               "C:\\p\\\r\n");
-  files.failWhen("copyFile", "C:\\Program\\SKV_PN.lst", err::diskFull);
+  files.failWhen("copyFileDurably", "C:\\Program\\SKV_PN.lst", err::diskFull);
   Form_Load(app);
   EXPECT_EQ(rows(form.lstAircraft), std::vector<std::string>{"moved|C:\\FS\\aircraft\\m\\"});
   EXPECT_FALSE(drive.exists("C:\\Program\\SKV_AC.lst"));
   EXPECT_TRUE(drive.exists("C:\\Program\\SKV_PN.lst"));
+  EXPECT_EQ(files.count("copyFile", "C:\\Program\\SKV_AC.lst"), 0)
+      << "not only in the disk's cache";
+
+  drive.write("C:\\FS\\SKV_PN.lst", "of the simulator");
+  files.failWhen("attributes", "C:\\FS\\SKV_PN.lst", err::deviceIo);
+  Form_Load(app);
+  EXPECT_EQ(drive.read("C:\\FS\\SKV_PN.lst"), "of the simulator") << "who knows what stands there";
+  EXPECT_TRUE(drive.exists("C:\\Program\\SKV_PN.lst"));
+  files.failWhen("deleteFile", "C:\\Program\\SKV_PN.lst", err::permissionDenied);
+  Form_Load(app);
+  EXPECT_EQ(windows.boxes.size(), 1U) << "the next start would copy it over the newer list";
 }
 
 TEST_F(StartupTest, AMissingWorkingFolderEndsTheStartWithABox) {

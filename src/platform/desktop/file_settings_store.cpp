@@ -52,10 +52,17 @@ std::string unescaped(std::string_view text) {
   return result;
 }
 
-// The whole file; fileNotFound when there is none.
+// The whole file; fileNotFound when there is none. A link that leads nowhere is not none: what it
+// leads to may come back with its disk.
 Result<std::string> contentOf(const std::string& file) {
   const Descriptor opened = openFile(file, O_RDONLY | O_NONBLOCK);
-  if (!opened.valid()) return systemFailure(errno, file);
+  if (!opened.valid()) {
+    const int error = errno;
+    struct stat link {};
+    if (error == ENOENT && ::lstat(file.c_str(), &link) == 0)
+      return Outcome::failure(err::deviceUnavailable, file);
+    return systemFailure(error, file);
+  }
   std::string bytes;
   const int error = readAll(opened.get(), bytes);
   if (error != 0) return systemFailure(error, file);
@@ -64,8 +71,17 @@ Result<std::string> contentOf(const std::string& file) {
 
 }  // namespace
 
-FileSettingsStore::FileSettingsStore(std::string file) : file_(std::move(file)) {
-  sections_ = load().valueOr({});
+FileSettingsStore::FileSettingsStore(std::string file) : file_(std::move(file)) { readAnew(); }
+
+void FileSettingsStore::readAnew() {
+  auto loaded = load();
+  state_ = loaded.outcome();
+  if (loaded.ok()) sections_ = std::move(loaded).value();
+}
+
+Outcome FileSettingsStore::state() {
+  if (!state_.ok()) readAnew();
+  return state_;
 }
 
 std::string FileSettingsStore::defaultFile() { return configFolder() + "/settings.ini"; }

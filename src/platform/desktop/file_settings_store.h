@@ -21,6 +21,7 @@ class FileSettingsStore : public SettingsStore {
   // Below the user's configuration folder.
   static std::string defaultFile();
 
+  Outcome state() override;
   std::string read(std::string_view section, std::string_view key,
                    std::string_view fallback) const override;
   // Replaces the file in one step, with what somebody has changed in it by hand meanwhile. A file
@@ -36,12 +37,14 @@ class FileSettingsStore : public SettingsStore {
     std::map<std::string, Entry> entries;  // by upper-cased key
   };
   using Sections = std::map<std::string, Section>;  // by upper-cased name
+  void readAnew();
   Result<Sections> load() const;
   static Sections parse(const std::string& bytes);
   Outcome save(const Sections& sections) const;
 
   const std::string file_;
   Sections sections_;
+  Outcome state_;  // of the last attempt to read them
 };
 
 }  // namespace skv

@@ -1,18 +1,53 @@
 #include "ui/dialogs/dir_select.h"
 
 #include "base/paths.h"
+#include "core/disk_queries.h"
+#include "ui/dialogs/folder_text.h"
 
 namespace skv {
 
-FolderPick pickFolder(App& app, ui::Form& owner, const std::string& start) {
+namespace {
+
+void refuse(App& app, const std::string& text, const std::string& title) {
+  app.windows.messageBox({text, ui::BoxIcon::exclamation, ui::BoxButtons::ok, title});
+}
+
+// The folder of a text that the user has chosen, none when it was refused.
+std::optional<std::string> validFolder(App& app, const std::string& typed,
+                                       const std::string& refusalTitle) {
+  const auto folder = folderFromText(app, typed);
+  if (folder.ok() && folderExists(app.files(), folder.value())) return folder.value();
+  const auto lacking = charactersLacking(app.codePage, typed);
+  refuse(app,
+         lacking.empty() ? "You must specify a valid location!"
+                         : "\"" + typed + "\" " + folder.outcome().description(),
+         refusalTitle);
+  return {};
+}
+
+}  // namespace
+
+std::optional<std::string> chooseFolder(App& app, ui::Form& owner, const std::string& start,
+                                        const std::string& refusalTitle) {
   auto& form = app.frmDirSelect;
-  if (form.visible) return FolderPick::busy;
+  if (form.visible) {
+    app.windows.setFocus(form.txtDir);
+    return {};
+  }
   form.DirCancelled = false;
   app.windows.show(form, &owner);
   form.Dir1.folder = start;
   form.txtDir.text = start;
   app.windows.yieldUntil([&form] { return !form.visible; });
-  return form.DirCancelled || app.ending ? FolderPick::cancelled : FolderPick::chosen;
+  const bool left = form.DirCancelled || app.ending || !owner.visible;
+  const std::string typed = trim(form.txtDir.text.get());
+  app.windows.unload(form);
+  if (left) return {};
+  return validFolder(app, typed, refusalTitle);
+}
+
+void cancelFolderChoice(App& app) {
+  if (app.frmDirSelect.visible) frmDirSelect_btnCancel_Click(app);
 }
 
 void frmDirSelect_Dir1_Change(App& app) {
@@ -31,14 +66,21 @@ void frmDirSelect_btnMkDir_Click(App& app) {
   constexpr const char* proposal = "New Folder";
   auto& form = app.frmDirSelect;
   const auto name = app.windows.inputBox("New folder name:", ui::programTitle, proposal);
-  if (!name || name->empty() || *name == proposal) return;
-  const std::string folder = withBackslash(form.txtDir.text.get()) + *name;
-  if (!app.files().makeFolder(folder).ok()) {
-    app.windows.messageBox({"Unable to create folder!", ui::BoxIcon::exclamation});
+  // The dialog below may have gone meanwhile.
+  if (!form.visible || !name || name->empty() || *name == proposal) return;
+  const auto parent = folderFromText(app, form.txtDir.text.get());
+  const auto folder = folderFromText(app, (parent.ok() ? parent.value() : "") + *name);
+  if (const auto lacking = charactersLacking(app.codePage, *name); !lacking.empty()) {
+    refuse(app, "\"" + *name + "\" " + folder.outcome().description(), ui::programTitle);
     return;
   }
-  form.txtDir.text = folder + "\\";
-  form.Dir1.folder = folder + "\\";
+  if (!parent.ok() || !isElementName(*name) ||
+      !app.files().makeFolder(parent.value() + *name).ok()) {
+    refuse(app, "Unable to create folder!", ui::programTitle);
+    return;
+  }
+  form.txtDir.text = parent.value() + *name + "\\";
+  form.Dir1.folder = form.txtDir.text.get();
 }
 
 }  // namespace skv

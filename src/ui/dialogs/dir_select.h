@@ -1,21 +1,22 @@
 // frmDirSelect: the folder picker of the program.
 #pragma once
 
+#include <optional>
 #include <string>
 
 #include "core/app.h"
 
 namespace skv {
 
-enum class FolderPick {
-  chosen,  // the text is in frmDirSelect.txtDir, not checked
-  cancelled,
-  busy,  // the picker is in use by another command
-};
+// Shows the picker above `owner`, opened at `start`, until it is left. The folder that was chosen
+// stands, is a full path and ends in a backslash. Anything else that was chosen is refused in a box
+// of that title; the answer is then none, as it is when the user cancels, while the picker is in
+// use by another command, and when the owner goes.
+std::optional<std::string> chooseFolder(App& app, ui::Form& owner, const std::string& start,
+                                        const std::string& refusalTitle);
 
-// Shows the picker above `owner`, opened at `start`, and waits until it is hidden. The caller reads
-// txtDir and unloads the form, except when it was busy.
-FolderPick pickFolder(App& app, ui::Form& owner, const std::string& start);
+// For a dialog that goes: takes along the picker that stands above it.
+void cancelFolderChoice(App& app);
 
 void frmDirSelect_Dir1_Change(App& app);
 void frmDirSelect_btnOK_Click(App& app);

@@ -57,6 +57,7 @@ class TextBox : public Control {
   bool password = false;   // shown as asterisks
   bool multiLine = false;  // wraps; holds no line breaks all the same
   std::function<void()> gotFocus, lostFocus;
+  std::function<void()> change;  // the user has changed the text
   // Key 13 is Enter. A handler that sets `key` to 0 cancels the key and returns what is to be typed
   // in its place.
   std::function<std::string(int& key)> keyPress;

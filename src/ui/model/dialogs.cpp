@@ -7,6 +7,8 @@ FrmSplash::FrmSplash() : Form("frmSplash") { btnClose.visible = false; }
 FrmSettings::FrmSettings() : Form("frmSettings", "FS Skyvault Settings") {
   txtPOPPassword.password = true;
   frameEmail.visible = false;
+  lblIntro.visible = false;
+  btnQuit.visible = false;
 }
 
 FrmDirSelect::FrmDirSelect() : Form("frmDirSelect", "Select Folder") {}

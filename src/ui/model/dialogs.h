@@ -20,6 +20,8 @@ struct FrmSettings : Form {
   FrmSettings();
   TabStrip tabSettings{"tabSettings"};
   Frame frameLocations{"frameLocations"};
+  // What is asked for, in words; on a first start only.
+  Label lblIntro{"lblIntro"};
   TextBox txtFSRoot{"txtFSRoot", "FS 2002 Installation Folder:"};
   Button btnBrowse{"btnBrowse", "..."};
   TextBox txtHangarDir{"txtHangarDir", "Hangar Base Folder:"};
@@ -36,9 +38,19 @@ struct FrmSettings : Form {
   TextBox txtPOPHost{"txtPOPHost", "POP Mailhost:"};
   TextBox txtSMTPHost{"txtSMTPHost", "SMTP Mailhost:"};
   TextBox txtOutlookFolder{"txtOutlookFolder", "Outlook Inbox Folder:"};
+  // Beside each folder: whether it is right.
+  Label lblFSRootState{"lblFSRootState"};
+  Label lblHangarState{"lblHangarState"};
+  Label lblPacksState{"lblPacksState"};
+  Label lblPanelState{"lblPanelState"};
+  Label lblSceneryState{"lblSceneryState"};
+  Button btnQuit{"btnQuit", "&Quit"};  // on a first start only
   Button btnOK{"btnOK", "OK"};
 
   std::string OldPacksDir;  // txtPacksDir as it stood when the dialog was loaded
+  // What the program has put into empty fields. While a field still holds it, it follows the
+  // simulator's folder.
+  std::string proposedHangar, proposedPacks;
 };
 
 struct FrmDirSelect : Form {

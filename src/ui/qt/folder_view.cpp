@@ -2,6 +2,9 @@
 
 #include <QHeaderView>
 #include <algorithm>
+#include <array>
+#include <string_view>
+#include <vector>
 
 #include "base/paths.h"
 #include "base/text.h"
@@ -13,6 +16,30 @@ namespace skv::ui::qt {
 namespace {
 constexpr int leastRowHeight = 24;
 constexpr int pathRole = Qt::UserRole;  // the Windows path with trailing backslash, as bytes
+
+// Hidden folders of a home below which programs keep Wine prefixes: Wine itself, Flatpak, Lutris
+// and Bottles, PlayOnLinux, CrossOver, Steam.
+constexpr std::array<std::string_view, 6> waysToPrefixes{".wine",        ".var",      ".local",
+                                                         ".playonlinux", ".cxoffice", ".steam"};
+
+// Hidden folders are listed when a simulator may be found in them, and no others.
+bool leadsToPrefix(const FileSystem& files, const std::string& path, const std::string& name) {
+  return std::ranges::find(waysToPrefixes, lowerAscii(name)) != waysToPrefixes.end() ||
+         files.attributes(path + name + "\\drive_c").ok();
+}
+
+std::vector<std::string> foldersIn(const FileSystem& files, const std::string& path) {
+  std::vector<std::string> names;
+  const auto entries = files.list(path, FileSystem::Entries::all);
+  if (!entries.ok()) return names;
+  for (const FolderEntry& entry : entries.value()) {
+    if (!entry.folder) continue;
+    const auto found = files.attributes(path + entry.name);
+    const bool hidden = found.ok() && (found.value().hidden || found.value().system);
+    if (!hidden || leadsToPrefix(files, path, entry.name)) names.push_back(entry.name);
+  }
+  return names;
+}
 }  // namespace
 
 FolderView::FolderView(Bindings& bindings, Form& form, FolderTree& tree, const FileSystem& files,
@@ -91,14 +118,11 @@ std::string FolderView::pathOf(const QTreeWidgetItem& item) {
 
 void FolderView::list(QTreeWidgetItem& item) {
   const std::string path = pathOf(item);
-  const auto entries = files_.list(path);
   const std::string current = currentItem() ? pathOf(*currentItem()) : std::string();
   const bool was = std::exchange(refreshing_, true);
   qDeleteAll(item.takeChildren());
-  if (entries.ok())
-    for (const FolderEntry& entry : entries.value())
-      if (entry.folder)
-        addItem(&item, entry.name, path + entry.name + "\\", QStringLiteral("folder"));
+  for (const std::string& name : foldersIn(files_, path))
+    addItem(&item, name, path + name + "\\", QStringLiteral("folder"));
   if (item.childCount() == 0)
     item.setChildIndicatorPolicy(QTreeWidgetItem::DontShowIndicatorWhenChildless);
   // A current item below this one was taken away with the old listing.
@@ -123,6 +147,9 @@ QTreeWidgetItem* FolderView::find(const std::string& path) {
     if (!next && found) {
       list(*found);
       next = childNamed(*found, prefix);
+      // The way to the folder that is to be shown is shown, hidden or not.
+      if (!next && files_.attributes(prefix).ok())
+        next = addItem(found, part, prefix, QStringLiteral("folder"));
     }
     if (!next) break;
     if (found) found->setExpanded(true);

@@ -1,9 +1,11 @@
 #include <QGridLayout>
+#include <QLabel>
 #include <QPushButton>
 #include <QTabBar>
 #include <QVBoxLayout>
 #include <utility>
 
+#include "ui/qt/caption_label.h"
 #include "ui/qt/dialogs.h"
 #include "ui/qt/form_builder.h"
 #include "ui/qt/form_window.h"
@@ -18,24 +20,39 @@ constexpr int fieldWidth = 430;
 
 struct Row {
   TextBox* box;
-  Button* browse;  // null without one
+  Button* browse = nullptr;  // null without one, as the next
+  Label* state = nullptr;
 };
+
+// A text of several lines, which CaptionLabel is not made for.
+QLabel* paragraph(Bindings& bindings, Form& form, Label& label) {
+  auto* widget = new QLabel;
+  widget->setTextFormat(Qt::PlainText);
+  widget->setWordWrap(true);
+  new Binding(bindings, form, label, widget, [widget, &label] {
+    widget->setText(shown(label.caption));
+    widget->setVisible(label.visible);
+  });
+  return widget;
+}
 
 FramePanel* page(FormBuilder& build, Frame& frame, std::initializer_list<Row> rows) {
   FramePanel* panel = build.frame(frame, false);
   auto* grid = new QGridLayout;
   grid->setHorizontalSpacing(8);
-  grid->setVerticalSpacing(9);
+  grid->setVerticalSpacing(3);
   grid->setColumnMinimumWidth(1, fieldWidth);
   grid->setColumnStretch(1, 1);
   int line = 0;
   for (const Row& row : rows) {
+    if (line > 0) grid->setRowMinimumHeight(line++, 3);
     build.field(*grid, line, 0, 1, *row.box);
     if (row.browse)
       grid->addWidget(
           build.button(*row.browse, QObject::tr("Browse: %1").arg(spoken(row.box->label))), line,
           2);
     ++line;
+    if (row.state) grid->addWidget(build.label(*row.state), line++, 1, 1, 2);
   }
   panel->body()->addLayout(grid);
   panel->body()->addStretch();
@@ -56,6 +73,7 @@ QWidget* makeSettingsWindow(Bindings& bindings, FrmSettings& form, const FileSys
   auto* column = new QVBoxLayout(window);
   column->setContentsMargins(18, 10, 18, 16);
   column->setSpacing(14);
+  column->addWidget(paragraph(bindings, form, form.lblIntro));
   auto* tabs = new QHBoxLayout;
   tabs->addWidget(build.tabs(form.tabSettings, QObject::tr("Settings")));
   tabs->addStretch();
@@ -63,22 +81,23 @@ QWidget* makeSettingsWindow(Bindings& bindings, FrmSettings& form, const FileSys
 
   auto* pages = new QGridLayout;
   pages->addWidget(page(build, form.frameLocations,
-                        {{&form.txtFSRoot, &form.btnBrowse},
-                         {&form.txtHangarDir, &form.btnBrowseHangar},
-                         {&form.txtPacksDir, &form.btnBrowsePacks},
-                         {&form.txtCentralPanel, &form.btnBrowsePanel},
-                         {&form.txtSceneryLib, &form.Command1}}),
+                        {{&form.txtFSRoot, &form.btnBrowse, &form.lblFSRootState},
+                         {&form.txtHangarDir, &form.btnBrowseHangar, &form.lblHangarState},
+                         {&form.txtPacksDir, &form.btnBrowsePacks, &form.lblPacksState},
+                         {&form.txtCentralPanel, &form.btnBrowsePanel, &form.lblPanelState},
+                         {&form.txtSceneryLib, &form.Command1, &form.lblSceneryState}}),
                    0, 0);
   pages->addWidget(page(build, form.frameEmail,
-                        {{&form.txtPOPUserName, nullptr},
-                         {&form.txtPOPPassword, nullptr},
-                         {&form.txtPOPHost, nullptr},
-                         {&form.txtSMTPHost, nullptr},
-                         {&form.txtOutlookFolder, nullptr}}),
+                        {{&form.txtPOPUserName},
+                         {&form.txtPOPPassword},
+                         {&form.txtPOPHost},
+                         {&form.txtSMTPHost},
+                         {&form.txtOutlookFolder}}),
                    0, 0);
   column->addLayout(pages, 1);
 
   auto* foot = new QHBoxLayout;
+  foot->addWidget(build.button(form.btnQuit));
   foot->addStretch();
   QPushButton* ok = build.button(form.btnOK);
   ok->setDefault(true);

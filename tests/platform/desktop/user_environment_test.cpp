@@ -1,5 +1,6 @@
 // What belongs to the user: settings, folders, the one run, the time of day.
 #include <gtest/gtest.h>
+#include <poll.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -7,6 +8,7 @@
 #include <cmath>
 #include <ctime>
 #include <filesystem>
+#include <future>
 
 #include "platform/desktop/file_settings_store.h"
 #include "platform/desktop/process_environment.h"
@@ -74,6 +76,18 @@ TEST_F(UserEnvironmentTest, SettingsChangedByHandAreKept) {
   EXPECT_FALSE(store.write("Window", "MainTop", "30").ok());
   EXPECT_EQ(store.read("Window", "MainTop", ""), "15");
   EXPECT_TRUE(fs::is_directory(file));
+
+  // Nor is it taken for empty; as soon as it can be read it is there.
+  FileSettingsStore away(file);
+  EXPECT_FALSE(away.state().ok());
+  fs::remove(file);
+  fs::create_symlink(native("other.ini"), file);
+  EXPECT_FALSE(away.state().ok()) << "a link to a disk that is away";
+  EXPECT_FALSE(away.write("Window", "MainTop", "45").ok());
+  drive.write("C:\\other.ini", "[General]\nFSRoot=C:\\FS\\\n");
+  EXPECT_TRUE(away.state().ok());
+  EXPECT_EQ(away.read("General", "FSRoot", ""), "C:\\FS\\");
+  EXPECT_TRUE(FileSettingsStore(native("none.ini")).state().ok()) << "a first start";
 }
 
 TEST_F(UserEnvironmentTest, TempIsTheUsersOrPrivate) {
@@ -127,7 +141,7 @@ TEST_F(UserEnvironmentTest, OneRunAtATimeEvenAfterAKill) {
   {
     const auto first = SingleInstance::acquire(folder);
     ASSERT_TRUE(first.ok());
-    EXPECT_EQ(SingleInstance::acquire(folder).outcome().number(), err::permissionDenied);
+    EXPECT_EQ(SingleInstance::acquire(folder).outcome().number(), SingleInstance::alreadyRunning);
   }
   int ready[2];
   ASSERT_EQ(::pipe(ready), 0);
@@ -140,7 +154,7 @@ TEST_F(UserEnvironmentTest, OneRunAtATimeEvenAfterAKill) {
   char got = 0;
   ASSERT_EQ(::read(ready[0], &got, 1), 1);
   EXPECT_EQ(got, '1');
-  EXPECT_EQ(SingleInstance::acquire(folder).outcome().number(), err::permissionDenied);
+  EXPECT_EQ(SingleInstance::acquire(folder).outcome().number(), SingleInstance::alreadyRunning);
   ::kill(other, SIGKILL);
   ::waitpid(other, nullptr, 0);
   EXPECT_TRUE(SingleInstance::acquire(folder).ok());
@@ -148,6 +162,35 @@ TEST_F(UserEnvironmentTest, OneRunAtATimeEvenAfterAKill) {
   ::close(ready[1]);
   drive.write("C:\\file", "");
   EXPECT_EQ(SingleInstance::acquire(native("file")).outcome().number(), err::pathFileAccess);
+}
+
+TEST_F(UserEnvironmentTest, TheLockLiesWhereTheSettingsLie) {
+  const Variable config("XDG_CONFIG_HOME", native("config"));
+  const Variable login("XDG_RUNTIME_DIR", native("run1"));
+  const auto first = SingleInstance::acquire();
+  ASSERT_TRUE(first.ok());
+  const Variable other("XDG_RUNTIME_DIR", native("run2"));
+  EXPECT_EQ(SingleInstance::acquire().outcome().number(), SingleInstance::alreadyRunning);
+}
+
+TEST_F(UserEnvironmentTest, ASecondStartIsAnsweredByTheFirst) {
+  using namespace std::chrono_literals;
+  // Longer than a socket's address.
+  const std::string folder = native("config/" + std::string(200, 'x'));
+  EXPECT_FALSE(SingleInstance::call(folder, 10ms));
+  std::filesystem::create_directories(folder);
+  drive.write("C:\\config\\" + std::string(200, 'x') + "\\window", "left by a killed run");
+  const auto first = SingleInstance::acquire(folder);
+  ASSERT_TRUE(first.ok());
+  EXPECT_EQ(mode(folder + "/window"), 0600U);
+  const Variable leave("XDG_ACTIVATION_TOKEN", "leave");
+  EXPECT_FALSE(SingleInstance::call(folder, 10ms)) << "the first does not answer";
+  EXPECT_EQ(first.value().answerCall(), "leave") << "and finds nobody at the other end";
+  auto answered = std::async(std::launch::async, [&] { return SingleInstance::call(folder, 5s); });
+  pollfd call{first.value().calls(), POLLIN, 0};
+  ASSERT_EQ(::poll(&call, 1, 5000), 1);
+  EXPECT_EQ(first.value().answerCall(), "leave");
+  EXPECT_TRUE(answered.get());
 }
 
 TEST(SystemClockTest, CountsDaysInLocalTime) {

@@ -227,13 +227,11 @@ TEST_F(WindowTest, AFolderIsPickedInTheTree) {
     EXPECT_EQ(find<QLineEdit>("txtDir")->text(), "C:\\Packs\\");
     click("btnOK");
   });
-  EXPECT_EQ(pickFolder(app, app.frmMain, "C:\\FS\\"), FolderPick::chosen);
-  EXPECT_EQ(app.frmDirSelect.txtDir.text.get(), "C:\\Packs\\");
-  windows.unload(app.frmDirSelect);
+  EXPECT_EQ(chooseFolder(app, app.frmMain, "C:\\FS\\", "title"), "C:\\Packs\\");
 
   inDialog(app.frmDirSelect,
            [] { QTest::keyClick(find<QWidget>("frmDirSelect"), Qt::Key_Escape); });
-  EXPECT_EQ(pickFolder(app, app.frmMain, "C:\\FS\\"), FolderPick::cancelled);
+  EXPECT_EQ(chooseFolder(app, app.frmMain, "C:\\FS\\", "title"), std::nullopt);
 }
 
 TEST_F(WindowTest, ClosingTheMainWindowEndsAWaitForADialog) {

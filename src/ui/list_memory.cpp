@@ -1,0 +1,67 @@
+#include "ui/list_memory.h"
+
+#include <array>
+
+#include "core/settings_keys.h"
+
+namespace skv {
+
+namespace {
+
+constexpr int leastWidth = 150, greatestWidth = 30000;  // twips
+
+std::array<ui::ListView*, 6> listsOf(App& app) {
+  auto& form = app.frmMain;
+  return {&form.lstAircraft,   &form.lstPanel,   &form.lstSound,
+          &form.lstACVersions, &form.lstScenery, &form.lstInactScenery};
+}
+
+// "6350,2117": the columns in their order.
+std::string widthsOf(const ui::ListView& list) {
+  std::string text;
+  for (const ui::ListView::Column& column : list.columns())
+    text += (text.empty() ? "" : ",") + std::to_string(column.width);
+  return text;
+}
+
+void restoreWidths(ui::ListView& list, const std::string& text) {
+  const std::vector<std::string> widths = split(text, ',');
+  if (widths.size() != list.columns().size()) return;
+  for (std::size_t i = 0; i < widths.size(); ++i) {
+    const double width = val(widths[i]);
+    // A column of no width holds data and stays out of sight.
+    if (list.columns()[i].width > 0 && width >= leastWidth && width <= greatestWidth)
+      list.setColumnWidth(static_cast<int>(i), static_cast<int>(width));
+  }
+}
+
+}  // namespace
+
+void storeLists(App& app) {
+  for (const ui::ListView* list : listsOf(app))
+    if (list->columnsSet())
+      writeSetting(app, {setting::lists, list->name().c_str()}, widthsOf(*list)).skipped();
+  const auto& aircraft = app.frmMain.lstAircraft;
+  const bool sorted = aircraft.sorted();
+  writeSetting(app, setting::SortKey, sorted ? std::to_string(aircraft.sortKey()) : "").skipped();
+  writeSetting(app, setting::SortOrder,
+               sorted ? std::to_string(static_cast<int>(aircraft.sortOrder())) : "")
+      .skipped();
+}
+
+void restoreLists(App& app) {
+  for (ui::ListView* list : listsOf(app))
+    restoreWidths(*list, readSetting(app, {setting::lists, list->name().c_str()}));
+}
+
+void restoreOrder(App& app) {
+  auto& list = app.frmMain.lstAircraft;
+  const std::string key = readSetting(app, setting::SortKey);
+  const double column = val(key);
+  if (key.empty() || column < 0 || column >= static_cast<double>(list.columns().size())) return;
+  list.sort(static_cast<int>(column), val(readSetting(app, setting::SortOrder)) == 1
+                                          ? ui::SortOrder::descending
+                                          : ui::SortOrder::ascending);
+}
+
+}  // namespace skv

@@ -1,0 +1,113 @@
+#include "ui/move_packages.h"
+
+#include "base/paths.h"
+#include "base/text.h"
+#include "core/disk_queries.h"
+#include "core/folder_guard.h"
+#include "core/long_operation.h"
+#include "core/messages.h"
+#include "core/walktree.h"
+
+namespace skv {
+
+namespace {
+
+bool holdsPackages(const FileSystem& files, const std::string& folder) {
+  const auto listing = files.list(folder);
+  if (!listing.ok()) return false;
+  for (const FolderEntry& entry : listing.value())
+    if (!entry.folder && upper(entry.name).ends_with(".ZIP")) return true;
+  return false;
+}
+
+// Moves all files and folders below a folder. Not WalkMove: that takes away a file whose target is
+// newer.
+class PackagesMove {
+ public:
+  explicit PackagesMove(App& app) : app_(app), files_(app.files()) {}
+
+  WalkReport run(const std::string& from, const std::string& to) {
+    folder(from, to);
+    return report_;
+  }
+
+ private:
+  void folder(const std::string& from, const std::string& to) {
+    const auto listing = files_.list(from);
+    if (!listing.ok()) return failed(from, listing.outcome());
+    for (const FolderEntry& entry : listing.value()) {
+      if (app_.stopRequested) return;
+      const std::string source = from + entry.name, target = to + entry.name;
+      if (files_.isLink(source)) {
+        failed(source, Outcome::withText(err::pathFileAccess, "It is a link."));
+      } else if (!entry.folder) {
+        file(source, target);
+      } else {
+        files_.makeFolder(target).skipped();
+        folder(source + "\\", target + "\\");
+        files_.removeFolder(source).skipped();  // not one that still holds something
+      }
+      app_.windows.yield();
+    }
+  }
+
+  void file(const std::string& source, const std::string& target) {
+    app_.frmMain.lblStatus.caption = "Moving " + source;
+    Outcome moved = mayReplace(source, target);
+    if (moved.ok()) moved = files_.moveFile(source, target);
+    if (moved.ok())
+      ++report_.done;
+    else
+      failed(source, moved);
+  }
+
+  Outcome mayReplace(const std::string& source, const std::string& target) const {
+    const auto standing = files_.modified(target);
+    if (!standing.ok())
+      return presenceBy(standing.outcome()) == Presence::absent ? Outcome() : standing.outcome();
+    const auto moving = files_.modified(source);
+    if (!moving.ok()) return moving.outcome();
+    if (standing.value() <= moving.value()) return {};
+    return Outcome::withText(err::fileExists, "The new folder holds a newer file of this name.");
+  }
+
+  void failed(const std::string& path, const Outcome& outcome) {
+    if (report_.failed++ > 0) return;
+    report_.first = outcome;
+    report_.where = path;
+  }
+
+  App& app_;
+  FileSystem& files_;
+  WalkReport report_;
+};
+
+Outcome mayMove(const App& app, const std::string& from, const std::string& to) {
+  if (isOrHolds(from, to) || isOrHolds(to, from))
+    return Outcome::withText(err::pathFileAccess,
+                             "One of the two folders lies in the other: \"" + to + "\".");
+  return mayBeEmptied(app, from);
+}
+
+}  // namespace
+
+void offerToMovePackages(App& app, const std::string& from) {
+  const std::string to = app.PacksDir;
+  FileSystem& files = app.files();
+  if (from.empty() || !holdsPackages(files, from)) return;
+  if (const Outcome may = mayMove(app, from, to); !may.ok()) {
+    tellFailure(app, "The Packages in \"" + from + "\" stay where they are.", may);
+    return;
+  }
+  if (app.windows.messageBox({"Move existing Packages to the new Packages Folder?",
+                              ui::BoxIcon::question, ui::BoxButtons::yesNo}) != ui::Answer::yes)
+    return;
+  const DisabledForm busy(app.frmSettings);
+  const HourglassPointer pointer(app);
+  const WalkReport report = PackagesMove(app).run(from, to);
+  files.removeFolder(withoutBackslash(from)).skipped();  // not one that still holds something
+  app.frmMain.lblStatus.caption = "";
+  tellWalk(app, report, "moved");
+}
+
+}  // namespace skv
