@@ -9,6 +9,7 @@
 #include "ui/dialogs/folder_text.h"
 #include "ui/folder_fields.h"
 #include "ui/move_packages.h"
+#include "ui/startup.h"
 
 namespace skv {
 
@@ -268,6 +269,10 @@ void Command1_Click(App& app) {
 void frmSettings_btnOK_Click(App& app) {
   auto& form = app.frmSettings;
   cancelFolderChoice(app);
+  if (operationRuns(app)) {
+    refuse(app, "FS Skyvault is still at work. The settings can be stored when it has finished.");
+    return;
+  }
   // Not the globals: browsing has changed one already.
   const Folders before{readSetting(app, setting::FSRoot), readSetting(app, setting::HangarDir),
                        readSetting(app, setting::PacksDir)};

@@ -207,7 +207,7 @@ void Form_Load(App& app) {
 bool operationRuns(const App& app) { return !app.frmMain.enabled || app.hourglasses > 0; }
 
 bool frmMain_QueryUnload(App& app) {
-  if (!operationRuns(app)) return true;
+  if (!operationRuns(app)) return mayLeaveInfo(app);
   if (app.stopRequested) return false;
   const ui::Answer answer = app.windows.messageBox(
       {"FS Skyvault is still at work. Wait for it to end?\r\n\r\nNo stops it after the file that "

@@ -17,7 +17,7 @@ std::optional<std::string> validFolder(App& app, const std::string& typed,
                                        const std::string& refusalTitle) {
   const auto folder = folderFromText(app, typed);
   if (folder.ok() && folderExists(app.files(), folder.value())) return folder.value();
-  const auto lacking = charactersLacking(app.codePage, typed);
+  const auto lacking = app.codePage.lacking(typed);
   refuse(app,
          lacking.empty() ? "You must specify a valid location!"
                          : "\"" + typed + "\" " + folder.outcome().description(),
@@ -70,7 +70,7 @@ void frmDirSelect_btnMkDir_Click(App& app) {
   if (!form.visible || !name || name->empty() || *name == proposal) return;
   const auto parent = folderFromText(app, form.txtDir.text.get());
   const auto folder = folderFromText(app, (parent.ok() ? parent.value() : "") + *name);
-  if (const auto lacking = charactersLacking(app.codePage, *name); !lacking.empty()) {
+  if (const auto lacking = app.codePage.lacking(*name); !lacking.empty()) {
     refuse(app, "\"" + *name + "\" " + folder.outcome().description(), ui::programTitle);
     return;
   }

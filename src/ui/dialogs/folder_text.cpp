@@ -109,22 +109,9 @@ Result<std::string> folderFromText(const App& app, std::string_view typed) {
     return refused("is not a full path, such as C:\\FS2002.");
   auto folder = tidied(text);
   if (!folder.ok()) return folder;
-  if (const std::string lacking = charactersLacking(app.codePage, folder.value()); !lacking.empty())
+  if (const std::string lacking = app.codePage.lacking(folder.value()); !lacking.empty())
     return refused("holds characters that the list files cannot store: " + lacking);
   return folder;
-}
-
-std::string charactersLacking(const CodePage& codePage, std::string_view text) {
-  std::string lacking;
-  for (std::size_t begin = 0; begin < text.size();) {
-    std::size_t end = begin + 1;
-    while (end < text.size() && (static_cast<unsigned char>(text[end]) & 0xC0U) == 0x80U) ++end;
-    const std::string_view character = text.substr(begin, end - begin);
-    if (!codePage.holds(character) && lacking.find(character) == std::string::npos)
-      lacking += character;
-    begin = end;
-  }
-  return lacking;
 }
 
 }  // namespace skv

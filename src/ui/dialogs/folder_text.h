@@ -18,7 +18,4 @@ namespace skv {
 // is no full path, no drive reaches it, or it could not be stored.
 Result<std::string> folderFromText(const App& app, std::string_view typed);
 
-// The characters of a text that the code page of stored files lacks, "" when it has them all.
-std::string charactersLacking(const CodePage& codePage, std::string_view text);
-
 }  // namespace skv
