@@ -29,8 +29,7 @@ void restoreWidths(ui::ListView& list, const std::string& text) {
   if (widths.size() != list.columns().size()) return;
   for (std::size_t i = 0; i < widths.size(); ++i) {
     const double width = val(widths[i]);
-    // A column of no width holds data and stays out of sight.
-    if (list.columns()[i].width > 0 && width >= leastWidth && width <= greatestWidth)
+    if (width >= leastWidth && width <= greatestWidth)
       list.setColumnWidth(static_cast<int>(i), static_cast<int>(width));
   }
 }
@@ -39,8 +38,7 @@ void restoreWidths(ui::ListView& list, const std::string& text) {
 
 void storeLists(App& app) {
   for (const ui::ListView* list : listsOf(app))
-    if (list->columnsSet())
-      writeSetting(app, {setting::lists, list->name().c_str()}, widthsOf(*list)).skipped();
+    writeSetting(app, {setting::lists, list->name().c_str()}, widthsOf(*list)).skipped();
   const auto& aircraft = app.frmMain.lstAircraft;
   const bool sorted = aircraft.sorted();
   writeSetting(app, setting::SortKey, sorted ? std::to_string(aircraft.sortKey()) : "").skipped();

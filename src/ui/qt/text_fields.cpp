@@ -49,7 +49,7 @@ TextLine::TextLine(Bindings& bindings, Form& form, TextBox& box) : box_(box) {
     if (!binding_->accepts()) return;
     box_.text = typed(now);
     binding_->act();
-    raise(box_.change);
+    binding_->tell(box_.change);
   });
 }
 

@@ -125,17 +125,17 @@ TEST_F(WindowTest, TheStatedButtonIsTheDefault) {
 TEST_F(WindowTest, AFormThatGoesTakesTheBoxesAboveItAlong) {
   showMain();
   ui::Answer answer = ui::Answer::yes;
-  FolderPick pick = FolderPick::chosen;
+  std::optional<std::string> pick = "none";
   inDialog(app.frmSettings, [&] {
     inDialog(app.frmDirSelect, [&] {
       withBox([&](QDialog&) { windows.unload(app.frmSettings); });
       answer = windows.messageBox({"Make it?", ui::BoxIcon::question, ui::BoxButtons::yesNo});
     });
-    pick = pickFolder(app, app.frmSettings, "C:\\FS\\");
+    pick = chooseFolder(app, app.frmSettings, "C:\\FS\\", "title");
   });
   click("mnuFileSettings");
   EXPECT_EQ(answer, ui::Answer::no);
-  EXPECT_EQ(pick, FolderPick::cancelled);
+  EXPECT_EQ(pick, std::nullopt);
   EXPECT_FALSE(app.frmDirSelect.visible);
 }
 
