@@ -217,8 +217,8 @@ void showFolderStates(App& app) {
 
 void txtFSRoot_LostFocus(App& app) {
   auto& form = app.frmSettings;
-  if (form.txtFSRoot.text != "") form.txtFSRoot.text = withBackslash(form.txtFSRoot.text.get());
   folderField_LostFocus(app, form.txtFSRoot);
+  if (form.txtFSRoot.text != "") form.txtFSRoot.text = withBackslash(form.txtFSRoot.text.get());
   proposeHangar(app);
   proposePacks(app);
   showFolderStates(app);

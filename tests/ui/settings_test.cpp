@@ -66,7 +66,7 @@ TEST_F(SettingsTest, FoldersAreUnderstoodHoweverTheyAreTyped) {
       {"C:", "C:\\"},
       {"C:\\a\\.\\b\\..\\c. ", "C:\\a\\c\\"},
       {drive.native() + "/FS", "C:\\FS\\"},
-      {drive.native() + "/not/yet", "C:\\not\\yet\\"},
+      {drive.native() + "/not/yet\\", "C:\\not\\yet\\"},
       {drive.native() + "/My%20Sim", "C:\\My Sim\\"},
       {drive.native() + "/My Sim/100%41", "C:\\My Sim\\100%41\\"},
       {"file://" + drive.native() + "/My%20Sim", "C:\\My Sim\\"},
@@ -300,6 +300,8 @@ TEST_F(SettingsTest, ProposalsFollowTheSimulatorsFolderUntilTheyAreTouched) {
   open([&] {
     form.txtFSRoot.lostFocus();
     EXPECT_EQ(form.txtPacksDir.text, "C:\\Program Files\\Microsoft Games\\FS2002\\SKV-Packages\\");
+    root((drive.native() + "/FS").c_str());
+    EXPECT_EQ(form.txtFSRoot.text, "C:\\FS\\");
     root("D:\\Sim");
     EXPECT_EQ(form.txtFSRoot.text, "D:\\Sim\\");
     EXPECT_EQ(form.txtHangarDir.text, "D:\\Sim\\SKV-Hangar\\");

@@ -98,6 +98,7 @@ Result<std::string> folderFromText(const App& app, std::string_view typed) {
   if ((text == "~" || text.starts_with("~/")) && !home.empty()) {
     text = withBackslash(home) + text.substr(1);
   } else if (lowerAscii(text).starts_with("file:") || text.starts_with('/')) {
+    text = withoutBackslash(text);  // of a field that was left before it was understood
     const auto path = windowsPathOf(files, text.starts_with('/') ? text : placeOfAddress(text));
     if (!path.ok()) return path;
     text = path.value();
