@@ -1,9 +1,14 @@
 #include "aircraft/hangar_transfer.h"
 
+#include <algorithm>
+
+#include "aircraft/landing_folder.h"
 #include "aircraft/list_files.h"
 #include "aircraft/place_mask.h"
 #include "base/paths.h"
+#include "base/text.h"
 #include "core/disk_queries.h"
+#include "core/folder_guard.h"
 #include "core/long_operation.h"
 #include "core/messages.h"
 #include "core/stores.h"
@@ -18,108 +23,182 @@ namespace {
 
 constexpr int yieldsAfterExtraction = 2000;
 
-// What a transfer needs to know. The row itself may move or go while the transfer yields, and the
-// settings may name other folders.
-struct Cargo {
-  std::string FSRoot, HangarDir, PacksDir;
-  ui::ListView::RowId row;
-  std::string Name;
-  std::string Folder;
-  std::string FolderName;
-  int Mask;
-  bool Added = false;  // this transfer made the aircraft's folder at the target
-};
+// One run. What it needs to know it takes at its begin: the row itself may move or go while the
+// transfer yields, and the settings may name other folders.
+class HangarTransfer {
+ public:
+  HangarTransfer(App& app, int row)
+      : app_(app),
+        files_(app.files()),
+        FSRoot_(app.FSRoot),
+        HangarDir_(app.HangarDir),
+        package_(app.PacksDir + FolderName(app.frmMain.lstAircraft.subItem(row, 1)) + packageEnd),
+        row_(app.frmMain.lstAircraft.id(row)),
+        Name_(app.frmMain.lstAircraft.text(row)),
+        Folder_(app.frmMain.lstAircraft.subItem(row, 1)),
+        FolderName_(FolderName(Folder_)),
+        Mask_(rowMask(app, row)),
+        toHangar_(inFSView(app)) {}
 
-// Makes one level when it is missing. A failure is shown, and ends the transfer.
-bool ensureFolder(App& app, const std::string& folder, bool* added = nullptr) {
-  if (PathExists(app.files(), folder)) return true;
-  if (!app.step(app.files().makeFolder(folder))) return !ReportError(app);
-  if (added != nullptr) *added = true;
-  return true;
-}
-
-// The other view learns of a new aircraft by a line in its list.
-void appendToOtherList(App& app, const Cargo& cargo, const std::string& root) {
-  if (!cargo.Added) return;
-  app.step(appendLibraryRow(app, root + aircraftListFile,
-                            {cargo.Name, aircraftRootOf(root) + cargo.FolderName + "\\"}));
-  ReportError(app);
-}
-
-void markPlace(App& app, const Cargo& cargo, PlaceBit place) {
-  auto& list = app.frmMain.lstAircraft;
-  if (const int row = list.rowOf(cargo.row); row != 0)
-    list.setSmallIcon(row, placeIcon(cargo.Mask | place));
-}
-
-void toHangar(App& app, Cargo& cargo) {
-  const std::string& hangar = cargo.HangarDir;
-  const std::string aircraft = hangar + "Aircraft\\" + cargo.FolderName;
-  const std::string main = hangar + "Main\\" + cargo.FolderName;
-  if (!ensureFolder(app, hangar) || !ensureFolder(app, hangar + "Aircraft") ||
-      !ensureFolder(app, hangar + "Main") || !ensureFolder(app, aircraft, &cargo.Added) ||
-      !ensureFolder(app, main))
-    return;
-  for (const char* shared : sharedFolders)
-    if (!ensureFolder(app, main + "\\" + shared)) return;
-
-  WalkTree(app, cargo.Folder, aircraft + "\\", WalkCopy, false);
-  appendToOtherList(app, cargo, hangar);
-  markPlace(app, cargo, inHangar);
-}
-
-// Merges an aircraft folder and a main folder into the simulator.
-void copyToSimulator(App& app, const Cargo& cargo, const std::string& aircraft,
-                     const std::string& main) {
-  WalkTree(app, aircraft, aircraftRootOf(cargo.FSRoot) + cargo.FolderName, WalkCopy, false);
-  for (const char* shared : sharedFolders)
-    WalkTree(app, main + shared, cargo.FSRoot + shared, WalkCopy, false);
-}
-
-bool unpackPackage(App& app, const Cargo& cargo) {
-  clearWorkingFolders(app);
-  app.frmMain.lblStatus.caption = "Prepairing files...";
-  ReadAndExtract job(app);
-  if (!job.open(cargo.PacksDir + cargo.FolderName + packageEnd) || !job.fits(cargo.FSRoot))
-    return false;
-  app.frmMain.lblStatus.caption = "Unzipping: " + cargo.FolderName + packageEnd;
-  return job.extract(app.InstallTempDir, yieldsAfterExtraction);
-}
-
-void toSimulator(App& app, Cargo& cargo) {
-  if (!ensureFolder(app, aircraftRootOf(cargo.FSRoot) + cargo.FolderName, &cargo.Added)) return;
-  // A Package goes before a folder in the Hangar: compressing has thinned that one out.
-  if ((cargo.Mask & inPackage) != 0) {
-    if (!unpackPackage(app, cargo)) return;
-    copyToSimulator(app, cargo, app.InstallTempDir + "Aircraft\\", app.InstallTempDir + "Main\\");
-    emptyWorkingFolder(app);
-  } else {
-    copyToSimulator(app, cargo, cargo.Folder, cargo.HangarDir + "Main\\" + cargo.FolderName + "\\");
+  void run() {
+    // Without a name of its own the aircraft would be spread over the whole store.
+    if (!isElementName(FolderName_)) return;
+    if (toHangar_)
+      toHangar();
+    else if ((Mask_ & inPackage) != 0)
+      packageToSimulator();
+    else
+      hangarToSimulator();
   }
-  appendToOtherList(app, cargo, cargo.FSRoot);
-  markPlace(app, cargo, inSimulator);
-}
+
+ private:
+  void toHangar() {
+    if (!sourceMayBeCopied()) return;
+    const std::string main = mainRootOf(HangarDir_) + FolderName_;
+    for (const std::string& folder : {HangarDir_, HangarDir_ + "Aircraft", HangarDir_ + "Main"})
+      if (!ensureFolder(folder)) return;
+    LandingFolder aircraft(app_, HangarDir_ + "Aircraft\\", FolderName_);
+    if (!succeeds(aircraft.open())) return;
+    copyAircraft(Folder_, aircraft);
+    if (!allCopied()) return;
+    if (!ensureFolder(main)) return;
+    for (const char* shared : sharedFolders)
+      if (!ensureFolder(main + "\\" + shared)) return;
+    arrive(aircraft, HangarDir_, inHangar);
+  }
+
+  void hangarToSimulator() {
+    if (!sourceMayBeCopied()) return;
+    LandingFolder aircraft(app_, aircraftRootOf(FSRoot_), FolderName_);
+    if (succeeds(aircraft.open()))
+      toSimulator(aircraft, Folder_, mainRootOf(HangarDir_) + FolderName_ + "\\");
+  }
+
+  // A Package goes before a folder in the Hangar: compressing has thinned that one out.
+  void packageToSimulator() {
+    LandingFolder aircraft(app_, aircraftRootOf(FSRoot_), FolderName_);
+    if (!succeeds(aircraft.open()) || !succeeds(clearWorkingFolders(app_))) return;
+    if (unpack())
+      toSimulator(aircraft, app_.InstallTempDir + "Aircraft\\", app_.InstallTempDir + "Main\\");
+    emptyWorkingFolder(app_);
+  }
+
+  bool unpack() {
+    app_.frmMain.lblStatus.caption = "Prepairing files...";
+    ReadAndExtract job(app_);
+    if (!job.open(package_) || !job.fits(FSRoot_)) return false;
+    app_.frmMain.lblStatus.caption = "Unzipping: " + fileName(package_);
+    if (!job.extract(app_.InstallTempDir, yieldsAfterExtraction)) return false;
+    const std::string aircraft = app_.InstallTempDir + "Aircraft\\";
+    const auto there = files_.attributes(aircraft);
+    if (there.ok() && there.value().folder) return true;
+    return succeeds(Outcome::withText(
+        err::zip, "The Package \"" + package_ + "\" holds no folder \"Aircraft\"."));
+  }
+
+  // Merges an aircraft folder and a main folder into the simulator.
+  void toSimulator(LandingFolder& aircraft, const std::string& folder, const std::string& main) {
+    copyAircraft(folder, aircraft);
+    for (const char* shared : sharedFolders)
+      if (report_.complete()) fillShared(FSRoot_ + shared, main + shared);
+    if (report_.complete()) report_.note(files_.flushDisk(FSRoot_), FSRoot_);
+    if (allCopied()) arrive(aircraft, FSRoot_, inSimulator);
+  }
+
+  void fillShared(const std::string& shared, const std::string& source) {
+    if (holdsSomething(source) && presenceOf(files_, shared) == Presence::absent)
+      report_.note(files_.makeFolder(shared), shared);
+    report_ += WalkTree(app_, source, shared, WalkCopy, false);
+  }
+
+  bool holdsSomething(const std::string& folder) const {
+    const auto listing = files_.list(folder);
+    return listing.ok() && !listing.value().empty();
+  }
+
+  // A row may lead anywhere. One whose folder has vanished is carried as an empty folder, but not
+  // one of which the disk does not tell.
+  bool sourceMayBeCopied() {
+    if (!succeeds(mayBeCopied(app_, Folder_))) return false;
+    const auto there = files_.attributes(Folder_);
+    return there.ok() || presenceBy(there.outcome()) == Presence::absent ||
+           succeeds(there.outcome());
+  }
+
+  void copyAircraft(const std::string& folder, const LandingFolder& aircraft) {
+    const std::string source = files_.identity(folder);
+    // A row of one view may lead to the other's folder: all is there already.
+    if (source.empty() || source != files_.identity(aircraft.path()))
+      report_ += WalkTree(app_, folder, aircraft.path(), WalkCopy, false);
+  }
+
+  bool allCopied() { return tellWalk(app_, report_, "copied"); }
+
+  // Makes one level when it is missing.
+  bool ensureFolder(const std::string& folder) {
+    const Presence presence = presenceOf(files_, folder);
+    if (presence == Presence::there) return true;
+    return succeeds(presence == Presence::absent ? files_.makeFolder(folder)
+                                                 : files_.attributes(folder).outcome());
+  }
+
+  // All is copied: what says so comes last.
+  void arrive(LandingFolder& aircraft, const std::string& root, PlaceBit place) {
+    if (!succeeds(aircraft.settle()) || !succeeds(listIn(root))) return;
+    auto& list = app_.frmMain.lstAircraft;
+    if (const int row = list.rowOf(row_); row != 0)
+      list.setSmallIcon(row, placeIcon(Mask_ | place));
+    std::string told = Name_ + " copied to " + target() + ": " + std::to_string(report_.done) +
+                       (report_.done == 1 ? " file" : " files");
+    if (report_.left > 0)
+      told += ", " + std::to_string(report_.left) + " left out: another has the same name";
+    app_.frmMain.lblStatus.notice = told;
+  }
+
+  // The other view learns of the aircraft by a line in its list.
+  Outcome listIn(const std::string& root) {
+    const std::string file = root + aircraftListFile;
+    const std::string folder = aircraftRootOf(root) + FolderName_ + "\\";
+    const auto bytes = files_.readFile(file);
+    if (!bytes.ok() && presenceBy(bytes.outcome()) == Presence::unknown) return bytes.outcome();
+    const auto rows = parseLibraryRows(bytes.valueOr({}), app_.codePage);
+    const bool listed = std::ranges::any_of(rows, [&](const LibraryRow& row) {
+      return equalsIgnoringCase(withBackslash(row.Folder), folder);
+    });
+    return listed ? Outcome() : appendLibraryRow(app_, file, {Name_, folder});
+  }
+
+  // Tells of a step that failed, and ends the transfer.
+  bool succeeds(const Outcome& step) {
+    if (!step.ok()) tellFailure(app_, Name_ + " was not copied to " + target() + ".", step);
+    return step.ok();
+  }
+  const char* target() const { return toHangar_ ? "the Hangar" : "the simulator"; }
+
+  App& app_;
+  FileSystem& files_;
+  const std::string FSRoot_, HangarDir_, package_;
+  const ui::ListView::RowId row_;
+  const std::string Name_, Folder_, FolderName_;
+  const int Mask_;
+  const bool toHangar_;
+  WalkReport report_;
+};
 
 }  // namespace
 
 void btnHangar_Click(App& app) {
-  const auto& list = app.frmMain.lstAircraft;
-  const int row = list.selected();
+  const int row = app.frmMain.lstAircraft.selected();
   if (row == 0) return;
-  const std::string folder = list.subItem(row, 1);
-  Cargo cargo{app.FSRoot,     app.HangarDir, app.PacksDir,       list.id(row),
-              list.text(row), folder,        FolderName(folder), rowMask(app, row)};
-  // Without a name of its own the aircraft would be spread over the whole store.
-  if (!isElementName(cargo.FolderName)) return;
-
   const LongOperation busy(app);
   app.error.clear();
-  if (inFSView(app))
-    toHangar(app, cargo);
-  else
-    toSimulator(app, cargo);
-  app.error.clear();
+  HangarTransfer(app, row).run();
   app.frmMain.lblStatus.caption = "";
+}
+
+void clearUnfinishedTransfers(App& app) {
+  for (const std::string& root : {app.FSRoot, app.HangarDir})
+    if (!root.empty()) LandingFolder::clear(app, aircraftRootOf(root)).skipped();
 }
 
 }  // namespace skv

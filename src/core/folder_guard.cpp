@@ -3,7 +3,9 @@
 #include <algorithm>
 
 #include "base/paths.h"
+#include "base/text.h"
 #include "core/disk_queries.h"
+#include "core/stores.h"
 
 namespace skv {
 
@@ -16,48 +18,123 @@ bool hasDotElements(const std::string& path) {
   });
 }
 
+// The path of something below a drive's root, by its plainest spelling.
 bool isFull(const std::string& path) {
   return path.size() > 3 && path[1] == ':' && path[2] == '\\' &&
          path.find('/') == std::string::npos && path.find("\\\\") == std::string::npos &&
          !hasDotElements(path.substr(2));
 }
 
-Outcome refusal(const std::string& folder, const char* reason) {
+Outcome refusal(const std::string& folder, const std::string& reason) {
   return Outcome::withText(err::pathFileAccess, "\"" + folder + "\" " + reason);
 }
 
-// Where the folder leads on disk, as a path that ends in a slash; "" when the disk does not tell.
-std::string placeOf(const App& app, const std::string& folder) {
-  const FileSystem& files = app.platform.files;
-  if (presenceOf(files, folder) != Presence::absent) return files.canonicalPath(folder).valueOr({});
+// Where a folder leads on disk, in upper case and with a slash at its end. A folder that is missing
+// is where it would be made; "" when the one above it is missing as well.
+Result<std::string> placeOf(const FileSystem& files, const std::string& folder) {
+  const auto place = files.canonicalPath(folder);
+  if (place.ok()) return upper(place.value());
+  if (presenceOf(files, folder) != Presence::absent) return place.outcome();
   const std::string path = withoutBackslash(folder);
-  const std::size_t end = path.rfind('\\');
-  const auto above = files.canonicalPath(path.substr(0, end + 1));
-  return above.ok() ? above.value() + path.substr(end + 1) + "/" : std::string();
+  const std::size_t end = path.rfind('\\') + 1;
+  const auto above = files.canonicalPath(path.substr(0, end));
+  if (above.ok()) return upper(above.value() + path.substr(end) + "/");
+  if (presenceBy(above.outcome()) == Presence::unknown) return above.outcome();
+  return std::string();
 }
 
-bool leadsTo(const std::string& place, const std::string& inner) {
+bool leadsInto(const std::string& place, const std::string& inner) {
   return !inner.empty() && inner.starts_with(place);
 }
 
-// The second half of both guards: what may not go along with the folder. `place` is where it leads
-// on disk.
-Outcome keepsClear(const App& app, const std::string& folder, const std::string& place,
-                   const std::vector<std::string>& others) {
-  // Of a link only the link goes.
-  const bool link = app.platform.files.isLink(withoutBackslash(folder));
-  const auto goesAlong = [&](const std::string& one) {
-    return isFull(one) && (isOrHolds(folder, one) || (!link && leadsTo(place, placeOf(app, one))));
-  };
-  for (const std::string& one :
-       {app.FSRoot, app.HangarDir, app.PacksDir, app.PanelsDir, app.SceneryLib,
-        app.SceneryPacksPath, app.InstallTempDir, app.FSRoot + "aircraft\\",
-        app.HangarDir + "aircraft\\", app.HangarDir + "Main\\", app.SceneryLib + "Scenery\\",
-        app.SceneryLib + "Main\\", app.AppDir, app.platform.environment.home})
-    if (goesAlong(one)) return refusal(folder, ("is or holds \"" + one + "\".").c_str());
+// Without the working folder.
+std::vector<std::string> storesOf(const App& app) {
+  std::vector<std::string> kept{app.FSRoot,
+                                aircraftRootOf(app.FSRoot),
+                                app.HangarDir,
+                                aircraftRootOf(app.HangarDir),
+                                mainRootOf(app.HangarDir),
+                                app.PacksDir,
+                                app.PanelsDir,
+                                app.SceneryLib,
+                                withBackslash(app.SceneryLib) + "Scenery\\",
+                                withBackslash(app.SceneryLib) + "Main\\",
+                                app.SceneryPacksPath,
+                                app.AppDir,
+                                app.platform.environment.home};
+  for (const char* shared : sharedFolders) kept.push_back(app.FSRoot + shared);
+  return kept;
+}
+
+// Tells of folders whether they lie in the one in question.
+class Judge {
+ public:
+  // `place`: where that one leads; "" when it is a link that is not followed.
+  Judge(const App& app, const std::string& folder, std::string place)
+      : files_(app.platform.files), folder_(folder), place_(std::move(place)) {}
+
+  Outcome keeps(const std::string& one) {
+    if (!isFull(one)) return {};
+    const auto there = placeOf(files_, one);
+    if (!there.ok()) return there.outcome();
+    known_.emplace_back(upper(withBackslash(one)), there.value());
+    if (!isOrHolds(folder_, one) && (place_.empty() || !leadsInto(place_, there.value())))
+      return {};
+    return refusal(folder_, "is or holds \"" + one + "\".");
+  }
+
+  // Rows are many: by the places of the stores that keeps() has learned.
+  Outcome keepsRow(const std::string& row) {
+    if (!isFull(row)) return {};
+    const std::string path = upper(withBackslash(row));
+    bool goesAlong = path.starts_with(upper(withBackslash(folder_)));
+    for (const auto& [store, place] : known_) {
+      if (goesAlong || place_.empty()) break;
+      if (place.empty() || !path.starts_with(store)) continue;
+      std::string below = path.substr(store.size());
+      std::ranges::replace(below, '\\', '/');
+      goesAlong = (place + below).starts_with(place_);
+    }
+    if (!goesAlong) return {};
+    return refusal(folder_, "is or holds the folder of another row, \"" + row + "\".");
+  }
+
+ private:
+  const FileSystem& files_;
+  const std::string& folder_;
+  const std::string place_;
+  std::vector<std::pair<std::string, std::string>> known_;  // path in upper case, place
+};
+
+Outcome holdsNothingKept(const App& app, const std::string& folder, const std::string& place,
+                         const std::vector<std::string>& others = {}) {
+  Judge judge(app, folder, place);
+  for (const std::string& store : storesOf(app))
+    if (Outcome kept = judge.keeps(store); !kept.ok()) return kept;
+  if (folder != app.InstallTempDir)
+    if (Outcome kept = judge.keeps(app.InstallTempDir); !kept.ok()) return kept;
   for (const std::string& other : others)
-    if (goesAlong(other))
-      return refusal(folder, ("is or holds the folder of another row, \"" + other + "\".").c_str());
+    if (Outcome kept = judge.keepsRow(other); !kept.ok()) return kept;
+  return {};
+}
+
+Outcome cannotBeLookedAt(const std::string& folder, const Outcome& look) {
+  return refusal(folder, "cannot be looked at. " + look.description());
+}
+
+// Whether the folder lies strictly inside its store, as far as the folder above it.
+Outcome liesInStore(const App& app, const FolderUse& use) {
+  const std::string& folder = use.folder;
+  if (!isFull(folder) || !isFull(use.store)) return refusal(folder, "is no full path of a folder.");
+  if (!isOrHolds(use.store, folder) || isOrHolds(folder, use.store))
+    return refusal(folder, "does not lie in \"" + use.store + "\".");
+  const FileSystem& files = app.platform.files;
+  const std::string above = folder.substr(0, withoutBackslash(folder).rfind('\\') + 1);
+  const auto storePlace = placeOf(files, use.store), placeAbove = placeOf(files, above);
+  if (!storePlace.ok()) return cannotBeLookedAt(use.store, storePlace.outcome());
+  if (!placeAbove.ok()) return cannotBeLookedAt(folder, placeAbove.outcome());
+  if (!leadsInto(storePlace.value(), placeAbove.value()))
+    return refusal(folder, "leads out of \"" + use.store + "\".");
   return {};
 }
 
@@ -68,28 +145,32 @@ bool isOrHolds(const std::string& folder, const std::string& inner) {
 }
 
 Outcome mayBeGivenUp(const App& app, const FolderUse& use) {
-  const std::string& folder = use.folder;
-  if (!isFull(folder) || !isFull(use.store)) return refusal(folder, "is no full path of a folder.");
-  if (!isOrHolds(use.store, folder) || isOrHolds(folder, use.store))
-    return refusal(folder, ("does not lie in \"" + use.store + "\".").c_str());
-  // The folder may be a link: that leads where it will, and only the link is taken away.
-  const std::string above = folder.substr(0, withoutBackslash(folder).rfind('\\') + 1);
-  const std::string place = placeOf(app, folder), placeAbove = placeOf(app, above),
-                    storePlace = placeOf(app, use.store);
-  if (place.empty() || placeAbove.empty() || storePlace.empty())
-    return refusal(folder, "cannot be looked at.");
-  if (!placeAbove.starts_with(storePlace))
-    return refusal(folder, ("leads out of \"" + use.store + "\".").c_str());
-  return keepsClear(app, folder, place, use.others);
+  if (Outcome lies = liesInStore(app, use); !lies.ok()) return lies;
+  const FileSystem& files = app.platform.files;
+  const auto place = placeOf(files, use.folder);
+  if (!place.ok()) return cannotBeLookedAt(use.folder, place.outcome());
+  const bool link = files.isLink(withoutBackslash(use.folder));
+  return holdsNothingKept(app, use.folder, link ? std::string() : place.value(), use.others);
+}
+
+Outcome mayBeFilled(const App& app, const FolderUse& use) {
+  if (Outcome lies = liesInStore(app, use); !lies.ok()) return lies;
+  const auto place = placeOf(app.platform.files, use.folder);
+  if (!place.ok()) return cannotBeLookedAt(use.folder, place.outcome());
+  return holdsNothingKept(app, use.folder, place.value(), use.others);
+}
+
+Outcome mayBeCopied(const App& app, const std::string& folder) {
+  if (!isFull(folder)) return refusal(folder, "is the root of a drive, or no full path.");
+  const auto place = placeOf(app.platform.files, folder);
+  if (!place.ok()) return cannotBeLookedAt(folder, place.outcome());
+  return holdsNothingKept(app, folder, place.value());
 }
 
 Outcome mayBeEmptied(const App& app, const std::string& folder) {
-  if (!isFull(folder)) return refusal(folder, "is the root of a drive, or no full path.");
-  const std::string place = placeOf(app, folder);
-  if (place.empty()) return refusal(folder, "cannot be looked at.");
   if (app.platform.files.isLink(withoutBackslash(folder)))
     return refusal(folder, "is a link to another folder.");
-  return keepsClear(app, folder, place, {});
+  return mayBeCopied(app, folder);
 }
 
 }  // namespace skv

@@ -1,28 +1,40 @@
 // The one guard before a command deletes, empties, thins out or fills a folder that is named by a
 // text which others wrote: a row's Folder, an alias, the name of an add-on in an archive.
+//
+// Each function answers success, or the reason in words for the user. Folders are judged by their
+// paths and by where these lead on disk; what the disk does not tell is refused. What must not be
+// lost: the stores of the program, the folders in them that hold all add-ons, the working folder,
+// the program's own folder and the user's home.
 #pragma once
 
 #include <string>
+#include <vector>
 
 #include "core/app.h"
 
 namespace skv {
 
 struct FolderUse {
-  // The folder in question, and the store in which it has to lie: with trailing backslashes.
+  // The folder in question, and the store in which it has to lie: full paths.
   std::string folder, store;
-  // Folders of other rows, which it must not be and must not hold.
+  // Folders of other rows, which it must not be and must not hold. Costs no call to the disk for
+  // each; links below a store are not looked for here.
   std::vector<std::string> others = {};
 };
 
-// Success when the folder lies strictly inside its store, by its path and by where it leads on
-// disk, and is not, and does not hold, a store of the program, a drive's root, the user's home, the
-// working folder or another row's folder. Otherwise the reason, in words for the user. What the
-// disk does not tell is refused.
+// Whether the folder may be deleted, emptied or thinned out: it lies strictly inside its store and
+// is not, and does not hold, what must not be lost. Where it is a link itself, only the link goes.
 Outcome mayBeGivenUp(const App& app, const FolderUse& use);
 
-// The same for a folder that the user himself has named and that may lie anywhere: it is no link
-// and no drive's root, and holds nothing of the above.
+// Whether files may be put into the folder. A link there is followed, so that it is judged by what
+// it leads to; it may leave the store, as a user's own link to a larger disk does.
+Outcome mayBeFilled(const App& app, const FolderUse& use);
+
+// Whether a folder that may lie anywhere is one add-on and no store, so that it can be copied.
+Outcome mayBeCopied(const App& app, const std::string& folder);
+
+// The same for a folder that the user himself has named, or for the working folder, before it is
+// emptied: it is no link.
 Outcome mayBeEmptied(const App& app, const std::string& folder);
 
 // Whether `folder` is `inner`, or one of the folders above it. By path, without regard to case.

@@ -1,5 +1,8 @@
 #include "core/working_folder.h"
 
+#include "base/paths.h"
+#include "core/disk_queries.h"
+#include "core/folder_guard.h"
 #include "core/walktree.h"
 
 namespace skv {
@@ -22,28 +25,52 @@ void sweep(FileSystem& files, const std::string& folder) {
   }
 }
 
+// The walk keeps the window alive, and leaves little to sweep.
+void removeAllIn(App& app, const std::string& folder) {
+  WalkTree(app, folder, "", WalkDelete, true, OnStop::goOn);
+  sweep(app.files(), folder);
+}
+
+Outcome standsAsFolder(App& app) {
+  const std::string& folder = app.InstallTempDir;
+  if (Outcome may = mayBeEmptied(app, folder); !may.ok()) return may;
+  const auto found = app.files().attributes(folder);
+  if (!found.ok()) {
+    if (presenceBy(found.outcome()) == Presence::unknown) return found.outcome();
+    return app.files().makeFolder(folder);
+  }
+  if (found.value().folder) return {};
+  return Outcome::withText(err::pathFileAccess,
+                           "\"" + withoutBackslash(folder) + "\" is a file, and no folder.");
+}
+
 }  // namespace
 
-void clearWorkingFolders(App& app) {
+Outcome prepareWorkingFolder(App& app) {
+  const Outcome stands = standsAsFolder(app);
+  if (stands.ok()) removeAllIn(app, app.InstallTempDir);
+  return stands;
+}
+
+Outcome clearWorkingFolders(App& app) {
+  if (Outcome stands = standsAsFolder(app); !stands.ok()) return stands;
   FileSystem& files = app.files();
   const auto listing = files.list(app.InstallTempDir, FileSystem::Entries::all);
-  if (!listing.ok()) return;
+  if (!listing.ok()) return listing.outcome();
+  Outcome cleared;
   for (const FolderEntry& entry : listing.value()) {
     if (!entry.folder) continue;
     const std::string path = app.InstallTempDir + entry.name;
-    // The walk keeps the window alive, and leaves little to sweep.
-    WalkTree(app, path, "", WalkDelete, true);
-    if (!files.isLink(path)) sweep(files, path + "\\");
-    files.removeFolder(path).skipped();
+    if (!files.isLink(path)) removeAllIn(app, path + "\\");
+    const Outcome removed = files.removeFolder(path);
+    if (!removed.ok() && presenceOf(files, path) != Presence::absent && cleared.ok())
+      cleared = removed;
   }
-  app.error.clear();
+  return cleared;
 }
 
 void emptyWorkingFolder(App& app) {
-  WalkTree(app, app.InstallTempDir, "", WalkDelete, true);
-  sweep(app.files(), app.InstallTempDir);
-  // A folder that the walk had to leave is no failure of the job.
-  app.error.clear();
+  if (mayBeEmptied(app, app.InstallTempDir).ok()) removeAllIn(app, app.InstallTempDir);
 }
 
 }  // namespace skv

@@ -104,15 +104,11 @@ bool AddonArchive::askName() {
 bool AddonArchive::unpack() {
   ReadAndExtract job(app_);
   if (!job.open(path_)) return false;
-  FileSystem& files = app_.files();
-  if (presenceOf(files, app_.InstallTempDir) == Presence::absent &&
-      ReportError(app_, files.makeFolder(app_.InstallTempDir)))
-    return false;
-  clearWorkingFolders(app_);
+  if (ReportError(app_, clearWorkingFolders(app_))) return false;
   status("Extracting ZIP: " + path_);
   unpacks_ = true;
   const std::string target = app_.InstallTempDir + runFolder_;
-  if (ReportError(app_, files.makeFolder(target)) || !job.fits(store_.folder) ||
+  if (ReportError(app_, app_.files().makeFolder(target)) || !job.fits(store_.folder) ||
       !job.extract(target, yieldsAfterExtraction))
     return false;
   noteRenamed(job, {});
@@ -214,7 +210,7 @@ void AddonArchive::finish() {
 void AddonArchive::giveUp() {
   if (stillThere()) {
     status("Cleaning temporary folder...");
-    clearWorkingFolders(app_);
+    clearWorkingFolders(app_).skipped();
     keepMailedArchive();
   } else if (unpacks_) {
     app_.windows.messageBox(

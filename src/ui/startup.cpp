@@ -4,12 +4,13 @@
 
 #include "aircraft/aircraft_cfg.h"
 #include "aircraft/aircraft_views.h"
+#include "aircraft/hangar_transfer.h"
 #include "base/paths.h"
 #include "core/disk_queries.h"
 #include "core/messages.h"
 #include "core/settings_keys.h"
 #include "core/stores.h"
-#include "core/walktree.h"
+#include "core/working_folder.h"
 #include "ui/dialogs/dir_select.h"
 #include "ui/list_memory.h"
 #include "ui/settings.h"
@@ -38,20 +39,15 @@ constexpr const char* noDrive =
     "3. ~/.wine/dosdevices.";
 
 // The first thing a start does is to empty the working folder of what a failed job left in it.
-bool prepareWorkingFolder(App& app) {
-  if (!PathExists(app.files(), app.InstallTempDir)) {
-    const Outcome made = app.files().makeFolder(app.InstallTempDir);
-    if (!made.ok() && !hasDrive(app.files())) {
-      app.windows.messageBox({noDrive, ui::BoxIcon::exclamation});
-      return false;
-    }
-    if (ReportError(app, made)) return false;
-  }
+bool cleanWorkingFolder(App& app) {
   app.frmMain.lblStatus.caption = "Cleaning temporary folder...";
-  WalkTree(app, app.InstallTempDir, "", WalkDelete, true);
+  const Outcome cleaned = prepareWorkingFolder(app);
   app.frmMain.lblStatus.caption = "";
-  app.error.clear();
-  return true;
+  if (!cleaned.ok() && !hasDrive(app.files())) {
+    app.windows.messageBox({noDrive, ui::BoxIcon::exclamation});
+    return false;
+  }
+  return !ReportError(app, cleaned);
 }
 
 void showSplash(App& app) {
@@ -169,7 +165,7 @@ void Form_Load(App& app) {
   app.AppDir = withBackslash(app.platform.environment.programFolder);
   app.TempDir = withBackslash(app.platform.environment.TEMP);
   app.InstallTempDir = app.TempDir + "SKVInstallTemp\\";
-  if (!prepareWorkingFolder(app)) {
+  if (!cleanWorkingFolder(app)) {
     app.starting = false;
     form.visible = true;
     return;
@@ -194,6 +190,7 @@ void Form_Load(App& app) {
   findSceneryPacksPath(app);
   moveOldLists(app);
   app.error.clear();
+  clearUnfinishedTransfers(app);
   mnuViewFSAircraft_Click(app);
   restoreOrder(app);
   selectLastAircraft(app);

@@ -104,8 +104,13 @@ TEST_F(HangarTransferTest, APackageWithoutRoomStopsWithTheMessage) {
   files.freeSpace = 5;
   press();
   EXPECT_EQ(windows.boxTexts(), Tree{"Insufficient Disk Space in \"C:\\Temp\\SKVInstallTemp\\\"!"});
-  EXPECT_EQ(drive.tree("C:\\FS\\aircraft\\h"), Tree{});
+  EXPECT_FALSE(drive.exists("C:\\FS\\aircraft\\h"));
   EXPECT_EQ(drive.read("C:\\FS\\SKV_AC.lst"), before);
+  EXPECT_EQ(files.count("freeBytes", "C:\\FS"), 0);
+  files.freeSpace = 6;
+  press();
+  EXPECT_EQ(files.count("freeBytes", "C:\\FS"), 1) << "the simulator's disk has to hold it, too";
+  EXPECT_TRUE(drive.exists("C:\\FS\\aircraft\\h\\aircraft.cfg"));
 }
 
 TEST_F(HangarTransferTest, AVanishedFolderGivesAnEmptyOne) {
@@ -125,7 +130,8 @@ TEST_F(HangarTransferTest, AFolderThatCannotBeMadeIsTold) {
 
 TEST_F(HangarTransferTest, OddRowsDoNothing) {
   const Tree before = drive.tree("C:\\");
-  for (const char* folder : {"", "no backslash", "C:\\FS\\aircraft\\..\\", "\\"}) {
+  for (const char* folder :
+       {"", "no backslash", "C:/FS/aircraft/plane\\", "C:\\FS\\aircraft\\..\\", "\\"}) {
     list.clear();
     press();
     list.add("odd", {folder});
@@ -146,17 +152,208 @@ TEST_F(HangarTransferTest, ARowWithoutAnIconAsksTheDiskAndMayGoMeanwhile) {
   EXPECT_EQ(list.count(), 0);
 }
 
-TEST_F(HangarTransferTest, AnyFailingCallKeepsTheSource) {
-  const Tree source = drive.tree("C:\\FS\\aircraft\\plane");
-  for (int call = 1;; ++call) {
-    drive.clear("C:\\Hangar");
-    files.failAt(call, err::diskFull);
-    press();
-    const bool failed = files.heal();
-    EXPECT_EQ(drive.tree("C:\\FS\\aircraft\\plane"), source) << call;
-    EXPECT_EQ(drive.read("C:\\FS\\aircraft\\plane\\panel\\panel.cfg"), "old");
-    if (!failed) break;
+// Both directions (true is to the Hangar), from a clean start each time.
+class InterruptedTransferTest : public HangarTransferTest,
+                                public ::testing::WithParamInterface<bool> {
+ protected:
+  InterruptedTransferTest() {
+    const bool toHangar = GetParam();
+    source = toHangar ? "C:\\FS\\aircraft\\plane" : "C:\\Hangar\\aircraft\\h";
+    target = toHangar ? "C:\\Hangar\\aircraft\\plane" : "C:\\FS\\aircraft\\h";
+    listFile = toHangar ? "C:\\Hangar\\SKV_AC.lst" : "C:\\FS\\SKV_AC.lst";
+    line = (toHangar ? "Plane\x01" : "h\x01") + target + "\\\r\n";
+    start();
   }
+  void start() {
+    drive.clear("C:\\Hangar");
+    drive.remove("C:\\FS\\aircraft\\h");
+    drive.clear("C:\\FS\\Gauges");
+    drive.write("C:\\Hangar\\SKV_AC.lst", others);
+    if (!GetParam()) {
+      drive.write("C:\\Hangar\\aircraft\\h\\aircraft.cfg", "h");
+      drive.write("C:\\Hangar\\aircraft\\h\\model\\h.mdl", "model");
+      drive.write("C:\\Hangar\\Main\\h\\Gauges\\g.gau", "gauge");
+      drive.write("C:\\FS\\SKV_AC.lst", others);
+      hangarRow("h");
+    } else {
+      mnuViewFSAircraft_Click(app);
+    }
+    before = list.smallIcon(1);
+    windows.boxes.clear();
+    app.frmMain.lblStatus.notice = "";
+  }
+  bool whole() { return drive.tree(target) == drive.tree(source) && drive.exists(target); }
+  void expectDone(const std::string& what) {
+    SCOPED_TRACE(what);
+    EXPECT_EQ(drive.tree(target), drive.tree(source));
+    for (const std::string& name : drive.tree(source))
+      EXPECT_EQ(drive.read(target + "\\" + name), drive.read(source + "\\" + name));
+    EXPECT_EQ(drive.read(listFile), others + line);
+    EXPECT_EQ(list.smallIcon(1), 6);
+    EXPECT_EQ(drive.read("C:\\FS\\Gauges\\g.gau"), GetParam() ? "" : "gauge");
+    for (const char* root : {"C:\\FS\\aircraft", "C:\\Hangar\\aircraft"})
+      EXPECT_FALSE(drive.exists(root + std::string("\\~SKVTransfer")));
+    EXPECT_NE(app.frmMain.lblStatus.notice, "");
+  }
+  // The first line of each list.
+  const std::string others =
+      "Plane\x01"
+      "C:\\FS\\aircraft\\plane\\\r\nOther\x01"
+      "C:\\Hangar\\aircraft\\other\\\r\n";
+  std::string source, target, listFile, line;
+  int before = 0;
+};
+
+TEST_P(InterruptedTransferTest, WhatFailsIsToldMarksNothingAndIsFinishedByTheNext) {
+  int struck = 0;
+  for (const int error : {err::diskFull, err::deviceIo}) {
+    for (int call = 1; call < 100; ++call) {
+      SCOPED_TRACE("call " + std::to_string(call));
+      start();
+      const Tree kept = drive.tree(source);
+      files.failAt(call, error);
+      press();
+      if (!files.heal()) break;
+      ++struck;
+      EXPECT_EQ(drive.tree(source), kept);
+      if (!windows.boxes.empty()) {
+        EXPECT_EQ(drive.read(listFile), others);
+        EXPECT_EQ(list.smallIcon(1), before);
+        EXPECT_EQ(app.frmMain.lblStatus.notice, "");
+        EXPECT_TRUE(!drive.exists(target) || whole()) << "no half aircraft under its name";
+      } else {
+        expectDone("told as a success");
+      }
+      press();
+      expectDone("the second try");
+    }
+  }
+  EXPECT_GT(struck, 10);
+}
+
+TEST_P(InterruptedTransferTest, WhatIsKilledIsFinishedByTheNext) {
+  for (int call = 1; call < 100; ++call) {
+    start();
+    files.killAt(call);
+    bool killed = false;
+    try {
+      press();
+    } catch (const test::Killed&) {
+      killed = true;
+    }
+    files.heal();
+    if (!killed) break;
+    EXPECT_TRUE(!drive.exists(target) || whole()) << call;
+    const std::string stage = target.substr(0, target.rfind('\\')) + "\\~SKVTransfer";
+    drive.write(stage + "\\half", "what a process that is gone cannot take away");
+    if (call % 2 == 0) {
+      clearUnfinishedTransfers(app);
+      EXPECT_FALSE(drive.exists(stage));
+    }
+    press();
+    expectDone("after a kill at " + std::to_string(call));
+  }
+}
+
+TEST_P(InterruptedTransferTest, WhatCannotBeReadIsNotTakenForMissing) {
+  const auto refused = [this](const char* call, const std::string& path) {
+    start();
+    files.failWhen(call, path, err::deviceIo);
+    press();
+    EXPECT_TRUE(files.heal()) << call << path;
+    EXPECT_EQ(windows.boxes.size(), 1U) << call << path;
+    EXPECT_EQ(drive.read(listFile), others) << call << path;
+    EXPECT_EQ(list.smallIcon(1), before) << call << path;
+    EXPECT_EQ(app.frmMain.lblStatus.notice, "");
+  };
+  refused("readFile", listFile);
+  refused("attributes", source);
+  refused("attributes", target);
+  refused("list", source);
+  refused("flushDisk", "");
+  refused("copyFile", source + "\\aircraft.cfg");
+  EXPECT_FALSE(drive.exists(target));
+}
+
+TEST_P(InterruptedTransferTest, AStopLeavesNothing) {
+  windows.onYield = [this] {
+    EXPECT_FALSE(app.frmMain.enabled);
+    EXPECT_EQ(windows.pointers.back(), ui::Pointer::hourglass);
+    app.stopRequested = true;
+  };
+  press();
+  windows.onYield = nullptr;
+  EXPECT_FALSE(drive.exists(target));
+  EXPECT_EQ(drive.read(listFile), others);
+  EXPECT_EQ(list.smallIcon(1), before);
+  EXPECT_EQ(windows.boxTexts(), Tree{});
+  EXPECT_TRUE(app.frmMain.lblStatus.notice.get().starts_with("Stopped"));
+  press();
+  expectDone("the wish to stop is forgotten");
+}
+
+INSTANTIATE_TEST_SUITE_P(Both, InterruptedTransferTest, ::testing::Bool());
+
+TEST_F(HangarTransferTest, TellsHowManyFilesAndWritesALineThatIsMissing) {
+  press();
+  EXPECT_EQ(app.frmMain.lblStatus.notice, "Plane copied to the Hangar: 2 files");
+  // Listed in other letters, and without the backslash.
+  drive.write("C:\\Hangar\\SKV_AC.lst",
+              "P\x01"
+              "c:\\hangar\\AIRCRAFT\\Plane\r\n");
+  press();
+  EXPECT_EQ(drive.read("C:\\Hangar\\SKV_AC.lst"),
+            "P\x01"
+            "c:\\hangar\\AIRCRAFT\\Plane\r\n");
+  drive.write("C:\\Hangar\\SKV_AC.lst", "");
+  press();
+  EXPECT_EQ(drive.read("C:\\Hangar\\SKV_AC.lst"),
+            "Plane\x01"
+            "C:\\Hangar\\aircraft\\plane\\\r\n");
+}
+
+TEST_F(HangarTransferTest, ARowMayNotSpreadAStore) {
+  const Tree before = drive.tree("C:\\");
+  for (const char* folder : {"C:\\FS\\", "C:\\", "C:\\FS\\aircraft\\", "C:\\FS\\Gauges\\",
+                             "C:\\FS\\aircraft\\x\\..\\plane\\"}) {
+    list.clear();
+    list.add("odd", {folder});
+    list.select(1);
+    windows.boxes.clear();
+    press();
+    EXPECT_EQ(drive.tree("C:\\"), before) << folder;
+    EXPECT_EQ(windows.boxes.size(), 1U) << folder;
+  }
+  mnuViewFSAircraft_Click(app);
+  ASSERT_TRUE(disk.makeFolder("C:\\Hangar").ok() && disk.makeFolder("C:\\Hangar\\Aircraft").ok());
+  drive.link("C:\\Hangar\\Aircraft\\plane", "C:\\FS");
+  press();
+  EXPECT_FALSE(drive.exists("C:\\FS\\aircraft.cfg"));
+}
+
+TEST_F(HangarTransferTest, ARowThatLeadsToTheTargetItselfHasNothingToCopy) {
+  drive.write("C:\\Hangar\\SKV_AC.lst",
+              "Plane\x01"
+              "C:\\FS\\aircraft\\plane\\\r\n");
+  drive.write("C:\\Hangar\\Main\\plane\\Gauges\\p.gau", "p");
+  mnuViewHangar_Click(app);
+  press();
+  EXPECT_EQ(drive.read("C:\\FS\\aircraft\\plane\\panel\\panel.cfg"), "old");
+  EXPECT_EQ(drive.read("C:\\FS\\Gauges\\p.gau"), "p");
+  EXPECT_EQ(windows.boxTexts(), Tree{});
+}
+
+TEST_F(HangarTransferTest, AWorkingFolderThatIsALinkStopsAPackage) {
+  sample::writeZip(disk.nativePath("C:\\Packs\\h.zip").value(),
+                   {{"Aircraft/aircraft.cfg", "packed"}});
+  drive.remove("C:\\Temp\\SKVInstallTemp");
+  drive.write("C:\\data\\sub\\file", "kept");
+  drive.link("C:\\Temp\\SKVInstallTemp", "C:\\data");
+  hangarRow("h");
+  press();
+  EXPECT_EQ(drive.tree("C:\\data"), (Tree{"sub\\", "sub\\file"}));
+  EXPECT_EQ(windows.boxes.size(), 1U);
+  EXPECT_FALSE(drive.exists("C:\\FS\\aircraft\\h"));
 }
 
 }  // namespace

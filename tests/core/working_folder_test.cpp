@@ -5,10 +5,14 @@
 namespace skv {
 namespace {
 
-using WorkingFolderTest = test::ProgramTest;
+using Tree = std::vector<std::string>;
+
+class WorkingFolderTest : public test::ProgramTest {
+ protected:
+  const std::string temp = "C:\\Temp\\SKVInstallTemp\\";
+};
 
 TEST_F(WorkingFolderTest, GoesWithWhatIsHiddenAndWithNothingBehindLinks) {
-  const std::string temp = "C:\\Temp\\SKVInstallTemp\\";
   drive.write(temp + "mailed.zip", "m");
   drive.write(temp + "1.5\\plane\\.DS_Store", "");
   drive.write(temp + "1.5\\__MACOSX\\plane\\._a.bmp", "a");
@@ -16,12 +20,50 @@ TEST_F(WorkingFolderTest, GoesWithWhatIsHiddenAndWithNothingBehindLinks) {
   drive.write("C:\\FS\\aircraft\\.hidden", "h");
   drive.link(temp + "1.5\\plane\\.link", "C:\\FS\\aircraft");
   drive.link(temp + "link", "C:\\FS\\aircraft");
-  clearWorkingFolders(app);
-  EXPECT_EQ(drive.tree(temp), std::vector<std::string>{"mailed.zip"});
+  app.stopRequested = true;  // cleaning up goes on
+  EXPECT_TRUE(clearWorkingFolders(app).ok());
+  EXPECT_EQ(drive.tree(temp), Tree{"mailed.zip"});
   drive.write(temp + ".hidden", "");
   emptyWorkingFolder(app);
   EXPECT_TRUE(drive.tree(temp).empty());
   EXPECT_TRUE(drive.exists("C:\\FS\\aircraft\\.hidden"));
+  drive.remove(temp);
+  EXPECT_TRUE(prepareWorkingFolder(app).ok());
+  EXPECT_TRUE(drive.exists(temp));
+}
+
+TEST_F(WorkingFolderTest, IsRefusedWhereItsContentIsNotTheProgramsOwn) {
+  const auto refused = [this](const char* what) {
+    const Tree before = drive.tree("C:\\");
+    EXPECT_FALSE(prepareWorkingFolder(app).ok()) << what;
+    EXPECT_FALSE(clearWorkingFolders(app).ok()) << what;
+    emptyWorkingFolder(app);
+    files.heal();
+    EXPECT_EQ(drive.tree("C:\\"), before) << what;
+  };
+  drive.write(temp + "sub\\file", "kept");
+  files.failWhen("isLink", temp, err::deviceIo);
+  refused("a folder of which the disk does not tell");
+  app.HangarDir = temp + "Hangar\\";
+  refused("a folder with a store in it");
+  app.HangarDir = "C:\\Hangar\\";
+  drive.remove("C:\\Temp\\SKVInstallTemp");
+  drive.write("C:\\data\\sub\\file", "kept");
+  drive.link("C:\\Temp\\SKVInstallTemp", "C:\\data");
+  refused("a link");
+  EXPECT_EQ(drive.read("C:\\data\\sub\\file"), "kept");
+  drive.remove("C:\\Temp\\SKVInstallTemp");
+  drive.write("C:\\Temp\\SKVInstallTemp", "a file");
+  refused("a file");
+}
+
+TEST_F(WorkingFolderTest, WhatAFailedJobLeftMustGoBeforeTheNext) {
+  drive.write(temp + "1.5\\aircraft.cfg", "of another");
+  files.failWhen("deleteFile", temp + "1.5\\aircraft.cfg", err::deviceIo);
+  EXPECT_FALSE(clearWorkingFolders(app).ok());
+  files.heal();
+  files.failWhen("list", temp, err::deviceIo);
+  EXPECT_FALSE(clearWorkingFolders(app).ok());
 }
 
 }  // namespace

@@ -1,0 +1,38 @@
+// The folder in which an aircraft arrives, below the aircraft root of the simulator or the Hangar.
+#pragma once
+
+#include <string>
+
+#include "core/app.h"
+
+namespace skv {
+
+// Where an aircraft of that name stands, this is its folder, which is then brought up to date. A
+// new one arrives under a name of the program's own, and what did not settle() goes again, with the
+// object or at the next arrival: so a folder with an aircraft's name is never half of one.
+class LandingFolder {
+ public:
+  // `aircraftRoot` ends in a backslash and stands.
+  LandingFolder(App& app, std::string aircraftRoot, const std::string& folderName);
+  ~LandingFolder();
+  LandingFolder(const LandingFolder&) = delete;
+  LandingFolder& operator=(const LandingFolder&) = delete;
+
+  // Fails where nothing may be put, or the disk does not tell. Nothing is left behind then.
+  Outcome open();
+  // To copy to, with trailing backslash.
+  const std::string& path() const { return path_; }
+  // When all is there: puts it on the disk and gives the folder its true name.
+  Outcome settle();
+
+  // Removes what an arrival that was killed has left.
+  static Outcome clear(App& app, const std::string& aircraftRoot);
+
+ private:
+  App& app_;
+  const std::string root_, target_;
+  std::string path_;
+  bool staged_ = false;
+};
+
+}  // namespace skv
