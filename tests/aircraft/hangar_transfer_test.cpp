@@ -183,11 +183,14 @@ class InterruptedTransferTest : public HangarTransferTest,
     app.frmMain.lblStatus.notice = "";
   }
   bool whole() { return drive.tree(target) == drive.tree(source) && drive.exists(target); }
-  void expectDone(const std::string& what) {
-    SCOPED_TRACE(what);
+  void expectCopied() {
     EXPECT_EQ(drive.tree(target), drive.tree(source));
     for (const std::string& name : drive.tree(source))
       EXPECT_EQ(drive.read(target + "\\" + name), drive.read(source + "\\" + name));
+  }
+  void expectDone(const std::string& what) {
+    SCOPED_TRACE(what);
+    expectCopied();
     EXPECT_EQ(drive.read(listFile), others + line);
     EXPECT_EQ(list.smallIcon(1), 6);
     EXPECT_EQ(drive.read("C:\\FS\\Gauges\\g.gau"), GetParam() ? "" : "gauge");
@@ -206,12 +209,15 @@ class InterruptedTransferTest : public HangarTransferTest,
 
 TEST_P(InterruptedTransferTest, WhatFailsIsToldMarksNothingAndIsFinishedByTheNext) {
   int struck = 0;
-  for (const int error : {err::diskFull, err::deviceIo}) {
-    for (int call = 1; call < 100; ++call) {
-      SCOPED_TRACE("call " + std::to_string(call));
+  for (const bool reads : {false, true}) {
+    for (int call = 1; call < 300; ++call) {
+      SCOPED_TRACE((reads ? "read " : "write ") + std::to_string(call));
       start();
       const Tree kept = drive.tree(source);
-      files.failAt(call, error);
+      if (reads)
+        files.failReadAt(call, err::deviceIo);
+      else
+        files.failAt(call, err::diskFull);
       press();
       if (!files.heal()) break;
       ++struck;
@@ -252,6 +258,29 @@ TEST_P(InterruptedTransferTest, WhatIsKilledIsFinishedByTheNext) {
     }
     press();
     expectDone("after a kill at " + std::to_string(call));
+  }
+}
+
+TEST_P(InterruptedTransferTest, APowerCutLeavesNoLineForWhatIsNotOnTheDisk) {
+  using Lost = test::FaultyFileSystem::Lost;
+  for (const Lost lost : {Lost::contents, Lost::files}) {
+    for (int call = 1; call < 100; ++call) {
+      SCOPED_TRACE(call);
+      start();
+      files.killAt(call);
+      bool killed = false;
+      try {
+        press();
+      } catch (const test::Killed&) {
+        killed = true;
+      }
+      files.heal();
+      files.powerCut(lost);
+      if (drive.read(listFile) != others) expectCopied();
+      press();
+      expectDone("the second try");
+      if (!killed) break;
+    }
   }
 }
 

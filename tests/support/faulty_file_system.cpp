@@ -99,8 +99,11 @@ void FaultyFileSystem::powerCut(Lost lost) {
     if (lost == Lost::files && !state.before) {
       std::filesystem::remove(place);
     } else if (lost == Lost::files || state.content) {
+      // A name and a time of last change are written together, before the content.
+      const auto time = std::filesystem::last_write_time(place);
       std::ofstream(place, std::ios::binary | std::ios::trunc)
           << (lost == Lost::files ? *state.before : "");
+      std::filesystem::last_write_time(place, time);
     }
   }
   unflushed_.clear();
