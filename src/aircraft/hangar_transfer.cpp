@@ -196,9 +196,4 @@ void btnHangar_Click(App& app) {
   app.frmMain.lblStatus.caption = "";
 }
 
-void clearUnfinishedTransfers(App& app) {
-  for (const std::string& root : {app.FSRoot, app.HangarDir})
-    if (!root.empty()) LandingFolder::clear(app, aircraftRootOf(root)).skipped();
-}
-
 }  // namespace skv

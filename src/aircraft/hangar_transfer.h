@@ -9,8 +9,8 @@
 //
 // A Package holds the same layout without the aircraft's name: Aircraft\..., Main\Gauges\...
 //
-// A new aircraft is copied under a name of the program's own, and gets its true one when it is
-// whole and on the disk. The line in the other view's list and the place icon come after that.
+// A new aircraft is copied into a StagedFolder. The line in the other view's list and the place
+// icon come after that.
 #pragma once
 
 #include "core/app.h"
@@ -20,8 +20,5 @@ namespace skv {
 // Carries the selected aircraft in the direction that the button's caption tells. A transfer that
 // has failed, or was killed, is finished by the next one.
 void btnHangar_Click(App& app);
-
-// Removes what a transfer that was killed has left.
-void clearUnfinishedTransfers(App& app);
 
 }  // namespace skv

@@ -4,16 +4,17 @@
 #include <string>
 
 #include "core/app.h"
+#include "core/staged_folder.h"
 
 namespace skv {
 
 // Where an aircraft of that name stands, this is its folder, which is then brought up to date. A
-// new one arrives under a name of the program's own, and what did not settle() goes again, with the
-// object or at the next arrival: so a folder with an aircraft's name is never half of one.
+// new one arrives in a StagedFolder, and what did not settle() goes again, with the object or at
+// the next arrival.
 class LandingFolder {
  public:
   // `aircraftRoot` ends in a backslash and stands.
-  LandingFolder(App& app, std::string aircraftRoot, const std::string& folderName);
+  LandingFolder(App& app, const std::string& aircraftRoot, const std::string& folderName);
   ~LandingFolder();
   LandingFolder(const LandingFolder&) = delete;
   LandingFolder& operator=(const LandingFolder&) = delete;
@@ -21,17 +22,14 @@ class LandingFolder {
   // Fails where nothing may be put, or the disk does not tell. Nothing is left behind then.
   Outcome open();
   // To copy to, with trailing backslash.
-  const std::string& path() const { return path_; }
+  std::string path() const { return staged_ ? stage_.path() + "\\" : target_; }
   // When all is there: puts it on the disk and gives the folder its true name.
   Outcome settle();
-
-  // Removes what an arrival that was killed has left.
-  static Outcome clear(App& app, const std::string& aircraftRoot);
 
  private:
   App& app_;
   const std::string root_, target_;
-  std::string path_;
+  StagedFolder stage_;
   bool staged_ = false;
 };
 

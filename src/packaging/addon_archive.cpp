@@ -8,11 +8,11 @@
 #include "core/folder_guard.h"
 #include "core/messages.h"
 #include "core/settings_keys.h"
+#include "core/staged_folder.h"
 #include "core/stores.h"
 #include "core/walktree.h"
 #include "core/working_folder.h"
 #include "packaging/addon_name.h"
-#include "packaging/staged_folder.h"
 
 namespace skv {
 
@@ -216,7 +216,7 @@ void AddonArchive::giveUp() {
     app_.windows.messageBox(
         {"\"" + path_ + "\" cannot be found any more. What was unpacked of it stays in \"" +
              app_.InstallTempDir + "\" and in the folders \"" + StagedFolder::name + "\" below \"" +
-             store_.folder + "\" until the next installation or start of the program.",
+             store_.folder + "\" until the next installation, transfer or start of the program.",
          ui::BoxIcon::exclamation});
   }
   status("");

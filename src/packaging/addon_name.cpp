@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "base/text.h"
-#include "packaging/staged_folder.h"
+#include "core/staged_folder.h"
 
 namespace skv {
 

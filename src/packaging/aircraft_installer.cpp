@@ -13,11 +13,11 @@
 #include "core/long_operation.h"
 #include "core/messages.h"
 #include "core/profile.h"
+#include "core/staged_folder.h"
 #include "core/stores.h"
 #include "core/view.h"
 #include "core/walktree.h"
 #include "packaging/addon_archive.h"
-#include "packaging/staged_folder.h"
 
 namespace skv {
 
@@ -86,6 +86,7 @@ void Installation::run() {
 }
 
 bool Installation::makeFolders() {
+  for (const std::string& root : {acRoot(), mainRootOf(hangarDir_)}) MakePath(app_.files(), root);
   for (StagedFolder* folder : {&*aircraft_, &*main_})
     if (ReportError(app_, folder->make())) return false;
   for (const char* shared : sharedFolders)

@@ -4,11 +4,11 @@
 
 #include "aircraft/aircraft_cfg.h"
 #include "aircraft/aircraft_views.h"
-#include "aircraft/hangar_transfer.h"
 #include "base/paths.h"
 #include "core/disk_queries.h"
 #include "core/messages.h"
 #include "core/settings_keys.h"
+#include "core/staged_folder.h"
 #include "core/stores.h"
 #include "core/working_folder.h"
 #include "ui/dialogs/dir_select.h"
@@ -190,7 +190,7 @@ void Form_Load(App& app) {
   findSceneryPacksPath(app);
   moveOldLists(app);
   app.error.clear();
-  clearUnfinishedTransfers(app);
+  clearUnfinishedFolders(app);
   mnuViewFSAircraft_Click(app);
   restoreOrder(app);
   selectLastAircraft(app);

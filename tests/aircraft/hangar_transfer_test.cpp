@@ -1,5 +1,6 @@
 #include "aircraft/hangar_transfer.h"
 #include "aircraft/aircraft_views.h"
+#include "core/staged_folder.h"
 
 #include "sample/zip_file.h"
 #include "support/program_fixture.h"
@@ -162,7 +163,7 @@ class InterruptedTransferTest : public HangarTransferTest,
     source = toHangar ? "C:\\FS\\aircraft\\plane" : "C:\\Hangar\\aircraft\\h";
     target = toHangar ? "C:\\Hangar\\aircraft\\plane" : "C:\\FS\\aircraft\\h";
     listFile = toHangar ? "C:\\Hangar\\SKV_AC.lst" : "C:\\FS\\SKV_AC.lst";
-    stage = target.substr(0, target.rfind('\\')) + "\\~SKVTransfer";
+    stage = target.substr(0, target.rfind('\\')) + "\\~SKVUnfinished";
     line = (toHangar ? "Plane\x01" : "h\x01") + target + "\\\r\n";
     start();
   }
@@ -197,7 +198,7 @@ class InterruptedTransferTest : public HangarTransferTest,
     EXPECT_EQ(list.smallIcon(1), 6);
     EXPECT_EQ(drive.read("C:\\FS\\Gauges\\g.gau"), GetParam() ? "" : "gauge");
     for (const char* root : {"C:\\FS\\aircraft", "C:\\Hangar\\aircraft"})
-      EXPECT_FALSE(drive.exists(root + std::string("\\~SKVTransfer")));
+      EXPECT_FALSE(drive.exists(root + std::string("\\~SKVUnfinished")));
     EXPECT_NE(app.frmMain.lblStatus.notice, "");
   }
   // The first line of each list.
@@ -255,7 +256,7 @@ TEST_P(InterruptedTransferTest, WhatIsKilledIsFinishedByTheNext) {
     EXPECT_TRUE(!drive.exists(target) || whole()) << call;
     drive.write(stage + "\\half", "what a process that is gone cannot take away");
     if (call % 2 == 0) {
-      clearUnfinishedTransfers(app);
+      clearUnfinishedFolders(app);
       EXPECT_FALSE(drive.exists(stage));
     }
     press();

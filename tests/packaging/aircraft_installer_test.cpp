@@ -197,7 +197,7 @@ TEST_F(InstallerTest, NamesThatCannotBeAreRefusedAndTheNearestOneOffered) {
       {".hidden", "hides", "_hidden"},
       {"..", "hides", "_"},
       {std::string(300, 'x'), "too long", std::string(228, 'x')},
-      {"~SKVinstall", "for itself", "_~SKVinstall"},
+      {"~SKVunfinished", "for itself", "_~SKVunfinished"},
   };
   zip({{"aircraft.cfg", "no title"}});
   Tree expected;
@@ -393,7 +393,7 @@ TEST_F(InstallerTest, TheLastCopyStaysWhenTheArchiveHasGoneMeanwhile) {
   ASSERT_EQ(windows.boxes.size(), 2U);
   EXPECT_NE(windows.boxes[1].text.find("stays in \"C:\\Temp\\SKVInstallTemp\\\""),
             std::string::npos);
-  EXPECT_EQ(drive.read("C:\\Hangar\\aircraft\\~SKVInstall\\aircraft.cfg"), cfg);
+  EXPECT_EQ(drive.read("C:\\Hangar\\aircraft\\~SKVUnfinished\\aircraft.cfg"), cfg);
   EXPECT_EQ(app.frmMain.lstAircraft.count(), 0);
 }
 
