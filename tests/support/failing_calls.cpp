@@ -2,8 +2,6 @@
 
 #include <linux/filter.h>
 #include <linux/seccomp.h>
-#include <sched.h>
-#include <sys/mount.h>
 #include <sys/prctl.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -52,17 +50,6 @@ std::optional<std::string> withFailingCalls(const std::vector<long>& calls, int 
     sock_fprog program{static_cast<unsigned short>(filter.size()), filter.data()};
     return ::prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0) == 0 &&
            ::prctl(PR_SET_SECCOMP, SECCOMP_MODE_FILTER, &program) == 0;
-  };
-  return inChild(prepare, work);
-}
-
-std::optional<std::string> withSmallDisk(const std::string& folder, std::size_t bytes,
-                                         const std::function<std::string()>& work) {
-  const auto prepare = [&] {
-    if (::unshare(CLONE_NEWNS) != 0 && ::unshare(CLONE_NEWUSER | CLONE_NEWNS) != 0) return false;
-    const std::string size = "size=" + std::to_string(bytes);
-    return ::mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0 &&
-           ::mount("small", folder.c_str(), "tmpfs", 0, size.c_str()) == 0;
   };
   return inChild(prepare, work);
 }

@@ -1,4 +1,4 @@
-// A process of its own in which the system's calls fail, or which stands on a disk of its own.
+// A process of its own in which the system's calls fail.
 #pragma once
 
 #include <functional>
@@ -13,9 +13,5 @@ namespace skv::test {
 // and its expectations do not count.
 std::optional<std::string> withFailingCalls(const std::vector<long>& calls, int error,
                                             const std::function<std::string()>& work);
-
-// The same with a disk in memory of so many bytes, mounted for that child alone at a native folder.
-std::optional<std::string> withSmallDisk(const std::string& folder, std::size_t bytes,
-                                         const std::function<std::string()>& work);
 
 }  // namespace skv::test

@@ -15,6 +15,8 @@ namespace skv::test {
 struct Killed {};
 
 class FaultyFileSystem : public FileSystem {
+  using Path = std::string_view;
+
  public:
   explicit FaultyFileSystem(FileSystem& real) : real_(real) {}
 
@@ -22,11 +24,9 @@ class FaultyFileSystem : public FileSystem {
   void failAt(int call, int error);
   // Throws Killed in place of that call.
   void killAt(int call);
-  // The same for the calls that only look: attributes, list, isLink (which then answers true),
-  // identity (which answers ""), canonicalPath, fileLength, modified, readFile and freeBytes. Both
-  // counts may run at once.
+  // The same for the calls that only look: isLink then answers true, identity "". Both counts may
+  // run at once.
   void failReadAt(int call, int error);
-  void killReadAt(int call);
   // Fails every call of an operation ("copyFile") on a path; "" is any path. The path is the first
   // argument, compared without regard to case and to a trailing backslash. The calls of a file's
   // writer are "write" and "commit", on the path it was created with.
@@ -41,11 +41,7 @@ class FaultyFileSystem : public FileSystem {
     contents,  // the name stands, the file is empty: a disk that writes names before contents
     files,     // the file is not there, or is the older one again that it has replaced
   };
-  // Operate, cut the power (at the end, or after killAt), then look at the drive as the next run of
-  // the program finds it:
-  //   files.killAt(n); try { operate(); } catch (const Killed&) {}
-  //   files.powerCut(FaultyFileSystem::Lost::contents);
-  // Run it with both losses. Deletions and renames are always on the disk: the worst for who
+  // Deletions and renames are always on the disk: the worst for who
   // deletes what is not yet flushed elsewhere. What a test or an engine writes past this object is
   // never lost.
   void powerCut(Lost lost);
@@ -56,65 +52,95 @@ class FaultyFileSystem : public FileSystem {
 
   std::optional<double> freeSpace;  // what freeBytes answers, when set
 
-  Result<Attributes> attributes(std::string_view path) const override;
-  Outcome setAttributes(std::string_view path, Attributes attributes) override;
-  Result<std::vector<FolderEntry>> list(std::string_view folder, Entries entries) const override;
-  bool isLink(std::string_view path) const override;
-  std::string identity(std::string_view folder) const override;
-  Result<std::string> canonicalPath(std::string_view folder) const override;
-  Outcome copyFile(std::string_view from, std::string_view to) override;
-  Outcome copyFileDurably(std::string_view from, std::string_view to) override;
+  Result<Attributes> attributes(Path path) const override {
+    return look("attributes", &FileSystem::attributes, path);
+  }
+  Outcome setAttributes(Path path, Attributes attributes) override {
+    return change("setAttributes", &FileSystem::setAttributes, path, attributes);
+  }
+  Result<std::vector<FolderEntry>> list(Path folder, Entries entries) const override {
+    return look("list", &FileSystem::list, folder, entries);
+  }
+  bool isLink(Path path) const override {
+    return !fault("isLink", path, false).ok() || real_.isLink(path);
+  }
+  std::string identity(Path folder) const override {
+    return fault("identity", folder, false).ok() ? real_.identity(folder) : std::string();
+  }
+  Result<std::string> canonicalPath(Path folder) const override {
+    return look("canonicalPath", &FileSystem::canonicalPath, folder);
+  }
+  Outcome copyFile(Path from, Path to) override;
+  Outcome copyFileDurably(Path from, Path to) override;
   // By the real one's threads, unless a fault is armed.
   void copyFiles(const std::vector<FileCopy>& copies,
                  const std::function<bool(const Outcome&)>& copied) override;
-  Outcome moveFile(std::string_view from, std::string_view to) override;
-  Outcome rename(std::string_view from, std::string_view to) override;
-  Outcome deleteFile(std::string_view path) override;
-  Outcome makeFolder(std::string_view path) override;
-  Outcome removeFolder(std::string_view path) override;
-  Result<std::uint64_t> fileLength(std::string_view path) const override;
-  Result<FileTime> modified(std::string_view path) const override;
-  Result<std::string> readFile(std::string_view path) const override;
-  Outcome replaceFile(std::string_view path, std::string_view content) override;
-  Result<std::unique_ptr<FileWriter>> createFile(std::string_view path) override;
-  Result<double> freeBytes(std::string_view path) const override;
-  Outcome flushDisk(std::string_view path) override;
+  Outcome moveFile(Path from, Path to) override;
+  Outcome rename(Path from, Path to) override;
+  Outcome deleteFile(Path path) override {
+    return change("deleteFile", &FileSystem::deleteFile, path);
+  }
+  Outcome makeFolder(Path path) override {
+    return change("makeFolder", &FileSystem::makeFolder, path);
+  }
+  Outcome removeFolder(Path path) override {
+    return change("removeFolder", &FileSystem::removeFolder, path);
+  }
+  Result<std::uint64_t> fileLength(Path path) const override {
+    return look("fileLength", &FileSystem::fileLength, path);
+  }
+  Result<FileTime> modified(Path path) const override {
+    return look("modified", &FileSystem::modified, path);
+  }
+  Result<std::string> readFile(Path path) const override {
+    return look("readFile", &FileSystem::readFile, path);
+  }
+  Outcome replaceFile(Path path, Path content) override;
+  Result<std::unique_ptr<FileWriter>> createFile(Path path) override;
+  Result<double> freeBytes(Path path) const override {
+    if (freeSpace) return *freeSpace;
+    return look("freeBytes", &FileSystem::freeBytes, path);
+  }
+  Outcome flushDisk(Path path) override;
   std::string currentFolder() const override { return real_.currentFolder(); }
-  Outcome setCurrentFolder(std::string_view path) override { return real_.setCurrentFolder(path); }
-  Result<std::string> nativePath(std::string_view path) const override {
-    return real_.nativePath(path);
-  }
-  std::string windowsPath(std::string_view native) const override {
-    return real_.windowsPath(native);
-  }
+  Outcome setCurrentFolder(Path path) override { return real_.setCurrentFolder(path); }
+  Result<std::string> nativePath(Path path) const override { return real_.nativePath(path); }
+  std::string windowsPath(Path native) const override { return real_.windowsPath(native); }
 
  private:
   class Writer;
-  struct Rule {
-    std::string operation, path;
-    int error;
-  };
+  template <class R, class... Rest>
+  R look(const char* operation, R (FileSystem::*call)(Path, Rest...) const, Path path,
+         Rest... rest) const {
+    if (Outcome failure = fault(operation, path, false); !failure.ok()) return failure;
+    return (real_.*call)(path, rest...);
+  }
+  template <class... Rest>
+  Outcome change(const char* operation, Outcome (FileSystem::*call)(Path, Rest...), Path path,
+                 Rest... rest) {
+    if (Outcome failure = fault(operation, path, true); !failure.ok()) return failure;
+    return (real_.*call)(path, rest...);
+  }
   struct Counted {
     int callsLeft = 0;  // until the fault; 0 is none
     int error = 0;      // 0 kills
   };
-  // A file that is not on the disk yet.
-  struct Unflushed {
-    bool content = false;                    // false when what replaced another was flushed
-    std::optional<std::string> before = {};  // what stands there on the disk
-  };
-  Outcome fault(const std::string& operation, std::string_view path, bool changes) const;
-  std::optional<std::string> contentOf(std::string_view path) const;
-  void made(std::string_view path, std::optional<std::string> before);
-  void flushed(std::string_view path);
-  void moved(const std::string& old, std::string_view to, bool replaces);
+  Outcome fault(const std::string& operation, Path path, bool changes) const;
+  std::optional<std::string> contentOf(Path path) const;
+  void made(Path path, std::optional<std::string> before);
+  Outcome flushed(Path path, Outcome written);
+  Outcome moved(const std::string& operation, Path from, Path to,
+                Outcome (FileSystem::*move)(Path, Path));
 
   FileSystem& real_;
   mutable std::mutex mutex_;  // an archive is packed and unpacked on several threads
-  std::optional<Rule> rule_;
+  std::string failing_;       // the operation of failWhen; "" is none
+  std::string failingPath_;
+  int error_ = 0;
   mutable Counted changes_, looks_;
   mutable bool struck_ = false;
-  std::map<std::string, Unflushed> unflushed_;  // by place on the machine
+  // By place on the machine, with what stands there on the disk.
+  std::map<std::string, std::optional<std::string>> unflushed_;
   mutable std::map<std::string, int> counts_;
 };
 
