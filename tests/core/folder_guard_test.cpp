@@ -26,58 +26,41 @@ class FolderGuardTest : public test::ProgramTest {
 };
 
 TEST_F(FolderGuardTest, OnlyAFolderOfItsOwnInItsStoreMayGo) {
-  struct Case {
-    const char* folder;
-    bool goes, takes;  // may be given up, may be filled
-  };
-  const Case cases[] = {
-      {"C:\\Hangar\\aircraft\\b737\\", true, true},
-      {"C:\\Hangar\\aircraft\\b737", true, true},
-      {"c:\\HANGAR\\Aircraft\\B737\\", true, true},
-      {"C:\\Hangar\\aircraft\\B747\\panel\\", true, true},
-      {"C:\\Hangar\\aircraft\\not there\\", true, true},
-      {"C:\\Hangar\\aircraft\\toBig\\", true, true},
-      {"C:\\Hangar\\aircraft\\toFS\\", true, false},  // only the link goes, but files follow it
-      {"", false, false},
-      {"\\", false, false},
-      {"C:\\", false, false},
-      {"C:", false, false},
-      {"b737\\", false, false},
-      {"C:\\Hangar\\aircraft\\", false, false},
-      {"C:\\Hangar\\", false, false},
-      {"C:\\Hangar\\aircraftb737\\", false, false},
-      {"C:\\Hangar\\aircraft\\.\\", false, false},
-      {"C:\\Hangar\\aircraft\\..\\", false, false},
-      {"C:\\Hangar\\aircraft\\b737\\..\\", false, false},
-      {"C:\\Hangar\\aircraft\\b737\\..\\..\\Main\\", false, false},
-      {"C:\\Hangar\\aircraft\\ . .\\", false, false},
-      {"C:\\Hangar\\aircraft\\\\", false, false},
-      {"C:\\Hangar\\aircraft/b737\\", false, false},
-      {"C:/Hangar/aircraft/b737/", false, false},
-      {"C:\\FS\\aircraft\\b737\\", false, false},
-      {"C:\\D\\Hangar\\aircraft\\b737\\", false, false},
-      {"C:\\Hangar\\aircraft\\away\\plane\\", false, false},
-      {"C:\\Hangar\\aircraft\\toFS\\aircraft\\", false, false},
-  };
-  for (const Case& each : cases) {
-    EXPECT_EQ(mayBeGivenUp(app, {each.folder, store}).ok(), each.goes) << each.folder;
-    EXPECT_EQ(mayBeFilled(app, {each.folder, store}).ok(), each.takes) << each.folder;
-  }
+  const auto goes = [&](const std::string& path) { return mayBeGivenUp(app, {path, store}).ok(); };
+  const auto takes = [&](const std::string& path) { return mayBeFilled(app, {path, store}).ok(); };
+  for (const char* own : {"C:\\Hangar\\aircraft\\b737\\", "C:\\Hangar\\aircraft\\b737",
+                          "c:\\HANGAR\\Aircraft\\B737\\", "C:\\Hangar\\aircraft\\B747\\panel\\",
+                          "C:\\Hangar\\aircraft\\not there\\", "C:\\Hangar\\aircraft\\toBig\\"})
+    EXPECT_TRUE(goes(own) && takes(own)) << own;
+  std::vector<std::string> others = {"",
+                                     "\\",
+                                     "C:\\",
+                                     "C:",
+                                     "b737\\",
+                                     "C:\\Hangar\\",
+                                     "C:\\Hangar\\aircraftb737\\",
+                                     "C:/Hangar/aircraft/b737/",
+                                     "C:\\FS\\aircraft\\b737\\",
+                                     "C:\\D\\Hangar\\aircraft\\b737\\",
+                                     "C:\\Hangar\\aircraft/b737\\"};
+  for (const char* inStore : {"", ".\\", "..\\", "b737\\..\\", "b737\\..\\..\\Main\\", " . .\\",
+                              "\\", "/b737\\", "away\\plane\\", "toFS\\aircraft\\"})
+    others.push_back(store + inStore);
+  for (const std::string& other : others) EXPECT_FALSE(goes(other) || takes(other)) << other;
+  const char* toFS = "C:\\Hangar\\aircraft\\toFS\\";
+  EXPECT_TRUE(goes(toFS) && !takes(toFS)) << "only the link goes, but files follow it";
   EXPECT_FALSE(mayBeGivenUp(app, {"C:\\Hangar\\aircraft\\b737\\", ""}).ok());
   EXPECT_EQ(mayBeGivenUp(app, {"C:\\FS\\", store}).description(),
             "\"C:\\FS\\\" does not lie in \"C:\\Hangar\\aircraft\\\".");
 }
 
 TEST_F(FolderGuardTest, WhatIsKeptIsFoundByPathAndByPlace) {
-  const auto may = [this](const std::string& folder) {
-    return mayBeCopied(app, folder).ok() || mayBeEmptied(app, folder).ok();
-  };
   drive.link("C:\\linked", "C:\\Lib\\Scenery");
   for (const char* kept :
        {"C:\\FS\\", "C:\\fs\\Aircraft\\", "C:\\FS\\Gauges\\", "C:\\Hangar\\", "C:\\Hangar\\Main\\",
         "C:\\Packs\\", "C:\\Lib\\", "C:\\Lib\\Scenery\\", "C:\\Home\\", "C:\\Home\\me\\",
         "C:\\Program\\", "C:\\Temp\\", "C:\\", "C:\\D\\Hangar\\aircraft\\"})
-    EXPECT_FALSE(may(kept)) << kept;
+    EXPECT_FALSE(mayBeCopied(app, kept).ok() || mayBeEmptied(app, kept).ok()) << kept;
   EXPECT_TRUE(mayBeCopied(app, "C:\\Big\\").ok());
   EXPECT_TRUE(mayBeEmptied(app, app.InstallTempDir).ok());
   EXPECT_TRUE(mayBeCopied(app, "C:\\Hangar\\aircraft\\toBig\\").ok());

@@ -98,8 +98,8 @@ class FaultyFileSystem : public FileSystem {
   Outcome replaceFile(Path path, Path content) override;
   Result<std::unique_ptr<FileWriter>> createFile(Path path) override;
   Result<double> freeBytes(Path path) const override {
-    if (freeSpace) return *freeSpace;
-    return look("freeBytes", &FileSystem::freeBytes, path);
+    if (Outcome failure = fault("freeBytes", path, false); !failure.ok()) return failure;
+    return freeSpace ? *freeSpace : real_.freeBytes(path);
   }
   Outcome flushDisk(Path path) override;
   std::string currentFolder() const override { return real_.currentFolder(); }

@@ -23,16 +23,23 @@ using test::Variable;
 class DesktopShellTest : public ::testing::Test {
  protected:
   std::string native(const std::string& path) const { return drive.native() + "/" + path; }
-  // A program of the desktop: a script that tells its arguments in a file.
+  // A program of the desktop.
   void program(const std::string& name, const std::string& script) {
     drive.write("C:\\bin\\" + name, "#!/bin/sh\n" + script + "\n");
     fs::permissions(native("bin/" + name), fs::perms::owner_all);
   }
-  // What a program that was started has written, once it has.
-  std::string told(const std::string& file) const {
-    for (int i = 0; i < 500 && !drive.exists("C:\\" + file); ++i)
+  // One that tells a text of the shell in C:\told, whole when it is there.
+  void teller(const std::string& name, const std::string& text, const std::string& then = "") {
+    program(name, "echo \"" + text + "\" > '" + native("t") + "'; /bin/mv '" + native("t") + "' '" +
+                      native("told") + "'" + then);
+  }
+  // What was told since the last look, waited for.
+  std::string told() const {
+    for (int i = 0; i < 500 && !drive.exists("C:\\told"); ++i)
       std::this_thread::sleep_for(std::chrono::milliseconds(10));
-    return drive.read("C:\\" + file);
+    std::string text = drive.read("C:\\told");
+    drive.remove("C:\\told");
+    return text;
   }
 
   test::TemporaryDrive drive;
@@ -44,27 +51,24 @@ TEST_F(DesktopShellTest, OpeningTellsWhatTheDesktopTells) {
   DesktopShell shell(disk);
   drive.write("C:\\Docs\\a b;$(x).doc", "");
   EXPECT_EQ(shell.open("C:\\docs\\A b;$(x).doc"), 31) << "no opener";
-  program("xdg-open", "echo \"$#:$1\" > '" + native("told.tmp") + "'; /bin/mv '" +
-                          native("told.tmp") + "' '" + native("told") + "'");
+  teller("xdg-open", "$#:$1");
   EXPECT_EQ(shell.open("C:\\docs\\A b;$(x).doc"), 33);
-  EXPECT_EQ(told("told"), "1:" + native("Docs/a b;$(x).doc") + "\n");
-  drive.remove("C:\\told");
+  EXPECT_EQ(told(), "1:" + native("Docs/a b;$(x).doc") + "\n");
   EXPECT_EQ(shell.open("http://example.org/?a=b&c"), 33);
-  EXPECT_EQ(told("told"), "1:http://example.org/?a=b&c\n");
+  EXPECT_EQ(told(), "1:http://example.org/?a=b&c\n");
   EXPECT_EQ(shell.open("C:\\docs\\none.doc"), 2);
   EXPECT_EQ(shell.open("C:\\none\\none.doc"), 3);
   program("xdg-open", "exit 3");
   EXPECT_EQ(shell.open("C:\\docs\\a b;$(x).doc"), 31);
 
   // An opener that stays neither keeps this program waiting nor its lock.
-  program("xdg-open", "echo $$ > '" + native("pid.tmp") + "'; /bin/mv '" + native("pid.tmp") +
-                          "' '" + native("pid") + "'; exec /bin/sleep 100");
+  teller("xdg-open", "$$", "; exec /bin/sleep 100");
   std::optional<Result<SingleInstance>> run = SingleInstance::acquire(native("run"));
   ASSERT_TRUE(run->ok());
   EXPECT_EQ(shell.open("mailto:a@b"), 33);
   run.reset();
   EXPECT_TRUE(SingleInstance::acquire(native("run")).ok());
-  EXPECT_EQ(::kill(std::stoi(told("pid")), SIGKILL), 0);
+  EXPECT_EQ(::kill(std::stoi(told()), SIGKILL), 0);
   EXPECT_EQ(::waitpid(-1, nullptr, WNOHANG), -1) << "no child is left behind";
 }
 
@@ -73,20 +77,15 @@ TEST_F(DesktopShellTest, TheTextEditorIsTheDesktops) {
   const Variable others("XDG_DATA_DIRS", "/nowhere");
   DesktopShell shell(disk);
   EXPECT_EQ(shell.editText("C:\\FS\\Aircraft.cfg").number(), err::fileNotFound);
-  const auto editor = [&](const std::string& name) {
-    program(name, "echo \"" + name + " $@\" > '" + native("t") + "'; /bin/mv '" + native("t") +
-                      "' '" + native("told") + "'");
-  };
-  editor("kate");
+  teller("kate", "kate $@");
   EXPECT_TRUE(shell.editText("C:\\FS\\Aircraft.cfg").ok()) << "whether the file is there or not";
-  EXPECT_EQ(told("told"), "kate " + native("FS/Aircraft.cfg") + "\n");
-  drive.remove("C:\\told");
-  editor("edit");
+  EXPECT_EQ(told(), "kate " + native("FS/Aircraft.cfg") + "\n");
+  teller("edit", "edit $@");
   program("xdg-mime", "echo my.desktop");
   drive.write("C:\\share\\applications\\my.desktop",
               "[Desktop Action new]\nExec=kate\n[Desktop Entry]\nExec=edit --new %f\n");
   EXPECT_TRUE(shell.editText("C:\\FS\\Aircraft.cfg").ok());
-  EXPECT_EQ(told("told"), "edit --new " + native("FS/Aircraft.cfg") + "\n");
+  EXPECT_EQ(told(), "edit --new " + native("FS/Aircraft.cfg") + "\n");
 }
 
 TEST(DesktopCommandTest, FieldCodesGiveWayToTheFile) {

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <utility>
 
 namespace skv {
 namespace {
@@ -14,10 +15,7 @@ std::string bytes(std::initializer_list<int> values) {
 }
 
 TEST(DosAttributesTest, ReadsTheFormsOfWineAndSamba) {
-  const struct {
-    std::string stored;
-    unsigned bits;
-  } values[] = {
+  const std::pair<std::string, unsigned> values[] = {
       {"0x22", dos::hidden | dos::archive},
       {"0x6", dos::hidden | dos::system},
       {std::string("0x2\0", 4), dos::hidden},
