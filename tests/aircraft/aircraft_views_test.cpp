@@ -7,8 +7,10 @@
 namespace skv {
 namespace {
 
+using test::holds;
+
 std::string line(const std::string& name, const std::string& root) {
-  return name + "\x01" + root + "aircraft\\" + name + "\\\r\n";
+  return test::line(name, root + "aircraft\\" + name + "\\");
 }
 
 class AircraftViewsTest : public test::ProgramTest {
@@ -32,9 +34,17 @@ class AircraftViewsTest : public test::ProgramTest {
   void expectWholly(View view) {
     EXPECT_EQ(form.mnuViewFSAircraft.checked, view == View::fsAircraft);
     EXPECT_EQ(form.mnuViewHangar.checked, view == View::hangar);
-    EXPECT_EQ(form.frameScenery.visible, view == View::scenery);
-    EXPECT_EQ(form.frameAircraft.visible, view != View::scenery);
+    EXPECT_EQ(form.mnuViewFSScenery.checked, view == View::scenery);
+    const bool aircraft = view != View::scenery;
+    EXPECT_EQ(form.frameScenery.visible, !aircraft);
+    EXPECT_EQ(form.mnuFileInstallSC.enabled, !aircraft);
+    for (const ui::Control* frame : {&form.frameAircraft, &form.frameAddon})
+      EXPECT_EQ(frame->visible, aircraft);
+    for (const ui::Control* entry :
+         {&form.mnuFileInstallAC, &form.mnuFileImportAC, &form.mnuViewCfg})
+      EXPECT_EQ(entry->enabled, aircraft) << entry->name();
     const bool hangar = app.aircraftView == View::hangar;
+    EXPECT_EQ(form.frameAircraft.caption, hangar ? "Aircraft: HANGAR" : "Aircraft: FS 2002");
     EXPECT_EQ(form.btnHangar.caption, hangar ? "To FS2002..." : "To Hangar...");
     EXPECT_EQ(form.mnuListHangar.caption, form.btnHangar.caption.get());
     EXPECT_EQ(app.ListDir, hangar ? "C:\\Hangar\\" : "C:\\FS\\");
@@ -62,11 +72,13 @@ TEST_F(AircraftViewsTest, EachViewKeepsItsAircraft) {
   mnuViewFSAircraft_Click(app);
   EXPECT_EQ(list.text(list.selected()), "e");
   EXPECT_EQ(form.txtACTitle.text, "e");
-  drive.write("C:\\FS\\SKV_AC.lst", line("a", "C:\\FS\\") + line("b", "C:\\FS\\"));
   list.select(2);
   drive.write("C:\\FS\\SKV_AC.lst", line("c", "C:\\FS\\") + line("d", "C:\\FS\\"));
   mnuViewFSAircraft_Click(app);
   EXPECT_EQ(list.selected(), 2);
+  drive.write("C:\\FS\\SKV_AC.lst", line("a", "C:\\FS\\"));
+  mnuViewFSAircraft_Click(app);
+  EXPECT_EQ(list.selected(), 1);
 }
 
 TEST_F(AircraftViewsTest, AReloadKeepsTheAircraftAndItsTabs) {
@@ -97,9 +109,8 @@ TEST_F(AircraftViewsTest, EditsAreAskedAboutBeforeTheViewGoes) {
   select(2);
   form.txtACTitle.text = "mine";
   for (const Show& leave : ways) {
-    windows.boxes.clear();
     leave();
-    EXPECT_EQ(windows.boxTexts(), std::vector<std::string>{"Save the changes of \"b\"?"});
+    expectTold("Save the changes of \"b\"?");
     expectWholly(View::fsAircraft);
     EXPECT_EQ(list.selected(), 2);
     EXPECT_EQ(form.txtACTitle.text, "mine");
@@ -107,7 +118,7 @@ TEST_F(AircraftViewsTest, EditsAreAskedAboutBeforeTheViewGoes) {
   windows.answers = {ui::Answer::yes};
   form.mnuViewHangar.click();
   expectWholly(View::hangar);
-  EXPECT_NE(drive.read("C:\\FS\\aircraft\\b\\aircraft.cfg").find("title=mine"), std::string::npos);
+  EXPECT_TRUE(holds(drive.read("C:\\FS\\aircraft\\b\\aircraft.cfg"), "title=mine"));
 }
 
 // Whatever view is chosen while another is on its way, all on screen belongs together, during the
@@ -136,52 +147,63 @@ TEST_F(AircraftViewsTest, ASwitchInsideAnother) {
   }
 }
 
+TEST_F(AircraftViewsTest, DoubleClicksWalkThroughTheViews) {
+  mnuViewFSAircraft_Click(app);
+  form.frameAircraft.dblClick();
+  expectWholly(View::hangar);
+  form.frameAircraft.dblClick();
+  expectWholly(View::scenery);
+  form.frameScenery.dblClick();
+  expectWholly(View::fsAircraft);
+}
+
 TEST_F(AircraftViewsTest, NoHangarIsMadeInThePlaceOfOneOnADiskThatIsAway) {
   ASSERT_TRUE(disk.makeFolder("C:\\mount").ok());
-  for (const auto& [simulator, hangar] : {std::pair{"C:\\gone\\", "C:\\gone\\Hangar\\"},
-                                          {"C:\\FS\\", "Q:\\Hangar\\"},
-                                          {"C:\\FS\\", "C:\\mount\\Hangar\\"}}) {
+  const auto show = [this](const std::string& simulator, const std::string& hangar) {
     app.FSRoot = simulator;
     app.HangarDir = hangar;
     mnuViewHangar_Click(app);
+    return list.emptyText.get();
+  };
+  for (const auto& [simulator, hangar] : {std::pair{"C:\\gone\\", "C:\\gone\\Hangar\\"},
+                                          {"C:\\FS\\", "Q:\\Hangar\\"},
+                                          {"C:\\FS\\", "C:\\mount\\Hangar\\"}}) {
+    EXPECT_TRUE(holds(show(simulator, hangar), "is not there: " + std::string(hangar)));
+    EXPECT_TRUE(holds(list.emptyText, "F2"));
     EXPECT_FALSE(drive.exists("C:\\gone")) << hangar;
     EXPECT_EQ(drive.tree("C:\\mount"), std::vector<std::string>{});
-    EXPECT_NE(list.emptyText->find("is not there: " + std::string(hangar)), std::string::npos);
-    EXPECT_NE(list.emptyText->find("F2"), std::string::npos);
   }
-  app.HangarDir = "C:\\FS\\Hangar\\";
-  mnuViewHangar_Click(app);
-  EXPECT_EQ(drive.tree("C:\\FS\\Hangar"), (std::vector<std::string>{"Main\\", "aircraft\\"}));
-  EXPECT_NE(list.emptyText->find("The Hangar is empty."), std::string::npos);
+  for (const char* made : {"C:\\FS\\Hangar", "C:\\new\\Hangar"}) {
+    EXPECT_TRUE(holds(show("C:\\FS\\", made + std::string("\\")), "The Hangar is empty."));
+    EXPECT_EQ(drive.tree(made), (std::vector<std::string>{"Main\\", "aircraft\\"}));
+  }
   EXPECT_TRUE(windows.boxes.empty());
 }
 
 TEST_F(AircraftViewsTest, AnEmptyListSaysWhy) {
-  const auto shown = [this] {
+  const auto expectShown = [this](const std::string& text) {
     mnuViewFSAircraft_Click(app);
-    return form.lstAircraft.emptyText.get();
+    EXPECT_TRUE(holds(list.emptyText, text));
+    files.heal();
   };
   files.failWhen("readFile", "C:\\FS\\SKV_AC.lst", err::deviceIo);
-  EXPECT_NE(shown().find("could not be read"), std::string::npos);
-  files.heal();
+  expectShown("could not be read");
   drive.remove("C:\\FS\\SKV_AC.lst");
-  files.resetCounts();
-  EXPECT_EQ(shown().find("5 aircraft stand in the simulator"), 0U) << shown();
-  EXPECT_NE(shown().find("File, Import, Aircrafts will list"), std::string::npos);
+  expectShown("5 aircraft stand in the simulator");
+  expectShown("File, Import, Aircrafts will list");
   form.mnuFileImportAC.click = [] {};
-  EXPECT_NE(shown().find("File, Import, Aircrafts lists what is there."), std::string::npos);
-  EXPECT_NE(form.lstPanel.emptyText->find("File, Import, Panels"), std::string::npos);
+  expectShown("File, Import, Aircrafts lists what is there.");
+  EXPECT_TRUE(holds(form.lstPanel.emptyText, "File, Import, Panels"));
 
   files.failWhen("list", "C:\\FS\\aircraft\\", err::permissionDenied);
-  EXPECT_NE(shown().find("cannot be read: Permission denied"), std::string::npos);
-  files.heal();
+  expectShown("cannot be read: Permission denied");
   app.FSRoot = "C:\\Packs\\";
-  EXPECT_NE(shown().find("no aircraft folder in C:\\Packs\\"), std::string::npos);
+  expectShown("no aircraft folder in C:\\Packs\\");
   app.FSRoot = "C:\\gone\\";
-  EXPECT_NE(shown().find("The simulator's folder is not there: C:\\gone\\"), std::string::npos);
-  EXPECT_EQ(form.lstPanel.emptyText, form.lstAircraft.emptyText.get());
+  expectShown("The simulator's folder is not there: C:\\gone\\");
+  EXPECT_EQ(form.lstPanel.emptyText, list.emptyText.get());
   app.FSRoot = "";
-  EXPECT_NE(shown().find("not set"), std::string::npos);
+  expectShown("not set");
 }
 
 TEST_F(AircraftViewsTest, ARowsMenuActsOnIt) {

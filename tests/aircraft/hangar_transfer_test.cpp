@@ -3,12 +3,14 @@
 #include "core/staged_folder.h"
 
 #include "sample/zip_file.h"
+#include "support/every_call.h"
 #include "support/program_fixture.h"
 #include "ui/views.h"
 
 namespace skv {
 namespace {
 
+using test::line;
 using Tree = std::vector<std::string>;
 
 class HangarTransferTest : public test::ProgramTest {
@@ -16,9 +18,7 @@ class HangarTransferTest : public test::ProgramTest {
   HangarTransferTest() {
     drive.write("C:\\FS\\aircraft\\plane\\aircraft.cfg", "[fltsim.0]\r\ntitle=Plane\r\n");
     drive.write("C:\\FS\\aircraft\\plane\\panel\\panel.cfg", "old");
-    drive.write("C:\\FS\\SKV_AC.lst",
-                "Plane\x01"
-                "C:\\FS\\aircraft\\plane\\\r\n");
+    drive.write("C:\\FS\\SKV_AC.lst", planeHere);
     mnuViewFSAircraft_Click(app);
   }
   void press() {
@@ -27,12 +27,21 @@ class HangarTransferTest : public test::ProgramTest {
     EXPECT_EQ(app.frmMain.lblStatus.caption, "");
   }
   void hangarRow(const std::string& name) {
-    drive.write("C:\\Hangar\\SKV_AC.lst", name +
-                                              "\x01"
-                                              "C:\\Hangar\\aircraft\\" +
-                                              name + "\\\r\n");
+    drive.write(hangarList, line(name, "C:\\Hangar\\aircraft\\" + name + "\\"));
     mnuViewHangar_Click(app);
   }
+  void package() {
+    sample::writeZip(disk.nativePath("C:\\Packs\\h.zip").value(),
+                     {{"Aircraft/aircraft.cfg", "packed"},
+                      {"Aircraft/model/m.mdl", "m"},
+                      {"Main/Texture/.DS_Store", "hidden, which keeps its folder from a walk"},
+                      {"Main/Gauges/g.gau", "g"}},
+                     {.backslashes = true});
+    hangarRow("h");
+  }
+  const std::string hangarList = "C:\\Hangar\\SKV_AC.lst";
+  const std::string planeHere = line("Plane", "C:\\FS\\aircraft\\plane\\");
+  const std::string planeParked = line("Plane", "C:\\Hangar\\aircraft\\plane\\");
   ui::ListView& list = app.frmMain.lstAircraft;
 };
 
@@ -45,16 +54,20 @@ TEST_F(HangarTransferTest, ParkingIsACopyAndALine) {
                   "Aircraft\\plane\\panel\\", "Aircraft\\plane\\panel\\panel.cfg", "Main\\",
                   "Main\\plane\\", "Main\\plane\\Effects\\", "Main\\plane\\Gauges\\",
                   "Main\\plane\\Sound\\", "Main\\plane\\Texture\\", "SKV_AC.lst"}));
-  const std::string line =
-      "Plane\x01"
-      "C:\\Hangar\\aircraft\\plane\\\r\n";
-  EXPECT_EQ(drive.read("C:\\Hangar\\SKV_AC.lst"), line);
+  EXPECT_EQ(drive.read(hangarList), planeParked);
   EXPECT_EQ(list.smallIcon(1), 6) << "in the simulator and in the Hangar";
+  EXPECT_EQ(app.frmMain.lblStatus.notice, "Plane copied to the Hangar: 2 files");
 
   drive.write("C:\\FS\\aircraft\\plane\\panel\\panel.cfg", "new");
-  press();
+  // Listed already, listed in other letters and without the backslash, and not listed.
+  const std::string other = line("P", "c:\\hangar\\AIRCRAFT\\Plane");
+  for (const auto& [before, after] :
+       {std::pair{planeParked, planeParked}, {other, other}, {std::string(), planeParked}}) {
+    drive.write(hangarList, before);
+    press();
+    EXPECT_EQ(drive.read(hangarList), after);
+  }
   EXPECT_EQ(drive.read("C:\\Hangar\\aircraft\\plane\\panel\\panel.cfg"), "new");
-  EXPECT_EQ(drive.read("C:\\Hangar\\SKV_AC.lst"), line) << "no second line";
 }
 
 TEST_F(HangarTransferTest, ToTheSimulatorMergesTheSharedFolders) {
@@ -67,27 +80,18 @@ TEST_F(HangarTransferTest, ToTheSimulatorMergesTheSharedFolders) {
   drive.remove("C:\\FS\\Effects");
   hangarRow("h");
   press();
-  EXPECT_EQ(drive.read("C:\\FS\\aircraft\\h\\aircraft.cfg"), "mine");
-  for (const char* file : {"Gauges\\g.gau", "Sound\\s.wav", "Texture\\t.bmp", "Effects\\e.fx"})
+  for (const char* file : {"aircraft\\h\\aircraft.cfg", "Gauges\\g.gau", "Sound\\s.wav",
+                           "Texture\\t.bmp", "Effects\\e.fx"})
     EXPECT_EQ(drive.read(std::string("C:\\FS\\") + file), "mine") << file;
   EXPECT_EQ(drive.read("C:\\FS\\Gauges\\old.gau"), "newer");
-  EXPECT_EQ(drive.read("C:\\FS\\SKV_AC.lst"),
-            "Plane\x01"
-            "C:\\FS\\aircraft\\plane\\\r\nh\x01"
-            "C:\\FS\\aircraft\\h\\\r\n");
+  EXPECT_EQ(drive.read("C:\\FS\\SKV_AC.lst"), planeHere + line("h", "C:\\FS\\aircraft\\h\\"));
   EXPECT_EQ(list.smallIcon(1), 6);
 }
 
 TEST_F(HangarTransferTest, APackageGoesBeforeTheHangarFolder) {
   drive.write("C:\\Hangar\\aircraft\\h\\aircraft.cfg", "thinned");
-  sample::writeZip(disk.nativePath("C:\\Packs\\h.zip").value(),
-                   {{"Aircraft/aircraft.cfg", "packed"},
-                    {"Aircraft/model/m.mdl", "m"},
-                    {"Main/Texture/.DS_Store", "hidden, which keeps its folder from a walk"},
-                    {"Main/Gauges/g.gau", "g"}},
-                   {.backslashes = true});
   drive.write("C:\\Temp\\SKVInstallTemp\\Aircraft\\stray.txt", "of a failed job");
-  hangarRow("h");
+  package();
   press();
   EXPECT_EQ(drive.tree("C:\\FS\\aircraft\\h"), (Tree{"aircraft.cfg", "model\\", "model\\m.mdl"}));
   EXPECT_EQ(drive.read("C:\\FS\\aircraft\\h\\aircraft.cfg"), "packed");
@@ -98,18 +102,24 @@ TEST_F(HangarTransferTest, APackageGoesBeforeTheHangarFolder) {
   EXPECT_TRUE(drive.exists("C:\\Packs\\h.zip"));
 }
 
-TEST_F(HangarTransferTest, APackageWithoutRoomStopsWithTheMessage) {
-  sample::writeZip(disk.nativePath("C:\\Packs\\h.zip").value(),
-                   {{"Aircraft/aircraft.cfg", "packed"}});
-  const std::string before = drive.read("C:\\FS\\SKV_AC.lst");
-  hangarRow("h");
-  files.freeSpace = 5;
+TEST_F(HangarTransferTest, APackageWithoutRoomOrAFolderOfItsOwnStops) {
+  package();
+  files.freeSpace = 49;
   press();
-  EXPECT_EQ(windows.boxTexts(), Tree{"Insufficient Disk Space in \"C:\\Temp\\SKVInstallTemp\\\"!"});
-  EXPECT_FALSE(drive.exists("C:\\FS\\aircraft\\h"));
-  EXPECT_EQ(drive.read("C:\\FS\\SKV_AC.lst"), before);
+  expectTold("Insufficient Disk Space in \"C:\\Temp\\SKVInstallTemp\\\"!");
   EXPECT_EQ(files.count("freeBytes", "C:\\FS"), 0);
-  files.freeSpace = 6;
+  files.freeSpace.reset();
+  drive.remove("C:\\Temp\\SKVInstallTemp");
+  drive.write("C:\\data\\sub\\file", "kept");
+  drive.link("C:\\Temp\\SKVInstallTemp", "C:\\data");
+  press();
+  expectTold("");
+  EXPECT_EQ(drive.tree("C:\\data"), (Tree{"sub\\", "sub\\file"}));
+  EXPECT_FALSE(drive.exists("C:\\FS\\aircraft\\h"));
+  EXPECT_EQ(drive.read("C:\\FS\\SKV_AC.lst"), planeHere);
+
+  drive.remove("C:\\Temp\\SKVInstallTemp");
+  files.freeSpace = 50;
   press();
   EXPECT_EQ(files.count("freeBytes", "C:\\FS"), 1) << "the simulator's disk has to hold it, too";
   EXPECT_TRUE(drive.exists("C:\\FS\\aircraft\\h\\aircraft.cfg"));
@@ -123,23 +133,42 @@ TEST_F(HangarTransferTest, AVanishedFolderGivesAnEmptyOne) {
   EXPECT_EQ(list.smallIcon(1), 2);
 }
 
-TEST_F(HangarTransferTest, AFolderThatCannotBeMadeIsTold) {
-  app.HangarDir = "C:\\no\\parent\\";
-  press();
-  EXPECT_EQ(windows.boxes.size(), 1U);
-  EXPECT_FALSE(drive.exists("C:\\no"));
-}
-
-TEST_F(HangarTransferTest, OddRowsDoNothing) {
+TEST_F(HangarTransferTest, OddRowsSpreadNoStore) {
   const Tree before = drive.tree("C:\\");
-  for (const char* folder :
-       {"", "no backslash", "C:/FS/aircraft/plane\\", "C:\\FS\\aircraft\\..\\", "\\"}) {
+  const struct {
+    const char* folder;
+    std::size_t boxes;
+  } cases[] = {{"", 0},
+               {"no backslash", 0},
+               {"C:/FS/aircraft/plane\\", 0},
+               {"C:\\FS\\aircraft\\..\\", 0},
+               {"\\", 0},
+               {"C:\\", 1},
+               {"C:\\FS\\", 1},
+               {"C:\\FS\\aircraft\\", 1},
+               {"C:\\FS\\Gauges\\", 1},
+               {"C:\\FS\\aircraft\\x\\..\\plane\\", 1}};
+  for (const auto& [folder, boxes] : cases) {
     list.clear();
     press();
     list.add("odd", {folder});
+    list.select(1);
+    windows.boxes.clear();
     press();
     EXPECT_EQ(drive.tree("C:\\"), before) << folder;
+    EXPECT_EQ(windows.boxes.size(), boxes) << folder;
   }
+  mnuViewFSAircraft_Click(app);
+  windows.boxes.clear();
+  app.HangarDir = "C:\\no\\parent\\";
+  press();
+  expectTold("");
+  EXPECT_EQ(drive.tree("C:\\"), before);
+  app.HangarDir = "C:\\Hangar\\";
+  ASSERT_TRUE(disk.makeFolder("C:\\Hangar").ok() && disk.makeFolder("C:\\Hangar\\Aircraft").ok());
+  drive.link("C:\\Hangar\\Aircraft\\plane", "C:\\FS");
+  press();
+  EXPECT_FALSE(drive.exists("C:\\FS\\aircraft.cfg"));
 }
 
 TEST_F(HangarTransferTest, ARowWithoutAnIconAsksTheDiskAndMayGoMeanwhile) {
@@ -154,6 +183,16 @@ TEST_F(HangarTransferTest, ARowWithoutAnIconAsksTheDiskAndMayGoMeanwhile) {
   EXPECT_EQ(list.count(), 0);
 }
 
+TEST_F(HangarTransferTest, ARowThatLeadsToTheTargetItselfHasNothingToCopy) {
+  drive.write(hangarList, planeHere);
+  drive.write("C:\\Hangar\\Main\\plane\\Gauges\\p.gau", "p");
+  mnuViewHangar_Click(app);
+  press();
+  EXPECT_EQ(drive.read("C:\\FS\\aircraft\\plane\\panel\\panel.cfg"), "old");
+  EXPECT_EQ(drive.read("C:\\FS\\Gauges\\p.gau"), "p");
+  EXPECT_EQ(windows.boxTexts(), Tree{});
+}
+
 // Both directions (true is to the Hangar), from a clean start each time.
 class InterruptedTransferTest : public HangarTransferTest,
                                 public ::testing::WithParamInterface<bool> {
@@ -162,16 +201,15 @@ class InterruptedTransferTest : public HangarTransferTest,
     const bool toHangar = GetParam();
     source = toHangar ? "C:\\FS\\aircraft\\plane" : "C:\\Hangar\\aircraft\\h";
     target = toHangar ? "C:\\Hangar\\aircraft\\plane" : "C:\\FS\\aircraft\\h";
-    listFile = toHangar ? "C:\\Hangar\\SKV_AC.lst" : "C:\\FS\\SKV_AC.lst";
+    listFile = toHangar ? hangarList : "C:\\FS\\SKV_AC.lst";
     stage = target.substr(0, target.rfind('\\')) + "\\~SKVUnfinished";
-    line = (toHangar ? "Plane\x01" : "h\x01") + target + "\\\r\n";
     start();
   }
   void start() {
     drive.clear("C:\\Hangar");
     drive.remove("C:\\FS\\aircraft\\h");
     drive.clear("C:\\FS\\Gauges");
-    drive.write("C:\\Hangar\\SKV_AC.lst", others);
+    drive.write(hangarList, others);
     if (!GetParam()) {
       drive.write("C:\\Hangar\\aircraft\\h\\aircraft.cfg", "h");
       drive.write("C:\\Hangar\\aircraft\\h\\model\\h.mdl", "model");
@@ -185,7 +223,6 @@ class InterruptedTransferTest : public HangarTransferTest,
     windows.boxes.clear();
     app.frmMain.lblStatus.notice = "";
   }
-  bool whole() { return drive.tree(target) == drive.tree(source) && drive.exists(target); }
   void expectCopied() {
     EXPECT_EQ(drive.tree(target), drive.tree(source));
     for (const std::string& name : drive.tree(source))
@@ -194,109 +231,75 @@ class InterruptedTransferTest : public HangarTransferTest,
   void expectDone(const std::string& what) {
     SCOPED_TRACE(what);
     expectCopied();
-    EXPECT_EQ(drive.read(listFile), others + line);
+    EXPECT_EQ(drive.read(listFile), others + line(GetParam() ? "Plane" : "h", target + "\\"));
     EXPECT_EQ(list.smallIcon(1), 6);
     EXPECT_EQ(drive.read("C:\\FS\\Gauges\\g.gau"), GetParam() ? "" : "gauge");
     for (const char* root : {"C:\\FS\\aircraft", "C:\\Hangar\\aircraft"})
       EXPECT_FALSE(drive.exists(root + std::string("\\~SKVUnfinished")));
     EXPECT_NE(app.frmMain.lblStatus.notice, "");
   }
+  void expectNotListed() {
+    EXPECT_EQ(drive.read(listFile), others);
+    EXPECT_EQ(list.smallIcon(1), before);
+    EXPECT_EQ(app.frmMain.lblStatus.notice->find("copied to"), std::string::npos);
+  }
   // The first line of each list.
-  const std::string others =
-      "Plane\x01"
-      "C:\\FS\\aircraft\\plane\\\r\nOther\x01"
-      "C:\\Hangar\\aircraft\\other\\\r\n";
-  std::string source, target, stage, listFile, line;
+  const std::string others = planeHere + line("Other", "C:\\Hangar\\aircraft\\other\\");
+  std::string source, target, stage, listFile;
   int before = 0;
 };
 
-TEST_P(InterruptedTransferTest, WhatFailsIsToldMarksNothingAndIsFinishedByTheNext) {
-  int struck = 0;
-  for (const bool reads : {false, true}) {
-    for (int call = 1; call < 300; ++call) {
-      SCOPED_TRACE((reads ? "read " : "write ") + std::to_string(call));
+// Failures are told; whatever it is, it marks nothing and the next try finishes the job.
+class EndedTransferTest : public InterruptedTransferTest {
+ protected:
+  void endAnywhere(test::Ending ending) {
+    Tree kept;
+    bool clears = false;
+    const auto begin = [&] {
       start();
-      const Tree kept = drive.tree(source);
-      if (reads)
-        files.failReadAt(call, err::deviceIo);
-      else
-        files.failAt(call, err::diskFull);
-      press();
-      if (!files.heal()) break;
-      ++struck;
+      kept = drive.tree(source);
+    };
+    const auto check = [&](bool struck) {
       EXPECT_EQ(drive.tree(source), kept);
-      if (!windows.boxes.empty()) {
-        EXPECT_EQ(drive.read(listFile), others);
-        EXPECT_EQ(list.smallIcon(1), before);
-        EXPECT_EQ(app.frmMain.lblStatus.notice, "");
-        EXPECT_TRUE(!drive.exists(target) || whole()) << "no half aircraft under its name";
-        EXPECT_TRUE(reads || !drive.exists(stage)) << "nor under ours";
-      } else {
+      const bool fails = ending == Ending::fullDisk || ending == Ending::failedLook;
+      if (fails && windows.boxes.empty()) {
         expectDone("told as a success");
+      } else if (struck) {
+        if (drive.exists(target)) expectCopied();  // no half aircraft under its name
+        EXPECT_TRUE(ending != Ending::fullDisk || !drive.exists(stage)) << "nor under ours";
+        if (fails) expectNotListed();
+      }
+      if (ending == Ending::kill) {
+        drive.write(stage + "\\half", "what a process that is gone cannot take away");
+        clears = !clears;
+        if (clears) clearUnfinishedFolders(app);
+        EXPECT_NE(drive.exists(stage), clears);
       }
       press();
       expectDone("the second try");
-    }
+    };
+    EXPECT_GT(forEveryCall(
+                  files, ending, begin, [this] { press(); }, check),
+              5);
   }
-  EXPECT_GT(struck, 10);
-}
+  using Ending = test::Ending;
+};
 
-TEST_P(InterruptedTransferTest, WhatIsKilledIsFinishedByTheNext) {
-  for (int call = 1; call < 100; ++call) {
-    start();
-    files.killAt(call);
-    bool killed = false;
-    try {
-      press();
-    } catch (const test::Killed&) {
-      killed = true;
-    }
-    files.heal();
-    if (!killed) break;
-    EXPECT_TRUE(!drive.exists(target) || whole()) << call;
-    drive.write(stage + "\\half", "what a process that is gone cannot take away");
-    if (call % 2 == 0) {
-      clearUnfinishedFolders(app);
-      EXPECT_FALSE(drive.exists(stage));
-    }
-    press();
-    expectDone("after a kill at " + std::to_string(call));
-  }
-}
-
-TEST_P(InterruptedTransferTest, APowerCutLeavesNoLineForWhatIsNotOnTheDisk) {
-  using Lost = test::FaultyFileSystem::Lost;
-  for (const Lost lost : {Lost::contents, Lost::files}) {
-    for (int call = 1; call < 100; ++call) {
-      SCOPED_TRACE(call);
-      start();
-      files.killAt(call);
-      bool killed = false;
-      try {
-        press();
-      } catch (const test::Killed&) {
-        killed = true;
-      }
-      files.heal();
-      files.powerCut(lost);
-      if (drive.exists(target)) expectCopied();
-      press();
-      expectDone("the second try");
-      if (!killed) break;
-    }
-  }
-}
+TEST_P(EndedTransferTest, AFullDisk) { endAnywhere(Ending::fullDisk); }
+TEST_P(EndedTransferTest, AFailedLook) { endAnywhere(Ending::failedLook); }
+TEST_P(EndedTransferTest, AKill) { endAnywhere(Ending::kill); }
+TEST_P(EndedTransferTest, APowerCutThatLeavesNames) { endAnywhere(Ending::emptyFiles); }
+TEST_P(EndedTransferTest, APowerCutThatLeavesNothing) { endAnywhere(Ending::lostFiles); }
 
 TEST_P(InterruptedTransferTest, WhatCannotBeReadIsNotTakenForMissing) {
   const auto refused = [this](const char* call, const std::string& path) {
+    SCOPED_TRACE(call + path);
     start();
     files.failWhen(call, path, err::deviceIo);
     press();
-    EXPECT_TRUE(files.heal()) << call << path;
-    EXPECT_EQ(windows.boxes.size(), 1U) << call << path;
-    EXPECT_EQ(drive.read(listFile), others) << call << path;
-    EXPECT_EQ(list.smallIcon(1), before) << call << path;
-    EXPECT_EQ(app.frmMain.lblStatus.notice, "");
+    EXPECT_TRUE(files.heal());
+    expectTold("");
+    expectNotListed();
   };
   refused("readFile", listFile);
   refused("attributes", source);
@@ -317,77 +320,15 @@ TEST_P(InterruptedTransferTest, AStopLeavesNothing) {
   press();
   windows.onYield = nullptr;
   EXPECT_FALSE(drive.exists(target));
-  EXPECT_EQ(drive.read(listFile), others);
-  EXPECT_EQ(list.smallIcon(1), before);
+  expectNotListed();
   EXPECT_EQ(windows.boxTexts(), Tree{});
   EXPECT_TRUE(app.frmMain.lblStatus.notice.get().starts_with("Stopped"));
   press();
   expectDone("the wish to stop is forgotten");
 }
 
+INSTANTIATE_TEST_SUITE_P(Both, EndedTransferTest, ::testing::Bool());
 INSTANTIATE_TEST_SUITE_P(Both, InterruptedTransferTest, ::testing::Bool());
-
-TEST_F(HangarTransferTest, TellsHowManyFilesAndWritesALineThatIsMissing) {
-  press();
-  EXPECT_EQ(app.frmMain.lblStatus.notice, "Plane copied to the Hangar: 2 files");
-  // Listed in other letters, and without the backslash.
-  drive.write("C:\\Hangar\\SKV_AC.lst",
-              "P\x01"
-              "c:\\hangar\\AIRCRAFT\\Plane\r\n");
-  press();
-  EXPECT_EQ(drive.read("C:\\Hangar\\SKV_AC.lst"),
-            "P\x01"
-            "c:\\hangar\\AIRCRAFT\\Plane\r\n");
-  drive.write("C:\\Hangar\\SKV_AC.lst", "");
-  press();
-  EXPECT_EQ(drive.read("C:\\Hangar\\SKV_AC.lst"),
-            "Plane\x01"
-            "C:\\Hangar\\aircraft\\plane\\\r\n");
-}
-
-TEST_F(HangarTransferTest, ARowMayNotSpreadAStore) {
-  const Tree before = drive.tree("C:\\");
-  for (const char* folder : {"C:\\FS\\", "C:\\", "C:\\FS\\aircraft\\", "C:\\FS\\Gauges\\",
-                             "C:\\FS\\aircraft\\x\\..\\plane\\"}) {
-    list.clear();
-    list.add("odd", {folder});
-    list.select(1);
-    windows.boxes.clear();
-    press();
-    EXPECT_EQ(drive.tree("C:\\"), before) << folder;
-    EXPECT_EQ(windows.boxes.size(), 1U) << folder;
-  }
-  mnuViewFSAircraft_Click(app);
-  ASSERT_TRUE(disk.makeFolder("C:\\Hangar").ok() && disk.makeFolder("C:\\Hangar\\Aircraft").ok());
-  drive.link("C:\\Hangar\\Aircraft\\plane", "C:\\FS");
-  press();
-  EXPECT_FALSE(drive.exists("C:\\FS\\aircraft.cfg"));
-}
-
-TEST_F(HangarTransferTest, ARowThatLeadsToTheTargetItselfHasNothingToCopy) {
-  drive.write("C:\\Hangar\\SKV_AC.lst",
-              "Plane\x01"
-              "C:\\FS\\aircraft\\plane\\\r\n");
-  drive.write("C:\\Hangar\\Main\\plane\\Gauges\\p.gau", "p");
-  mnuViewHangar_Click(app);
-  press();
-  EXPECT_EQ(drive.read("C:\\FS\\aircraft\\plane\\panel\\panel.cfg"), "old");
-  EXPECT_EQ(drive.read("C:\\FS\\Gauges\\p.gau"), "p");
-  EXPECT_EQ(windows.boxTexts(), Tree{});
-}
-
-TEST_F(HangarTransferTest, AWorkingFolderThatIsALinkStopsAPackage) {
-  sample::writeZip(disk.nativePath("C:\\Packs\\h.zip").value(),
-                   {{"Aircraft/aircraft.cfg", "packed"}});
-  drive.remove("C:\\Temp\\SKVInstallTemp");
-  drive.write("C:\\data\\sub\\file", "kept");
-  drive.link("C:\\Temp\\SKVInstallTemp", "C:\\data");
-  hangarRow("h");
-  press();
-  EXPECT_EQ(drive.tree("C:\\data"), (Tree{"sub\\", "sub\\file"}));
-  EXPECT_EQ(windows.boxes.size(), 1U);
-  EXPECT_FALSE(drive.exists("C:\\FS\\aircraft\\h"));
-}
 
 }  // namespace
 }  // namespace skv

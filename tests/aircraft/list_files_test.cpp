@@ -7,6 +7,8 @@
 namespace skv {
 namespace {
 
+using test::holds;
+using test::line;
 using Lines = std::vector<std::string>;
 
 class ListFilesTest : public test::ProgramTest {
@@ -15,6 +17,7 @@ class ListFilesTest : public test::ProgramTest {
     app.ListDir = "C:\\FS\\";
     app.ACRoot = "C:\\FS\\aircraft\\";
   }
+  const std::string listFile = "C:\\FS\\SKV_AC.lst";
   ui::ListView& list = app.frmMain.lstAircraft;
 };
 
@@ -25,41 +28,39 @@ TEST_F(ListFilesTest, RowsShowWhereTheAircraftLives) {
     ASSERT_TRUE(disk.makeFolder(folder).ok());
   drive.write("C:\\Packs\\all.ZIP", "");
   drive.write("C:\\Packs\\packed.zip", "");
-  drive.write("C:\\FS\\SKV_AC.lst",
-              "Everywhere\x01"
-              "D:\\else\\all\\\r\n"
-              "Sim\x01"
-              "C:\\FS\\aircraft\\FS\\\r\n"
-              "P\xe9\x01"
-              "C:\\x\\packed\\\x01third\r\n"
-              "Gone\x01"
-              "C:\\FS\\aircraft\\gone\\\n"
-              "no separator\r\n"
-              "\r\n"
-              "last\x01nothing");
+  const struct {
+    std::string stored, shown;
+    int mask;
+  } cases[] = {
+      {line("Everywhere", "D:\\else\\all\\"), "Everywhere|D:\\else\\all\\", 7},
+      {line("Sim", "C:\\FS\\aircraft\\FS\\"), "Sim|C:\\FS\\aircraft\\FS\\", 1},
+      {line("P\xe9", "C:\\x\\packed\\\x01third"), "P\xc3\xa9|C:\\x\\packed\\", 2},
+      {"Gone\001C:\\FS\\aircraft\\gone\\\n", "Gone|C:\\FS\\aircraft\\gone\\", 0},
+      {"no separator\r\n", "no separator|", 0},
+      {"\r\n", "|", 0},
+      {"last\001nothing", "last|nothing", 0},
+  };
+  std::string stored;
+  for (const auto& c : cases) stored += c.stored;
+  drive.write(listFile, stored);
   LoadACList(app);
-  EXPECT_EQ(rows(list), (Lines{"Everywhere|D:\\else\\all\\", "Sim|C:\\FS\\aircraft\\FS\\",
-                               "P\xc3\xa9|C:\\x\\packed\\", "Gone|C:\\FS\\aircraft\\gone\\",
-                               "no separator|", "|", "last|nothing"}));
-  const int masks[] = {7, 1, 2, 0, 0, 0, 0};
-  for (int row = 1; row <= list.count(); ++row) {
-    EXPECT_EQ(list.smallIcon(row), masks[row - 1] + 1) << row;
-    EXPECT_EQ(PlaceMask(app, FolderName(list.subItem(row, 1))), masks[row - 1]) << row;
+  ASSERT_EQ(list.count(), 7);
+  for (int row = 1; row <= 7; ++row) {
+    EXPECT_EQ(rows(list)[row - 1], cases[row - 1].shown);
+    EXPECT_EQ(list.smallIcon(row), cases[row - 1].mask + 1) << row;
+    EXPECT_EQ(PlaceMask(app, FolderName(list.subItem(row, 1))), cases[row - 1].mask) << row;
   }
 }
 
 TEST_F(ListFilesTest, SavingWritesTheRowsAsTheyStand) {
   SaveACList(app);
-  EXPECT_EQ(drive.read("C:\\FS\\SKV_AC.lst"), "");
+  EXPECT_EQ(drive.read(listFile), "");
   list.add("b\xc3\xa9", {"C:\\b\\"});
   list.add("A", {"C:\\a\\"});
   list.add("\xe2\x82\xac \xe4\xb8\xad", {"C:\\c\\"});
   SaveACList(app);
-  EXPECT_EQ(drive.read("C:\\FS\\SKV_AC.lst"),
-            "b\xe9\x01"
-            "C:\\b\\\r\nA\x01"
-            "C:\\a\\\r\n\x80 ?\x01"
-            "C:\\c\\\r\n");
+  EXPECT_EQ(drive.read(listFile),
+            line("b\xe9", "C:\\b\\") + line("A", "C:\\a\\") + line("\x80 ?", "C:\\c\\"));
   lstAircraft_ColumnClick(app, 1);
   EXPECT_EQ(list.text(1), "A");
   LoadACList(app);
@@ -74,154 +75,97 @@ TEST_F(ListFilesTest, RenamingSavesAndChangesNoFolder) {
   list.add("first", {"C:\\1\\"});
   list.add("old", {"C:\\a\\"});
   list.select(2);
-  bool cancel = true;
-  lstAircraft_AfterLabelEdit(app, cancel, "old");
+  bool cancel = false;
+  const auto rename = [&](const std::string& name, const std::string& then) {
+    cancel = true;
+    lstAircraft_AfterLabelEdit(app, cancel, name);
+    EXPECT_EQ(list.text(2), then);
+  };
+  rename("old", "old");
   EXPECT_TRUE(cancel);
-  EXPECT_FALSE(drive.exists("C:\\FS\\SKV_AC.lst"));
-  lstAircraft_AfterLabelEdit(app, cancel, "new\x01na\r\nme e\u0301");
+  EXPECT_FALSE(drive.exists(listFile));
+  rename("new\x01na\r\nme e\u0301", "new na  me \u00e9");  // at once what is stored
   EXPECT_FALSE(cancel);
-  EXPECT_EQ(list.text(2), "new na  me \u00e9") << "at once what is stored";
-  EXPECT_EQ(drive.read("C:\\FS\\SKV_AC.lst"),
-            "first\x01"
-            "C:\\1\\\r\nnew na  me \xe9\x01"
-            "C:\\a\\\r\n");
+  EXPECT_EQ(drive.read(listFile), line("first", "C:\\1\\") + line("new na  me \xe9", "C:\\a\\"));
 
-  cancel = true;
-  lstAircraft_AfterLabelEdit(app, cancel, "\u0141\u00f3d\u017a");
+  rename("\u0141\u00f3d\u017a", "new na  me \u00e9");
   EXPECT_TRUE(cancel);
-  EXPECT_EQ(list.text(2), "new na  me \u00e9");
-  ASSERT_EQ(windows.boxes.size(), 1U);
-  EXPECT_NE(windows.boxes[0].text.find("\"\u0141\u017a\""), std::string::npos);
-
-  files.failWhen("replaceFile", "C:\\FS\\SKV_AC.lst", err::diskFull);
-  lstAircraft_AfterLabelEdit(app, cancel, "again");
+  expectTold("\"\u0141\u017a\"");
+  files.failWhen("replaceFile", listFile, err::diskFull);
+  rename("again", "new na  me \u00e9");  // or it could not be entered again
   EXPECT_TRUE(cancel);
-  EXPECT_EQ(list.text(2), "new na  me \u00e9") << "or it could not be entered again";
+  expectTold("Disk full");
   files.heal();
-  lstAircraft_AfterLabelEdit(app, cancel, "again");
-  EXPECT_NE(drive.read("C:\\FS\\SKV_AC.lst").find("again\x01"), std::string::npos);
+  rename("again", "again");
+  EXPECT_TRUE(holds(drive.read(listFile), "again\x01"));
 }
 
-// The three libraries, each with its own list and file.
-class LibraryTest : public ListFilesTest {
- protected:
-  struct Library {
+// Each of the three libraries has its own list and file, and a list is written over what it was
+// loaded from, and over nothing else.
+TEST_F(ListFilesTest, WhatWasNotReadIsNotWrittenOver) {
+  const struct {
     ui::ListView& list;
-    const char* file;
+    std::string file;
     void (*load)(App&);
     bool (*save)(App&);
     void (*rename)(App&, bool&, const std::string&);
-  };
-  std::vector<Library> libraries{
-      {app.frmMain.lstAircraft, "SKV_AC.lst", LoadACList, SaveACList, lstAircraft_AfterLabelEdit},
-      {app.frmMain.lstPanel, "SKV_PN.lst", LoadPNList, SavePNList, lstPanel_AfterLabelEdit},
-      {app.frmMain.lstSound, "SKV_SN.lst", LoadSNList, SaveSNList, lstSound_AfterLabelEdit}};
-  const std::string two =
-      "a\x01"
-      "C:\\a\\\r\nb\x01"
-      "C:\\b\\\r\n";
-};
-
-TEST_F(LibraryTest, EachListHasItsOwnFile) {
-  for (const Library& library : libraries) {
-    drive.write(std::string("C:\\FS\\") + library.file,
-                std::string(library.file) + "\x01" + "C:\\1\\\r\n" + two);
-  }
-  for (const Library& library : libraries) {
-    library.load(app);
-    EXPECT_EQ(rows(library.list),
-              (Lines{std::string(library.file) + "|C:\\1\\", "a|C:\\a\\", "b|C:\\b\\"}));
-    library.list.select(1);
-    bool cancel = true;
-    library.rename(app, cancel, "c");
-    EXPECT_EQ(drive.read(std::string("C:\\FS\\") + library.file),
-              "c\x01"
-              "C:\\1\\\r\n" +
-                  two);
-  }
-}
-
-// A list is written over what it was loaded from, and over nothing else.
-TEST_F(LibraryTest, WhatWasNotReadIsNotWrittenOver) {
-  for (const Library& library : libraries) {
-    const std::string file = std::string("C:\\FS\\") + library.file;
+  } libraries[] = {
+      {list, listFile, LoadACList, SaveACList, lstAircraft_AfterLabelEdit},
+      {app.frmMain.lstPanel, "C:\\FS\\SKV_PN.lst", LoadPNList, SavePNList, lstPanel_AfterLabelEdit},
+      {app.frmMain.lstSound, "C:\\FS\\SKV_SN.lst", LoadSNList, SaveSNList,
+       lstSound_AfterLabelEdit}};
+  const std::string two = line("a", "C:\\a\\") + line("b", "C:\\b\\");
+  for (const auto& library : libraries) {
+    const auto move = [this](const std::string& from, const std::string& to) {
+      ASSERT_TRUE(disk.rename(from, to).ok());
+    };
+    const std::string file = library.file;
     const struct {
       const char* what;
-      bool told;  // at the load
-      std::function<void()> load;
+      std::function<void()> before, after;  // the load
     } cases[] = {
-        {"unread", true,
+        {"unread", [&] { files.failWhen("readFile", file, err::deviceIo); },
          [&] {
-           files.failWhen("readFile", file, err::deviceIo);
-           library.load(app);
+           files.heal();
+           expectTold("Device I/O error");
          }},
-        {"its disk away", false,
-         [&] {
-           ASSERT_TRUE(disk.rename("C:\\FS", "C:\\away").ok());
-           library.load(app);
-           ASSERT_TRUE(disk.rename("C:\\away", "C:\\FS").ok());
-         }},
-        {"an empty mount point", false,
-         [&] {
-           ASSERT_TRUE(disk.rename(file, "C:\\kept").ok());
-           library.load(app);
-           ASSERT_TRUE(disk.rename("C:\\kept", file).ok());
-         }},
-        {"that of another folder", false,
-         [&] {
-           app.ListDir = "C:\\Packs\\";
-           library.load(app);
-           app.ListDir = "C:\\FS\\";
-         }},
-        {"changed by another program", false,
-         [&] {
-           drive.write(file, "x\x01y\r\n");
-           library.load(app);
-           drive.write(file, two);
-         }},
-        {"unread at the save", false,
-         [&] {
-           library.load(app);
-           files.failWhen("readFile", file, err::permissionDenied);
-         }},
+        {"its disk away", [&] { move("C:\\FS", "C:\\away"); }, [&] { move("C:\\away", "C:\\FS"); }},
+        {"an empty mount point", [&] { move(file, "C:\\kept"); }, [&] { move("C:\\kept", file); }},
+        {"that of another folder", [&] { app.ListDir = "C:\\Packs\\"; },
+         [&] { app.ListDir = "C:\\FS\\"; }},
+        {"changed by another program", [&] { drive.write(file, "x\001y\r\n"); },
+         [&] { drive.write(file, two); }},
+        {"unread at the save", [] {},
+         [&] { files.failWhen("readFile", file, err::permissionDenied); }},
     };
-    for (const auto& [what, told, load] : cases) {
+    for (const auto& [what, before, after] : cases) {
       SCOPED_TRACE(file + ", " + what);
       drive.write(file, two);
-      windows.boxes.clear();
-      load();
-      EXPECT_EQ(windows.boxes.size(), told ? 1U : 0U);
-      const int before = library.list.count();
+      before();
+      library.load(app);
+      after();
+      EXPECT_TRUE(windows.boxes.empty());
       library.list.add("new", {"C:\\new\\"});
-      windows.boxes.clear();
+      const int count = library.list.count();
       EXPECT_FALSE(library.save(app));
       files.heal();
-      ASSERT_EQ(windows.boxes.size(), 1U);
-      EXPECT_TRUE(
-          windows.boxes[0].text.starts_with("The list \"" + file + "\" could not be saved.\r\n"));
-      EXPECT_EQ(library.list.count(), before + 1);
+      expectTold("The list \"" + file + "\" could not be saved.\r\n");
+      EXPECT_EQ(library.list.count(), count);
       EXPECT_EQ(drive.read(file), two);
       library.load(app);
-      EXPECT_EQ(library.list.count(), 2);
+      EXPECT_EQ(rows(library.list), (Lines{"a|C:\\a\\", "b|C:\\b\\"}));
       library.list.add("new", {"C:\\new\\"});
       EXPECT_TRUE(library.save(app)) << "after a reload";
       EXPECT_TRUE(library.save(app)) << "again";
-      EXPECT_EQ(drive.read(file), two +
-                                      "new\x01"
-                                      "C:\\new\\\r\n");
+      EXPECT_EQ(drive.read(file), two + line("new", "C:\\new\\"));
     }
+    drive.write(file, two);
+    library.load(app);
+    library.list.select(1);
+    bool cancel = true;
+    library.rename(app, cancel, file);
+    EXPECT_EQ(drive.read(file), line(file, "C:\\a\\") + line("b", "C:\\b\\"));
   }
-}
-
-TEST_F(ListFilesTest, AListThatCannotBeSavedSaysSoAndKeepsItsRows) {
-  list.add("row", {"C:\\r\\"});
-  files.failWhen("replaceFile", "C:\\FS\\SKV_AC.lst", err::diskFull);
-  EXPECT_FALSE(SaveACList(app));
-  ASSERT_EQ(windows.boxes.size(), 1U);
-  EXPECT_NE(windows.boxes[0].text.find("Disk full"), std::string::npos);
-  EXPECT_EQ(rows(list), Lines{"row|C:\\r\\"});
-  files.heal();
-  EXPECT_TRUE(SaveACList(app));
 }
 
 // Stored as "?", the folder of a row would lead nowhere.
@@ -230,12 +174,8 @@ TEST_F(ListFilesTest, AFolderThatTheFileCannotHoldIsTold) {
   list.add("polish", {"C:\\\u0141\u00f3d\u017a\\"});
   list.add("three", {"C:\\3\\"});
   SaveACList(app);
-  ASSERT_EQ(windows.boxes.size(), 1U);
-  EXPECT_NE(windows.boxes[0].text.find("\"C:\\\u0141\u00f3d\u017a\\\""), std::string::npos);
-  EXPECT_EQ(drive.read("C:\\FS\\SKV_AC.lst"),
-            "one\x01"
-            "C:\\1\\\r\nthree\x01"
-            "C:\\3\\\r\n");
+  expectTold("\"C:\\\u0141\u00f3d\u017a\\\"");
+  EXPECT_EQ(drive.read(listFile), line("one", "C:\\1\\") + line("three", "C:\\3\\"));
   EXPECT_FALSE(appendLibraryRow(app, "C:\\o.lst", {"p", "C:\\\u0141\\"}).ok());
   EXPECT_FALSE(drive.exists("C:\\o.lst"));
 
@@ -246,35 +186,23 @@ TEST_F(ListFilesTest, AFolderThatTheFileCannotHoldIsTold) {
   LoadACList(polish);
   polish.frmMain.lstAircraft.add("p", {"C:\\\u0141\u00f3d\u017a\\"});
   EXPECT_TRUE(SaveACList(polish));
-  EXPECT_EQ(windows.boxes.size(), 1U);
-  EXPECT_NE(drive.read("C:\\FS\\SKV_AC.lst")
-                .find("C:\\\xa3\xf3"
-                      "d\x9f\\\r\n"),
-            std::string::npos);
+  EXPECT_TRUE(windows.boxes.empty());
+  EXPECT_TRUE(holds(drive.read(listFile), "C:\\\243\363d\237\\\r\n"));
 }
 
 TEST_F(ListFilesTest, AppendingKeepsAFileWithoutALastLineEnd) {
-  drive.write("C:\\o.lst",
-              "a\x01"
-              "C:\\a\\");
-  EXPECT_TRUE(appendLibraryRow(app, "C:\\o.lst", {"b", "C:\\b\\"}).ok());
+  const std::string old = "C:\\o.lst", none = "C:\\none.lst";
+  drive.write(old, "a\001C:\\a\\");
+  EXPECT_TRUE(appendLibraryRow(app, old, {"b", "C:\\b\\"}).ok());
   EXPECT_TRUE(appendLibraryRow(app, "C:\\n.lst", {"c", "C:\\c\\"}).ok());
-  EXPECT_EQ(drive.read("C:\\o.lst"),
-            "a\x01"
-            "C:\\a\\\r\nb\x01"
-            "C:\\b\\\r\n");
-  EXPECT_EQ(drive.read("C:\\n.lst"),
-            "c\x01"
-            "C:\\c\\\r\n");
-  const std::string kept = drive.read("C:\\o.lst");
-  for (const char* operation : {"readFile", "attributes"}) {
-    files.failWhen(operation, operation[0] == 'a' ? "C:\\none.lst" : "C:\\o.lst", err::deviceIo);
-    const char* file = operation[0] == 'a' ? "C:\\none.lst" : "C:\\o.lst";
-    EXPECT_EQ(appendLibraryRow(app, file, {"d", "C:\\d\\"}).number(), err::deviceIo);
+  EXPECT_EQ(drive.read("C:\\n.lst"), line("c", "C:\\c\\"));
+  for (const auto& [call, path] : {std::pair{"readFile", old}, {"attributes", none}}) {
+    files.failWhen(call, path, err::deviceIo);
+    EXPECT_EQ(appendLibraryRow(app, path, {"d", "C:\\d\\"}).number(), err::deviceIo);
     ASSERT_TRUE(files.heal());
   }
-  EXPECT_EQ(drive.read("C:\\o.lst"), kept);
-  EXPECT_FALSE(drive.exists("C:\\none.lst"));
+  EXPECT_EQ(drive.read(old), line("a", "C:\\a\\") + line("b", "C:\\b\\"));
+  EXPECT_FALSE(drive.exists(none));
   EXPECT_FALSE(appendLibraryRow(app, "C:\\away\\o.lst", {"d", "C:\\d\\"}).ok());
 }
 

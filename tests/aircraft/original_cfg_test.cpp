@@ -2,16 +2,14 @@
 
 #include <gtest/gtest.h>
 
-#include <functional>
-
 #include "platform/disk/drive_file_system.h"
-#include "support/faulty_file_system.h"
+#include "support/every_call.h"
 #include "support/temporary_drive.h"
 
 namespace skv {
 namespace {
 
-using test::FaultyFileSystem;
+using test::Ending;
 
 class OriginalCfgTest : public ::testing::Test {
  protected:
@@ -19,71 +17,38 @@ class OriginalCfgTest : public ::testing::Test {
   const std::string current = folder + aircraftCfg, original = folder + originalAircraftCfg;
   test::TemporaryDrive drive;
   DriveFileSystem disk{drive.drives()};
-  FaultyFileSystem files{disk};
+  test::FaultyFileSystem files{disk};
 
   // Both files read-only, as they stand before a change or before a reset.
-  void put(const char* now, const char* kept) {
-    for (const std::string& file : {current, original}) {
-      if (!drive.exists(file)) continue;
-      EXPECT_TRUE(disk.setAttributes(file, {}).ok());
-      drive.remove(file);
-    }
+  void put(const std::string& now, const std::string& kept) {
+    drive.clear(folder);
     drive.write(current, now);
-    if (*kept != 0) drive.write(original, kept);
+    if (!kept.empty()) drive.write(original, kept);
     for (const std::string& file : {current, original})
-      if (drive.exists(file)) {
-        EXPECT_TRUE(disk.setAttributes(file, {.readOnly = true}).ok());
-      }
+      EXPECT_EQ(disk.setAttributes(file, {.readOnly = true}).ok(), drive.exists(file));
   }
 };
 
-// One of the two files always stands whole: each call failed and killed, the disk's cache being
-// lost or not.
+// One of the two files always stands whole, the disk's cache being lost or not.
 TEST_F(OriginalCfgTest, ChangesAndResetsThatEndAnywhereLoseNeitherFile) {
-  struct Ending {
-    const char* what;
-    std::function<void(int)> at;
-    std::function<void()> afterwards = [] {};
-  };
-  const Ending endings[] = {
-      {"failed", [this](int call) { files.failAt(call, err::deviceIo); }},
-      {"failed look", [this](int call) { files.failReadAt(call, err::deviceIo); }},
-      {"killed", [this](int call) { files.killAt(call); }},
-      {"power cut, empty files", [this](int call) { files.killAt(call); },
-       [this] { files.powerCut(FaultyFileSystem::Lost::contents); }},
-      {"power cut, lost files", [this](int call) { files.killAt(call); },
-       [this] { files.powerCut(FaultyFileSystem::Lost::files); }},
-  };
-  for (const auto& [what, at, afterwards] : endings) {
+  for (const Ending ending :
+       {Ending::failure, Ending::failedLook, Ending::kill, Ending::emptyFiles, Ending::lostFiles}) {
     for (const bool resets : {false, true}) {
-      bool struck = true;
-      for (int call = 1; struck && call < 20; ++call) {
-        SCOPED_TRACE(std::string(what) + (resets ? " reset " : " change ") + std::to_string(call));
-        if (resets)
-          put("changed", "original");
-        else
-          put("original", "");
-        at(call);
-        bool ok = false;
-        try {
-          ok = (resets ? restoreAircraftCfg(files, folder)
-                       : changeAircraftCfg(files, folder, "changed"))
-                   .ok();
-        } catch (const test::Killed&) {
-        }
-        struck = files.heal();
-        afterwards();
-        const std::string now = drive.read(current);
-        if (now == "changed")
-          EXPECT_EQ(drive.read(original), "original");
-        else
-          EXPECT_EQ(now, "original");
-        if (!struck) {
-          EXPECT_TRUE(ok);
-          EXPECT_EQ(now, resets ? "original" : "changed");
-        }
-      }
-      EXPECT_FALSE(struck) << "more calls than there can be";
+      SCOPED_TRACE(resets ? "reset" : "change");
+      bool ok = false;
+      const int calls = forEveryCall(
+          files, ending, [&] { resets ? put("changed", "original") : put("original", ""); },
+          [&] {
+            ok = (resets ? restoreAircraftCfg(files, folder)
+                         : changeAircraftCfg(files, folder, "changed"))
+                     .ok();
+          },
+          [&](bool struck) {
+            const std::string now = drive.read(current);
+            EXPECT_EQ(now == "changed" ? drive.read(original) : now, "original");
+            EXPECT_TRUE(struck || (ok && now == (resets ? "original" : "changed")));
+          });
+      EXPECT_GT(calls, 1);
     }
   }
 }
@@ -92,10 +57,8 @@ TEST_F(OriginalCfgTest, AChangeNeedsABackupAndAResetAnOriginal) {
   drive.write(current, "now");
   ASSERT_TRUE(disk.makeFolder(original).ok());
   EXPECT_FALSE(changeAircraftCfg(files, folder, "changed").ok()) << "a folder is no backup";
-  EXPECT_EQ(drive.read(current), "now");
   ASSERT_TRUE(disk.removeFolder(original).ok());
   EXPECT_FALSE(restoreAircraftCfg(files, folder).ok());
-
   drive.write(original, "");
   EXPECT_FALSE(restoreAircraftCfg(files, folder).ok()) << "what a power cut has left of a copy";
   EXPECT_EQ(drive.read(current), "now");

@@ -63,6 +63,17 @@ class RecordingShell : public Shell {
   Outcome editOutcome;
 };
 
+// A line of a list file.
+inline std::string line(const std::string& name, const std::string& folder) {
+  return name + "\x01" + folder + "\r\n";
+}
+
+// Whether a text says so.
+inline ::testing::AssertionResult holds(const std::string& text, const std::string& part) {
+  if (text.find(part) != std::string::npos) return ::testing::AssertionSuccess();
+  return ::testing::AssertionFailure() << "no \"" << part << "\" in \"" << text << "\"";
+}
+
 // Drive C: holds a simulator at C:\FS\ with the Hangar C:\Hangar\, the Packages C:\Packs\ and
 // C:\Temp\.
 class ProgramTest : public ::testing::Test {
@@ -87,6 +98,12 @@ class ProgramTest : public ::testing::Test {
     for (int row = 1; row <= list.count(); ++row)
       result.push_back(list.text(row) + "|" + list.subItem(row, 1));
     return result;
+  }
+  // The user was told one thing since the last such look.
+  void expectTold(const std::string& part) {
+    EXPECT_EQ(windows.boxes.size(), 1U);
+    EXPECT_TRUE(!windows.boxes.empty() && holds(windows.boxes.back().text, part));
+    windows.boxes.clear();
   }
   // The window takes input again and the pointer is normal.
   void expectIdle() {

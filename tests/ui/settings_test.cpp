@@ -9,6 +9,9 @@
 namespace skv {
 namespace {
 
+using test::holds;
+using test::line;
+
 class SettingsTest : public test::ProgramTest {
  protected:
   SettingsTest() {
@@ -23,6 +26,17 @@ class SettingsTest : public test::ProgramTest {
     app.frmMain.mnuFileSettings.click();
   }
   void ok() { form.btnOK.click(); }
+  void acceptPackages(const std::string& folder) {
+    open([this, folder] {
+      form.txtPacksDir.text = folder;
+      ok();
+    });
+  }
+  void expectRefused() {
+    ok();
+    EXPECT_TRUE(form.visible);
+    form.closed();
+  }
   ui::FrmSettings& form = app.frmSettings;
 };
 
@@ -32,14 +46,11 @@ TEST_F(SettingsTest, StoresWhatIsAcceptedAndNothingElse) {
     EXPECT_EQ(form.txtPOPPassword.text, "secret");
     form.txtFSRoot.text = "C:\\Packs";
     form.txtPOPHost.text = "mail";
-    ok();
-    EXPECT_TRUE(form.visible);
-    form.closed();
+    expectRefused();
   });
   EXPECT_EQ(settings.values, before);
-  ASSERT_EQ(windows.boxes.size(), 1U);
-  EXPECT_EQ(windows.boxes[0].text, "'C:\\Packs\\' is not the FS2002 folder!");
-  EXPECT_EQ(windows.boxes[0].title, "FS Skyvault - Settings");
+  EXPECT_EQ(windows.boxes.at(0).title, "FS Skyvault - Settings");
+  expectTold("'C:\\Packs\\' is not the FS2002 folder!");
 
   open([this] {
     form.txtFSRoot.text = "C:\\fs";
@@ -52,8 +63,7 @@ TEST_F(SettingsTest, StoresWhatIsAcceptedAndNothingElse) {
   EXPECT_EQ(settings.values["General/PanelsDir"], "C:\\FS\\panels\\");
   EXPECT_EQ(drive.tree("C:\\lib"),
             (std::vector<std::string>{"scenery\\", "scenery\\Main\\", "scenery\\Scenery\\"}));
-  EXPECT_FALSE(form.visible);
-  EXPECT_TRUE(app.frmMain.visible);
+  EXPECT_TRUE(!form.visible && app.frmMain.visible);
 }
 
 TEST_F(SettingsTest, FoldersAreUnderstoodHoweverTheyAreTyped) {
@@ -90,15 +100,11 @@ TEST_F(SettingsTest, AFolderThatCannotBeIsRefusedByItsFieldsName) {
   const auto before = settings.values;
   for (ui::TextBox* field :
        {&form.txtHangarDir, &form.txtPacksDir, &form.txtCentralPanel, &form.txtSceneryLib}) {
-    windows.boxes.clear();
     open([this, field] {
       field->text = "here";
-      ok();
-      EXPECT_TRUE(form.visible);
-      form.closed();
+      expectRefused();
     });
-    ASSERT_EQ(windows.boxes.size(), 1U);
-    EXPECT_TRUE(windows.boxes[0].text.starts_with(field->label + "\r\n\"here\" "));
+    expectTold(field->label + "\r\n\"here\" ");
   }
   EXPECT_EQ(settings.values, before);
 }
@@ -131,10 +137,8 @@ TEST_F(SettingsTest, EachFolderSaysWhetherItIsRight) {
     files.failWhen("attributes", "C:\\FS\\Scenery.cfg", err::deviceIo);
     form.txtFSRoot.change();
     EXPECT_EQ(form.lblFSRootState.caption, "Cannot be looked at");
-    ok();
-    EXPECT_TRUE(form.visible) << "what cannot be told is not the simulator's folder";
+    expectRefused();  // what cannot be told is not the simulator's folder
     EXPECT_FALSE(windows.boxTexts().back().ends_with("is not the FS2002 folder!"));
-    form.closed();
   });
 }
 
@@ -147,9 +151,7 @@ TEST_F(SettingsTest, WhatCannotBeStoredChangesNothing) {
     open([this] {
       form.txtHangarDir.text = "C:\\other";
       form.txtPacksDir.text = "C:\\new";
-      ok();
-      EXPECT_TRUE(form.visible);
-      form.closed();
+      expectRefused();
     });
     for (const auto& [key, value] : before) EXPECT_EQ(settings.values[key], value) << failing;
     EXPECT_EQ(app.PacksDir, "C:\\Packs\\");
@@ -157,28 +159,19 @@ TEST_F(SettingsTest, WhatCannotBeStoredChangesNothing) {
   }
   EXPECT_EQ(windows.boxes.size(), 3U);
   settings.failedWrite = "Mail/POPHost";
-  open([this] {
-    ok();
-    EXPECT_TRUE(form.visible) << "the mail accounts can be tried again";
-    form.closed();
-  });
+  open([this] { expectRefused(); });  // the mail accounts can be tried again
   EXPECT_EQ(windows.boxes.size(), 4U);
 }
 
 TEST_F(SettingsTest, OkLeavesTheSelectedAircraftSelected) {
   drive.write("C:\\FS\\SKV_AC.lst",
-              "a\x01"
-              "C:\\FS\\aircraft\\a\\\r\nb\x01"
-              "C:\\FS\\aircraft\\b\\\r\n");
+              line("a", "C:\\FS\\aircraft\\a\\") + line("b", "C:\\FS\\aircraft\\b\\"));
   drive.write("C:\\FS\\aircraft\\b\\aircraft.cfg", "[fltsim.0]\r\ntitle=the b\r\n");
   mnuViewFSAircraft_Click(app);
   auto& list = app.frmMain.lstAircraft;
   list.select(2);
   drive.write("C:\\new\\b.zip", "");
-  open([this] {
-    form.txtPacksDir.text = "C:\\new";
-    ok();
-  });
+  acceptPackages("C:\\new");
   EXPECT_EQ(list.selected(), 2);
   EXPECT_EQ(list.smallIcon(2), 1 + 1 + 2) << "in the simulator, and now as a Package";
   EXPECT_EQ(app.frmMain.lstACVersions.count(), 1);
@@ -197,29 +190,23 @@ TEST_F(SettingsTest, OkLeavesTheSelectedAircraftSelected) {
 TEST_F(SettingsTest, PackagesMoveWhenTheUserWishes) {
   drive.write("C:\\Packs\\a.ZIP", "a");
   drive.write("C:\\Packs\\Scenery\\b.txt", "b");
-  const auto move = [this](const char* folder) {
-    open([this, folder] {
-      form.txtPacksDir.text = folder;
-      ok();
-    });
-  };
-  move("C:\\PACKS\\");
+  acceptPackages("C:\\PACKS\\");
   EXPECT_TRUE(windows.boxes.empty()) << "the same folder in other letters";
   settings.values["General/PacksDir"] = "C:\\Packs\\";
-  move("C:\\deep\\new");
+  acceptPackages("C:\\deep\\new");
   EXPECT_EQ(drive.tree("C:\\deep\\new"), std::vector<std::string>{"Scenery\\"}) << "answered No";
   settings.values["General/PacksDir"] = "C:\\Packs\\";
   windows.answers = {ui::Answer::yes};
-  move("C:\\deep\\new");
+  acceptPackages("C:\\deep\\new");
   EXPECT_EQ(drive.tree("C:\\deep\\new"),
             (std::vector<std::string>{"Scenery\\", "Scenery\\b.txt", "a.ZIP"}));
   EXPECT_FALSE(drive.exists("C:\\Packs"));
   EXPECT_TRUE(form.enabled);
   expectIdle();
-  move("C:\\third");
+  acceptPackages("C:\\third");
   windows.boxes.clear();
   settings.values["General/PacksDir"] = "C:\\third\\";
-  move("C:\\fourth");
+  acceptPackages("C:\\fourth");
   EXPECT_TRUE(windows.boxes.empty()) << "no Packages, no question";
   EXPECT_TRUE(drive.exists("C:\\fourth") && drive.exists("C:\\third"));
 }
@@ -253,10 +240,7 @@ TEST_F(SettingsTest, PackagesStayWhereOtherThingsWouldGoAlong) {
     settings.values["General/PacksDir"] = old;
     settings.values[name] = other;
     app.SceneryLib = app.PanelsDir = "";
-    open([this, to = to] {
-      form.txtPacksDir.text = to;
-      ok();
-    });
+    acceptPackages(to);
     ASSERT_EQ(windows.boxes.size(), 1U) << old;
     EXPECT_EQ(windows.boxes[0].buttons, ui::BoxButtons::ok) << "told, not asked";
     EXPECT_TRUE(drive.exists(std::string(old) + "a.zip")) << old << other;
@@ -267,27 +251,24 @@ TEST_F(SettingsTest, PackagesStayWhereOtherThingsWouldGoAlong) {
 }
 
 TEST_F(SettingsTest, AMoveOfPackagesLosesNothing) {
-  for (const char* name : {"a.zip", "b.zip", "c.zip", "sub\\d.zip"}) {
-    drive.write(std::string("C:\\Packs\\") + name, "old place");
-    drive.setModified(std::string("C:\\Packs\\") + name, {1000000000, 0});
-  }
-  drive.write("C:\\new\\a.zip", "newer");
-  drive.setModified("C:\\new\\a.zip", {1000000001, 0});
-  drive.write("C:\\new\\B.zip", "older");
-  drive.setModified("C:\\new\\B.zip", {999999999, 0});
+  const auto put = [this](const std::string& path, const char* content, std::int64_t time) {
+    drive.write(path, content);
+    drive.setModified(path, {time, 0});
+  };
+  for (const std::string name : {"a.zip", "b.zip", "c.zip", "sub\\d.zip"})
+    put("C:\\Packs\\" + name, "old place", 1000000000);
+  put("C:\\new\\a.zip", "newer", 1000000001);
+  put("C:\\new\\B.zip", "older", 999999999);
   files.failWhen("moveFile", "C:\\Packs\\sub\\d.zip", err::diskFull);
   windows.answers = {ui::Answer::yes};
-  open([this] {
-    form.txtPacksDir.text = "C:\\new";
-    ok();
-  });
+  acceptPackages("C:\\new");
   EXPECT_EQ(drive.read("C:\\new\\a.zip"), "newer");
-  EXPECT_EQ(drive.read("C:\\new\\b.zip"), "old place");
-  EXPECT_EQ(drive.read("C:\\new\\c.zip"), "old place");
+  for (const char* moved : {"b.zip", "c.zip"})
+    EXPECT_EQ(drive.read(std::string("C:\\new\\") + moved), "old place");
   EXPECT_EQ(drive.tree("C:\\Packs"), (std::vector<std::string>{"a.zip", "sub\\", "sub\\d.zip"}));
   ASSERT_EQ(windows.boxes.size(), 2U);
   EXPECT_TRUE(windows.boxes[1].text.starts_with("2 of 4 files could not be moved"));
-  EXPECT_NE(windows.boxes[1].text.find("newer file"), std::string::npos);
+  EXPECT_TRUE(holds(windows.boxes[1].text, "newer file"));
 }
 
 TEST_F(SettingsTest, ProposalsFollowTheSimulatorsFolderUntilTheyAreTouched) {

@@ -10,21 +10,32 @@
 namespace skv {
 namespace {
 
+using test::holds;
+using test::line;
+
 class StartupTest : public test::ProgramTest {
  protected:
   StartupTest() {
-    for (const auto& [key, value] :
-         std::map<std::string, std::string>{{"General/FSRoot", "C:\\FS\\"},
-                                            {"General/HangarDir", "C:\\Hangar\\"},
-                                            {"General/PacksDir", "C:\\Packs\\"},
-                                            {"General/AppVersion", versionText()}})
-      settings.values[key] = value;
-    drive.write("C:\\FS\\SKV_AC.lst",
-                "a\x01"
-                "C:\\FS\\aircraft\\a\\\r\nb\x01"
-                "C:\\FS\\aircraft\\b\\\r\n");
+    settings.values = {{"General/FSRoot", "C:\\FS\\"},
+                       {"General/HangarDir", "C:\\Hangar\\"},
+                       {"General/PacksDir", "C:\\Packs\\"},
+                       {"General/AppVersion", versionText()}};
+    drive.write("C:\\FS\\SKV_AC.lst", rowA + rowB);
     app.FSRoot = app.HangarDir = app.PacksDir = "";
   }
+  // Plays the user of the settings, at each showing.
+  void atSettings(std::function<void()> user) {
+    windows.onShow[&app.frmSettings] = [this, user = std::move(user)] {
+      ++settingsShown;
+      user();
+    };
+  }
+  void startAgain() {
+    Form_Unload(app);
+    app.ending = false;
+  }
+  const std::string rowA = line("a", "C:\\FS\\aircraft\\a\\");
+  const std::string rowB = line("b", "C:\\FS\\aircraft\\b\\");
   int settingsShown = 0;
   ui::FrmMain& form = app.frmMain;
 };
@@ -64,13 +75,8 @@ TEST_F(StartupTest, TheRememberedRowIsCheckedAgainstTheList) {
 TEST_F(StartupTest, TheRememberedRowIsTheAircraft) {
   Form_Load(app);
   form.lstAircraft.select(2);
-  Form_Unload(app);
-  drive.write("C:\\FS\\SKV_AC.lst",
-              "b\x01"
-              "C:\\FS\\aircraft\\b\\\r\na\x01"
-              "C:\\FS\\aircraft\\a\\\r\nc\x01"
-              "C:\\FS\\aircraft\\c\\\r\n");
-  app.ending = false;
+  startAgain();
+  drive.write("C:\\FS\\SKV_AC.lst", rowB + rowA + line("c", "C:\\FS\\aircraft\\c\\"));
   form.lstAircraft.select(3);
   Form_Load(app);
   EXPECT_EQ(form.lstAircraft.text(form.lstAircraft.selected()), "b");
@@ -80,13 +86,12 @@ TEST_F(StartupTest, ListsLookAsTheyDidAtTheEndOfTheLastRun) {
   Form_Load(app);
   form.lstAircraft.setColumnWidth(0, 4000);
   form.lstAircraft.sort(1, ui::SortOrder::descending);
-  Form_Unload(app);
+  startAgain();
   form.lstAircraft.setColumnWidth(0, 6350);
   form.lstAircraft.clearSort();
   settings.values["Lists/lstPanel"] = "10,2000";
   settings.values["Lists/lstScenery"] = "5000,2000,900,0,0,0,0,0,0";
   settings.values["Lists/lstSound"] = "5000";
-  app.ending = false;
   Form_Load(app);
   const auto width = [](const ui::ListView& list, std::size_t column) {
     return list.columns()[column].width;
@@ -106,28 +111,27 @@ TEST_F(StartupTest, SettingsThatCannotBeReadAreAskedForAgain) {
   windows.answers = {ui::Answer::yes, ui::Answer::yes};
   EXPECT_TRUE(settingsCanBeRead(windows, settings));
   EXPECT_EQ(windows.boxes.size(), 2U);
-  EXPECT_NE(windows.boxes[0].text.find("settings.ini"), std::string::npos);
+  EXPECT_TRUE(holds(windows.boxes[0].text, "settings.ini"));
   settings.failedReads = 1;
   EXPECT_FALSE(settingsCanBeRead(windows, settings)) << "answered No";
 }
 
 TEST_F(StartupTest, AFirstStartCanBeQuit) {
   settings.values.clear();
-  windows.onShow[&app.frmSettings] = [this] {
-    EXPECT_TRUE(app.frmSettings.lblIntro.visible);
-    EXPECT_TRUE(app.frmSettings.btnQuit.visible);
+  atSettings([this] {
+    EXPECT_TRUE(app.frmSettings.lblIntro.visible && app.frmSettings.btnQuit.visible);
     app.frmSettings.btnQuit.click();
-  };
+  });
   Form_Load(app);
   EXPECT_TRUE(app.ending);
   EXPECT_FALSE(form.visible || app.frmSplash.visible || app.frmSettings.visible);
   EXPECT_TRUE(settings.values.empty());
   app.ending = false;
   app.starting = false;
-  windows.onShow[&app.frmSettings] = [this] {
+  atSettings([this] {
     EXPECT_FALSE(app.frmSettings.btnQuit.visible) << "a first start only";
     app.frmSettings.closed();
-  };
+  });
   form.mnuFileSettings.click();
 }
 
@@ -138,8 +142,8 @@ TEST_F(StartupTest, NothingIsMadeWhereTheSimulatorsDiskIsAway) {
   Form_Load(app);
   EXPECT_TRUE(form.visible);
   EXPECT_EQ(drive.tree("C:\\mnt"), std::vector<std::string>{});
-  EXPECT_NE(form.lblStatus.notice->find("C:\\mnt\\FS\\"), std::string::npos);
-  EXPECT_NE(form.lblStatus.notice->find("F2"), std::string::npos);
+  EXPECT_TRUE(holds(form.lblStatus.notice, "C:\\mnt\\FS\\"));
+  EXPECT_TRUE(holds(form.lblStatus.notice, "F2"));
   settings.values["General/PacksDir"] = "C:\\FS\\deep\\Packs\\";
   Form_Load(app);
   EXPECT_TRUE(drive.exists("C:\\FS\\deep\\Packs\\Scenery")) << "that disk is there";
@@ -158,36 +162,32 @@ TEST_F(StartupTest, ACloseRequestDuringAnOperationAsks) {
   EXPECT_EQ(windows.boxes.size(), 2U) << "asked no more";
 }
 
-TEST_F(StartupTest, ClosingDuringTheFirstSettingsEndsTheStart) {
-  settings.values.clear();
-  windows.onShow[&app.frmSettings] = [this] { Form_Unload(app); };
-  Form_Load(app);
-  EXPECT_FALSE(form.visible || app.frmSplash.visible);
-  EXPECT_EQ(settings.values.count("General/AppVersion"), 0U);
-}
-
 TEST_F(StartupTest, WithoutAnyDriveTheBoxNamesWhatIsLookedFor) {
   DriveFileSystem none(drive.native() + "/nowhere");
   App other(Platform{none, settings, clock, shell, zip, {"\\", "\\"}}, windows);
   Form_Load(other);
   ASSERT_EQ(windows.boxes.size(), 1U);
   for (const char* place : {"SKYVAULT_DRIVES", "WINEPREFIX", "~/.wine/dosdevices"})
-    EXPECT_NE(windows.boxes[0].text.find(place), std::string::npos) << place;
+    EXPECT_TRUE(holds(windows.boxes[0].text, place));
   EXPECT_TRUE(other.frmMain.visible);
 }
 
 TEST_F(StartupTest, AFirstStartLeadsThroughTheSettings) {
   settings.values.clear();
-  windows.onShow[&app.frmSettings] = [this] {
-    ++settingsShown;
+  atSettings([this] { Form_Unload(app); });
+  Form_Load(app);
+  EXPECT_FALSE(form.visible || app.frmSplash.visible) << "closed: the start is over";
+  EXPECT_EQ(settings.values.count("General/AppVersion"), 0U);
+  app.ending = false;
+  atSettings([this] {
     EXPECT_FALSE(form.visible);
     EXPECT_EQ(app.frmSettings.txtFSRoot.text, "C:\\Program Files\\Microsoft Games\\FS2002\\");
     app.frmSettings.txtFSRoot.text = "C:\\FS";
     app.frmSettings.txtFSRoot.lostFocus();
     app.frmSettings.btnOK.click();
-  };
+  });
   Form_Load(app);
-  EXPECT_EQ(settingsShown, 1);
+  EXPECT_EQ(settingsShown, 2);
   EXPECT_EQ(settings.values["General/FSRoot"], "C:\\FS\\");
   EXPECT_EQ(settings.values["General/HangarDir"], "C:\\FS\\SKV-Hangar\\");
   EXPECT_EQ(settings.values["General/PacksDir"], "C:\\FS\\SKV-Packages\\");
@@ -198,13 +198,15 @@ TEST_F(StartupTest, AFirstStartLeadsThroughTheSettings) {
 }
 
 TEST_F(StartupTest, SettingsClosedWithoutOkGoOnAndAskAgain) {
-  settings.values.clear();
-  windows.onShow[&app.frmSettings] = [this] {
-    ++settingsShown;
-    app.frmSettings.closed();
-  };
+  atSettings([this] { app.frmSettings.closed(); });
+  settings.values["General/AppVersion"] = "0.05.0001";
   Form_Load(app);
-  EXPECT_EQ(settingsShown, 3) << "once for the start, once each for Hangar and Packages";
+  Form_Load(app);
+  EXPECT_EQ(settingsShown, 1) << "a new version asks once";
+  settings.values.clear();
+  app.FSRoot = app.HangarDir = app.PacksDir = "";
+  Form_Load(app);
+  EXPECT_EQ(settingsShown, 4) << "once for the start, once each for Hangar and Packages";
   EXPECT_TRUE(form.visible);
   EXPECT_EQ(app.FSRoot, "");
   EXPECT_EQ(settings.values["General/AppVersion"], versionText());
@@ -212,39 +214,24 @@ TEST_F(StartupTest, SettingsClosedWithoutOkGoOnAndAskAgain) {
   EXPECT_TRUE(windows.boxes.empty());
 }
 
-TEST_F(StartupTest, ANewVersionAsksOnce) {
-  settings.values["General/AppVersion"] = "0.05.0001";
-  windows.onShow[&app.frmSettings] = [this] {
-    ++settingsShown;
-    app.frmSettings.closed();
-  };
-  Form_Load(app);
-  Form_Load(app);
-  EXPECT_EQ(settingsShown, 1);
-}
-
 TEST_F(StartupTest, OldListFilesMoveAndAreNeverLost) {
-  ASSERT_TRUE(disk.makeFolder("C:\\Program").ok());
-  drive.write("C:\\Program\\SKV_AC.lst",
-              "moved\x01"
-              "C:\\FS\\aircraft\\m\\\r\n");
-  drive.write("C:\\Program\\SKV_PN.lst",
-              "kept\x01"
-              "C:\\p\\\r\n");
-  files.failWhen("copyFileDurably", "C:\\Program\\SKV_PN.lst", err::diskFull);
+  const std::string old = "C:\\Program\\SKV_PN.lst", now = "C:\\FS\\SKV_PN.lst";
+  drive.write("C:\\Program\\SKV_AC.lst", line("moved", "C:\\FS\\aircraft\\m\\"));
+  drive.write(old, line("kept", "C:\\p\\"));
+  files.failWhen("copyFileDurably", old, err::diskFull);
   Form_Load(app);
   EXPECT_EQ(rows(form.lstAircraft), std::vector<std::string>{"moved|C:\\FS\\aircraft\\m\\"});
   EXPECT_FALSE(drive.exists("C:\\Program\\SKV_AC.lst"));
-  EXPECT_TRUE(drive.exists("C:\\Program\\SKV_PN.lst"));
+  EXPECT_TRUE(drive.exists(old));
   EXPECT_EQ(files.count("copyFile", "C:\\Program\\SKV_AC.lst"), 0)
       << "not only in the disk's cache";
 
-  drive.write("C:\\FS\\SKV_PN.lst", "of the simulator");
-  files.failWhen("attributes", "C:\\FS\\SKV_PN.lst", err::deviceIo);
+  drive.write(now, "of the simulator");
+  files.failWhen("attributes", now, err::deviceIo);
   Form_Load(app);
-  EXPECT_EQ(drive.read("C:\\FS\\SKV_PN.lst"), "of the simulator") << "who knows what stands there";
-  EXPECT_TRUE(drive.exists("C:\\Program\\SKV_PN.lst"));
-  files.failWhen("deleteFile", "C:\\Program\\SKV_PN.lst", err::permissionDenied);
+  EXPECT_EQ(drive.read(now), "of the simulator") << "who knows what stands there";
+  EXPECT_TRUE(drive.exists(old));
+  files.failWhen("deleteFile", old, err::permissionDenied);
   Form_Load(app);
   EXPECT_EQ(windows.boxes.size(), 1U) << "the next start would copy it over the newer list";
 }
@@ -253,8 +240,7 @@ TEST_F(StartupTest, AMissingWorkingFolderEndsTheStartWithABox) {
   ASSERT_TRUE(disk.removeFolder("C:\\Temp\\SKVInstallTemp").ok());
   files.failWhen("makeFolder", "C:\\Temp\\SKVInstallTemp\\", err::pathFileAccess);
   Form_Load(app);
-  EXPECT_EQ(windows.boxTexts().size(), 1U);
-  EXPECT_TRUE(windows.boxTexts()[0].starts_with("Error #75\r\nPath/File access error"));
+  expectTold("Error #75\r\nPath/File access error");
   EXPECT_TRUE(form.visible);
   EXPECT_EQ(form.lstAircraft.count(), 0);
 }
