@@ -4,6 +4,7 @@
 #include <fstream>
 
 #include "core/disk_queries.h"
+#include "support/every_call.h"
 #include "support/program_fixture.h"
 
 namespace skv {
@@ -368,22 +369,17 @@ TEST_F(WalkTreeTest, ABoxNamesTheFirstFailureOnce) {
 }
 
 TEST_F(WalkTreeTest, MoveKilledAnywhereLosesNoFile) {
-  bool struck = true;
-  for (int call = 1; struck && call < 100; ++call) {
+  const auto begin = [this] {
     drive.clear("C:\\d");
     write({"C:\\s\\a.txt", "C:\\s\\sub\\b.txt", "C:\\s\\sub\\c.txt"});
-    files.killAt(call);
-    try {
-      WalkTree(app, "C:\\s", "C:\\d", WalkMove, true);
-    } catch (const test::Killed&) {
-    }
-    struck = files.heal();
+  };
+  const auto move = [this] { WalkTree(app, "C:\\s", "C:\\d", WalkMove, true); };
+  const auto check = [this](bool) {
     for (const std::string name : {"a.txt", "sub\\b.txt", "sub\\c.txt"})
       EXPECT_EQ(drive.read((drive.exists("C:\\s\\" + name) ? "C:\\s\\" : "C:\\d\\") + name),
-                "C:\\s\\" + name)
-          << "killed at " << call;
-  }
-  EXPECT_FALSE(struck);
+                "C:\\s\\" + name);
+  };
+  EXPECT_GT(forEveryCall(files, test::Ending::kill, begin, move, check), 3);
 }
 
 }  // namespace

@@ -5,6 +5,7 @@
 
 #include "core/disk_queries.h"
 #include "sample/zip_file.h"
+#include "support/every_call.h"
 #include "support/program_fixture.h"
 #include "ui/views.h"
 
@@ -459,61 +460,50 @@ TEST_F(InstallerTest, ARunKeepsToTheHangarItBeganWith) {
 
 // Every call that changes the disk fails once, or is the last before a kill: the try either was
 // whole or has left nothing but what the next one clears away, and the next one ends well.
-class InstallerFaultTest : public InstallerTest, public ::testing::WithParamInterface<bool> {};
+class InstallerFaultTest : public InstallerTest,
+                           public ::testing::WithParamInterface<test::Ending> {};
 
 TEST_P(InstallerFaultTest, AnyFailingCallIsToldAndTheNextTryEndsWell) {
-  const bool kills = GetParam();
   zip({{"p/aircraft.cfg", cfg},
        {"Gauges/g.gau", "g"},
        {"in.zip", sample::zipBytes({{"e.fx", "e"}})}});
   const Tree simulator = drive.tree("C:\\FS");
   const Tree whole{"Main\\plane\\Effects\\e.fx", "Main\\plane\\Gauges\\g.gau", "SKV_AC.lst",
                    "aircraft\\plane\\aircraft.cfg"};
-  const Tree row{"The Plane|C:\\Hangar\\aircraft\\plane\\"};
-  constexpr int mostCalls = 500;
-  int call = 1;
-  for (bool struck = true; struck && call < mostCalls; ++call) {
-    SCOPED_TRACE(call);
+  const auto begin = [this] {
     drive.clear("C:\\Hangar");
     drive.clear("C:\\Temp\\SKVInstallTemp");
     mnuViewFSAircraft_Click(app);
     windows.boxes.clear();
-    if (kills)
-      files.killAt(call);
-    else
-      files.failAt(call, err::diskFull);
-    bool killed = false;
-    try {
-      install();
-    } catch (const test::Killed&) {
-      killed = true;
-    }
-    struck = files.heal();
-    const bool told = !windows.boxes.empty();
+  };
+  const auto check = [&](bool struck) {
+    const bool told = !windows.boxes.empty() || (struck && GetParam() == test::Ending::kill);
     windows.boxes.clear();
     EXPECT_EQ(drive.tree("C:\\FS"), simulator);
     EXPECT_TRUE(drive.exists("C:\\plane.zip"));
     if (drive.exists("C:\\Hangar\\aircraft\\plane")) {
       EXPECT_EQ(drive.read("C:\\Hangar\\aircraft\\plane\\aircraft.cfg"), cfg);
       EXPECT_EQ(drive.read("C:\\Hangar\\Main\\plane\\Gauges\\g.gau"), "g");
-      EXPECT_TRUE(killed || told || hangar() == whole);
+      EXPECT_TRUE(told || hangar() == whole);
     } else {
-      EXPECT_TRUE(killed || (told && hangar() == Tree{}));
+      EXPECT_TRUE(told && (GetParam() == test::Ending::kill || hangar() == Tree{}));
     }
 
     mnuViewFSAircraft_Click(app);
     install();
     EXPECT_EQ(hangar(), whole);
     mnuViewHangar_Click(app);
-    EXPECT_EQ(rows(app.frmMain.lstAircraft), row);
+    EXPECT_EQ(rows(app.frmMain.lstAircraft), Tree{"The Plane|C:\\Hangar\\aircraft\\plane\\"});
     const Tree texts = windows.boxTexts();
     EXPECT_TRUE(texts.empty() || texts == Tree{"Aircraft 'plane' already exists!"}) << texts[0];
-  }
-  EXPECT_GT(call, 20);
-  EXPECT_LT(call, mostCalls);
+  };
+  EXPECT_GT(forEveryCall(
+                files, GetParam(), begin, [this] { install(); }, check),
+            20);
 }
 
-INSTANTIATE_TEST_SUITE_P(FailsOrKills, InstallerFaultTest, ::testing::Bool());
+INSTANTIATE_TEST_SUITE_P(FailsOrKills, InstallerFaultTest,
+                         ::testing::Values(test::Ending::fullDisk, test::Ending::kill));
 
 }  // namespace
 }  // namespace skv

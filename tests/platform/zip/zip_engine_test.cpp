@@ -7,7 +7,7 @@
 #include "platform/disk/drive_file_system.h"
 #include "platform/zip/levels.h"
 #include "platform/zip/libzip_zipit.h"
-#include "support/faulty_file_system.h"
+#include "support/every_call.h"
 #include "support/temporary_drive.h"
 #include "support/zip_maker.h"
 
@@ -470,19 +470,10 @@ TEST_F(ZipEngineTest, PacksAsHardAsAskedAndAsPays) {
 
 TEST_F(ZipEngineTest, WhatEndsAWorkerEndsTheJob) {
   const std::string bytes = test::rawZip({{"a", "a"}, {"sub/b", "b"}, {"c", "c"}});
-  int kills = 0;
-  for (int call = 1; call < 20; ++call) {
-    drive.clear("C:\\out");
-    const auto zip = open(bytes);
-    files.killAt(call);
-    try {
-      EXPECT_TRUE(zip->extractfiles({"a", "sub/b", "c"}).ok());
-    } catch (const test::Killed&) {
-      ++kills;
-    }
-    if (!files.heal()) break;
-  }
-  EXPECT_GE(kills, 4);  // a folder and three files
+  const auto unpack = [&] { EXPECT_TRUE(open(bytes)->extractfiles({"a", "sub/b", "c"}).ok()); };
+  const auto begin = [this] { drive.clear("C:\\out"); };
+  // A folder and three files.
+  EXPECT_GE(forEveryCall(files, test::Ending::kill, begin, unpack, [](bool) {}), 4);
 }
 
 }  // namespace
