@@ -107,13 +107,11 @@ TEST_F(AircraftCfgTest, ASaveThatCannotBeSafeChangesNothingAndCanBeRepeated) {
     std::string file;
     int error;
     const char* told;
-  } faults[] = {
-      {"attributes", original, err::deviceIo, "Device I/O error"},
-      {"attributes", original, err::permissionDenied, "Permission denied"},
-      {"copyFileDurably", current, err::diskFull, "original cannot be kept"},
-      {"readFile", current, err::deviceIo, "Device I/O error"},
-      {"replaceFile", current, err::diskFull, "Disk full"},
-  };
+  } faults[] = {{"attributes", original, err::deviceIo, "Device I/O error"},
+                {"attributes", original, err::permissionDenied, "Permission denied"},
+                {"copyFileDurably", current, err::diskFull, "original cannot be kept"},
+                {"readFile", current, err::deviceIo, "Device I/O error"},
+                {"replaceFile", current, err::diskFull, "Disk full"}};
   for (const auto& [operation, file, error, told] : faults) {
     for (const bool readOnly : {false, true}) {
       SCOPED_TRACE(std::string(operation) + " " + std::to_string(error));
@@ -151,35 +149,33 @@ TEST_F(AircraftCfgTest, BoxesThatShowNothingOrSomethingElseAreNotSaved) {
     const char* what;
     std::function<void()> spoil;
     std::string left = cfg;
-  } cases[] = {
-      {"unread",
-       [&] {
-         unread();
-         lstAircraft_Click(app);
-       }},
-      {"the variation unread",
-       [&] {
-         unread();
-         selectVariation(2);
-         EXPECT_TRUE(holds(form.lblStatus.notice, "could not be read"));
-       }},
-      {"the variation gone",
-       [&] {
-         drive.write(current, theirs);
-         selectVariation(2);
-       },
-       theirs},
-      {"changed by another program",
-       [&] {
-         form.txtACTitle.text = "Mine";
-         drive.write(current, theirs);
-       },
-       theirs},
-      {"another row", [&] { form.lstAircraft.select(2); }},
-      {"another variation", [&] { form.lstACVersions.select(2); }},
-      {"a character that the file cannot hold",
-       [&] { form.txtACTitle.text = "\u0141\u00f3d\u017a"; }},
-  };
+  } cases[] = {{"unread",
+                [&] {
+                  unread();
+                  lstAircraft_Click(app);
+                }},
+               {"the variation unread",
+                [&] {
+                  unread();
+                  selectVariation(2);
+                  EXPECT_TRUE(holds(form.lblStatus.notice, "could not be read"));
+                }},
+               {"the variation gone",
+                [&] {
+                  drive.write(current, theirs);
+                  selectVariation(2);
+                },
+                theirs},
+               {"changed by another program",
+                [&] {
+                  form.txtACTitle.text = "Mine";
+                  drive.write(current, theirs);
+                },
+                theirs},
+               {"another row", [&] { form.lstAircraft.select(2); }},
+               {"another variation", [&] { form.lstACVersions.select(2); }},
+               {"a character that the file cannot hold",
+                [&] { form.txtACTitle.text = "\u0141\u00f3d\u017a"; }}};
   for (const auto& [what, spoil, left] : cases) {
     SCOPED_TRACE(what);
     startAnew();
@@ -230,16 +226,17 @@ TEST_F(AircraftCfgTest, EditsDoNotGoWithoutAQuestion) {
   const struct {
     bool variation;  // a click on another variation, or on another aircraft
     ui::Answer answer;
-    bool goes, saves;
     int error = 0;  // of the save
-  } cases[] = {{false, ui::Answer::cancel, false, false},
-               {true, ui::Answer::cancel, false, false},
-               {false, ui::Answer::no, true, false},
-               {true, ui::Answer::no, true, false},
-               {false, ui::Answer::yes, true, true},
-               {true, ui::Answer::yes, true, true},
-               {false, ui::Answer::yes, false, false, err::diskFull}};
-  for (const auto& [variation, answer, goes, saves, error] : cases) {
+  } cases[] = {{false, ui::Answer::cancel},
+               {true, ui::Answer::cancel},
+               {false, ui::Answer::no},
+               {true, ui::Answer::no},
+               {false, ui::Answer::yes},
+               {true, ui::Answer::yes},
+               {false, ui::Answer::yes, err::diskFull}};
+  for (const auto& [variation, answer, error] : cases) {
+    const bool saves = answer == ui::Answer::yes && error == 0;
+    const bool goes = saves || answer == ui::Answer::no;
     SCOPED_TRACE(std::to_string(static_cast<int>(answer)) + (variation ? " variation" : " row"));
     startAnew();
     form.txtATCID.text = "N42";

@@ -38,10 +38,8 @@ class AircraftViewsTest : public test::ProgramTest {
     const bool aircraft = view != View::scenery;
     EXPECT_EQ(form.frameScenery.visible, !aircraft);
     EXPECT_EQ(form.mnuFileInstallSC.enabled, !aircraft);
-    for (const ui::Control* frame : {&form.frameAircraft, &form.frameAddon})
-      EXPECT_EQ(frame->visible, aircraft);
-    for (const ui::Control* entry :
-         {&form.mnuFileInstallAC, &form.mnuFileImportAC, &form.mnuViewCfg})
+    EXPECT_TRUE(form.frameAircraft.visible == aircraft && form.frameAddon.visible == aircraft);
+    for (const auto* entry : {&form.mnuFileInstallAC, &form.mnuFileImportAC, &form.mnuViewCfg})
       EXPECT_EQ(entry->enabled, aircraft) << entry->name();
     const bool hangar = app.aircraftView == View::hangar;
     EXPECT_EQ(form.frameAircraft.caption, hangar ? "Aircraft: HANGAR" : "Aircraft: FS 2002");

@@ -31,15 +31,13 @@ TEST_F(ListFilesTest, RowsShowWhereTheAircraftLives) {
   const struct {
     std::string stored, shown;
     int mask;
-  } cases[] = {
-      {line("Everywhere", "D:\\else\\all\\"), "Everywhere|D:\\else\\all\\", 7},
-      {line("Sim", "C:\\FS\\aircraft\\FS\\"), "Sim|C:\\FS\\aircraft\\FS\\", 1},
-      {line("P\xe9", "C:\\x\\packed\\\x01third"), "P\xc3\xa9|C:\\x\\packed\\", 2},
-      {"Gone\001C:\\FS\\aircraft\\gone\\\n", "Gone|C:\\FS\\aircraft\\gone\\", 0},
-      {"no separator\r\n", "no separator|", 0},
-      {"\r\n", "|", 0},
-      {"last\001nothing", "last|nothing", 0},
-  };
+  } cases[] = {{line("Everywhere", "D:\\else\\all\\"), "Everywhere|D:\\else\\all\\", 7},
+               {line("Sim", "C:\\FS\\aircraft\\FS\\"), "Sim|C:\\FS\\aircraft\\FS\\", 1},
+               {line("P\xe9", "C:\\x\\packed\\\x01third"), "P\xc3\xa9|C:\\x\\packed\\", 2},
+               {"Gone\001C:\\FS\\aircraft\\gone\\\n", "Gone|C:\\FS\\aircraft\\gone\\", 0},
+               {"no separator\r\n", "no separator|", 0},
+               {"\r\n", "|", 0},
+               {"last\001nothing", "last|nothing", 0}};
   std::string stored;
   for (const auto& c : cases) stored += c.stored;
   drive.write(listFile, stored);
@@ -136,8 +134,7 @@ TEST_F(ListFilesTest, WhatWasNotReadIsNotWrittenOver) {
         {"changed by another program", [&] { drive.write(file, "x\001y\r\n"); },
          [&] { drive.write(file, two); }},
         {"unread at the save", [] {},
-         [&] { files.failWhen("readFile", file, err::permissionDenied); }},
-    };
+         [&] { files.failWhen("readFile", file, err::permissionDenied); }}};
     for (const auto& [what, before, after] : cases) {
       SCOPED_TRACE(file + ", " + what);
       drive.write(file, two);

@@ -70,19 +70,17 @@ TEST_F(SettingsTest, FoldersAreUnderstoodHoweverTheyAreTyped) {
   drive.write("C:\\My Sim\\100%41\\x", "");
   const struct {
     std::string typed, folder;
-  } cases[] = {
-      {"C:\\FS", "C:\\FS\\"},
-      {" \"c:/FS//sub/\" ", "c:\\FS\\sub\\"},
-      {"C:", "C:\\"},
-      {"C:\\a\\.\\b\\..\\c. ", "C:\\a\\c\\"},
-      {drive.native() + "/FS", "C:\\FS\\"},
-      {drive.native() + "/not/yet\\", "C:\\not\\yet\\"},
-      {drive.native() + "/My%20Sim", "C:\\My Sim\\"},
-      {drive.native() + "/My Sim/100%41", "C:\\My Sim\\100%41\\"},
-      {"file://" + drive.native() + "/My%20Sim", "C:\\My Sim\\"},
-      {"FILE://host" + drive.native() + "/FS", "C:\\FS\\"},
-      {"~/FS", "C:\\FS\\"},
-  };
+  } cases[] = {{"C:\\FS", "C:\\FS\\"},
+               {" \"c:/FS//sub/\" ", "c:\\FS\\sub\\"},
+               {"C:", "C:\\"},
+               {"C:\\a\\.\\b\\..\\c. ", "C:\\a\\c\\"},
+               {drive.native() + "/FS", "C:\\FS\\"},
+               {drive.native() + "/not/yet\\", "C:\\not\\yet\\"},
+               {drive.native() + "/My%20Sim", "C:\\My Sim\\"},
+               {drive.native() + "/My Sim/100%41", "C:\\My Sim\\100%41\\"},
+               {"file://" + drive.native() + "/My%20Sim", "C:\\My Sim\\"},
+               {"FILE://host" + drive.native() + "/FS", "C:\\FS\\"},
+               {"~/FS", "C:\\FS\\"}};
   app.platform.environment.home = "C:\\";
   for (const auto& [typed, folder] : cases)
     EXPECT_EQ(folderFromText(app, typed).valueOr(""), folder) << typed;
@@ -106,19 +104,17 @@ TEST_F(SettingsTest, AFolderThatCannotBeIsRefusedByItsFieldsName) {
 
 TEST_F(SettingsTest, EachFolderSaysWhetherItIsRight) {
   drive.write("C:\\file", "");
+  const std::string notFull = "This is not a full path, such as C:\\FS2002.";
   const struct {
     const char* typed;
     std::string simulator, packages;  // what the labels beside the fields say
-  } cases[] = {
-      {"C:\\FS", "FS2002 found here", "Folder found"},
-      {"C:\\Packs", "No Scenery.cfg here", "Folder found"},
-      {"C:\\none", "This folder is not there", "Will be made"},
-      {"C:\\file", "This folder is not there", "A file of this name is in the way"},
-      {"Q:\\FS", "There is no drive Q:", "There is no drive Q:"},
-      {"FS", "This is not a full path, such as C:\\FS2002.",
-       "This is not a full path, such as C:\\FS2002."},
-      {"", "No folder yet", "No folder yet"},
-  };
+  } cases[] = {{"C:\\FS", "FS2002 found here", "Folder found"},
+               {"C:\\Packs", "No Scenery.cfg here", "Folder found"},
+               {"C:\\none", "This folder is not there", "Will be made"},
+               {"C:\\file", "This folder is not there", "A file of this name is in the way"},
+               {"Q:\\FS", "There is no drive Q:", "There is no drive Q:"},
+               {"FS", notFull, notFull},
+               {"", "No folder yet", "No folder yet"}};
   open([&] {
     for (const auto& [typed, simulator, packages] : cases) {
       form.txtFSRoot.text = typed;
@@ -209,19 +205,17 @@ TEST_F(SettingsTest, PackagesMoveWhenTheUserWishes) {
 TEST_F(SettingsTest, PackagesStayWhereOtherThingsWouldGoAlong) {
   drive.write("C:\\Hangar\\aircraft\\h\\aircraft.cfg", "");
   const struct {
-    const char *old, *to, *name, *other;
-  } cases[] = {
-      {"C:\\", "C:\\new\\", "General/PanelsDir", ""},
-      {"C:\\FS\\", "C:\\new\\", "General/PanelsDir", ""},
-      {"C:\\Hangar\\", "C:\\new\\", "General/PanelsDir", ""},
-      {"C:\\store\\", "C:\\new\\", "General/PanelsDir", "C:\\store\\Panels\\"},
-      {"C:\\store\\", "C:\\new\\", "General/SceneryLib", "C:\\store\\"},
-      {"C:\\store\\", "C:\\new\\", "General/SceneryPacksPath", "C:\\store\\scenes\\"},
-      {"C:\\store\\", "C:\\store\\new\\", "General/PanelsDir", ""},
-      {"C:\\store\\new\\", "C:\\store\\", "General/PanelsDir", ""},
-      {"C:\\Home\\", "C:\\new\\", "General/PanelsDir", ""},
-      {"C:\\link\\", "C:\\new\\", "General/PanelsDir", ""},
-  };
+    const char *old, *to, *name = "General/PanelsDir", *other = "";
+  } cases[] = {{"C:\\", "C:\\new\\"},
+               {"C:\\FS\\", "C:\\new\\"},
+               {"C:\\Hangar\\", "C:\\new\\"},
+               {"C:\\store\\", "C:\\new\\", "General/PanelsDir", "C:\\store\\Panels\\"},
+               {"C:\\store\\", "C:\\new\\", "General/SceneryLib", "C:\\store\\"},
+               {"C:\\store\\", "C:\\new\\", "General/SceneryPacksPath", "C:\\store\\scenes\\"},
+               {"C:\\store\\", "C:\\store\\new\\"},
+               {"C:\\store\\new\\", "C:\\store\\"},
+               {"C:\\Home\\", "C:\\new\\"},
+               {"C:\\link\\", "C:\\new\\"}};
   drive.link("C:\\link", drive.native("C:\\store"));
   app.platform.environment.home = "C:\\Home\\";
   for (const auto& [old, to, name, other] : cases) {
@@ -302,12 +296,10 @@ TEST_F(SettingsTest, FoldersDoNotChangeUnderAnOperation) {
   open([this] {
     const LongOperation busy(app);
     form.txtPacksDir.text = "C:\\new";
-    ok();
-    EXPECT_TRUE(form.visible);
-    EXPECT_EQ(app.PacksDir, "C:\\Packs\\");
-    EXPECT_EQ(windows.boxes.size(), 1U);
-    form.closed();
+    expectRefused();
   });
+  expectTold("");
+  EXPECT_EQ(app.PacksDir, "C:\\Packs\\");
 }
 
 TEST_F(SettingsTest, ADialogThatGoesTakesThePickerAlong) {

@@ -28,17 +28,15 @@ TEST_F(ViewsTest, TheSplitBarStopsBeforeAListGetsTooSmall) {
     const char* what;
     std::function<void()> user;
     int scenery;
-  } steps[] = {
-      {"not dragging", [&] { bar.mouseMove(left, 100); }, 3000},
-      {"the other button", [&] { bar.mouseDown(right, 0); }, 3000},
-      {"not dragging", [&] { bar.mouseMove(left, 100); }, 3000},
-      {"pressed", [&] { bar.mouseDown(left, 0); }, 3000},
-      {"dragged", [&] { bar.mouseMove(left, 1000); }, 4000},
-      {"the library is too small", [&] { bar.mouseMove(left, 1); }, 4000},
-      {"the scenery is too small", [&] { bar.mouseMove(left, -3001); }, 4000},
-      {"released", [&] { bar.mouseUp(left, 0); }, 4000},
-      {"not dragging", [&] { bar.mouseMove(left, -100); }, 4000},
-  };
+  } steps[] = {{"not dragging", [&] { bar.mouseMove(left, 100); }, 3000},
+               {"the other button", [&] { bar.mouseDown(right, 0); }, 3000},
+               {"not dragging", [&] { bar.mouseMove(left, 100); }, 3000},
+               {"pressed", [&] { bar.mouseDown(left, 0); }, 3000},
+               {"dragged", [&] { bar.mouseMove(left, 1000); }, 4000},
+               {"the library is too small", [&] { bar.mouseMove(left, 1); }, 4000},
+               {"the scenery is too small", [&] { bar.mouseMove(left, -3001); }, 4000},
+               {"released", [&] { bar.mouseUp(left, 0); }, 4000},
+               {"not dragging", [&] { bar.mouseMove(left, -100); }, 4000}};
   for (const auto& [what, user, scenery] : steps) {
     user();
     EXPECT_EQ(form.sceneryHeight, scenery) << what;
