@@ -369,17 +369,18 @@ TEST_F(WalkTreeTest, ABoxNamesTheFirstFailureOnce) {
 }
 
 TEST_F(WalkTreeTest, MoveKilledAnywhereLosesNoFile) {
-  const auto begin = [this] {
-    drive.clear("C:\\d");
-    write({"C:\\s\\a.txt", "C:\\s\\sub\\b.txt", "C:\\s\\sub\\c.txt"});
-  };
-  const auto move = [this] { WalkTree(app, "C:\\s", "C:\\d", WalkMove, true); };
-  const auto check = [this](bool) {
-    for (const std::string name : {"a.txt", "sub\\b.txt", "sub\\c.txt"})
-      EXPECT_EQ(drive.read((drive.exists("C:\\s\\" + name) ? "C:\\s\\" : "C:\\d\\") + name),
-                "C:\\s\\" + name);
-  };
-  EXPECT_GT(forEveryCall(files, test::Ending::kill, begin, move, check), 3);
+  const Tree names = {"a.txt", "sub\\b.txt", "sub\\c.txt"}, stores = {"C:\\s\\", "C:\\d\\"};
+  test::forEveryCall(
+      files, test::Ending::kill,
+      [&] {
+        drive.clear("C:\\d");
+        for (const std::string& name : names) drive.write("C:\\s\\" + name, name);
+      },
+      [&] { WalkTree(app, "C:\\s", "C:\\d", WalkMove, true); },
+      [&](bool) {
+        for (const std::string& name : names)
+          EXPECT_EQ(drive.read(stores[drive.exists("C:\\s\\" + name) ? 0 : 1] + name), name);
+      });
 }
 
 }  // namespace
