@@ -12,7 +12,8 @@ namespace {
 
 constexpr char fieldSeparator = '\x01';
 
-std::string storable(std::string text) {
+// What would break the format becomes a blank.
+std::string inOneField(std::string text) {
   for (char& c : text)
     if (c == fieldSeparator || c == '\r' || c == '\n') c = ' ';
   return text;
@@ -42,7 +43,7 @@ Result<std::string> readListFile(const FileSystem& files, const std::string& fil
   const auto found = files.attributes(file);
   if (found.ok()) return bytes.outcome();
   if (presenceBy(found.outcome()) == Presence::unknown) return found.outcome();
-  const auto folder = files.attributes(file.substr(0, file.rfind('\\') + 1));
+  const auto folder = files.attributes(folderAbove(file));
   return folder.ok() ? Result<std::string>(std::string()) : folder.outcome();
 }
 
@@ -72,7 +73,7 @@ std::string storedRows(App& app, ui::ListView& list, std::string& leftOut) {
       continue;
     }
     bytes += libraryLine(stored, app.codePage);
-    if (const std::string name = app.codePage.decode(app.codePage.encode(storable(stored.Name)));
+    if (const std::string name = app.codePage.decode(app.codePage.encode(inOneField(stored.Name)));
         name != stored.Name)
       list.setText(row, name);
   }
@@ -123,7 +124,7 @@ void loadPlain(App& app, const Library& library) {
 void rename(App& app, const Library& library, bool& cancel, const std::string& newString) {
   auto& list = app.frmMain.*library.list;
   const int row = list.selected();
-  const std::string name = storable(composed(newString));
+  const std::string name = inOneField(composed(newString));
   if (row == 0 || list.text(row) == name) return;
   if (const std::string lacking = app.codePage.lacking(name); !lacking.empty()) {
     app.windows.messageBox({notStorable(name, lacking), ui::BoxIcon::exclamation});
@@ -155,8 +156,8 @@ std::vector<LibraryRow> parseLibraryRows(const std::string& bytes, const CodePag
 }
 
 std::string libraryLine(const LibraryRow& row, const CodePage& codePage) {
-  return codePage.encode(storable(row.Name)) + fieldSeparator +
-         codePage.encode(storable(row.Folder)) + "\r\n";
+  return codePage.encode(inOneField(row.Name)) + fieldSeparator +
+         codePage.encode(inOneField(row.Folder)) + "\r\n";
 }
 
 void LoadACList(App& app) {

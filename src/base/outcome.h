@@ -34,7 +34,6 @@ std::string_view errorText(int number);
 class [[nodiscard]] Outcome {
  public:
   Outcome() = default;
-  static Outcome success() { return {}; }
   // A failure with the number's own text, followed by `detail` (a path, a reason) when there is
   // one.
   static Outcome failure(int number, std::string_view detail = {});

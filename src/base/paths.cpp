@@ -19,6 +19,11 @@ std::string FolderName(std::string_view folder) {
   return fileName(folder.substr(0, last));
 }
 
+std::string folderAbove(std::string_view path) {
+  if (path.ends_with('\\')) path.remove_suffix(1);
+  return std::string(path.substr(0, path.rfind('\\') + 1));
+}
+
 std::string fileName(std::string_view path) {
   const auto last = path.rfind('\\');
   return std::string(last == std::string_view::npos ? path : path.substr(last + 1));

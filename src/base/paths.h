@@ -13,6 +13,9 @@ std::string withoutBackslash(std::string_view path);
 // The folder's own name: the element before the last backslash, "" when there is no backslash.
 // FolderName("C:\\FS2002\\aircraft\\b737\\") is "b737".
 std::string FolderName(std::string_view folder);
+// The folder in which a file or folder lies, with trailing backslash: "C:\\FS2002\\" for
+// "C:\\FS2002\\aircraft\\" and for "C:\\FS2002\\Scenery.cfg". "" for a drive's root.
+std::string folderAbove(std::string_view path);
 // What follows the last backslash; the whole text when there is none.
 std::string fileName(std::string_view path);
 

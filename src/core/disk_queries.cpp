@@ -5,6 +5,21 @@
 
 namespace skv {
 
+namespace {
+
+// The path itself, or the first folder above it that stands; "" when that cannot be told.
+std::string nearestFolder(const FileSystem& files, std::string_view path) {
+  for (std::string folder(path); !folder.empty(); folder = folderAbove(folder)) {
+    folder = withBackslash(folder);
+    const auto found = files.attributes(folder);
+    if (found.ok() && found.value().folder) return folder;
+    if (!found.ok() && presenceBy(found.outcome()) == Presence::unknown) return {};
+  }
+  return {};
+}
+
+}  // namespace
+
 Presence presenceBy(const Outcome& failedLook) {
   const int number = failedLook.number();
   return number == err::fileNotFound || number == err::pathNotFound ? Presence::absent
@@ -32,31 +47,14 @@ bool folderExists(const FileSystem& files, std::string_view path) {
 }
 
 double GetDiskFree(const FileSystem& files, std::string_view path) {
-  for (std::string folder = withoutBackslash(path); !folder.empty();) {
-    const auto found = files.attributes(withBackslash(folder));
-    if (found.ok()) {
-      if (found.value().folder) return files.freeBytes(withBackslash(folder)).valueOr(0);
-    } else if (presenceBy(found.outcome()) == Presence::unknown) {
-      return 0;
-    }
-    const std::size_t end = folder.rfind('\\');
-    folder.resize(end == std::string::npos ? 0 : end);
-  }
-  return 0;
+  const std::string folder = nearestFolder(files, path);
+  return folder.empty() ? 0 : files.freeBytes(folder).valueOr(0);
 }
 
 bool diskIsThere(const FileSystem& files, std::string_view path) {
-  for (std::string folder = withoutBackslash(path); !folder.empty();) {
-    const Presence presence = presenceOf(files, withBackslash(folder));
-    if (presence == Presence::unknown) return false;
-    if (presence == Presence::there) {
-      const auto listing = files.list(withBackslash(folder), FileSystem::Entries::all);
-      return listing.ok() && !listing.value().empty();
-    }
-    const std::size_t end = folder.rfind('\\');
-    folder.resize(end == std::string::npos ? 0 : end);
-  }
-  return false;
+  const std::string folder = nearestFolder(files, path);
+  const auto listing = files.list(folder, FileSystem::Entries::all);
+  return !folder.empty() && listing.ok() && !listing.value().empty();
 }
 
 void MakePath(FileSystem& files, std::string_view path) {

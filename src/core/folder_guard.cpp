@@ -35,10 +35,8 @@ Result<std::string> placeOf(const FileSystem& files, const std::string& folder) 
   const auto place = files.canonicalPath(folder);
   if (place.ok()) return upper(place.value());
   if (presenceOf(files, folder) != Presence::absent) return place.outcome();
-  const std::string path = withoutBackslash(folder);
-  const std::size_t end = path.rfind('\\') + 1;
-  const auto above = files.canonicalPath(path.substr(0, end));
-  if (above.ok()) return upper(above.value() + path.substr(end) + "/");
+  const auto above = files.canonicalPath(folderAbove(folder));
+  if (above.ok()) return upper(above.value() + fileName(withoutBackslash(folder)) + "/");
   if (presenceBy(above.outcome()) == Presence::unknown) return above.outcome();
   return std::string();
 }
@@ -129,8 +127,8 @@ Outcome liesInStore(const App& app, const FolderUse& use) {
   if (!isOrHolds(use.store, folder) || isOrHolds(folder, use.store))
     return refusal(folder, "does not lie in \"" + use.store + "\".");
   const FileSystem& files = app.platform.files;
-  const std::string above = folder.substr(0, withoutBackslash(folder).rfind('\\') + 1);
-  const auto storePlace = placeOf(files, use.store), placeAbove = placeOf(files, above);
+  const auto storePlace = placeOf(files, use.store);
+  const auto placeAbove = placeOf(files, folderAbove(folder));
   if (!storePlace.ok()) return cannotBeLookedAt(use.store, storePlace.outcome());
   if (!placeAbove.ok()) return cannotBeLookedAt(folder, placeAbove.outcome());
   if (!leadsInto(storePlace.value(), placeAbove.value()))

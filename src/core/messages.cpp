@@ -51,7 +51,7 @@ void tellFailure(App& app, const std::string& what, const Outcome& failure) {
 }
 
 std::string notStorable(const std::string& text, const std::string& lacking) {
-  return "\"" + text + "\" cannot be stored. The simulator\'s files have no \"" + lacking + "\".";
+  return "\"" + text + "\" cannot be stored. The simulator's files have no \"" + lacking + "\".";
 }
 
 void ShellOpen(App& app, const std::string& target) {

@@ -34,12 +34,15 @@ class PackagesMove {
  private:
   void folder(const std::string& from, const std::string& to) {
     const auto listing = files_.list(from);
-    if (!listing.ok()) return failed(from, listing.outcome());
+    if (!report_.note(listing.outcome(), from)) return;
     for (const FolderEntry& entry : listing.value()) {
-      if (app_.stopRequested) return;
+      if (app_.stopRequested) {
+        report_.stopped = true;
+        return;
+      }
       const std::string source = from + entry.name, target = to + entry.name;
       if (files_.isLink(source)) {
-        failed(source, Outcome::withText(err::pathFileAccess, "It is a link."));
+        report_.note(Outcome::withText(err::pathFileAccess, "It is a link."), source);
       } else if (!entry.folder) {
         file(source, target);
       } else {
@@ -55,10 +58,7 @@ class PackagesMove {
     app_.frmMain.lblStatus.caption = "Moving " + source;
     Outcome moved = mayReplace(source, target);
     if (moved.ok()) moved = files_.moveFile(source, target);
-    if (moved.ok())
-      ++report_.done;
-    else
-      failed(source, moved);
+    if (report_.note(moved, source)) ++report_.done;
   }
 
   Outcome mayReplace(const std::string& source, const std::string& target) const {
@@ -69,12 +69,6 @@ class PackagesMove {
     if (!moving.ok()) return moving.outcome();
     if (standing.value() <= moving.value()) return {};
     return Outcome::withText(err::fileExists, "The new folder holds a newer file of this name.");
-  }
-
-  void failed(const std::string& path, const Outcome& outcome) {
-    if (report_.failed++ > 0) return;
-    report_.first = outcome;
-    report_.where = path;
   }
 
   App& app_;

@@ -169,8 +169,7 @@ void findSceneryPacksPath(App& app) {
   // Without a Packages folder it would be a stray one in the current folder.
   if (path.find(':') == std::string::npos) return;
   if (presenceOf(app.files(), path) != Presence::absent) return;
-  const std::string above = path.substr(0, withoutBackslash(path).rfind('\\') + 1);
-  if (folderExists(app.files(), above) || diskIsThere(app.files(), path))
+  if (folderExists(app.files(), folderAbove(path)) || diskIsThere(app.files(), path))
     MakePath(app.files(), path);
 }
 
