@@ -56,12 +56,8 @@ bool AddonArchive::choose() {
     path_ = std::move(picked).value().path;
   }
   ui::yieldTimes(app_.windows, yieldsAfterChoice);
-  if (app_.files().isLink(withoutBackslash(app_.InstallTempDir))) {
-    app_.windows.messageBox(
-        {"The working folder \"" + app_.InstallTempDir +
-             "\" is a link. An installation empties it, and does not start since that could "
-             "empty another folder.",
-         ui::BoxIcon::exclamation});
+  if (const Outcome may = mayBeEmptied(app_, app_.InstallTempDir); !may.ok()) {
+    tellFailure(app_, "An installation empties the working folder, and so it does not start.", may);
     return false;
   }
   status("Extracting ZIP: " + path_);

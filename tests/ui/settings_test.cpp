@@ -369,7 +369,7 @@ TEST_F(SettingsTest, ThePickerMakesFolders) {
   EXPECT_EQ(
       windows.boxTexts(),
       (std::vector<std::string>{"Unable to create folder!",
-                                "\"Łódź\" holds characters that the list files cannot store: Łź",
+                                "\"Łódź\" cannot be stored. The simulator's files have no \"Łź\".",
                                 "Unable to create folder!"}));
 }
 

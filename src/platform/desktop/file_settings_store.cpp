@@ -1,5 +1,6 @@
 #include "platform/desktop/file_settings_store.h"
 
+#include "base/percent.h"
 #include "base/text.h"
 #include "platform/disk/file_writer.h"
 #include "platform/disk/native_calls.h"
@@ -31,23 +32,6 @@ std::string escaped(std::string_view text, std::string_view also = {}) {
     result += '%';
     result += hexDigits[c >> 4U];
     result += hexDigits[c & 15U];
-  }
-  return result;
-}
-
-std::string unescaped(std::string_view text) {
-  std::string result;
-  for (std::size_t i = 0; i < text.size(); ++i) {
-    const auto digit = [&](std::size_t at) {
-      return at < text.size() ? hexDigits.find(upper(text.substr(at, 1))) : std::string_view::npos;
-    };
-    const std::size_t high = digit(i + 1), low = digit(i + 2);
-    if (text[i] != '%' || high >= hexDigits.size() || low >= hexDigits.size()) {
-      result += text[i];
-      continue;
-    }
-    result += static_cast<char>(high << 4U | low);
-    i += 2;
   }
   return result;
 }
@@ -99,15 +83,15 @@ FileSettingsStore::Sections FileSettingsStore::parse(const std::string& bytes) {
   for (std::string_view line : split(bytes, '\n')) {
     if (line.ends_with('\r')) line.remove_suffix(1);
     if (line.starts_with('[') && line.ends_with(']')) {
-      const std::string name = unescaped(line.substr(1, line.size() - 2));
+      const std::string name = percentDecoded(line.substr(1, line.size() - 2));
       section = &sections[upper(name)];
       section->name = name;
       continue;
     }
     const auto equals = line.find('=');
     if (section == nullptr || equals == std::string_view::npos || line.starts_with(';')) continue;
-    const std::string key = unescaped(line.substr(0, equals));
-    section->entries[upper(key)] = {key, unescaped(line.substr(equals + 1))};
+    const std::string key = percentDecoded(line.substr(0, equals));
+    section->entries[upper(key)] = {key, percentDecoded(line.substr(equals + 1))};
   }
   return sections;
 }

@@ -2,6 +2,7 @@
 
 #include "base/paths.h"
 #include "core/disk_queries.h"
+#include "core/messages.h"
 #include "ui/dialogs/folder_text.h"
 
 namespace skv {
@@ -18,9 +19,7 @@ std::optional<std::string> validFolder(App& app, const std::string& typed,
   const auto folder = folderFromText(app, typed);
   if (folder.ok() && folderExists(app.files(), folder.value())) return folder.value();
   const auto lacking = app.codePage.lacking(typed);
-  refuse(app,
-         lacking.empty() ? "You must specify a valid location!"
-                         : "\"" + typed + "\" " + folder.outcome().description(),
+  refuse(app, lacking.empty() ? "You must specify a valid location!" : notStorable(typed, lacking),
          refusalTitle);
   return {};
 }
@@ -68,12 +67,11 @@ void frmDirSelect_btnMkDir_Click(App& app) {
   const auto name = app.windows.inputBox("New folder name:", ui::programTitle, proposal);
   // The dialog below may have gone meanwhile.
   if (!form.visible || !name || name->empty() || *name == proposal) return;
-  const auto parent = folderFromText(app, form.txtDir.text.get());
-  const auto folder = folderFromText(app, (parent.ok() ? parent.value() : "") + *name);
   if (const auto lacking = app.codePage.lacking(*name); !lacking.empty()) {
-    refuse(app, "\"" + *name + "\" " + folder.outcome().description(), ui::programTitle);
+    refuse(app, notStorable(*name, lacking), ui::programTitle);
     return;
   }
+  const auto parent = folderFromText(app, form.txtDir.text.get());
   if (!parent.ok() || !isElementName(*name) ||
       !app.files().makeFolder(parent.value() + *name).ok()) {
     refuse(app, "Unable to create folder!", ui::programTitle);
