@@ -46,6 +46,20 @@ bool folderExists(const FileSystem& files, std::string_view path) {
   return found.ok() && found.value().folder;
 }
 
+Result<bool> isLinkForCertain(const FileSystem& files, const std::string& folder) {
+  const std::string path = withoutBackslash(folder);
+  if (!files.isLink(path)) return false;
+  const auto place = files.canonicalPath(path);
+  if (!place.ok() && presenceBy(place.outcome()) == Presence::unknown) return place.outcome();
+  const std::size_t end = path.rfind('\\') + 1;
+  const auto above = files.canonicalPath(path.substr(0, end));
+  if (!above.ok()) return above.outcome();
+  // One that stands where it is looked for is none.
+  if (place.ok() && upper(place.value()) == upper(above.value() + path.substr(end) + "/"))
+    return Outcome::failure(err::deviceIo, path);
+  return true;
+}
+
 double GetDiskFree(const FileSystem& files, std::string_view path) {
   const std::string folder = nearestFolder(files, path);
   return folder.empty() ? 0 : files.freeBytes(folder).valueOr(0);

@@ -24,6 +24,9 @@ bool PathExists(const FileSystem& files, std::string_view path);
 // Whether a folder stands there, or a link to one.
 bool folderExists(const FileSystem& files, std::string_view path);
 
+// Whether the folder is a link for certain, or why that cannot be told: isLink() says yes to both.
+Result<bool> isLinkForCertain(const FileSystem& files, const std::string& folder);
+
 // Free bytes of the disk on which the path lies, or would lie: that of its nearest existing folder,
 // since a drive like Z: spans several disks. 0 when it cannot be told.
 double GetDiskFree(const FileSystem& files, std::string_view path);

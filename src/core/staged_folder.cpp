@@ -35,7 +35,11 @@ Outcome StagedFolder::settle() {
 WalkReport StagedFolder::settleOrMerge() {
   WalkReport report;
   const auto found = app_.files().attributes(target_);
-  if (found.ok()) return WalkTree(app_, path_, target_, WalkMove, true);
+  if (found.ok()) {
+    report = WalkTree(app_, path_, target_, WalkMove, true);
+    if (report.sourceMayGo()) clear().skipped();
+    return report;
+  }
   const bool absent = presenceBy(found.outcome()) == Presence::absent;
   report.note(absent ? settle() : found.outcome(), target_);
   return report;

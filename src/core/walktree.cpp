@@ -7,6 +7,7 @@
 #include "base/text.h"
 #include "core/disk_queries.h"
 #include "core/library_scan.h"
+#include "core/staged_folder.h"
 
 namespace skv {
 
@@ -167,6 +168,8 @@ class Walk {
   }
 
   void subFolder(const std::string& src, const std::string& dst, Overwrite overwrite) {
+    // Half an aircraft is none to list.
+    if (rules_.code <= WalkScanSN && equalsIgnoringCase(fileName(src), StagedFolder::name)) return;
     const std::string here = files_.identity(src);
     const bool enters = !here.empty() && mayBeEntered(src, here) &&
                         std::ranges::find(ancestors_, here) == ancestors_.end();
@@ -184,9 +187,12 @@ class Walk {
   }
 
   // Not a link behind which files would vanish, and not the very folder that is being filled.
-  bool mayBeEntered(const std::string& src, const std::string& identity) const {
+  bool mayBeEntered(const std::string& src, const std::string& identity) {
     if (rules_.transfers && identity == destination_) return false;
-    return !rules_.removes || !files_.isLink(withoutBackslash(src));
+    if (!rules_.removes) return true;
+    const auto link = isLinkForCertain(files_, src);
+    if (!link.ok()) failed(src, link.outcome());
+    return link.ok() && !link.value();
   }
 
   void makeFolder(const std::string& folder) {

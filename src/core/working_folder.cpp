@@ -1,9 +1,14 @@
 #include "core/working_folder.h"
 
+#include <algorithm>
+#include <utility>
+
 #include "base/paths.h"
+#include "base/text.h"
 #include "core/disk_queries.h"
 #include "core/folder_guard.h"
 #include "core/remove_whole.h"
+#include "core/stores.h"
 
 namespace skv {
 
@@ -24,10 +29,31 @@ Outcome standsAsFolder(App& app) {
 
 }  // namespace
 
-Outcome prepareWorkingFolder(App& app) {
-  const Outcome stands = standsAsFolder(app);
-  if (stands.ok()) removeAllIn(app, app.InstallTempDir).skipped();
-  return stands;
+Result<std::vector<std::string>> prepareWorkingFolder(App& app) {
+  if (Outcome stands = standsAsFolder(app); !stands.ok()) return stands;
+  const auto listing = app.files().list(app.InstallTempDir);
+  if (!listing.ok()) return listing.outcome();
+  std::vector<std::string> archives;
+  for (const FolderEntry& entry : listing.value()) {
+    if (entry.folder || !lowerAscii(entry.name).ends_with(packageEnd)) continue;
+    auto kept = keepArchive(app, app.InstallTempDir + entry.name);
+    if (!kept.ok()) return kept.outcome();
+    archives.push_back(std::move(kept).value());
+  }
+  removeAllIn(app, app.InstallTempDir).skipped();
+  return archives;
+}
+
+Result<std::string> keepArchive(App& app, const std::string& path) {
+  constexpr int lastTry = 1000;
+  const std::string name = fileName(path);
+  const std::size_t end = std::min(name.rfind('.'), name.size());
+  std::string place = app.TempDir + name;
+  for (int i = 2; i < lastTry && presenceOf(app.files(), place) != Presence::absent; ++i)
+    place = app.TempDir + name.substr(0, end) + " (" + std::to_string(i) + ")" + name.substr(end);
+  // Not a move, which refuses a read-only file.
+  if (Outcome renamed = app.files().rename(path, place); !renamed.ok()) return renamed;
+  return place;
 }
 
 Outcome clearWorkingFolders(App& app) {

@@ -6,13 +6,23 @@
 // (".DS_Store", "._picture.bmp") is hidden on this side of the disk.
 #pragma once
 
+#include <string>
+#include <vector>
+
 #include "core/app.h"
 
 namespace skv {
 
 // At a start: makes the folder when it is missing, and removes all that stands in it. What cannot
 // be removed stays. A failure is told by the caller, who does not go on.
-Outcome prepareWorkingFolder(App& app);
+//
+// An archive directly in it came by mail, and the run that was to install it was killed: it may be
+// the only copy. Answers the places where such are kept now.
+Result<std::vector<std::string>> prepareWorkingFolder(App& app);
+
+// Takes an archive out of the folder to TempDir, which nothing empties, under a name that is free
+// there. Answers its place.
+Result<std::string> keepArchive(App& app, const std::string& path);
 
 // Before a job: makes the folder when it is missing, and removes the folders that a failed job has
 // left, so that they cannot get into the next add-on. Files directly in it stay: an archive that

@@ -27,16 +27,6 @@ bool isArchive(const FolderEntry& entry) {
   return !entry.folder && lowerAscii(entry.name).ends_with(packageEnd);
 }
 
-// A path in `folder` that nothing has: "b737.zip", else "b737 (2).zip", ...
-std::string freePath(const FileSystem& files, const std::string& folder, const std::string& name) {
-  constexpr int lastTry = 1000;
-  const std::size_t end = std::min(name.rfind('.'), name.size());
-  std::string path = folder + name;
-  for (int i = 2; i < lastTry && presenceOf(files, path) != Presence::absent; ++i)
-    path = folder + name.substr(0, end) + " (" + std::to_string(i) + ")" + name.substr(end);
-  return path;
-}
-
 }  // namespace
 
 AddonArchive::AddonArchive(App& app, AddonStore store)
@@ -218,20 +208,19 @@ void AddonArchive::giveUp() {
   status("");
 }
 
-// The next installation, or the next start, would take it away with the working folder.
+// The next installation would take it away with the working folder.
 void AddonArchive::keepMailedArchive() {
   if (!isOrHolds(app_.InstallTempDir, path_)) return;
-  const std::string kept = freePath(app_.files(), app_.TempDir, fileName(path_));
-  const Outcome moved = app_.files().moveFile(path_, kept);
+  const auto kept = keepArchive(app_, path_);
   const std::string text =
-      moved.ok() ? "The archive is kept as \"" + kept + "\"."
-                 : "The archive lies in \"" + path_ +
-                       "\". Copy it before you end the program: " + moved.description();
-  if (cancelled_ && moved.ok())
+      kept.ok() ? "The archive is kept as \"" + kept.value() + "\"."
+                : "The archive lies in \"" + path_ +
+                      "\". Copy it before the next installation: " + kept.outcome().description();
+  if (cancelled_ && kept.ok())
     app_.frmMain.lblStatus.notice = text;
   else
     app_.windows.messageBox(
-        {text, moved.ok() ? ui::BoxIcon::information : ui::BoxIcon::exclamation});
+        {text, kept.ok() ? ui::BoxIcon::information : ui::BoxIcon::exclamation});
 }
 
 }  // namespace skv

@@ -50,7 +50,8 @@ class Installation {
   int countGauges();
   // Adds the row, or brings up the one that the list has for the folder.
   void addRow(const std::string& title);
-  std::string title() const;
+  // The title that the aircraft in `folder` has, or else its folder's name.
+  Result<std::string> titleOf(const std::string& folder) const;
   // Whether everything has gone well so far and the user wants it to go on.
   bool goesOn() const { return !app_.stopRequested && placed_.complete(); }
   void status(const std::string& text) { app_.frmMain.lblStatus.caption = text; }
@@ -65,6 +66,7 @@ class Installation {
   // Filled by place(), and given their names by settle().
   std::optional<StagedFolder> aircraft_, main_;
   WalkReport placed_;
+  std::string title_;
   int gauges_ = 0;
 };
 
@@ -165,7 +167,11 @@ int Installation::countGauges() {
 // disk before the list says so and before the archive, which may be the only copy, goes.
 bool Installation::settle() {
   FileSystem& files = app_.files();
-  if (ReportError(app_, files.flushDisk(hangarDir_))) return false;
+  // While all can be undone, so that a title that could not be read is read by the next try.
+  const auto title = titleOf(aircraft_->path());
+  if (ReportError(app_, title.outcome()) || ReportError(app_, files.flushDisk(hangarDir_)))
+    return false;
+  title_ = title.value();
   if (!tellWalk(app_, main_->settleOrMerge(), "moved")) return false;
   Outcome settled = aircraft_->settle();
   if (settled.ok()) settled = files.flushDisk(hangarDir_);
@@ -174,16 +180,17 @@ bool Installation::settle() {
 
 void Installation::finish() {
   archive_.finish();
-  const std::string name = title();
-  addRow(name);
+  addRow(title_);
   archive_.tellRenamed();
-  app_.frmMain.lblStatus.notice = name + " installed: " + counted(placed_.done, "file") +
+  app_.frmMain.lblStatus.notice = title_ + " installed: " + counted(placed_.done, "file") +
                                   (gauges_ == 0 ? "" : ", " + counted(gauges_, "gauge"));
 }
 
-std::string Installation::title() const {
-  std::string title = ReadProfile(app_.platform.files, app_.codePage,
-                                  aircraftFolder() + "\\Aircraft.cfg", "fltsim.0", "Title");
+Result<std::string> Installation::titleOf(const std::string& folder) const {
+  ProfileReader reader(app_.platform.files, app_.codePage);
+  const std::string file = folder + "\\Aircraft.cfg";
+  std::string title = reader.read(file, "fltsim.0", "Title");
+  if (const Outcome& read = reader.outcome(file); !read.ok()) return read;
   return title.empty() ? archive_.name() : title;
 }
 
@@ -214,15 +221,25 @@ void Installation::addRow(const std::string& title) {
 }
 
 // A run that ended between the aircraft's name and its row left an aircraft that no other run could
-// install again. It is whole: only the row is missing.
+// install again. It is whole: only the row is missing, or it is on screen and could not be saved.
 void Installation::listIfMissing() {
   if (archive_.name().empty() || app_.ListDir != hangarDir_ ||
-      app_.frmMain.lstAircraft.findSubItem1(aircraftFolder() + "\\") != 0 ||
       presenceOf(app_.files(), aircraftFolder() + "\\Aircraft.cfg") != Presence::there)
     return;
-  const std::string name = title();
-  addRow(name);
-  app_.frmMain.lblStatus.notice = name + " was in the Hangar already. Now the list has it, too.";
+  const std::string folder = aircraftFolder() + "\\";
+  if (app_.frmMain.lstAircraft.findSubItem1(folder) != 0) {
+    const auto rows = parseLibraryRows(app_.aircraftSource.bytes.value_or(""), app_.codePage);
+    if (std::ranges::none_of(rows, [&folder](const LibraryRow& row) {
+          return equalsIgnoringCase(row.Folder, folder);
+        }))
+      SaveACList(app_);
+    return;
+  }
+  const auto title = titleOf(aircraftFolder());
+  if (ReportError(app_, title.outcome())) return;
+  addRow(title.value());
+  app_.frmMain.lblStatus.notice =
+      title.value() + " was in the Hangar already. Now the list has it, too.";
 }
 
 // Nothing of the run remains.

@@ -12,8 +12,10 @@ namespace skv {
 
 namespace {
 
-bool holdsPackages(const FileSystem& files, const std::string& folder) {
+// A folder that is not there holds none.
+Result<bool> holdsPackages(const FileSystem& files, const std::string& folder) {
   const auto listing = files.list(folder);
+  if (!listing.ok() && presenceBy(listing.outcome()) == Presence::unknown) return listing.outcome();
   if (!listing.ok()) return false;
   for (const FolderEntry& entry : listing.value())
     if (!entry.folder && upper(entry.name).ends_with(".ZIP")) return true;
@@ -88,8 +90,11 @@ Outcome mayMove(const App& app, const std::string& from, const std::string& to) 
 void offerToMovePackages(App& app, const std::string& from) {
   const std::string to = app.PacksDir;
   FileSystem& files = app.files();
-  if (from.empty() || !holdsPackages(files, from)) return;
-  if (const Outcome may = mayMove(app, from, to); !may.ok()) {
+  if (from.empty()) return;
+  const auto found = holdsPackages(files, from);
+  if (found.ok() && !found.value()) return;
+  const Outcome may = found.ok() ? mayMove(app, from, to) : found.outcome();
+  if (!may.ok()) {
     tellFailure(app, "The Packages in \"" + from + "\" stay where they are.", may);
     return;
   }

@@ -106,7 +106,8 @@ bool storeFolders(App& app) {
     before.push_back(readSetting(app, field.key));
     const Outcome stored = writeSetting(app, field.key, (app.frmSettings.*field.box).text);
     if (stored.ok()) continue;
-    for (std::size_t i = 0; i + 1 < before.size(); ++i)
+    // With the one that failed: it may be in the file all the same.
+    for (std::size_t i = 0; i < before.size(); ++i)
       writeSetting(app, folderFields[i].key, before[i]).skipped();
     tellFailure(app, "The settings could not be stored, and nothing has been changed:", stored);
     return false;

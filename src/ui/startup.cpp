@@ -39,15 +39,17 @@ constexpr const char* noDrive =
     "3. ~/.wine/dosdevices.";
 
 // The first thing a start does is to empty the working folder of what a failed job left in it.
-bool cleanWorkingFolder(App& app) {
+bool cleanWorkingFolder(App& app, std::string& keptArchives) {
   app.frmMain.lblStatus.caption = "Cleaning temporary folder...";
-  const Outcome cleaned = prepareWorkingFolder(app);
+  const auto cleaned = prepareWorkingFolder(app);
   app.frmMain.lblStatus.caption = "";
+  if (cleaned.ok())
+    for (const std::string& kept : cleaned.value()) keptArchives += "\r\n" + kept;
   if (!cleaned.ok() && !hasDrive(app.files())) {
     app.windows.messageBox({noDrive, ui::BoxIcon::exclamation});
     return false;
   }
-  return !ReportError(app, cleaned);
+  return !ReportError(app, cleaned.outcome());
 }
 
 void showSplash(App& app) {
@@ -165,7 +167,8 @@ void Form_Load(App& app) {
   app.AppDir = withBackslash(app.platform.environment.programFolder);
   app.TempDir = withBackslash(app.platform.environment.TEMP);
   app.InstallTempDir = app.TempDir + "SKVInstallTemp\\";
-  if (!cleanWorkingFolder(app)) {
+  std::string keptArchives;
+  if (!cleanWorkingFolder(app, keptArchives)) {
     app.starting = false;
     form.visible = true;
     return;
@@ -199,6 +202,10 @@ void Form_Load(App& app) {
   app.starting = false;
   form.visible = true;
   app.windows.unload(app.frmSplash);
+  if (!keptArchives.empty())
+    app.windows.messageBox(
+        {"The program ended before it had installed these archives. They are kept:" + keptArchives,
+         ui::BoxIcon::information});
 }
 
 bool operationRuns(const App& app) { return !app.frmMain.enabled || app.hourglasses > 0; }

@@ -197,6 +197,7 @@ TEST_F(WalkTreeTest, ScansAddWhatTheListsLack) {
   drive.write("C:\\FS\\aircraft\\two\\panel.vfr\\panel.cfg", "[fltsim]\r\nalias=one\\panel\r\n");
   drive.write("C:\\FS\\aircraft\\Glass\\panel.cfg", "[fltsim]\r\nalias=\r\n");
   drive.write("C:\\FS\\aircraft\\one\\Sound\\sound.cfg", "");
+  drive.write("C:\\FS\\aircraft\\~SKVUnfinished\\aircraft.cfg", "[fltsim.0]\r\ntitle=Half\r\n");
   app.frmMain.lstAircraft.add("Known", {"c:\\fs\\AIRCRAFT\\THREE\\"});
 
   for (const WalkCode code : {WalkScanAC, WalkScanPN, WalkScanSN})
@@ -242,6 +243,8 @@ TEST_F(WalkTreeTest, AReportTellsWhatHappened) {
       {"identity", "C:\\s\\b", WalkCollect, true, 2, 1, "C:\\s\\b"},
       {"identity", "C:\\s", WalkPurge, true, 0, 1, "C:\\s"},
       {"identity", "C:\\d", WalkCopy, true, 0, 1, "C:\\d"},
+      {"isLink", "C:\\s\\b", WalkMove, true, 2, 1, "C:\\s\\b"},
+      {"isLink", "C:\\s", WalkDelete, true, 0, 1, "C:\\s"},
       {"copyFile", "C:\\s\\a.cfg", WalkCopy, false, 3, 1, "C:\\s\\a.cfg"},
       {"copyFile", "", WalkCopy, true, 0, 4, "C:\\s\\a.cfg"},
       {"attributes", "C:\\d\\a.cfg", WalkCopy, false, 3, 1, "C:\\d\\a.cfg"},

@@ -33,13 +33,16 @@ class MemorySettings : public SettingsStore {
   }
   Outcome write(std::string_view section, std::string_view key, std::string_view value) override {
     const std::string name = std::string(section) + "/" + std::string(key);
-    if (name == failedWrite) return Outcome::failure(err::diskFull, name);
     values[name] = value;
-    return {};
+    if (name != failedWrite) return {};
+    failedWrite.clear();
+    return Outcome::failure(err::diskFull, name);
   }
   std::map<std::string, std::string> values;  // by "section/key"
   int failedReads = 0;                        // looks at state() that fail from now on
-  std::string failedWrite;                    // the value that cannot be written
+  // The value whose next write fails. It is stored all the same, as when its folder cannot be
+  // flushed.
+  std::string failedWrite;
 };
 
 class FixedClock : public Clock {

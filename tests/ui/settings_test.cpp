@@ -258,6 +258,15 @@ TEST_F(SettingsTest, AMoveOfPackagesLosesNothing) {
   ASSERT_EQ(windows.boxes.size(), 2U);
   EXPECT_TRUE(windows.boxes[1].text.starts_with("2 of 4 files could not be moved"));
   EXPECT_TRUE(holds(windows.boxes[1].text, "newer file"));
+
+  windows.boxes.clear();
+  files.failWhen("list", "C:\\new", err::deviceIo);
+  open([this] {
+    form.txtPacksDir.text = "C:\\third";
+    ok();
+  });
+  ASSERT_EQ(windows.boxes.size(), 1U);
+  EXPECT_TRUE(windows.boxes[0].text.starts_with("The Packages in \"C:\\new\\\" stay"));
 }
 
 TEST_F(SettingsTest, ProposalsFollowTheSimulatorsFolderUntilTheyAreTouched) {

@@ -64,6 +64,25 @@ TEST_F(StartupTest, ANormalStartShowsTheSimulatorsAircraft) {
   EXPECT_TRUE(windows.boxes.empty());
 }
 
+TEST_F(StartupTest, AnArchiveThatCameByMailSurvivesARunThatWasKilled) {
+  const std::string mailed = "C:\\Temp\\SKVInstallTemp\\mail.zip";
+  drive.write(mailed, "the only copy");
+  drive.write("C:\\Temp\\mail.zip", "another");
+  files.failWhen("rename", mailed, err::deviceIo);
+  Form_Load(app);
+  EXPECT_EQ(drive.read(mailed), "the only copy");
+  files.heal();
+  windows.boxes.clear();
+  EXPECT_TRUE(disk.setAttributes(mailed, {.readOnly = true}).ok());
+  Form_Load(app);
+  EXPECT_FALSE(drive.exists(mailed));
+  EXPECT_EQ(drive.read("C:\\Temp\\mail (2).zip"), "the only copy");
+  EXPECT_EQ(drive.read("C:\\Temp\\mail.zip"), "another");
+  EXPECT_EQ(windows.boxTexts(),
+            std::vector<std::string>{"The program ended before it had installed these archives. "
+                                     "They are kept:\r\nC:\\Temp\\mail (2).zip"});
+}
+
 TEST_F(StartupTest, TheRememberedRowIsCheckedAgainstTheList) {
   for (const char* stored : {"0", "", "3", "-1", "row", "1e9"}) {
     settings.values["General/LastACSelected"] = stored;
