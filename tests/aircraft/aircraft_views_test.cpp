@@ -217,15 +217,24 @@ TEST_F(AircraftViewsTest, ARowsMenuActsOnIt) {
   EXPECT_EQ(list.labelEditWishes(), 1U);
   form.mnuListHangar.click();
   EXPECT_TRUE(drive.exists("C:\\Hangar\\Aircraft\\b\\aircraft.cfg"));
-  shell.result = 2;
-  form.mnuListOpen.click();
-  EXPECT_EQ(windows.boxTexts(), std::vector<std::string>{"File not found"});
+  for (const auto& [result, told] : {std::pair{2, "File not found"},
+                                     {3, "Path not found"},
+                                     {5, "Access denied"},
+                                     {8, "Out of memory"},
+                                     {31, "No association for file extension"},
+                                     {32, "DLL not found"},
+                                     {0, "Unknown error"}}) {
+    shell.result = result;
+    form.mnuListOpen.click();
+    EXPECT_EQ(windows.boxTexts().back(), told);
+  }
+  EXPECT_EQ(windows.boxes.size(), 7U) << "33 is the first that says that all went well";
 
   list.clear();
   form.mnuListOpen.click();
   form.mnuListCopy.click();
   form.mnuListRename.click();
-  EXPECT_EQ(shell.opened.size(), 2U);
+  EXPECT_EQ(shell.opened.size(), 8U);
   EXPECT_EQ(windows.copied, "C:\\FS\\aircraft\\b\\");
   EXPECT_EQ(list.labelEditWishes(), 1U);
 }

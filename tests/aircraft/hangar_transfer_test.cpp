@@ -2,6 +2,8 @@
 #include "aircraft/aircraft_views.h"
 #include "core/staged_folder.h"
 
+#include <set>
+
 #include "sample/zip_file.h"
 #include "support/every_call.h"
 #include "support/program_fixture.h"
@@ -92,7 +94,11 @@ TEST_F(HangarTransferTest, APackageGoesBeforeTheHangarFolder) {
   drive.write("C:\\Hangar\\aircraft\\h\\aircraft.cfg", "thinned");
   drive.write("C:\\Temp\\SKVInstallTemp\\Aircraft\\stray.txt", "of a failed job");
   package();
+  std::set<std::string> shown;
+  app.frmMain.lblStatus.onChange = [&] { shown.insert(app.frmMain.lblStatus.caption); };
   press();
+  app.frmMain.lblStatus.onChange = nullptr;
+  EXPECT_TRUE(shown.contains("Prepairing files...") && shown.contains("Unzipping: h.zip"));
   EXPECT_EQ(drive.tree("C:\\FS\\aircraft\\h"), (Tree{"aircraft.cfg", "model\\", "model\\m.mdl"}));
   EXPECT_EQ(drive.read("C:\\FS\\aircraft\\h\\aircraft.cfg"), "packed");
   EXPECT_EQ(drive.read("C:\\FS\\Gauges\\g.gau"), "g");
@@ -100,6 +106,13 @@ TEST_F(HangarTransferTest, APackageGoesBeforeTheHangarFolder) {
   EXPECT_EQ(list.smallIcon(1), 8);
   EXPECT_TRUE(windows.boxes.empty());
   EXPECT_TRUE(drive.exists("C:\\Packs\\h.zip"));
+
+  sample::writeZip(disk.nativePath("C:\\Packs\\h.zip").value(), {{"aircraft.cfg", "loose"}});
+  press();
+  EXPECT_EQ(windows.boxTexts(),
+            Tree{"h was not copied to the simulator.\r\n"
+                 "The Package \"C:\\Packs\\h.zip\" holds no folder \"Aircraft\"."});
+  EXPECT_EQ(drive.read("C:\\FS\\aircraft\\h\\aircraft.cfg"), "packed");
 }
 
 TEST_F(HangarTransferTest, APackageWithoutRoomOrAFolderOfItsOwnStops) {

@@ -1,8 +1,6 @@
 #include "packaging/aircraft_installer.h"
 #include "aircraft/aircraft_views.h"
 
-#include <algorithm>
-
 #include "core/disk_queries.h"
 #include "sample/zip_file.h"
 #include "support/every_call.h"
@@ -144,6 +142,16 @@ TEST_F(InstallerTest, TheNewRowIsSavedSelectedAndMarked) {
   windows.inputs = {"my plane"};
   install();
   EXPECT_EQ(windows.boxTexts(), Tree{"Aircraft 'my plane' already exists!"});
+  EXPECT_EQ(list.count(), 1);
+
+  // A run that was killed before its row.
+  drive.remove("C:\\Hangar\\SKV_AC.lst");
+  mnuViewHangar_Click(app);
+  windows.inputs = {"My Plane"};
+  install();
+  EXPECT_EQ(rows(list), Tree{"My Plane|C:\\Hangar\\aircraft\\My Plane\\"});
+  EXPECT_EQ(app.frmMain.lblStatus.notice,
+            "My Plane was in the Hangar already. Now the list has it, too.");
 }
 
 TEST_F(InstallerTest, EveryRefusalComesBackToAnEnabledWindow) {
@@ -306,21 +314,29 @@ TEST_F(InstallerTest, TheUserSeesWhatGoesOnAndHowItEnded) {
        {"p/model/a.mdl", "m"},
        {"Gauges/g.gau", "g"},
        {"Gauges/g.txt", "t"},
+       {"Panel/panel.cfg", "p"},
        {"in.zip", sample::zipBytes({{"e.fx", "e"}})}});
-  std::vector<std::string> shown;
+  Tree shown;
+  app.frmMain.lblStatus.onChange = [&] {
+    const std::string& caption = app.frmMain.lblStatus.caption;
+    if (!caption.starts_with("Processing: ") && (shown.empty() || shown.back() != caption))
+      shown.push_back(caption);
+  };
   windows.onYield = [&] {
-    const std::string caption = app.frmMain.lblStatus.caption;
     if (windows.fileDialogs.empty()) return;
     EXPECT_FALSE(app.frmMain.enabled);
     EXPECT_EQ(windows.pointers.back(), ui::Pointer::hourglass);
-    if (shown.empty() || shown.back() != caption) shown.push_back(caption);
   };
   install();
-  windows.onYield = nullptr;
-  EXPECT_EQ(shown.at(1), "Extracting ZIP: C:\\plane.zip");
-  EXPECT_EQ(std::ranges::count(shown, "Extracting embedded ZIP: in.zip"), 1);
+  app.frmMain.lblStatus.onChange = windows.onYield = nullptr;
+  EXPECT_EQ(shown,
+            (Tree{"Extracting ZIP: C:\\plane.zip", "Extracting embedded ZIP: in.zip",
+                  "Looking for Gauges...", "Looking for Main Effects...",
+                  "Looking for common Sounds...", "Looking for aircraft root...",
+                  "Moving aircraft files...", "Looking for panel root...", "Moving panel files...",
+                  "Looking for Main Texures...", "Cleaning temporary folder...", ""}));
   EXPECT_EQ(app.frmMain.lblStatus.caption, "");
-  EXPECT_EQ(app.frmMain.lblStatus.notice, "The Plane installed: 5 files, 1 gauge");
+  EXPECT_EQ(app.frmMain.lblStatus.notice, "The Plane installed: 6 files, 1 gauge");
   EXPECT_EQ(app.frmMain.txtACTitle.text, "The Plane");
 
   zip({{"aircraft.cfg", "[fltsim.0]\r\nTitle=Another\r\n"}}, {}, "C:\\two.zip");

@@ -5,6 +5,7 @@
 #include <functional>
 #include <map>
 #include <optional>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -88,9 +89,15 @@ class ScriptedWindows : public ui::Windowing {
   }
 
   void yieldUntil(const std::function<bool()>& condition) override {
+    int idle = 0;
     while (!condition()) {
       yield();
-      if (waiting_.empty()) continue;
+      if (waiting_.empty()) {
+        // A test that fails must not hang.
+        if (++idle > mostIdleYields)
+          throw std::runtime_error("waits for a form that nobody closes");
+        continue;
+      }
       ui::Form* form = waiting_.back();
       waiting_.pop_back();
       if (const auto script = onShow.find(form); script != onShow.end() && script->second)
@@ -103,6 +110,7 @@ class ScriptedWindows : public ui::Windowing {
   }
 
  private:
+  static constexpr int mostIdleYields = 100000;
   std::vector<ui::Form*> waiting_;  // shown and not yet seen by a script
 };
 

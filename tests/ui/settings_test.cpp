@@ -180,7 +180,7 @@ TEST_F(SettingsTest, OkLeavesTheSelectedAircraftSelected) {
 
 TEST_F(SettingsTest, PackagesMoveWhenTheUserWishes) {
   drive.write("C:\\Packs\\a.ZIP", "a");
-  drive.write("C:\\Packs\\Scenery\\b.txt", "b");
+  drive.write("C:\\Packs\\Scenery\\sub\\b.txt", "b");
   acceptPackages("C:\\PACKS\\");
   EXPECT_TRUE(windows.boxes.empty()) << "the same folder in other letters";
   settings.values["General/PacksDir"] = "C:\\Packs\\";
@@ -189,8 +189,9 @@ TEST_F(SettingsTest, PackagesMoveWhenTheUserWishes) {
   settings.values["General/PacksDir"] = "C:\\Packs\\";
   windows.answers = {ui::Answer::yes};
   acceptPackages("C:\\deep\\new");
-  EXPECT_EQ(drive.tree("C:\\deep\\new"),
-            (std::vector<std::string>{"Scenery\\", "Scenery\\b.txt", "a.ZIP"}));
+  EXPECT_EQ(
+      drive.tree("C:\\deep\\new"),
+      (std::vector<std::string>{"Scenery\\", "Scenery\\sub\\", "Scenery\\sub\\b.txt", "a.ZIP"}));
   EXPECT_FALSE(drive.exists("C:\\Packs"));
   EXPECT_TRUE(form.enabled);
   expectIdle();
@@ -256,8 +257,9 @@ TEST_F(SettingsTest, AMoveOfPackagesLosesNothing) {
     EXPECT_EQ(drive.read(std::string("C:\\new\\") + moved), "old place");
   EXPECT_EQ(drive.tree("C:\\Packs"), (std::vector<std::string>{"a.zip", "sub\\", "sub\\d.zip"}));
   ASSERT_EQ(windows.boxes.size(), 2U);
-  EXPECT_TRUE(windows.boxes[1].text.starts_with("2 of 4 files could not be moved"));
-  EXPECT_TRUE(holds(windows.boxes[1].text, "newer file"));
+  EXPECT_TRUE(windows.boxes[1].text.starts_with(
+      "2 of 4 files could not be moved, the first:\r\nC:\\Packs\\a.zip\r\nThe new folder holds a "
+      "newer file"));
 
   windows.boxes.clear();
   files.failWhen("list", "C:\\new", err::deviceIo);

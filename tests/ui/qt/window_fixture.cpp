@@ -12,7 +12,7 @@ WindowTest::WindowTest() {
   settings.values = {{"General/FSRoot", "C:\\FS\\"},
                      {"General/HangarDir", "C:\\Hangar\\"},
                      {"General/PacksDir", "C:\\Packs\\"},
-                     {"General/AppVersion", "0.06.0129"}};
+                     {"General/AppVersion", versionText()}};
   connectEvents(app);
   app.frmMain.closed = [this] {
     Form_Unload(app);
