@@ -31,18 +31,18 @@ bool folderExists(const FileSystem& files, std::string_view path) {
   return found.ok() && found.value().folder;
 }
 
-double GetDiskFree(const FileSystem& files, std::string_view path) {
+Result<double> GetDiskFree(const FileSystem& files, std::string_view path) {
   for (std::string folder = withoutBackslash(path); !folder.empty();) {
     const auto found = files.attributes(withBackslash(folder));
     if (found.ok()) {
-      if (found.value().folder) return files.freeBytes(withBackslash(folder)).valueOr(0);
+      if (found.value().folder) return files.freeBytes(withBackslash(folder));
     } else if (presenceBy(found.outcome()) == Presence::unknown) {
-      return 0;
+      return found.outcome();
     }
     const std::size_t end = folder.rfind('\\');
     folder.resize(end == std::string::npos ? 0 : end);
   }
-  return 0;
+  return Outcome::failure(err::pathNotFound, path);
 }
 
 bool diskIsThere(const FileSystem& files, std::string_view path) {

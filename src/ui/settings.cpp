@@ -3,6 +3,7 @@
 #include "aircraft/aircraft_views.h"
 #include "base/paths.h"
 #include "core/disk_queries.h"
+#include "core/folder_guard.h"
 #include "core/messages.h"
 #include "core/settings_keys.h"
 #include "ui/dialogs/dir_select.h"
@@ -170,8 +171,7 @@ void findSceneryPacksPath(App& app) {
   if (path.find(':') == std::string::npos) return;
   if (presenceOf(app.files(), path) != Presence::absent) return;
   const std::string above = path.substr(0, withoutBackslash(path).rfind('\\') + 1);
-  if (folderExists(app.files(), above) || diskIsThere(app.files(), path))
-    MakePath(app.files(), path);
+  if (folderExists(app.files(), above) || mayBeMadeUnasked(app, path)) MakePath(app.files(), path);
 }
 
 void frmSettings_Form_Load(App& app) {
