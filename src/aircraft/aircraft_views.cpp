@@ -20,9 +20,7 @@ namespace {
 void makeHangar(App& app) {
   FileSystem& files = app.files();
   if (!folderExists(files, app.HangarDir)) {
-    const bool simulatorsDisk = isOrHolds(app.FSRoot, app.HangarDir);
-    if (!diskIsThere(files, app.HangarDir) || (simulatorsDisk && !folderExists(files, app.FSRoot)))
-      return;
+    if (!mayBeMadeUnasked(app, app.HangarDir)) return;
     MakePath(files, app.HangarDir);
   }
   for (const std::string& folder : {aircraftRootOf(app.HangarDir), mainRootOf(app.HangarDir)})

@@ -162,7 +162,6 @@ std::string libraryLine(const LibraryRow& row, const CodePage& codePage) {
 
 void LoadACList(App& app) {
   auto& list = app.frmMain.lstAircraft;
-  list.clearSort();  // the order of the lines is the order of the rows
   const auto rows = load(app, aircraftLibrary);
   if (rows.empty()) return;
   const PlaceIndex places(app);
@@ -170,6 +169,8 @@ void LoadACList(App& app) {
     const int added = list.add(row.Name, {row.Folder});
     list.setSmallIcon(added, placeIcon(places.mask(FolderName(row.Folder))));
   }
+  // The user's order holds in either view; without one, the order of the lines is that of the rows.
+  if (list.sorted()) list.sort(list.sortKey(), list.sortOrder());
 }
 
 void LoadPNList(App& app) { loadPlain(app, panelLibrary); }

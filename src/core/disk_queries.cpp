@@ -7,15 +7,15 @@ namespace skv {
 
 namespace {
 
-// The path itself, or the first folder above it that stands; "" when that cannot be told.
-std::string nearestFolder(const FileSystem& files, std::string_view path) {
+// The path itself, or the first folder above it that stands.
+Result<std::string> nearestFolder(const FileSystem& files, std::string_view path) {
   for (std::string folder(path); !folder.empty(); folder = folderAbove(folder)) {
     folder = withBackslash(folder);
     const auto found = files.attributes(folder);
     if (found.ok() && found.value().folder) return folder;
-    if (!found.ok() && presenceBy(found.outcome()) == Presence::unknown) return {};
+    if (!found.ok() && presenceBy(found.outcome()) == Presence::unknown) return found.outcome();
   }
-  return {};
+  return Outcome::failure(err::pathNotFound, path);
 }
 
 }  // namespace
@@ -60,15 +60,16 @@ Result<bool> isLinkForCertain(const FileSystem& files, const std::string& folder
   return true;
 }
 
-double GetDiskFree(const FileSystem& files, std::string_view path) {
-  const std::string folder = nearestFolder(files, path);
-  return folder.empty() ? 0 : files.freeBytes(folder).valueOr(0);
+Result<double> GetDiskFree(const FileSystem& files, std::string_view path) {
+  const auto folder = nearestFolder(files, path);
+  return folder.ok() ? files.freeBytes(folder.value()) : folder.outcome();
 }
 
 bool diskIsThere(const FileSystem& files, std::string_view path) {
-  const std::string folder = nearestFolder(files, path);
-  const auto listing = files.list(folder, FileSystem::Entries::all);
-  return !folder.empty() && listing.ok() && !listing.value().empty();
+  const auto folder = nearestFolder(files, path);
+  if (!folder.ok()) return false;
+  const auto listing = files.list(folder.value(), FileSystem::Entries::all);
+  return listing.ok() && !listing.value().empty();
 }
 
 void MakePath(FileSystem& files, std::string_view path) {

@@ -28,8 +28,8 @@ bool folderExists(const FileSystem& files, std::string_view path);
 Result<bool> isLinkForCertain(const FileSystem& files, const std::string& folder);
 
 // Free bytes of the disk on which the path lies, or would lie: that of its nearest existing folder,
-// since a drive like Z: spans several disks. 0 when it cannot be told.
-double GetDiskFree(const FileSystem& files, std::string_view path);
+// since a drive like Z: spans several disks.
+Result<double> GetDiskFree(const FileSystem& files, std::string_view path);
 
 // Whether a folder that is missing may be made without being asked for: not where a disk that is
 // away would show it. Its mount point is then an empty folder, or gone with the drive.

@@ -171,4 +171,10 @@ Outcome mayBeEmptied(const App& app, const std::string& folder) {
   return mayBeCopied(app, folder);
 }
 
+bool mayBeMadeUnasked(const App& app, const std::string& folder) {
+  const bool inSimulator = !app.FSRoot.empty() && isOrHolds(app.FSRoot, folder);
+  return (!inSimulator || folderExists(app.platform.files, app.FSRoot)) &&
+         diskIsThere(app.platform.files, folder);
+}
+
 }  // namespace skv

@@ -37,6 +37,10 @@ Outcome mayBeCopied(const App& app, const std::string& folder);
 // emptied: it is no link.
 Outcome mayBeEmptied(const App& app, const std::string& folder);
 
+// Whether a folder of the settings that is missing may be made without being asked for: neither
+// where a disk that is away would show it, nor in the place of a simulator that is not there.
+bool mayBeMadeUnasked(const App& app, const std::string& folder);
+
 // Whether `folder` is `inner`, or one of the folders above it. By path, without regard to case.
 bool isOrHolds(const std::string& folder, const std::string& inner);
 

@@ -69,7 +69,13 @@ bool ReadAndExtract::fits(const std::string& targetStore) {
 }
 
 bool ReadAndExtract::hasSpace(const std::string& folder, double needed) {
-  if (GetDiskFree(app_.files(), folder) >= needed) return true;
+  const auto free = GetDiskFree(app_.files(), folder);
+  if (!free.ok()) {
+    tellFailure(app_, withContainer("The free space in \"" + folder + "\" cannot be told."),
+                free.outcome());
+    return false;
+  }
+  if (free.value() >= needed) return true;
   app_.windows.messageBox(
       {withContainer("Insufficient Disk Space in \"" + folder + "\"!"), ui::BoxIcon::exclamation});
   return false;

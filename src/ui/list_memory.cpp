@@ -8,12 +8,18 @@ namespace skv {
 
 namespace {
 
-constexpr int leastWidth = 150, greatestWidth = 30000;  // twips
+constexpr int leastWidth = 150, greatestWidth = 30000;      // twips
+constexpr int leastHeight = 1000, greatestHeights = 60000;  // twips
 
 std::array<ui::ListView*, 6> listsOf(App& app) {
   auto& form = app.frmMain;
   return {&form.lstAircraft,   &form.lstPanel,   &form.lstSound,
           &form.lstACVersions, &form.lstScenery, &form.lstInactScenery};
+}
+
+std::array<ui::Divider*, 5> dividersOf(App& app) {
+  auto& form = app.frmMain;
+  return {&form.divAircraft, &form.divInfo, &form.divPanel, &form.divSound, &form.divScenery};
 }
 
 // "6350,2117": the columns in their order.
@@ -39,6 +45,14 @@ void restoreWidths(ui::ListView& list, const std::string& text) {
 void storeLists(App& app) {
   for (const ui::ListView* list : listsOf(app))
     writeSetting(app, {setting::lists, list->name().c_str()}, widthsOf(*list)).skipped();
+  for (const ui::Divider* divider : dividersOf(app))
+    writeSetting(app, {setting::lists, divider->name().c_str()}, std::to_string(divider->share))
+        .skipped();
+  const auto& form = app.frmMain;
+  if (form.sceneryHeight != 0)  // the window has laid them out
+    writeSetting(app, {setting::lists, form.lblSepBar.name().c_str()},
+                 std::to_string(form.sceneryHeight) + "," + std::to_string(form.libraryHeight))
+        .skipped();
   const auto& aircraft = app.frmMain.lstAircraft;
   const bool sorted = aircraft.sorted();
   writeSetting(app, setting::SortKey, sorted ? std::to_string(aircraft.sortKey()) : "").skipped();
@@ -50,6 +64,18 @@ void storeLists(App& app) {
 void restoreLists(App& app) {
   for (ui::ListView* list : listsOf(app))
     restoreWidths(*list, readSetting(app, {setting::lists, list->name().c_str()}));
+  for (ui::Divider* divider : dividersOf(app)) {
+    const double share = val(readSetting(app, {setting::lists, divider->name().c_str()}));
+    if (share > 0 && share < 1000) divider->share = static_cast<int>(share);
+  }
+  auto& form = app.frmMain;
+  const auto heights =
+      split(readSetting(app, {setting::lists, form.lblSepBar.name().c_str()}), ',');
+  if (heights.size() != 2) return;
+  const double upper = val(heights[0]), lower = val(heights[1]);
+  if (upper < leastHeight || lower < leastHeight || upper + lower > greatestHeights) return;
+  form.sceneryHeight = static_cast<int>(upper);
+  form.libraryHeight = static_cast<int>(lower);
 }
 
 void restoreOrder(App& app) {

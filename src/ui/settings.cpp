@@ -3,6 +3,7 @@
 #include "aircraft/aircraft_views.h"
 #include "base/paths.h"
 #include "core/disk_queries.h"
+#include "core/folder_guard.h"
 #include "core/messages.h"
 #include "core/settings_keys.h"
 #include "ui/dialogs/dir_select.h"
@@ -170,7 +171,7 @@ void findSceneryPacksPath(App& app) {
   // Without a Packages folder it would be a stray one in the current folder.
   if (path.find(':') == std::string::npos) return;
   if (presenceOf(app.files(), path) != Presence::absent) return;
-  if (folderExists(app.files(), folderAbove(path)) || diskIsThere(app.files(), path))
+  if (folderExists(app.files(), folderAbove(path)) || mayBeMadeUnasked(app, path))
     MakePath(app.files(), path);
 }
 

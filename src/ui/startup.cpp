@@ -224,10 +224,11 @@ bool frmMain_QueryUnload(App& app) {
 void Form_Unload(App& app) {
   auto& form = app.frmMain;
   app.ending = true;
-  if (const int row = form.lstAircraft.selected(); form.lstAircraft.count() > 1) {
-    writeSetting(app, setting::LastACSelected, std::to_string(row)).skipped();
-    writeSetting(app, setting::LastACFolder, row > 0 ? form.lstAircraft.subItem(row, 1) : "")
-        .skipped();
+  // The simulator's own: its view is the one that a start shows.
+  rememberAircraft(app);
+  if (form.lstAircraft.count() > 1 || app.listedView == View::hangar) {
+    writeSetting(app, setting::LastACSelected, std::to_string(app.FSSelIndex)).skipped();
+    writeSetting(app, setting::LastACFolder, app.FSSelFolder).skipped();
   }
   storeLists(app);
   writeSetting(app, setting::MainState, std::to_string(static_cast<int>(form.windowState.get())))

@@ -249,6 +249,14 @@ TEST_F(InstallerTest, TooLittleSpaceIsToldBeforeAnythingIsWritten) {
   EXPECT_EQ(windows.boxTexts(),
             Tree{"Insufficient Disk Space in \"C:\\Temp\\SKVInstallTemp\\\"!\r\n"
                  "\"in.zip\" lies in \"C:\\plane.zip\"."});
+
+  windows.boxes.clear();
+  windows.inputs = {"third"};
+  files.failWhen("freeBytes", "", err::deviceIo);
+  install();
+  ASSERT_EQ(windows.boxes.size(), 1U);
+  EXPECT_TRUE(windows.boxes[0].text.starts_with("The free space in ")) << windows.boxes[0].text;
+  EXPECT_EQ(windows.boxes[0].text.find("Insufficient"), std::string::npos);
 }
 
 TEST_F(InstallerTest, AMailedArchiveGoesWithTheCleanUpOnlyWhenItIsInstalled) {

@@ -2,6 +2,7 @@
 
 #include <cmath>
 
+#include "aircraft/aircraft_views.h"
 #include "core/long_operation.h"
 #include "support/program_fixture.h"
 #include "ui/settings.h"
@@ -99,15 +100,27 @@ TEST_F(StartupTest, TheRememberedRowIsTheAircraft) {
   form.lstAircraft.select(3);
   Form_Load(app);
   EXPECT_EQ(form.lstAircraft.text(form.lstAircraft.selected()), "b");
+  mnuViewHangar_Click(app);
+  startAgain();
+  mnuViewFSAircraft_Click(app);
+  form.lstAircraft.select(2);
+  Form_Load(app);
+  EXPECT_EQ(form.lstAircraft.text(form.lstAircraft.selected()), "b") << "left from the Hangar";
 }
 
 TEST_F(StartupTest, ListsLookAsTheyDidAtTheEndOfTheLastRun) {
   Form_Load(app);
   form.lstAircraft.setColumnWidth(0, 4000);
   form.lstAircraft.sort(1, ui::SortOrder::descending);
+  form.divInfo.share = 650;
+  form.sceneryHeight = 2000;
+  form.libraryHeight = 1500;
   startAgain();
   form.lstAircraft.setColumnWidth(0, 6350);
-  form.lstAircraft.clearSort();
+  form.lstAircraft.sort(0, ui::SortOrder::ascending);
+  form.divInfo.share = 500;
+  form.sceneryHeight = form.libraryHeight = 0;
+  settings.values["Lists/divPanel"] = "1000";
   settings.values["Lists/lstPanel"] = "10,2000";
   settings.values["Lists/lstScenery"] = "5000,2000,900,0,0,0,0,0,0";
   settings.values["Lists/lstSound"] = "5000";
@@ -118,11 +131,18 @@ TEST_F(StartupTest, ListsLookAsTheyDidAtTheEndOfTheLastRun) {
   EXPECT_EQ(width(form.lstAircraft, 0), 4000);
   EXPECT_EQ(rows(form.lstAircraft)[0], "b|C:\\FS\\aircraft\\b\\");
   EXPECT_EQ(form.lstAircraft.sortOrder(), ui::SortOrder::descending);
+  EXPECT_EQ(form.divInfo.share, 650);
+  EXPECT_EQ(form.divPanel.share, 500) << "nothing would be left of the other half";
+  EXPECT_EQ(form.sceneryHeight, 2000);
+  EXPECT_EQ(form.libraryHeight, 1500);
   EXPECT_EQ(width(form.lstPanel, 0), 6350) << "too narrow to be seen";
   EXPECT_EQ(width(form.lstPanel, 1), 2000);
   EXPECT_EQ(width(form.lstScenery, 0), 5000);
   EXPECT_EQ(width(form.lstScenery, 2), 0) << "a column of data stays out of sight";
   EXPECT_EQ(width(form.lstSound, 0), 6350) << "of a list with other columns";
+  mnuViewHangar_Click(app);
+  mnuViewFSAircraft_Click(app);
+  EXPECT_EQ(rows(form.lstAircraft)[0], "b|C:\\FS\\aircraft\\b\\") << "the order holds in all views";
 }
 
 TEST_F(StartupTest, SettingsThatCannotBeReadAreAskedForAgain) {
@@ -133,6 +153,16 @@ TEST_F(StartupTest, SettingsThatCannotBeReadAreAskedForAgain) {
   EXPECT_TRUE(holds(windows.boxes[0].text, "settings.ini"));
   settings.failedReads = 1;
   EXPECT_FALSE(settingsCanBeRead(windows, settings)) << "answered No";
+}
+
+TEST_F(StartupTest, NothingIsMadeInThePlaceOfASimulatorThatIsAway) {
+  settings.values["General/FSRoot"] = "C:\\Gone\\FS\\";
+  settings.values["General/HangarDir"] = "C:\\Gone\\FS\\Hangar\\";
+  settings.values["General/PacksDir"] = "C:\\Gone\\FS\\Packs\\";
+  Form_Load(app);
+  mnuViewHangar_Click(app);
+  EXPECT_FALSE(drive.exists("C:\\Gone"));
+  EXPECT_NE(form.lblStatus.notice->find("C:\\Gone\\FS\\ is not there"), std::string::npos);
 }
 
 TEST_F(StartupTest, AFirstStartCanBeQuit) {

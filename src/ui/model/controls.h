@@ -47,6 +47,13 @@ class SplitBar : public Control {
   std::function<void(MouseButton, int y)> mouseDown, mouseMove, mouseUp;
 };
 
+// The border between the halves of a view, which the user drags.
+class Divider : public Control {
+ public:
+  using Control::Control;
+  Property<int> share{*this, 500};  // of the left half, in thousandths of both
+};
+
 class TextBox : public Control {
  public:
   // `labelText` is the label that stands before the box.

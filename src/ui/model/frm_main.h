@@ -83,6 +83,7 @@ struct FrmMain : Form {
   Button btnACRestoreOriginal{"btnACRestoreOriginal", "Restore original"};
   Button btnHangar{"btnHangar"};
   ListView lstAircraft{"lstAircraft", libraryColumns()};
+  Divider divAircraft{"divAircraft"};
   Image imgAircraft{"imgAircraft"};
   Label lblACSpecimen{"lblACSpecimen", "<SPECIMEN>"};
 
@@ -92,6 +93,7 @@ struct FrmMain : Form {
 
   Frame frameInfo{"frameInfo"};
   ListView lstACVersions{"lstACVersions", {{"#", 706}, {"Title", 6174}}};
+  Divider divInfo{"divInfo"};
   Button btnSaveACInfo{"btnSaveACInfo", "Save A/C Info"};
   TabStrip tabACInfo{"tabACInfo"};
   Frame frameACInfoGeneral{"frameACInfoGeneral"};
@@ -118,6 +120,7 @@ struct FrmMain : Form {
   Button btnPNRestoreOriginal{"btnPNRestoreOriginal", "Restore original"};
   Button btnAssignPN{"btnAssignPN", "Assign to A/C"};
   ListView lstPanel{"lstPanel", libraryColumns()};
+  Divider divPanel{"divPanel"};
   Image imgPanel{"imgPanel"};
   Label lblPNStatus{"lblPNStatus"};
 
@@ -127,6 +130,7 @@ struct FrmMain : Form {
   Button btnSNRestoreOriginal{"btnSNRestoreOriginal", "Restore original"};
   Button btnAssignSN{"btnAssignSN", "Assign to A/C"};
   ListView lstSound{"lstSound", libraryColumns()};
+  Divider divSound{"divSound"};
   Label lblSNStatus{"lblSNStatus"};
 
   // Scenery Manager.
@@ -143,6 +147,7 @@ struct FrmMain : Form {
   Button btnSLDel{"btnSLDel", "Delete"};
   Button btnAddSLtoFS{"btnAddSLtoFS", "Add to FS2002"};
   Button btnAddToSL{"btnAddToSL", "<<-- Add to Library"};
+  Divider divScenery{"divScenery"};
   Frame frameFtreeScenery{"frameFtreeScenery", "Scenery Files Browser:"};
   FolderTree ftreeScenery{"ftreeScenery"};
   Frame frameSceneryCopy{"frameSceneryCopy"};

@@ -105,7 +105,7 @@ QWidget* infoPage(FormBuilder& build, FrmMain& form) {
   addPage(*stack, detailFrame(build, form.frameACinfoUI,
                               {&form.txtUIManufacturer, &form.txtUIType, &form.txtUIVariation}));
   addPage(*stack, descriptionFrame(build, form));
-  page->body()->addWidget(makeHalves(left, right), 1);
+  page->body()->addWidget(makeHalves(build, form.divInfo, left, right), 1);
   page->body()->addLayout(commands({}, build.button(form.btnSaveACInfo)));
   return page;
 }
@@ -120,7 +120,7 @@ QWidget* panelPage(FormBuilder& build, FrmMain& form) {
   column->addWidget(build.label(form.lblPNStatus));
   column->addWidget(
       build.picture(form.imgPanel, tr("Picture of the panel"), QStringLiteral("panel")), 1);
-  page->body()->addWidget(makeHalves(left, right), 1);
+  page->body()->addWidget(makeHalves(build, form.divPanel, left, right), 1);
   page->body()->addLayout(commands({build.button(form.btnAddPN), build.button(form.btnDelPN),
                                     build.button(form.btnPNRestoreOriginal)},
                                    build.button(form.btnAssignPN)));
@@ -136,7 +136,7 @@ QWidget* soundPage(FormBuilder& build, FrmMain& form) {
   column->setContentsMargins(0, 0, 0, 0);
   column->addWidget(build.label(form.lblSNStatus));
   column->addStretch();
-  page->body()->addWidget(makeHalves(left, right), 1);
+  page->body()->addWidget(makeHalves(build, form.divSound, left, right), 1);
   page->body()->addLayout(commands({build.button(form.btnAddSN), build.button(form.btnDelSN),
                                     build.button(form.btnSNRestoreOriginal)},
                                    build.button(form.btnAssignSN)));
@@ -156,7 +156,7 @@ QWidget* makeAircraftBand(FormBuilder& build, FrmMain& form) {
   CaptionLabel* specimen = build.label(form.lblACSpecimen);
   specimen->makeNotice();
   picture->setOverlay(specimen);
-  band->body()->addWidget(makeHalves(list, picture), 1);
+  band->body()->addWidget(makeHalves(build, form.divAircraft, list, picture), 1);
   band->body()->addLayout(commands({build.button(form.btnAddAC), build.button(form.btnDelAC),
                                     build.button(form.btnACRestoreOriginal)},
                                    build.button(form.btnHangar)));

@@ -61,6 +61,7 @@ std::optional<std::string> runInputBox(const std::string& prompt, const std::str
     label->setWordWrap(true);
   }
   window.setTextValue(shown(text));
+  if (auto* field = window.findChild<QLineEdit*>()) field->selectAll();
   window.resize(std::min(380, boxLineWidth(window)), window.sizeHint().height());
   if (window.exec() != QDialog::Accepted) return std::nullopt;
   return typed(window.textValue());

@@ -101,7 +101,8 @@ void FlatStyle::drawControl(ControlElement element, const QStyleOption* option, 
     case CE_TabBarTabLabel:
       if (const auto* tab = qstyleoption_cast<const QStyleOptionTab*>(option)) {
         QStyleOptionTab label(*tab);
-        if (!has(option, State_Selected) && !has(option, State_MouseOver))
+        if (has(option, State_Enabled) && !has(option, State_Selected) &&
+            !has(option, State_MouseOver))
           label.palette.setColor(QPalette::WindowText, colour(option, QPalette::PlaceholderText));
         QProxyStyle::drawControl(element, &label, painter, widget);
       }

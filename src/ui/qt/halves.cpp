@@ -5,6 +5,7 @@
 #include <QSplitter>
 #include <QSplitterHandle>
 
+#include "ui/qt/form_builder.h"
 #include "ui/qt/main_window.h"
 
 namespace skv::ui::qt {
@@ -16,9 +17,9 @@ constexpr int leastHalf = 240;
 constexpr int keyStep = 16;
 
 // The gap between the halves, with a grip like that of the split bar.
-class Divider : public QSplitterHandle {
+class Gap : public QSplitterHandle {
  public:
-  explicit Divider(QSplitter* splitter) : QSplitterHandle(Qt::Horizontal, splitter) {
+  explicit Gap(QSplitter* splitter) : QSplitterHandle(Qt::Horizontal, splitter) {
     setFocusPolicy(Qt::StrongFocus);
     setAccessibleName(QCoreApplication::translate("Halves", "Border between the halves"));
     setToolTip(QCoreApplication::translate("Halves", "Drag to give one half more room"));
@@ -49,26 +50,49 @@ class Divider : public QSplitterHandle {
 
 class Halves : public QSplitter {
  public:
-  Halves() : QSplitter(Qt::Horizontal) {
+  Halves(FormBuilder& build, Divider& divider) : QSplitter(Qt::Horizontal), divider_(divider) {
     setHandleWidth(gap);
     setChildrenCollapsible(false);
+    binding_ = new Binding(build.bindings(), build.form(), divider, this, [this] { layOut(); });
+    connect(this, &QSplitter::splitterMoved, this, [this] {
+      if (binding_->accepts()) divider_.share = shareOf(sizes());
+    });
   }
 
  protected:
-  QSplitterHandle* createHandle() override { return new Divider(this); }
+  QSplitterHandle* createHandle() override { return new Gap(this); }
+  void resizeEvent(QResizeEvent* event) override {
+    QSplitter::resizeEvent(event);
+    layOut();
+  }
+
+ private:
+  static int shareOf(const QList<int>& widths) {
+    const int both = widths[0] + widths[1];
+    return both == 0 ? 0 : qRound(1000.0 * widths[0] / both);
+  }
+  // Leaves the halves alone where they have their shares to the thousandth: a pixel may be less.
+  void layOut() {
+    if (!binding_->attached() || count() < 2 || shareOf(sizes()) == divider_.share) return;
+    const int both = width() - gap;
+    const int left = qRound(both * divider_.share / 1000.0);
+    setSizes({left, both - left});
+  }
+
+  Divider& divider_;
+  Binding* binding_;
 };
 
 }  // namespace
 
-QWidget* makeHalves(QWidget* left, QWidget* right) {
-  auto* halves = new Halves;
+QWidget* makeHalves(FormBuilder& build, Divider& divider, QWidget* left, QWidget* right) {
+  auto* halves = new Halves(build, divider);
   for (QWidget* half : {left, right}) {
     half->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
     half->setMinimumWidth(leastHalf);
     halves->addWidget(half);
   }
   for (const int half : {0, 1}) halves->setStretchFactor(half, 1);
-  halves->setSizes({1000, 1000});
   return halves;
 }
 

@@ -18,7 +18,7 @@ QMainWindow* makeMainWindow(Bindings& bindings, FrmMain& form, const FileSystem&
 QWidget* makeAircraftBand(FormBuilder& build, FrmMain& form);
 QWidget* makeAddonBand(FormBuilder& build, FrmMain& form);
 // Two halves with a divider between them that the user drags; equal at first, whatever they hold.
-QWidget* makeHalves(QWidget* left, QWidget* right);
+QWidget* makeHalves(FormBuilder& build, Divider& divider, QWidget* left, QWidget* right);
 QWidget* makeSceneryView(FormBuilder& build, FrmMain& form, FormWindow& window);
 
 }  // namespace skv::ui::qt

@@ -108,7 +108,7 @@ QWidget* makeSceneryView(FormBuilder& build, FrmMain& form, FormWindow& window) 
   FramePanel* view = build.frame(form.frameScenery, true);
   QWidget* left = lists(build, form, window);
   QWidget* right = pictureAndBrowser(build, form);
-  view->body()->addWidget(makeHalves(left, right), 1);
+  view->body()->addWidget(makeHalves(build, form.divScenery, left, right), 1);
   return view;
 }
 

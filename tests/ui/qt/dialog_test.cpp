@@ -20,17 +20,15 @@ namespace {
 // The box that has the floor.
 QDialog* activeBox() { return qobject_cast<QDialog*>(QApplication::activeModalWidget()); }
 
-// Does `act` with the next box that comes up.
-void withBox(std::function<void(QDialog&)> act) {
-  QTimer::singleShot(0, qApp, [act = std::move(act)] {
-    if (auto* box = activeBox())
-      act(*box);
-    else
-      withBox(act);
-  });
-}
+class BoxTest : public WindowTest {
+ protected:
+  // Does `act` with the next box that comes up.
+  static void withBox(const std::function<void(QDialog&)>& act) {
+    once([] { return activeBox() != nullptr; }, [act] { act(*activeBox()); });
+  }
+};
 
-TEST_F(WindowTest, ABoxShowsItsTextAsItIsAndAnswers) {
+TEST_F(BoxTest, ABoxShowsItsTextAsItIsAndAnswers) {
   showMain();
   struct Case {
     ui::BoxButtons buttons;
@@ -63,7 +61,7 @@ TEST_F(WindowTest, ABoxShowsItsTextAsItIsAndAnswers) {
   }
 }
 
-TEST_F(WindowTest, ABoxOverADisabledWindowTakesInputWithANormalPointer) {
+TEST_F(BoxTest, ABoxOverADisabledWindowTakesInputWithANormalPointer) {
   showMain();
   LongOperation busy(app);
   Qt::CursorShape pointer = Qt::WaitCursor;
@@ -80,7 +78,7 @@ TEST_F(WindowTest, ABoxOverADisabledWindowTakesInputWithANormalPointer) {
   EXPECT_EQ(QGuiApplication::overrideCursor()->shape(), Qt::WaitCursor);
 }
 
-TEST_F(WindowTest, ABoxFitsItsScreenAndIsCopiedWhole) {
+TEST_F(BoxTest, ABoxFitsItsScreenAndIsCopiedWhole) {
   showMain();
   const std::string path = "C:\\" + std::string(400, 'x') + "\\aircraft.cfg";
   std::string list;
@@ -103,7 +101,7 @@ TEST_F(WindowTest, ABoxFitsItsScreenAndIsCopiedWhole) {
   }
 }
 
-TEST_F(WindowTest, TheStatedButtonIsTheDefault) {
+TEST_F(BoxTest, TheStatedButtonIsTheDefault) {
   showMain();
   struct Case {
     ui::BoxIcon icon;
@@ -122,7 +120,7 @@ TEST_F(WindowTest, TheStatedButtonIsTheDefault) {
   }
 }
 
-TEST_F(WindowTest, AFormThatGoesTakesTheBoxesAboveItAlong) {
+TEST_F(BoxTest, AFormThatGoesTakesTheBoxesAboveItAlong) {
   showMain();
   ui::Answer answer = ui::Answer::yes;
   std::optional<std::string> pick = "none";
@@ -139,7 +137,7 @@ TEST_F(WindowTest, AFormThatGoesTakesTheBoxesAboveItAlong) {
   EXPECT_FALSE(app.frmDirSelect.visible);
 }
 
-TEST_F(WindowTest, EveryFormHasAWindowAndAnUnknownOneStopsTheProgram) {
+TEST_F(BoxTest, EveryFormHasAWindowAndAnUnknownOneStopsTheProgram) {
   for (const ui::Form* form : std::initializer_list<const ui::Form*>{
            &app.frmMain, &app.frmSettings, &app.frmDirSelect, &app.frmSplash})
     EXPECT_TRUE(windows.makers().knows(*form)) << form->name();
@@ -147,7 +145,7 @@ TEST_F(WindowTest, EveryFormHasAWindowAndAnUnknownOneStopsTheProgram) {
   EXPECT_DEATH(windows.show(stranger, nullptr), "frmStranger");
 }
 
-TEST_F(WindowTest, AnInputBoxGivesTheTextOrNothing) {
+TEST_F(BoxTest, AnInputBoxGivesTheTextOrNothing) {
   showMain();
   withBox([](QDialog& box) {
     auto* edit = box.findChild<QLineEdit*>();
@@ -161,7 +159,7 @@ TEST_F(WindowTest, AnInputBoxGivesTheTextOrNothing) {
   EXPECT_EQ(windows.inputBox("New folder name:", "FS Skyvault", "New Folder"), std::nullopt);
 }
 
-TEST_F(WindowTest, SettingsAreOpenedByKeyFilledAndAccepted) {
+TEST_F(BoxTest, SettingsAreOpenedByKeyFilledAndAccepted) {
   showMain();
   inDialog(app.frmSettings, [] {
     auto* field = find<QLineEdit>("txtSceneryLib");
@@ -189,7 +187,7 @@ TEST_F(WindowTest, SettingsAreOpenedByKeyFilledAndAccepted) {
   EXPECT_FALSE(app.frmSettings.visible);
 }
 
-TEST_F(WindowTest, AFirstStartAsksForSettingsAndEnterFillsTheDefaults) {
+TEST_F(BoxTest, AFirstStartAsksForSettingsAndEnterFillsTheDefaults) {
   settings.values.clear();
   inDialog(app.frmSettings, [this] {
     EXPECT_EQ(find<QTreeView>("lstAircraft"), nullptr);
@@ -209,7 +207,7 @@ TEST_F(WindowTest, AFirstStartAsksForSettingsAndEnterFillsTheDefaults) {
   EXPECT_NE(find<QTreeView>("lstAircraft"), nullptr);
 }
 
-TEST_F(WindowTest, AFolderIsPickedInTheTree) {
+TEST_F(BoxTest, AFolderIsPickedInTheTree) {
   showMain();
   inDialog(app.frmDirSelect, [] {
     auto* tree = find<QTreeWidget>("Dir1");
@@ -234,7 +232,7 @@ TEST_F(WindowTest, AFolderIsPickedInTheTree) {
   EXPECT_EQ(chooseFolder(app, app.frmMain, "C:\\FS\\", "title"), std::nullopt);
 }
 
-TEST_F(WindowTest, ClosingTheMainWindowEndsAWaitForADialog) {
+TEST_F(BoxTest, ClosingTheMainWindowEndsAWaitForADialog) {
   showMain();
   QWidget* main = mainWindow();
   QTimer::singleShot(0, qApp, [main] { main->close(); });

@@ -61,12 +61,20 @@ void WindowTest::click(const char* name, int tab) {
   settle();
 }
 
+void WindowTest::once(std::function<bool()> there, std::function<void()> act, QDeadlineTimer end) {
+  QTimer::singleShot(0, qApp, [=] {
+    if (there())
+      act();
+    else if (end.hasExpired())
+      ADD_FAILURE() << "what was waited for has not come up";
+    else
+      once(there, act, end);
+  });
+}
+
 void WindowTest::inDialog(ui::Form& form, std::function<void()> act) {
-  QTimer::singleShot(0, qApp, [this, &form, act = std::move(act)] {
-    if (!form.visible) {
-      inDialog(form, act);
-      return;
-    }
+  const auto there = [&form] { return form.visible.get(); };
+  once(there, [this, &form, act = std::move(act)] {
     settle();
     act();
     if (form.visible) windows.hide(form);

@@ -6,6 +6,7 @@
 
 #include <QAction>
 #include <QApplication>
+#include <QDeadlineTimer>
 #include <QMouseEvent>
 #include <QTabBar>
 #include <QTest>
@@ -46,6 +47,9 @@ class WindowTest : public ::testing::Test {
   static QWidget* mainWindow();
   // Clicks a button, a menu entry, or the tab of a strip.
   static void click(const char* name, int tab = 0);
+  // Does `act` as soon as `there` answers true; a test fails by what has not come in time.
+  static void once(std::function<bool()> there, std::function<void()> act,
+                   QDeadlineTimer end = QDeadlineTimer(10000));
   // Plays the user in a dialog that is about to come up and to be waited for. A dialog that is
   // still there afterwards is taken away, so that a failed check does not wait forever.
   void inDialog(ui::Form& form, std::function<void()> act);

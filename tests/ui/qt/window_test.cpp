@@ -8,6 +8,7 @@
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QScreen>
+#include <QSplitter>
 #include <QTabBar>
 #include <chrono>
 
@@ -16,6 +17,23 @@
 
 namespace skv::test {
 namespace {
+
+TEST_F(WindowTest, TheBorderBetweenTheHalvesGoesBothWays) {
+  showMain();
+  auto* halves = find<QSplitter>("divAircraft");
+  ASSERT_NE(halves, nullptr);
+  QTest::keyClick(halves->handle(1), Qt::Key_Right);
+  EXPECT_GT(app.frmMain.divAircraft.share, 500);
+  app.frmMain.divAircraft.share = 600;
+  settle();
+  const auto share = [&] {
+    return 100 * halves->sizes()[0] / (halves->sizes()[0] + halves->sizes()[1]);
+  };
+  EXPECT_NEAR(share(), 60, 1);
+  mainWindow()->resize(mainWindow()->width() + 150, mainWindow()->height());
+  settle();
+  EXPECT_NEAR(share(), 60, 1) << "in a wider window";
+}
 
 TEST_F(WindowTest, EveryControlIsReachedByKeyboardAndNamed) {
   showMain();
