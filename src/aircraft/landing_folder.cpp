@@ -23,7 +23,7 @@ Outcome LandingFolder::open() {
   if (there.ok())
     return there.value().folder ? Outcome() : Outcome::failure(err::pathFileAccess, target_);
   if (presenceBy(there.outcome()) == Presence::unknown) return there.outcome();
-  const Outcome made = stage_.make();
+  Outcome made = stage_.make();
   staged_ = made.ok();
   return made;
 }
