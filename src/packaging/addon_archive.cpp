@@ -159,7 +159,8 @@ bool AddonArchive::unpackOneEmbedded(const std::string& folder, const std::strin
   if (length.value() == 0)
     return !fails(Outcome::withText(err::zip, "The embedded ZIP \"" + name + "\" is empty."));
 
-  const std::string target = app_.InstallTempDir + "_" + runFolder_ + "SKV" + name;
+  // Archives of one name in two folders are two, and each of the searches takes but one folder.
+  const std::string target = freePath(files, app_.InstallTempDir + "_" + runFolder_, "SKV" + name);
   MakePath(files, target);
   if (!folderExists(files, target) && fails(Outcome::failure(err::pathNotFound, target)))
     return false;

@@ -50,6 +50,13 @@ struct Attributes {
   bool archive = false;
 };
 
+// What packing needs to know of a file.
+struct FileState {
+  Attributes attributes;
+  std::uint64_t length = 0;
+  FileTime modified;
+};
+
 struct FolderEntry {
   std::string name;  // as the disk spells it
   bool folder = false;
@@ -145,6 +152,16 @@ class FileSystem {
 
   virtual Result<std::uint64_t> fileLength(std::string_view path) const = 0;
   virtual Result<FileTime> modified(std::string_view path) const = 0;
+  // The two and attributes() of a file, where the disk tells them in one look.
+  virtual Result<FileState> fileState(std::string_view path) const {
+    const auto found = attributes(path);
+    if (!found.ok()) return found.outcome();
+    const auto length = fileLength(path);
+    if (!length.ok()) return length.outcome();
+    const auto time = modified(path);
+    if (!time.ok()) return time.outcome();
+    return FileState{found.value(), length.value(), time.value()};
+  }
 
   virtual Result<std::string> readFile(std::string_view path) const = 0;
   // Replaces or makes the file whole: written beside its target, flushed to disk, renamed over it,

@@ -300,7 +300,9 @@ TEST_F(InstallerTest, BadEmbeddedArchivesEndTheRunAndTheNextOneWorks) {
   fails("empty", "The embedded ZIP \"in.zip\" is empty.");
   zip({{"aircraft.cfg", cfg}, {"in.zip", "PK no zip"}});
   fails("broken", "in.zip");
-  zip({{"p/aircraft.cfg", cfg}, {"p/in.zip", sample::zipBytes({{"g.gau", "g"}})}});
+  // Two of one name, which must not become one folder of gauges.
+  zip({{"p/in.zip", sample::zipBytes({{"g.gau", "g"}})},
+       {"q/in.zip", sample::zipBytes({{"aircraft.cfg", cfg}})}});
   files.failWhen("deleteFile", "", err::pathFileAccess);
   windows.onYield = [this] {
     if (!windows.boxes.empty()) files.heal();

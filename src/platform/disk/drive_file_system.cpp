@@ -44,13 +44,27 @@ std::string_view lastElement(const std::string& native) {
 
 }  // namespace
 
+Result<Attributes> DriveFileSystem::attributesBehind(const Standing& found, std::string_view path) {
+  const auto [stored, unknown] = storedDosBits(found.native);
+  if (unknown != 0) return systemFailure(unknown, path);
+  return attributesOf(stored, lastElement(found.native), found.status);
+}
+
 Result<Attributes> DriveFileSystem::attributes(std::string_view path) const {
   const auto found = standing(path);
   if (!found.ok()) return found.outcome();
-  const auto& [native, status] = found.value();
-  const auto [stored, unknown] = storedDosBits(native);
-  if (unknown != 0) return systemFailure(unknown, path);
-  return attributesOf(stored, lastElement(native), status);
+  return attributesBehind(found.value(), path);
+}
+
+Result<FileState> DriveFileSystem::fileState(std::string_view path) const {
+  const auto found = standing(path);
+  if (!found.ok()) return found.outcome();
+  const struct stat& status = found.value().status;
+  if (!S_ISREG(status.st_mode)) return Outcome::failure(err::pathFileAccess, path);
+  const auto attributes = attributesBehind(found.value(), path);
+  if (!attributes.ok()) return attributes.outcome();
+  return FileState{attributes.value(), static_cast<std::uint64_t>(status.st_size),
+                   modifiedTime(status)};
 }
 
 Outcome DriveFileSystem::setAttributes(std::string_view path, Attributes attributes) {

@@ -53,6 +53,7 @@ class DriveFileSystem : public FileSystem {
   Outcome removeFolder(std::string_view path) override;
   Result<std::uint64_t> fileLength(std::string_view path) const override;
   Result<FileTime> modified(std::string_view path) const override;
+  Result<FileState> fileState(std::string_view path) const override;
   Result<std::string> readFile(std::string_view path) const override;
   Outcome replaceFile(std::string_view path, std::string_view content) override;
   // The writer must not outlive this file system.
@@ -75,6 +76,7 @@ class DriveFileSystem : public FileSystem {
     struct stat status {};
   };
   Result<Standing> standing(std::string_view path, bool ofLink = false) const;
+  static Result<Attributes> attributesBehind(const Standing& found, std::string_view path);
   // A plain file, open for reading, with its state.
   struct Source {
     Descriptor fd;

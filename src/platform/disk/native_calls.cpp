@@ -23,15 +23,17 @@ int readAll(int fd, std::string& content) {
   constexpr std::size_t step = 65536;
   struct stat status {};
   const bool sized = ::fstat(fd, &status) == 0 && status.st_size > 0;
-  // One byte more than the length, so that one call fetches all and the next sees the end.
+  // One byte more than the length, so that one call fetches all and shows that there is no more.
   std::size_t room = sized ? static_cast<std::size_t>(status.st_size) + 1 : step;
-  std::size_t length = content.size();
+  const std::size_t begin = content.size();
+  std::size_t length = begin;
   for (;;) {
     content.resize(length + room);
     const auto got = retried([&] { return ::read(fd, content.data() + length, room); });
     const int error = got == -1 ? errno : 0;
     length += got > 0 ? static_cast<std::size_t>(got) : 0;
-    if (got <= 0) {
+    const bool whole = sized && length - begin == static_cast<std::size_t>(status.st_size);
+    if (got <= 0 || whole) {
       content.resize(length);
       return error;
     }

@@ -17,6 +17,20 @@ std::string little(std::uint64_t value, int bytes) {
   return text;
 }
 
+// The library asks for the memory that the data names, up to 4 GB. No more is needed than the whole
+// entry has.
+void boundDictionary(std::string& archive, std::size_t data, std::uint64_t size) {
+  constexpr std::size_t version = 2, propertiesSize = 2, property = 1, field = 4;
+  const std::size_t at = data + version + propertiesSize + property;
+  if (at + field > archive.size()) return;
+  constexpr std::uint64_t least = 4096;
+  const std::uint64_t most = std::max(size, least);
+  std::uint64_t named = 0;
+  for (std::size_t i = field; i-- > 0;)
+    named = named << 8U | static_cast<unsigned char>(archive[at + i]);
+  if (named > most) archive.replace(at, field, little(most, static_cast<int>(field)));
+}
+
 // The library reads archives and no bare streams: an archive of one entry.
 std::string archiveOf(int method, std::span<const char> packed, std::uint64_t size,
                       std::uint32_t crc) {
@@ -27,6 +41,7 @@ std::string archiveOf(int method, std::span<const char> packed, std::uint64_t si
                              little(name.size(), 2) + little(0, 2);
   std::string archive = "PK\x03\x04" + common + name;
   archive.append(packed.begin(), packed.end());
+  if (method == lzma) boundDictionary(archive, archive.size() - packed.size(), size);
   const std::uint64_t directory = archive.size();
   const std::string entry = "PK\x01\x02" + little(20, 2) + common + std::string(14, '\0') + name;
   archive += entry;

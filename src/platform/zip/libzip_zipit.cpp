@@ -105,11 +105,11 @@ Outcome LibzipZipit::add(const std::vector<std::string>& names) {
   Packing job{path_, {}, compressionlevel};
   for (const std::string& name : names) {
     std::string path = folder + name;
-    if (!includesystemfiles) {
-      const auto attributes = files_.attributes(path);
-      if (attributes.ok() && attributes.value().system) continue;
-    }
-    job.files.push_back({std::move(path), usedirectoryinfo ? name : fileName(name)});
+    const auto state = files_.fileState(path);
+    if (!state.ok()) return state.outcome();
+    if (!includesystemfiles && state.value().attributes.system) continue;
+    job.files.push_back({std::move(path), usedirectoryinfo ? name : fileName(name),
+                         state.value().length, state.value().modified});
   }
   return packFiles(files_, systemPage_, job,
                    [this](int percent) { return report(AddProgress, percent); });

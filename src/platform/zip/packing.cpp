@@ -205,21 +205,17 @@ class Packer {
   }
 
   Outcome add(zip_t& archive, const Packing::File& file) {
-    const auto length = files_.fileLength(file.path);
-    if (!length.ok()) return length.outcome();
-    const auto modified = files_.modified(file.path);
-    if (!modified.ok()) return modified.outcome();
-    job_.before.push_back(job_.before.back() + length.value());
+    job_.before.push_back(job_.before.back() + file.length);
 
     // What is too large to be held libzip packs itself.
-    const bool large = length.value() > PackAhead::largestFile;
+    const bool large = file.length > PackAhead::largestFile;
     zip_source_t* source = nullptr;
     if (large) {
       const auto native = files_.nativePath(file.path);
       if (!native.ok()) return native.outcome();
       source = zip_source_file(&archive, native.value().c_str(), 0, 0);
     } else {
-      source = PackedSource::create(job_, file.name, job_.ahead.add(file.path, length.value()));
+      source = PackedSource::create(job_, file.name, job_.ahead.add(file.path, file.length));
     }
     if (source == nullptr) throw std::bad_alloc();
 
@@ -236,7 +232,7 @@ class Packer {
                                static_cast<zip_uint32_t>(std::max(packing_.level, 0)));
     constexpr zip_uint32_t dosArchive = 0x20;
     zip_file_set_external_attributes(&archive, at, 0, ntfsHost, dosArchive);
-    setTime(archive, at, modified.value());
+    setTime(archive, at, file.modified);
     return {};
   }
 

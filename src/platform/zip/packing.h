@@ -1,6 +1,7 @@
 // Packing many files at once.
 #pragma once
 
+#include <cstdint>
 #include <functional>
 #include <string>
 #include <vector>
@@ -15,6 +16,8 @@ struct Packing {
   struct File {
     std::string path;  // Windows path
     std::string name;  // in the archive, exactly so
+    std::uint64_t length = 0;
+    FileTime modified;
   };
   std::string archive;  // Windows path of the new archive
   std::vector<File> files;

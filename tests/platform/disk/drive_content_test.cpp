@@ -276,10 +276,14 @@ TEST_F(DriveContentTest, AFullDiskLeavesTheOldFile) {
     told.push_back(copied.number());
     return true;
   });
+  const NewFile many[] = {{"one", "1", {}}, {"two", content, {}}, {"three", "3", {}}};
+  std::size_t complete = 0;
+  numbers.push_back(disk.writeFiles("C:\\d", many, complete).number());
   ::setrlimit(RLIMIT_FSIZE, &before);
   ::signal(SIGXFSZ, handler);
-  EXPECT_EQ(numbers, std::vector<int>(7, err::diskFull));
+  EXPECT_EQ(numbers, std::vector<int>(8, err::diskFull));
   EXPECT_EQ(drive.read("C:\\old"), "old");
+  EXPECT_EQ(complete, 1U);
   ASSERT_EQ(told.size(), copies.size());
   for (std::size_t i = 0; i < told.size(); ++i) {
     EXPECT_EQ(told[i], i % 3 == 2 ? 0 : err::diskFull) << i;
@@ -287,7 +291,7 @@ TEST_F(DriveContentTest, AFullDiskLeavesTheOldFile) {
                                         : i == 3     ? "old"
                                                      : "");
   }
-  EXPECT_EQ(drive.tree("C:\\d").size(), 11U) << "neither a half file nor a leftover";
+  EXPECT_EQ(drive.tree("C:\\d").size(), 12U) << "neither a half file nor a leftover";
 }
 
 // Runs `work` in a process of its own that is killed at its n-th system call. Answers false when it

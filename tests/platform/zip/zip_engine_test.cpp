@@ -260,8 +260,8 @@ TEST_F(ZipEngineTest, NoTwoNamesThatTheDiskCannotTakeShareATarget) {
 }
 
 // What 7-Zip makes of 24 letters, 33,000 times "a" and the letters again: they lie farther back
-// than Deflate can reach.
-TEST_F(ZipEngineTest, ReadsDeflate64) {
+// than Deflate can reach. The LZMA data asks for a dictionary of 4 GB.
+TEST_F(ZipEngineTest, ReadsDeflate64AndLzma) {
   std::string packed(
       "\xe5\xde\xb9\x0d\x80\x20\x00\x00\xc0\xd9\x34\xc4\x60\x82\xf1\x25\xa2\x1d\xfb\x2f\xc1"
       "\x04\xb4\x34\x77\x93\xdc\xb3\x96\xf4\xbf\x25\x9f\xd3\xfe\xc5\x3c\x2f\x21\x1d\x71\xbb"
@@ -275,6 +275,15 @@ TEST_F(ZipEngineTest, ReadsDeflate64) {
   RawEntry entry{"e", packed, 9, static_cast<std::uint32_t>(text.size()), {}, test::crc32Of(text)};
   const Outcome done = extract(test::rawZip({entry}));
   EXPECT_TRUE(done.ok()) << done.description();
+  EXPECT_TRUE(drive.read("C:\\out\\e") == text);
+  const std::string lzma(
+      "\x09\x04\x05\x00\x5d\xff\xff\xff\xff\x00\x2a\x12\x47\x56\x3b\xaf\x4b\x67\x56\x01\xab\x26"
+      "\xf8\xaa\x28\x3b\xe7\x77\x5b\x13\x0b\xdc\x97\xa9\xf7\xd9\x02\x27\xa9\x09\xbf\x1e\x64\xf9"
+      "\x67\x94\x72\xc7\xf3\xa0\x3a\x92\xeb\xb8\xf9\xb9\xdb\x80\x0d\x4d\xb4\x90\xf5\x44\x95\xed"
+      "\x70\x08\xf4\x0f\xa5\x7b\xb3\x51\x51\x85\x7b\x8a\x42\xc7\xb1\x6c\xa8\x7f\x31\x3f\xe1\x8c"
+      "\x29\x09\x0c\xea\xf1\x72\xfa\x15\x74\x50\x9b\xe4\xa5\x56\xe1\xe7\xff\xfe\x12\xbc\xa0",
+      109);
+  EXPECT_TRUE(extract(test::rawZip({{"e", lzma, 14, entry.size, {}, entry.crc}})).ok());
   EXPECT_TRUE(drive.read("C:\\out\\e") == text);
   const RawEntry truncated{"e", packed.substr(0, 99), 9, entry.size, {}, entry.crc};
   entry.crc = 1;
