@@ -267,6 +267,10 @@ class EndedTransferTest : public InterruptedTransferTest {
         expectDone("told as a success");
       } else if (struck) {
         if (drive.exists(target)) expectCopied();  // no half aircraft under its name
+        if (!GetParam() && drive.read(listFile) != others) {
+          EXPECT_EQ(drive.read("C:\\FS\\Gauges\\g.gau"), "gauge")
+              << "listed before it is on the disk";
+        }
         EXPECT_TRUE(ending != Ending::fullDisk || !drive.exists(stage)) << "nor under ours";
         if (fails) expectNotListed();
       }

@@ -302,6 +302,7 @@ TEST_F(StartupTest, ClosingStoresTheNormalWindowAndTheRow) {
   form.windowState = ui::Form::State::maximised;
   Form_Unload(app);
   EXPECT_EQ(settings.values["Window/MainState"], "2");
+  EXPECT_EQ(form.windowState, ui::Form::State::normal) << "or the width is the screen's";
   EXPECT_EQ(settings.values["Window/MainLeft"], "450");
   EXPECT_EQ(settings.values["Window/MainWidth"], "13500");
   EXPECT_EQ(settings.values["General/LastACSelected"], "2");
