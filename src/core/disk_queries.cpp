@@ -1,5 +1,7 @@
 #include "core/disk_queries.h"
 
+#include <algorithm>
+
 #include "base/paths.h"
 #include "base/text.h"
 
@@ -70,6 +72,15 @@ bool diskIsThere(const FileSystem& files, std::string_view path) {
   if (!folder.ok()) return false;
   const auto listing = files.list(folder.value(), FileSystem::Entries::all);
   return listing.ok() && !listing.value().empty();
+}
+
+std::string freePath(const FileSystem& files, const std::string& folder, const std::string& name) {
+  constexpr int lastTry = 1000;
+  const std::size_t end = std::min(name.rfind('.'), name.size());
+  std::string path = folder + name;
+  for (int i = 2; i < lastTry && presenceOf(files, path) != Presence::absent; ++i)
+    path = folder + name.substr(0, end) + " (" + std::to_string(i) + ")" + name.substr(end);
+  return path;
 }
 
 void MakePath(FileSystem& files, std::string_view path) {

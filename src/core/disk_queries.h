@@ -35,6 +35,10 @@ Result<double> GetDiskFree(const FileSystem& files, std::string_view path);
 // away would show it. Its mount point is then an empty folder, or gone with the drive.
 bool diskIsThere(const FileSystem& files, std::string_view path);
 
+// A path in `folder`, which ends in a backslash, that nothing has: "b737.zip", else "b737 (2).zip",
+// and so on.
+std::string freePath(const FileSystem& files, const std::string& folder, const std::string& name);
+
 // Makes every folder of the path that is missing. Failures are passed over: whoever needs to know
 // tests with PathExists.
 void MakePath(FileSystem& files, std::string_view path);

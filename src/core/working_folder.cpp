@@ -45,12 +45,7 @@ Result<std::vector<std::string>> prepareWorkingFolder(App& app) {
 }
 
 Result<std::string> keepArchive(App& app, const std::string& path) {
-  constexpr int lastTry = 1000;
-  const std::string name = fileName(path);
-  const std::size_t end = std::min(name.rfind('.'), name.size());
-  std::string place = app.TempDir + name;
-  for (int i = 2; i < lastTry && presenceOf(app.files(), place) != Presence::absent; ++i)
-    place = app.TempDir + name.substr(0, end) + " (" + std::to_string(i) + ")" + name.substr(end);
+  const std::string place = freePath(app.files(), app.TempDir, fileName(path));
   // Not a move, which refuses a read-only file.
   if (Outcome renamed = app.files().rename(path, place); !renamed.ok()) return renamed;
   return place;
