@@ -11,7 +11,7 @@ namespace {
 
 // An alias is only a pointer to another add-on. A folder that is called after its kind
 // ("panel.vfr") tells nothing, so the aircraft's name stands for it.
-Outcome scan(App& app, ui::ListView& list, const std::string& folder, const char* file,
+Outcome scan(App& app, ui::ListView& list, const std::string& folder, const std::string& file,
              const char* kind) {
   if (list.findSubItem1(folder) != 0) return {};
   const auto bytes = app.files().readFile(folder + file);
@@ -26,10 +26,10 @@ Outcome scan(App& app, ui::ListView& list, const std::string& folder, const char
 
 }  // namespace
 
-Outcome scanAircraft(App& app, const std::string& folder) {
+Outcome scanAircraft(App& app, const std::string& folder, const std::string& file) {
   auto& list = app.frmMain.lstAircraft;
   if (list.findSubItem1(folder) != 0 || list.findSubItem1(app.ACRoot) != 0) return {};
-  const auto bytes = app.files().readFile(folder + "Aircraft.cfg");
+  const auto bytes = app.files().readFile(folder + file);
   if (!bytes.ok()) return bytes.outcome();
   std::string title = Profile(bytes.value(), app.codePage).read("fltsim.0", "Title");
   if (title.empty()) title = "*Unknown*";
@@ -37,12 +37,12 @@ Outcome scanAircraft(App& app, const std::string& folder) {
   return {};
 }
 
-Outcome scanPanel(App& app, const std::string& folder) {
-  return scan(app, app.frmMain.lstPanel, folder, "panel.cfg", "PANEL");
+Outcome scanPanel(App& app, const std::string& folder, const std::string& file) {
+  return scan(app, app.frmMain.lstPanel, folder, file, "PANEL");
 }
 
-Outcome scanSound(App& app, const std::string& folder) {
-  return scan(app, app.frmMain.lstSound, folder, "sound.cfg", "SOUND");
+Outcome scanSound(App& app, const std::string& folder, const std::string& file) {
+  return scan(app, app.frmMain.lstSound, folder, file, "SOUND");
 }
 
 }  // namespace skv

@@ -8,10 +8,11 @@
 
 namespace skv {
 
-// `folder` is where the file was found, with trailing backslash. The outcome is that of reading the
-// file: one that cannot be read tells neither a name nor whether it is an alias, and adds no row.
-Outcome scanAircraft(App& app, const std::string& folder);
-Outcome scanPanel(App& app, const std::string& folder);
-Outcome scanSound(App& app, const std::string& folder);
+// `folder` is where the file was found, with trailing backslash, and `file` its name as it stands
+// there, which saves the search for other letters. The outcome is that of reading the file: one
+// that cannot be read tells neither a name nor whether it is an alias, and adds no row.
+Outcome scanAircraft(App& app, const std::string& folder, const std::string& file);
+Outcome scanPanel(App& app, const std::string& folder, const std::string& file);
+Outcome scanSound(App& app, const std::string& folder, const std::string& file);
 
 }  // namespace skv

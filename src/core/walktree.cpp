@@ -135,8 +135,9 @@ class Walk {
   Result<std::vector<FolderEntry>> entriesOf(const std::string& folder) {
     auto entries = files_.list(folder, rules_.listing);
     const auto isWanted = [this](const FolderEntry& entry) { return wanted(entry); };
-    // What is hidden is in a listing of names, and it is no hit.
-    if (goesByName() && entries.ok() && std::ranges::any_of(entries.value(), isWanted))
+    // What is hidden is in a listing of names, and it is no hit. Nor is what lies in a folder that
+    // a transfer could not list.
+    if (isFinder() && entries.ok() && std::ranges::any_of(entries.value(), isWanted))
       return files_.list(folder, FileSystem::Entries::plain);
     return entries;
   }
@@ -208,9 +209,15 @@ class Walk {
     if (!rest.ok() || rest.value().empty()) failed(folder, removed);
   }
 
-  void scanAircraft(const File& file) { note(file.path(), skv::scanAircraft(app_, file.folder)); }
-  void scanPanel(const File& file) { note(file.path(), skv::scanPanel(app_, file.folder)); }
-  void scanSound(const File& file) { note(file.path(), skv::scanSound(app_, file.folder)); }
+  void scanAircraft(const File& file) { scan(file, skv::scanAircraft); }
+  void scanPanel(const File& file) { scan(file, skv::scanPanel); }
+  void scanSound(const File& file) { scan(file, skv::scanSound); }
+  void scan(const File& file, Outcome (*detector)(App&, const std::string&, const std::string&)) {
+    const std::string path = file.path();
+    const auto found = files_.attributes(path);
+    if (found.ok() && (found.value().hidden || found.value().system)) return;
+    note(path, found.ok() ? detector(app_, file.folder, file.entry.name) : found.outcome());
+  }
 
   void hit(const File& file) {
     ++report_.done;

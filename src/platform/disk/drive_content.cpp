@@ -40,7 +40,8 @@ Result<std::string> DriveFileSystem::readFile(std::string_view path) const {
   const auto source = openSource(path);
   if (!source.ok()) return source.outcome();
   std::string content;
-  if (const int error = readAll(source.value().fd.get(), content))
+  const auto& [fd, status] = source.value();
+  if (const int error = readAll(fd.get(), content, status.st_size))
     return systemFailure(error, path);
   return content;
 }
@@ -286,12 +287,20 @@ Outcome DriveFileSystem::moveFile(std::string_view from, std::string_view to) {
     const auto place = placeFor(to);
     if (!place.ok()) return place.outcome();
     const std::string target = place.value().native();
-    const auto replaced = replaceable(target, to, &status);
-    if (!replaced.ok()) return replaced.outcome();
-    // As of a copy: after a power cut the old file must not be lost for an empty one.
-    if (replaced.value().stands && status.st_dev == replaced.value().status.st_dev)
-      error = flushFile(native);
-    if (error == 0) error = errorOf([&] { return ::rename(native.c_str(), target.c_str()); });
+    // Where nothing stood a rename that replaces nothing needs no look at the target. Disks without
+    // such a rename and names that have come meanwhile are left to the long way.
+    error = place.value().taken ? EEXIST : errorOf([&] {
+      return ::renameat2(AT_FDCWD, native.c_str(), AT_FDCWD, target.c_str(), RENAME_NOREPLACE);
+    });
+    if (error == EEXIST || error == EINVAL || error == ENOSYS) {
+      const auto replaced = replaceable(target, to, &status);
+      if (!replaced.ok()) return replaced.outcome();
+      // As of a copy: after a power cut the old file must not be lost for an empty one.
+      const bool sameDisk =
+          replaced.value().stands && status.st_dev == replaced.value().status.st_dev;
+      error = sameDisk ? flushFile(native) : 0;
+      if (error == 0) error = errorOf([&] { return ::rename(native.c_str(), target.c_str()); });
+    }
   }
   if (error == EXDEV) return copyAndDelete(from, native, to);
   return error == 0 ? Outcome() : systemFailure(error, to);

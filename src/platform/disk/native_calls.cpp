@@ -19,25 +19,24 @@ int writeAll(int fd, std::span<const char> bytes) {
   return 0;
 }
 
-int readAll(int fd, std::string& content) {
+int readAll(int fd, std::string& content, off_t length) {
   constexpr std::size_t step = 65536;
-  struct stat status {};
-  const bool sized = ::fstat(fd, &status) == 0 && status.st_size > 0;
+  const std::size_t expected = length > 0 ? static_cast<std::size_t>(length) : 0;
   // One byte more than the length, so that one call fetches all and shows that there is no more.
-  std::size_t room = sized ? static_cast<std::size_t>(status.st_size) + 1 : step;
+  std::size_t room = expected > 0 ? expected + 1 : step;
   const std::size_t begin = content.size();
-  std::size_t length = begin;
+  std::size_t end = begin;
   for (;;) {
-    content.resize(length + room);
-    const auto got = retried([&] { return ::read(fd, content.data() + length, room); });
+    content.resize(end + room);
+    const auto got = retried([&] { return ::read(fd, content.data() + end, room); });
     const int error = got == -1 ? errno : 0;
-    length += got > 0 ? static_cast<std::size_t>(got) : 0;
-    const bool whole = sized && length - begin == static_cast<std::size_t>(status.st_size);
+    end += got > 0 ? static_cast<std::size_t>(got) : 0;
+    const bool whole = expected > 0 && end - begin == expected;
     if (got <= 0 || whole) {
-      content.resize(length);
+      content.resize(end);
       return error;
     }
-    room = content.size() > length ? content.size() - length : std::max(step, length);
+    room = content.size() > end ? content.size() - end : std::max(step, end);
   }
 }
 

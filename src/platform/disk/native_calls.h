@@ -28,8 +28,9 @@ Descriptor openFile(const std::string& native, int flags, mode_t mode = 0);
 
 // All of the bytes; 0 or the system's error number.
 int writeAll(int fd, std::span<const char> bytes);
-// Appends everything up to the end; 0 or the system's error number.
-int readAll(int fd, std::string& content);
+// Appends everything up to the end; 0 or the system's error number. `length`: what the file is
+// likely to hold, 0 when that is not known.
+int readAll(int fd, std::string& content, off_t length = 0);
 
 FileTime modifiedTime(const struct stat& status);
 bool sameFile(const struct stat& a, const struct stat& b);
