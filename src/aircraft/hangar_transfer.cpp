@@ -2,13 +2,13 @@
 
 #include <algorithm>
 
-#include "aircraft/landing_folder.h"
 #include "aircraft/list_files.h"
 #include "aircraft/place_mask.h"
 #include "base/paths.h"
 #include "base/text.h"
 #include "core/disk_queries.h"
 #include "core/folder_guard.h"
+#include "core/landing_folder.h"
 #include "core/long_operation.h"
 #include "core/messages.h"
 #include "core/stores.h"

@@ -3,21 +3,13 @@
 #include "aircraft/place_mask.h"
 #include "base/paths.h"
 #include "core/disk_queries.h"
+#include "core/list_store.h"
 #include "core/messages.h"
 #include "core/stores.h"
 
 namespace skv {
 
 namespace {
-
-constexpr char fieldSeparator = '\x01';
-
-// What would break the format becomes a blank.
-std::string inOneField(std::string text) {
-  for (char& c : text)
-    if (c == fieldSeparator || c == '\r' || c == '\n') c = ' ';
-  return text;
-}
 
 struct Library {
   ui::ListView ui::FrmMain::*list;
@@ -29,38 +21,6 @@ constexpr Library aircraftLibrary{&ui::FrmMain::lstAircraft, &App::aircraftSourc
                                   aircraftListFile};
 constexpr Library panelLibrary{&ui::FrmMain::lstPanel, &App::panelSource, panelListFile};
 constexpr Library soundLibrary{&ui::FrmMain::lstSound, &App::soundSource, soundListFile};
-
-void tellListFailure(App& app, const std::string& what, const std::string& file,
-                     const Outcome& failure) {
-  tellFailure(app, "The list \"" + file + "\" could not be " + what + ".", failure);
-}
-
-// The content of a list file, "" for one that is clearly not there. In a folder that is not there
-// itself, nothing is clear: its disk may be away.
-Result<std::string> readListFile(const FileSystem& files, const std::string& file) {
-  auto bytes = files.readFile(file);
-  if (bytes.ok()) return bytes;
-  const auto found = files.attributes(file);
-  if (found.ok()) return bytes.outcome();
-  if (presenceBy(found.outcome()) == Presence::unknown) return found.outcome();
-  const auto folder = files.attributes(folderAbove(file));
-  return folder.ok() ? Result<std::string>(std::string()) : folder.outcome();
-}
-
-// Why the rows must not be written over the file, success when they may be.
-Outcome mayBeWritten(App& app, const ListSource& source, const std::string& file) {
-  const auto refused = [](const char* why) {
-    return Outcome::withText(err::pathFileAccess,
-                             std::string(why) + " View, Refresh (F5) loads it anew.");
-  };
-  if (!source.file.empty() && !equalsIgnoringCase(source.file, file))
-    return refused("The list on screen is that of another folder.");
-  if (!source.file.empty() && !source.bytes) return refused("It could not be read before.");
-  const auto now = readListFile(app.files(), file);
-  if (!now.ok()) return now.outcome();
-  if (now.value() != source.bytes.value_or("")) return refused("It has changed since.");
-  return {};
-}
 
 // What of a row the file does not hold is told, and a name is shown from now on as it is stored. A
 // row whose folder cannot be stored would lead nowhere: it stays on screen, and out of the file.
@@ -81,17 +41,13 @@ std::string storedRows(App& app, ui::ListView& list, std::string& leftOut) {
 }
 
 bool save(App& app, const Library& library) {
-  auto& source = app.*library.source;
   const std::string file = app.ListDir + library.file;
-  Outcome saved = mayBeWritten(app, source, file);
   std::string leftOut;
-  if (saved.ok()) {
-    std::string bytes = storedRows(app, app.frmMain.*library.list, leftOut);
-    saved = app.files().replaceFile(file, bytes);
-    if (saved.ok()) source = {file, std::move(bytes)};
-  }
-  if (!saved.ok()) tellListFailure(app, "saved", file, saved);
-  if (saved.ok() && !leftOut.empty())
+  std::string bytes = storedRows(app, app.frmMain.*library.list, leftOut);
+  const Outcome saved = saveListFile(app, app.*library.source, file, std::move(bytes));
+  if (!saved.ok())
+    tellListFailure(app, "saved", file, saved);
+  else if (!leftOut.empty())
     tellListFailure(app, "saved whole", file, Outcome::withText(err::pathFileAccess, leftOut));
   return saved.ok();
 }
@@ -103,15 +59,11 @@ std::vector<LibraryRow> load(App& app, const Library& library) {
   (app.frmMain.*library.list).clear();
   app.*library.source = {file, std::nullopt};
   if (app.ListDir.empty()) return {};
-  auto bytes = readListFile(app.files(), file);
-  if (!bytes.ok()) {
-    if (presenceOf(app.files(), app.ListDir) != Presence::absent)
-      tellListFailure(app, "read", file, bytes.outcome());
-    return {};
-  }
-  auto rows = parseLibraryRows(bytes.value(), app.codePage);
-  (app.*library.source).bytes = std::move(bytes).value();
-  return rows;
+  const auto bytes = loadListFile(app, app.*library.source, file);
+  if (bytes.ok()) return parseLibraryRows(bytes.value(), app.codePage);
+  if (presenceOf(app.files(), app.ListDir) != Presence::absent)
+    tellListFailure(app, "read", file, bytes.outcome());
+  return {};
 }
 
 void loadPlain(App& app, const Library& library) {
@@ -143,15 +95,9 @@ void rename(App& app, const Library& library, bool& cancel, const std::string& n
 
 std::vector<LibraryRow> parseLibraryRows(const std::string& bytes, const CodePage& codePage) {
   std::vector<LibraryRow> rows;
-  for (std::size_t start = 0; start < bytes.size();) {
-    const std::size_t end = std::min(bytes.find('\n', start), bytes.size());
-    std::string_view line = std::string_view(bytes).substr(start, end - start);
-    if (line.ends_with('\r')) line.remove_suffix(1);
-    const auto fields = split(line, fieldSeparator);
+  for (const auto& fields : listLines(bytes))
     rows.push_back({codePage.decode(fields[0]),
                     fields.size() > 1 ? codePage.decode(fields[1]) : std::string()});
-    start = end + 1;
-  }
   return rows;
 }
 

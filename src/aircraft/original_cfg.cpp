@@ -1,62 +1,12 @@
 #include "aircraft/original_cfg.h"
 
 #include "core/disk_queries.h"
+#include "core/kept_original.h"
 
 namespace skv {
 
-namespace {
-
-// Takes read-only off a file, which forbids to replace, move and delete it.
-Outcome clearReadOnly(FileSystem& files, const std::string& path, Attributes attributes) {
-  if (!attributes.readOnly) return {};
-  attributes.readOnly = false;
-  return files.setAttributes(path, attributes);
-}
-
-void putReadOnlyBack(FileSystem& files, const std::string& path, const Attributes& attributes) {
-  if (attributes.readOnly) files.setAttributes(path, attributes).skipped();
-}
-
-Outcome replace(FileSystem& files, const std::string& path, std::string_view content) {
-  const auto found = files.attributes(path);
-  if (!found.ok()) return found.outcome();
-  if (const Outcome cleared = clearReadOnly(files, path, found.value()); !cleared.ok())
-    return cleared;
-  const Outcome replaced = files.replaceFile(path, content);
-  putReadOnlyBack(files, path, found.value());
-  return replaced;
-}
-
-// Takes away a backup that was made for a change that failed: it would tell of one. Only when the
-// file in force still is what the backup holds.
-void dropBackup(FileSystem& files, const std::string& current, const std::string& original) {
-  const auto kept = files.readFile(original);
-  const auto now = files.readFile(current);
-  const auto found = files.attributes(original);
-  if (!kept.ok() || !now.ok() || !found.ok() || kept.value() != now.value()) return;
-  if (clearReadOnly(files, original, found.value()).ok()) files.deleteFile(original).skipped();
-}
-
-Outcome notKept(const Outcome& why) {
-  return Outcome::withText(why.number(), "Its original cannot be kept first: " + why.description());
-}
-
-}  // namespace
-
 Outcome changeAircraftCfg(FileSystem& files, const std::string& folder, std::string_view content) {
-  const std::string current = folder + aircraftCfg;
-  const std::string original = folder + originalAircraftCfg;
-  const auto kept = files.attributes(original);
-  if (kept.ok() && kept.value().folder)
-    return notKept(Outcome::failure(err::pathFileAccess, original));
-  if (!kept.ok()) {
-    if (presenceBy(kept.outcome()) == Presence::unknown) return notKept(kept.outcome());
-    if (const Outcome copied = files.copyFileDurably(current, original); !copied.ok())
-      return notKept(copied);
-  }
-  const Outcome changed = replace(files, current, content);
-  if (!changed.ok() && !kept.ok()) dropBackup(files, current, original);
-  return changed;
+  return changeKeepingOriginal(files, folder + aircraftCfg, folder + originalAircraftCfg, content);
 }
 
 Outcome restoreAircraftCfg(FileSystem& files, const std::string& folder) {

@@ -17,8 +17,7 @@ namespace skv {
 
 enum class View { fsAircraft, hangar, scenery };
 
-// What a library list was filled from. A list is written only over the very file content that it
-// was made of: what was not read, or what another program has changed since, is not written over.
+// What a library list was filled from, and so what it may be written over; see list_store.h.
 struct ListSource {
   std::string file;                  // "" before the first load
   std::optional<std::string> bytes;  // as read or written last, "" for no file; none: not read

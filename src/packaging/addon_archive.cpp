@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "base/paths.h"
+#include "core/addon_name.h"
 #include "core/disk_queries.h"
 #include "core/folder_guard.h"
 #include "core/messages.h"
@@ -12,7 +13,6 @@
 #include "core/stores.h"
 #include "core/walktree.h"
 #include "core/working_folder.h"
-#include "packaging/addon_name.h"
 
 namespace skv {
 

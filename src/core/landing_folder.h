@@ -1,4 +1,5 @@
-// The folder in which an aircraft arrives, below the aircraft root of the simulator or the Hangar.
+// The folder in which an add-on arrives, below the root of the aircraft or of the sceneries in the
+// simulator or in a store of ours.
 #pragma once
 
 #include <string>
@@ -8,13 +9,13 @@
 
 namespace skv {
 
-// Where an aircraft of that name stands, this is its folder, which is then brought up to date. A
-// new one arrives in a StagedFolder, and what did not settle() goes again, with the object or at
+// Where an add-on of that name stands, this is its folder, which is then brought up to date. A new
+// one arrives in a StagedFolder, and what did not settle() goes again, with the object or at
 // the next arrival.
 class LandingFolder {
  public:
-  // `aircraftRoot` ends in a backslash and stands.
-  LandingFolder(App& app, const std::string& aircraftRoot, const std::string& folderName);
+  // `root` ends in a backslash and stands.
+  LandingFolder(App& app, const std::string& root, const std::string& folderName);
   ~LandingFolder();
   LandingFolder(const LandingFolder&) = delete;
   LandingFolder& operator=(const LandingFolder&) = delete;

@@ -1,16 +1,12 @@
-#include "aircraft/landing_folder.h"
+#include "core/landing_folder.h"
 
 #include "core/disk_queries.h"
 #include "core/folder_guard.h"
 
 namespace skv {
 
-LandingFolder::LandingFolder(App& app, const std::string& aircraftRoot,
-                             const std::string& folderName)
-    : app_(app),
-      root_(aircraftRoot),
-      target_(root_ + folderName + "\\"),
-      stage_(app, root_, folderName) {}
+LandingFolder::LandingFolder(App& app, const std::string& root, const std::string& folderName)
+    : app_(app), root_(root), target_(root_ + folderName + "\\"), stage_(app, root_, folderName) {}
 
 LandingFolder::~LandingFolder() {
   if (staged_) stage_.clear().skipped();

@@ -1,4 +1,4 @@
-#include "packaging/addon_name.h"
+#include "core/addon_name.h"
 
 #include <algorithm>
 
