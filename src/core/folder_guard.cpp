@@ -78,7 +78,9 @@ class Judge {
     known_.emplace_back(upper(withBackslash(one)), there.value());
     if (!isOrHolds(folder_, one) && (place_.empty() || !leadsInto(place_, there.value())))
       return {};
-    return refusal(folder_, "is or holds \"" + one + "\".");
+    return refusal(folder_, upper(withBackslash(folder_)) == known_.back().first
+                                ? "is a folder that has to stay."
+                                : "is or holds \"" + one + "\".");
   }
 
   // Rows are many: by the places of the stores that keeps() has learned.

@@ -195,6 +195,8 @@ void AddonArchive::finish() {
 }
 
 void AddonArchive::giveUp() {
+  // Beside a name that is taken the line goes on telling of which archive it was.
+  const std::string remains = nameTaken_ ? app_.frmMain.lblStatus.caption.get() : std::string();
   if (stillThere()) {
     status("Cleaning temporary folder...");
     clearWorkingFolders(app_).skipped();
@@ -206,7 +208,7 @@ void AddonArchive::giveUp() {
              store_.folder + "\" until the next installation, transfer or start of the program.",
          ui::BoxIcon::exclamation});
   }
-  status("");
+  status(remains);
 }
 
 // The next installation would take it away with the working folder.

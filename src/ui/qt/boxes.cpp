@@ -80,8 +80,14 @@ Result<PickedFile> runFileDialog(const FileDialog& dialog, const FileSystem& fil
       window.setDirectory(QFile::decodeName(place.value().c_str()));
   if (window.exec() != QDialog::Accepted || window.selectedFiles().isEmpty())
     return Outcome::failure(err::cancelled);
-  const std::string path =
-      files.windowsPath(QFile::encodeName(window.selectedFiles().front()).toStdString());
+  const std::string native = QFile::encodeName(window.selectedFiles().front()).toStdString();
+  const std::string path = files.windowsPath(native);
+  // A file "con.zip", a folder "a:b", or a place that no drive reaches.
+  if (path.empty())
+    return Outcome::withText(err::badFileName,
+                             "\"" + native +
+                                 "\" has no Windows path: no drive reaches it, or a name in it is "
+                                 "one that Windows does not allow. Give it another name.");
   return PickedFile{path, path.substr(0, path.rfind('\\') + 1)};
 }
 
