@@ -187,6 +187,8 @@ void frmSettings_Form_Load(App& app) {
   form.btnQuit.visible = first;
   for (const FolderField& field : folderFields)
     (form.*field.box).text = readSetting(app, field.key, field.fallback);
+  if (const std::string found = first ? likelySimulator(app.files()) : ""; !found.empty())
+    form.txtFSRoot.text = found;
   for (const MailField& field : mailFields) (form.*field.box).text = readSetting(app, field.key);
   form.OldPacksDir = form.txtPacksDir.text;
   form.proposedHangar.clear();
