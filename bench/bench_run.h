@@ -24,8 +24,9 @@ class MemorySettings : public SettingsStore {
     const auto found = values_.find(std::string(section) + "/" + std::string(key));
     return found == values_.end() ? std::string(fallback) : found->second;
   }
-  Outcome write(std::string_view section, std::string_view key, std::string_view value) override {
-    values_[std::string(section) + "/" + std::string(key)] = value;
+  Outcome writeTogether(std::span<const StoredValue> values) override {
+    for (const auto& [section, key, value] : values)
+      values_[std::string(section) + "/" + std::string(key)] = value;
     return {};
   }
 

@@ -23,6 +23,8 @@ inline constexpr const char* lists = "Lists";
 inline constexpr Setting FSRoot{general, "FSRoot"};
 inline constexpr Setting HangarDir{general, "HangarDir"};
 inline constexpr Setting PacksDir{general, "PacksDir"};
+// The folder that the Packages come from while they move to PacksDir, "" when all have arrived.
+inline constexpr Setting PacksMoveFrom{general, "PacksMoveFrom"};
 inline constexpr Setting PanelsDir{general, "PanelsDir"};
 inline constexpr Setting SceneryLib{general, "SceneryLib"};
 inline constexpr Setting SceneryPacksPath{general, "SceneryPacksPath"};  // made by hand alone

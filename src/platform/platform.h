@@ -2,6 +2,7 @@
 // in Platform. main.cpp and the tests choose the implementations and own them.
 #pragma once
 
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -10,6 +11,10 @@
 #include "platform/zipit.h"
 
 namespace skv {
+
+struct StoredValue {
+  std::string_view section, key, value;
+};
 
 // Strings by section and key, for this user, kept between runs. A key never written reads as the
 // default of the call.
@@ -21,7 +26,12 @@ class SettingsStore {
   virtual Outcome state() { return {}; }
   virtual std::string read(std::string_view section, std::string_view key,
                            std::string_view fallback) const = 0;
-  virtual Outcome write(std::string_view section, std::string_view key, std::string_view value) = 0;
+  // Stores all of the values or, but for a failure at the very end that leaves them open, none.
+  virtual Outcome writeTogether(std::span<const StoredValue> values) = 0;
+  Outcome write(std::string_view section, std::string_view key, std::string_view value) {
+    const StoredValue one{section, key, value};
+    return writeTogether({&one, 1});
+  }
 };
 
 class Clock {

@@ -6,6 +6,7 @@
 #include "core/folder_guard.h"
 #include "core/long_operation.h"
 #include "core/messages.h"
+#include "core/settings_keys.h"
 #include "core/walktree.h"
 
 namespace skv {
@@ -85,28 +86,51 @@ Outcome mayMove(const App& app, const std::string& from, const std::string& to) 
   return mayBeEmptied(app, from);
 }
 
-}  // namespace
+void forgetMove(App& app) { writeSetting(app, setting::PacksMoveFrom, "").skipped(); }
 
-void offerToMovePackages(App& app, const std::string& from) {
-  const std::string to = app.PacksDir;
-  FileSystem& files = app.files();
-  if (from.empty()) return;
-  const auto found = holdsPackages(files, from);
-  if (found.ok() && !found.value()) return;
-  const Outcome may = found.ok() ? mayMove(app, from, to) : found.outcome();
+void move(App& app, const std::string& from, ui::Form& window, const std::string& question) {
+  const Outcome may = mayMove(app, from, app.PacksDir);
   if (!may.ok()) {
+    forgetMove(app);
     tellFailure(app, "The Packages in \"" + from + "\" stay where they are.", may);
     return;
   }
-  if (app.windows.messageBox({"Move existing Packages to the new Packages Folder?",
-                              ui::BoxIcon::question, ui::BoxButtons::yesNo}) != ui::Answer::yes)
-    return;
-  const DisabledForm busy(app.frmSettings);
+  if (app.windows.messageBox({question, ui::BoxIcon::question, ui::BoxButtons::yesNo}) !=
+      ui::Answer::yes)
+    return forgetMove(app);
+  const DisabledForm busy(window);
   const HourglassPointer pointer(app);
-  const WalkReport report = PackagesMove(app).run(from, to);
-  files.removeFolder(withoutBackslash(from)).skipped();  // not one that still holds something
+  const WalkReport report = PackagesMove(app).run(from, app.PacksDir);
+  app.files().removeFolder(withoutBackslash(from)).skipped();  // not one that still holds something
+  if (report.complete()) forgetMove(app);
   app.frmMain.lblStatus.caption = "";
   tellWalk(app, report, "moved");
+}
+
+}  // namespace
+
+void offerToMovePackages(App& app) {
+  const std::string from = readSetting(app, setting::PacksMoveFrom);
+  if (from.empty()) return;
+  const auto found = holdsPackages(app.files(), from);
+  if (!found.ok())
+    tellFailure(app, "The Packages in \"" + from + "\" stay where they are.", found.outcome());
+  else if (found.value())
+    move(app, from, app.frmSettings, "Move existing Packages to the new Packages Folder?");
+  else
+    forgetMove(app);
+}
+
+void offerToFinishMove(App& app) {
+  const std::string from = readSetting(app, setting::PacksMoveFrom);
+  if (from.empty() || !diskIsThere(app.files(), from)) return;
+  const auto rest = app.files().list(from);
+  if (!rest.ok() && presenceBy(rest.outcome()) == Presence::unknown) return;
+  if (rest.valueOr({}).empty() || equalsIgnoringCase(from, app.PacksDir)) return forgetMove(app);
+  move(app, from, app.frmMain,
+       "The Packages have not all moved to their new folder yet.\r\n\r\nOld folder: " + from +
+           "\r\nNew folder: " + app.PacksDir +
+           "\r\n\r\nMove the rest now? After a No they stay in the old folder.");
 }
 
 }  // namespace skv

@@ -7,9 +7,13 @@
 
 namespace skv {
 
-// Offers to take the Packages along from `from`, which holds some, to App::PacksDir, and does it.
-// Refuses, in a box, what would take other things along. Nothing is lost: of a name that stands
-// newer in the new folder both files stay. What could not be moved is told.
-void offerToMovePackages(App& app, const std::string& from);
+// Offers to take the Packages along to App::PacksDir from the folder that the setting PacksMoveFrom
+// names, if it holds some, and does it. Refuses, in a box, what would take other things along.
+// Nothing is lost: of a name that stands newer in the new folder both files stay. What could not be
+// moved is told. The setting goes when nothing is left to be done, or wanted.
+void offerToMovePackages(App& app);
+// The same at a start for a move that an earlier run has not finished: the program was killed, a
+// disk was full or away. Asks nothing as long as the old folder cannot be reached.
+void offerToFinishMove(App& app);
 
 }  // namespace skv

@@ -100,32 +100,39 @@ bool takeFolders(App& app) {
   return true;
 }
 
-// Stores all or none: folders that go with one another must not come from two dialogs.
+// Stores all or none: folders that go with one another must not come from two dialogs. With them it
+// stores that the Packages have yet to come, so that a run that ends here is no reason to forget
+// it.
 bool storeFolders(App& app) {
+  const auto& form = app.frmSettings;
   std::vector<std::string> before;
-  for (const FolderField& field : folderFields) {
-    before.push_back(readSetting(app, field.key));
-    const Outcome stored = writeSetting(app, field.key, (app.frmSettings.*field.box).text);
-    if (stored.ok()) continue;
-    // With the one that failed: it may be in the file all the same.
-    for (std::size_t i = 0; i < before.size(); ++i)
-      writeSetting(app, folderFields[i].key, before[i]).skipped();
+  std::vector<StoredValue> values;
+  const auto put = [&](const Setting& key, const std::string& value) {
+    before.push_back(readSetting(app, key));
+    values.push_back({key.section, key.key, value});
+  };
+  for (const FolderField& field : folderFields) put(field.key, (form.*field.box).text);
+  if (!equalsIgnoringCase(form.OldPacksDir, form.txtPacksDir.text.get()))
+    put(setting::PacksMoveFrom, form.OldPacksDir);
+  const Outcome stored = app.platform.settings.writeTogether(values);
+  if (!stored.ok()) {
+    // They may be in the file all the same.
+    for (std::size_t i = 0; i < values.size(); ++i) values[i].value = before[i];
+    app.platform.settings.writeTogether(values).skipped();
     tellFailure(app, "The settings could not be stored, and nothing has been changed:", stored);
     return false;
   }
-  for (const FolderField& field : folderFields)
-    app.*field.global = (app.frmSettings.*field.box).text;
+  for (const FolderField& field : folderFields) app.*field.global = (form.*field.box).text;
   return true;
 }
 
 bool storeMail(App& app) {
-  for (const MailField& field : mailFields)
-    if (const Outcome stored = writeSetting(app, field.key, (app.frmSettings.*field.box).text);
-        !stored.ok()) {
-      tellFailure(app, "The mail settings could not be stored:", stored);
-      return false;
-    }
-  return true;
+  std::vector<StoredValue> values;
+  for (const auto& [key, box] : mailFields)
+    values.push_back({key.section, key.key, (app.frmSettings.*box).text.get()});
+  const Outcome stored = app.platform.settings.writeTogether(values);
+  if (!stored.ok()) tellFailure(app, "The mail settings could not be stored:", stored);
+  return stored.ok();
 }
 
 void make(App& app, const std::string& folder) {
@@ -285,8 +292,8 @@ void frmSettings_btnOK_Click(App& app) {
   if (!equalsIgnoringCase(form.OldPacksDir, app.PacksDir)) {
     make(app, app.PacksDir);
     findSceneryPacksPath(app);
-    const std::string old = std::exchange(form.OldPacksDir, app.PacksDir);
-    offerToMovePackages(app, old);
+    form.OldPacksDir = app.PacksDir;
+    offerToMovePackages(app);
   }
   // Rows and icons are those of the folders.
   if (!(foldersOf(app) == before) && !app.ending) reloadAircraftList(app);

@@ -13,6 +13,7 @@
 #include "core/working_folder.h"
 #include "ui/dialogs/dir_select.h"
 #include "ui/list_memory.h"
+#include "ui/move_packages.h"
 #include "ui/settings.h"
 #include "ui/views.h"
 
@@ -206,6 +207,7 @@ void Form_Load(App& app) {
     app.windows.messageBox(
         {"The program ended before it had installed these archives. They are kept:" + keptArchives,
          ui::BoxIcon::information});
+  offerToFinishMove(app);
 }
 
 bool operationRuns(const App& app) { return !app.frmMain.enabled || app.hourglasses > 0; }

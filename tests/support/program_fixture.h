@@ -31,12 +31,15 @@ class MemorySettings : public SettingsStore {
     const auto found = values.find(std::string(section) + "/" + std::string(key));
     return found == values.end() ? std::string(fallback) : found->second;
   }
-  Outcome write(std::string_view section, std::string_view key, std::string_view value) override {
-    const std::string name = std::string(section) + "/" + std::string(key);
-    values[name] = value;
-    if (name != failedWrite) return {};
-    failedWrite.clear();
-    return Outcome::failure(err::diskFull, name);
+  Outcome writeTogether(std::span<const StoredValue> stored) override {
+    bool fails = false;
+    for (const auto& [section, key, value] : stored) {
+      const std::string name = std::string(section) + "/" + std::string(key);
+      values[name] = value;
+      fails = fails || name == failedWrite;
+    }
+    if (fails) failedWrite.clear();
+    return fails ? Outcome::failure(err::diskFull, "settings.ini") : Outcome();
   }
   std::map<std::string, std::string> values;  // by "section/key"
   int failedReads = 0;                        // looks at state() that fail from now on

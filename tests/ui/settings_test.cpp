@@ -4,6 +4,7 @@
 #include "core/long_operation.h"
 #include "support/program_fixture.h"
 #include "ui/dialogs/folder_text.h"
+#include "ui/move_packages.h"
 #include "ui/startup.h"
 
 namespace skv {
@@ -256,6 +257,7 @@ TEST_F(SettingsTest, AMoveOfPackagesLosesNothing) {
   for (const char* moved : {"b.zip", "c.zip"})
     EXPECT_EQ(drive.read(std::string("C:\\new\\") + moved), "old place");
   EXPECT_EQ(drive.tree("C:\\Packs"), (std::vector<std::string>{"a.zip", "sub\\", "sub\\d.zip"}));
+  EXPECT_EQ(settings.values["General/PacksMoveFrom"], "C:\\Packs\\");
   ASSERT_EQ(windows.boxes.size(), 2U);
   EXPECT_TRUE(windows.boxes[1].text.starts_with(
       "2 of 4 files could not be moved, the first:\r\nC:\\Packs\\a.zip\r\nThe new folder holds a "
@@ -269,6 +271,29 @@ TEST_F(SettingsTest, AMoveOfPackagesLosesNothing) {
   });
   ASSERT_EQ(windows.boxes.size(), 1U);
   EXPECT_TRUE(windows.boxes[0].text.starts_with("The Packages in \"C:\\new\\\" stay"));
+}
+
+TEST_F(SettingsTest, AMoveOfPackagesThatHasEndedEarlyIsFinishedAtALaterStart) {
+  const auto pending = [this] { return settings.values["General/PacksMoveFrom"]; };
+  drive.write("C:\\Packs\\a.zip", "a");
+  drive.write("C:\\Packs\\Scenery\\b.txt", "b");
+  files.failWhen("moveFile", "C:\\Packs\\Scenery\\b.txt", err::diskFull);
+  windows.answers = {ui::Answer::yes};
+  acceptPackages("C:\\new");
+  files.failWhen("list", "C:\\Packs", err::deviceIo);
+  windows.boxes.clear();
+  offerToFinishMove(app);
+  EXPECT_TRUE(windows.boxes.empty() && pending() == "C:\\Packs\\") << "cannot be told now";
+  files.heal();
+  windows.answers = {ui::Answer::yes};
+  offerToFinishMove(app);
+  EXPECT_TRUE(drive.exists("C:\\new\\Scenery\\b.txt") && !drive.exists("C:\\Packs"));
+  EXPECT_EQ(pending(), "");
+  expectTold("Old folder: C:\\Packs\\");
+  offerToFinishMove(app);
+  acceptPackages("C:\\third");  // answered No, which holds
+  EXPECT_EQ(windows.boxes.size(), 1U);
+  EXPECT_EQ(pending(), "");
 }
 
 TEST_F(SettingsTest, ProposalsFollowTheSimulatorsFolderUntilTheyAreTouched) {

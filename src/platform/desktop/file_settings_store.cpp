@@ -105,17 +105,19 @@ std::string FileSettingsStore::read(std::string_view section, std::string_view k
   return entry == entries.end() ? std::string(fallback) : entry->second.value;
 }
 
-Outcome FileSettingsStore::write(std::string_view section, std::string_view key,
-                                 std::string_view value) {
+Outcome FileSettingsStore::writeTogether(std::span<const StoredValue> values) {
   auto loaded = load();
   if (!loaded.ok()) return loaded.outcome();
   Sections sections = std::move(loaded).value();
-  Section& inSection = sections[upper(section)];
-  if (inSection.name.empty()) inSection.name = section;
-  const auto [entry, isNew] =
-      inSection.entries.try_emplace(upper(key), Entry{std::string(key), {}});
-  const bool same = !isNew && entry->second.value == value;
-  entry->second.value = value;
+  bool same = true;
+  for (const auto& [section, key, value] : values) {
+    Section& inSection = sections[upper(section)];
+    if (inSection.name.empty()) inSection.name = section;
+    const auto [entry, isNew] =
+        inSection.entries.try_emplace(upper(key), Entry{std::string(key), {}});
+    same = same && !isNew && entry->second.value == value;
+    entry->second.value = value;
+  }
   Outcome saved = same ? Outcome() : save(sections);
   if (saved.ok()) sections_ = std::move(sections);
   return saved;

@@ -26,7 +26,7 @@ class FileSettingsStore : public SettingsStore {
                    std::string_view fallback) const override;
   // Replaces the file in one step, with what somebody has changed in it by hand meanwhile. A file
   // that exists and cannot be read is never replaced.
-  Outcome write(std::string_view section, std::string_view key, std::string_view value) override;
+  Outcome writeTogether(std::span<const StoredValue> values) override;
 
  private:
   struct Entry {
