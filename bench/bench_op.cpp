@@ -132,7 +132,9 @@ class Operation {
     return result;
   }
   double scan() {
-    const double result = seconds([&] { WalkTree(app(), app().ACRoot, "", WalkScanAC, true); });
+    const double result = seconds([&] {
+      require(WalkTree(app(), app().ACRoot, "", WalkScanAC, true).complete(), "not all scanned");
+    });
     require(app().frmMain.lstAircraft.count() > 0, "no aircraft found");
     return result;
   }
@@ -162,7 +164,7 @@ class Operation {
     require(app().step(app().files().setCurrentFolder(windowsPath(folder))), "current folder");
     const double result = seconds([&] {
       app().PackFileList.clear();
-      WalkTree(app(), windowsPath(folder), "", WalkCollect, true);
+      WalkTree(app(), windowsPath(folder), "", WalkCollect, true).skipped();
       require(AddToArchive(app(), windowsPath(archive), false), shown());
     });
     return result;
@@ -188,7 +190,8 @@ class Operation {
   }
   double walk(const std::string& folder, WalkCode code) {
     const std::string source = windowsPath(folder);
-    return seconds([&] { WalkTree(app(), source, "", code, true); });
+    return seconds(
+        [&] { require(WalkTree(app(), source, "", code, true).complete(), "not all walked"); });
   }
   std::string shown() const {
     return run_.windows.boxes.empty() ? "no box" : run_.windows.boxes.back();

@@ -34,4 +34,9 @@ bool isElementName(std::string_view name) {
          name.find_first_not_of(". ") != std::string_view::npos;
 }
 
+bool isForbiddenInNames(char c) {
+  return static_cast<unsigned char>(c) < ' ' ||
+         std::string_view("<>:\"|?*").find(c) != std::string_view::npos;
+}
+
 }  // namespace skv

@@ -23,4 +23,7 @@ std::string fileName(std::string_view path);
 // separator, and not dots and blanks alone, which lead to the folder itself or the one above.
 bool isElementName(std::string_view name);
 
+// What no name of a file or folder can hold, the separators aside.
+bool isForbiddenInNames(char c);
+
 }  // namespace skv

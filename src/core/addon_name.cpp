@@ -2,7 +2,9 @@
 
 #include <algorithm>
 
+#include "base/paths.h"
 #include "base/text.h"
+#include "core/messages.h"
 #include "core/staged_folder.h"
 
 namespace skv {
@@ -14,22 +16,18 @@ constexpr std::size_t longestPath = 247;
 // Bytes that a disk of this machine takes for one name.
 constexpr std::size_t longestName = 255;
 
-bool isRefused(char c) {
-  return static_cast<unsigned char>(c) < ' ' ||
-         std::string_view("<>:\"|?*\\/").find(c) != std::string_view::npos;
-}
+bool isRefused(char c) { return c == '\\' || c == '/' || isForbiddenInNames(c); }
 
 bool isTooLong(const App& app, const std::string& root, const std::string& name) {
   return name.size() > longestName || app.codePage.encode(root + name).size() > longestPath;
 }
 
-// The pieces for which `wanted` holds, each once, with blanks between.
-template <class Pieces, class Wanted>
-std::string listed(const Pieces& pieces, Wanted wanted) {
+// The refused ones of a name's characters, each once, with blanks between.
+std::string refusedIn(const std::string& name) {
   std::string list;
   std::vector<std::string> seen;
-  for (const std::string& piece : pieces) {
-    if (!wanted(piece) || std::ranges::find(seen, piece) != seen.end()) continue;
+  for (const std::string& piece : characters(name)) {
+    if (!isRefused(piece[0]) || std::ranges::find(seen, piece) != seen.end()) continue;
     seen.push_back(piece);
     list += " " + (static_cast<unsigned char>(piece[0]) < ' ' ? "(a control character)" : piece);
   }
@@ -42,14 +40,10 @@ bool isDropped(char c) { return c == '.' || c == ' '; }
 
 std::string faultOfAddonName(const App& app, const std::string& root, const std::string& name) {
   if (name.empty()) return {};
-  const auto pieces = characters(name);
-  if (const auto refused = listed(pieces, [](const auto& one) { return isRefused(one[0]); });
-      !refused.empty())
+  if (const std::string refused = refusedIn(name); !refused.empty())
     return "The name of a folder cannot hold:" + refused;
-  if (const auto unknown =
-          listed(pieces, [&app](const auto& one) { return !app.codePage.holds(one); });
-      !unknown.empty())
-    return "The list files cannot hold:" + unknown;
+  if (const std::string lacking = app.codePage.lacking(name); !lacking.empty())
+    return "It " + cannotBeStored(lacking);
   if (name.starts_with('.')) return "A dot at the beginning hides the folder.";
   if (isDropped(name.back())) return "Windows drops a dot or a blank at the end.";
   if (isTooLong(app, root, name)) return "It is too long.";

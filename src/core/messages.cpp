@@ -50,8 +50,12 @@ void tellFailure(App& app, const std::string& what, const Outcome& failure) {
   app.windows.messageBox({what + "\r\n" + failure.description(), ui::BoxIcon::exclamation});
 }
 
+std::string cannotBeStored(const std::string& lacking) {
+  return "cannot be stored. The simulator's files have no \"" + lacking + "\".";
+}
+
 std::string notStorable(const std::string& text, const std::string& lacking) {
-  return "\"" + text + "\" cannot be stored. The simulator's files have no \"" + lacking + "\".";
+  return "\"" + text + "\" " + cannotBeStored(lacking);
 }
 
 void ShellOpen(App& app, const std::string& target) {

@@ -17,6 +17,8 @@ bool ReportError(App& app, const Outcome& outcome);
 // What could not be done, and on the line below it why.
 void tellFailure(App& app, const std::string& what, const Outcome& failure);
 
+// Said of a text that no stored file can hold; `lacking`: what CodePage::lacking answers of it.
+std::string cannotBeStored(const std::string& lacking);
 // Why a text cannot be stored, with the characters at fault: what CodePage::lacking answers of it.
 std::string notStorable(const std::string& text, const std::string& lacking);
 

@@ -35,9 +35,10 @@ Outcome removeFolder(FileSystem& files, const std::string& folder) {
   return emptied.ok() ? files.removeFolder(folder) : emptied;
 }
 
-// Keeps the window alive, and leaves little to do for what follows, which does not yield.
+// Keeps the window alive, and leaves little to do for what follows, which does not yield and finds
+// what has failed here.
 void walk(App& app, const std::string& folder) {
-  WalkTree(app, folder, "", WalkDelete, true, OnStop::goOn);
+  WalkTree(app, folder, "", WalkDelete, true, OnStop::goOn).skipped();
 }
 
 }  // namespace

@@ -33,7 +33,7 @@ using enum WalkCode;
 //
 // What is kept on purpose is no failure: hidden entries, targets that are not older, links that a
 // walk does not go through.
-struct WalkReport {
+struct [[nodiscard]] WalkReport {
   int done = 0;            // files that were worked on
   int failed = 0;          // files that could not be, and folders not listed, made or removed
   int left = 0;            // entries in sight that stay in the source of a transfer without a
@@ -46,6 +46,8 @@ struct WalkReport {
   // After a transfer: all in sight has come to the target, so that the source may be emptied,
   // thinned out or removed.
   bool sourceMayGo() const { return complete() && left == 0; }
+  // Says that a caller does without it.
+  void skipped() const {}
   // For an operation of several walks.
   WalkReport& operator+=(const WalkReport& next);
   // For a step beside the walks of an operation, such as a flush. Answers whether it went well.

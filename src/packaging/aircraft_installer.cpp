@@ -156,7 +156,8 @@ void Installation::move(const std::string& from, const std::string& to) {
 
 int Installation::countGauges() {
   const auto others = std::exchange(app_.PackFileList, {});
-  WalkTree(app_, main_->path() + "\\Gauges", "", WalkCollect, true);
+  // Only a number to be shown.
+  WalkTree(app_, main_->path() + "\\Gauges", "", WalkCollect, true).skipped();
   const auto isGauge = [](const std::string& file) { return upper(file).ends_with(".GAU"); };
   const auto count = std::ranges::count_if(app_.PackFileList, isGauge);
   app_.PackFileList = others;

@@ -104,20 +104,32 @@ void completeSettings(App& app) {
   if (app.PacksDir.empty() && !app.ending) askForSettings(app);
 }
 
-// The lists once lay beside the program. The old file goes only when its copy is on the disk.
+// The lists once lay beside the program. The old file goes only when its copy is on the disk, and
+// replaces nothing as long as it cannot be told what stands in its new place.
+Outcome moveOldList(FileSystem& files, const std::string& old, const std::string& place) {
+  const auto standing = files.attributes(place);
+  if (!standing.ok() && presenceBy(standing.outcome()) == Presence::unknown)
+    return standing.outcome();
+  return files.copyFileDurably(old, place);
+}
+
 void moveOldLists(App& app) {
   FileSystem& files = app.files();
-  if (app.FSRoot.empty() || !folderExists(files, app.FSRoot)) return;
+  if (app.FSRoot.empty() || presenceOf(files, app.FSRoot) == Presence::absent) return;
   for (const char* name : {aircraftListFile, panelListFile, soundListFile}) {
-    const std::string old = app.AppDir + name, place = app.FSRoot + name;
-    if (presenceOf(files, old) != Presence::there || presenceOf(files, place) == Presence::unknown)
-      continue;
-    if (!files.copyFileDurably(old, place).ok()) continue;
-    if (const Outcome gone = files.deleteFile(old); !gone.ok())
+    const std::string old = app.AppDir + name;
+    if (presenceOf(files, old) == Presence::absent) continue;
+    if (const Outcome moved = moveOldList(files, old, app.FSRoot + name); !moved.ok()) {
+      tellFailure(app,
+                  "The list \"" + old + "\" could not be moved to \"" + app.FSRoot +
+                      "\". It stays where it is, and the next start tries again.",
+                  moved);
+    } else if (const Outcome gone = files.deleteFile(old); !gone.ok()) {
       tellFailure(app,
                   "\"" + old + "\" has been copied to \"" + app.FSRoot +
                       "\" and could not be removed. Remove it: each start copies it anew.",
                   gone);
+    }
   }
 }
 

@@ -25,9 +25,13 @@ class WalkTreeTest : public test::ProgramTest {
     std::ofstream(path) << content;
   }
   void age(const std::string& path) { drive.setModified(path, {1000000000, 0}); }
+  // For what shows on the disk and in the rows.
+  void walk(const std::string& src, const std::string& dst, WalkCode code, bool overwrite) {
+    WalkTree(app, src, dst, code, overwrite).skipped();
+  }
   std::string find(WalkCode code) {
     app.FoundDir.clear();
-    WalkTree(app, "C:\\s", "", code, true);
+    walk("C:\\s", "", code, true);
     return app.FoundDir;
   }
 };
@@ -39,7 +43,7 @@ TEST_F(WalkTreeTest, CopyMergesAndKeepsNewerFilesOfTheTopFolderOnly) {
   age("C:\\s\\top.txt");
   age("C:\\s\\sub\\deep.txt");
 
-  WalkTree(app, "C:\\s", "C:\\d", WalkCopy, false);
+  walk("C:\\s", "C:\\d", WalkCopy, false);
   EXPECT_EQ(drive.tree("C:\\d"), (Tree{"SUB\\", "SUB\\Deep.txt", "Sub2\\", "Sub2\\x\\",
                                        "Sub2\\x\\y.txt", "TOP.TXT", "new.txt"}));
   EXPECT_EQ(drive.read("C:\\d\\top.txt"), "newer");
@@ -47,7 +51,7 @@ TEST_F(WalkTreeTest, CopyMergesAndKeepsNewerFilesOfTheTopFolderOnly) {
   EXPECT_EQ(disk.modified("C:\\d\\sub\\deep.txt").value(),
             disk.modified("C:\\s\\sub\\deep.txt").value());
 
-  WalkTree(app, "C:\\s\\", "C:\\d\\", WalkCopy, true);
+  walk("C:\\s\\", "C:\\d\\", WalkCopy, true);
   EXPECT_EQ(drive.read("C:\\d\\top.txt"), "C:\\s\\top.txt");
   EXPECT_EQ(drive.tree("C:\\s").size(), 7U) << "the source is as it was";
 }
@@ -59,7 +63,7 @@ TEST_F(WalkTreeTest, MoveEmptiesTheSourceAndDropsWhatIsNotNewer) {
   ASSERT_TRUE(disk.setAttributes("C:\\s\\ro.txt", {.readOnly = true}).ok());
   const auto time = disk.modified("C:\\s\\sub\\a.txt").value();
 
-  WalkTree(app, "C:\\s", "C:\\d", WalkMove, false);
+  walk("C:\\s", "C:\\d", WalkMove, false);
   EXPECT_EQ(drive.tree("C:\\s"), Tree{}) << "the top folder itself stays";
   EXPECT_EQ(drive.read("C:\\d\\old.txt"), "newer");
   EXPECT_EQ(drive.tree("C:\\d"),
@@ -70,7 +74,7 @@ TEST_F(WalkTreeTest, MoveEmptiesTheSourceAndDropsWhatIsNotNewer) {
 TEST_F(WalkTreeTest, AFileIsDroppedOnlyForATargetThatIsSurelyItsOwn) {
   EXPECT_TRUE(disk.makeFolder("C:\\d").ok());
   const auto moved = [&](const char* name) {
-    WalkTree(app, "C:\\s", "C:\\d", WalkMove, false);
+    walk("C:\\s", "C:\\d", WalkMove, false);
     EXPECT_EQ(drive.read("C:\\s\\a.txt"), "C:\\s\\a.txt") << name;
     drive.clear("C:\\d");
   };
@@ -82,7 +86,7 @@ TEST_F(WalkTreeTest, AFileIsDroppedOnlyForATargetThatIsSurelyItsOwn) {
   for (const char* question : {"attributes", "modified"}) {
     drive.write("C:\\d\\a.txt", "target");
     files.failWhen(question, "C:\\d\\a.txt", err::deviceIo);
-    WalkTree(app, "C:\\s", "C:\\d", WalkCopy, false);
+    walk("C:\\s", "C:\\d", WalkCopy, false);
     EXPECT_EQ(drive.read("C:\\d\\a.txt"), "target") << question;
     age("C:\\d\\a.txt");
     moved(question);
@@ -94,7 +98,7 @@ TEST_F(WalkTreeTest, OfTwinsTheFirstGetsTheTargetAndNoneIsLost) {
     foreign(name, name);
   for (const WalkCode code : {WalkCopy, WalkMove}) {
     drive.clear("C:\\d");
-    WalkTree(app, "C:\\s", "C:\\d", code, true);
+    walk("C:\\s", "C:\\d", code, true);
     EXPECT_EQ(drive.tree("C:\\d"), (Tree{"A.txt", "Sub\\", "Sub\\only.txt", "Sub\\x.txt"}));
     EXPECT_EQ(drive.read("C:\\d\\A.txt"), "A.txt");
     EXPECT_EQ(drive.read("C:\\d\\Sub\\x.txt"), "Sub/x.txt");
@@ -105,7 +109,7 @@ TEST_F(WalkTreeTest, OfTwinsTheFirstGetsTheTargetAndNoneIsLost) {
 TEST_F(WalkTreeTest, DeleteTakesReadOnlyFilesAndLeavesHiddenOnes) {
   write({"C:\\s\\a.txt", "C:\\s\\sub\\ro.txt", "C:\\s\\keep\\.hidden", "C:\\s\\x\\y\\z.txt"});
   ASSERT_TRUE(disk.setAttributes("C:\\s\\sub\\ro.txt", {.readOnly = true}).ok());
-  WalkTree(app, "C:\\s", "", WalkDelete, true);
+  walk("C:\\s", "", WalkDelete, true);
   EXPECT_EQ(drive.tree("C:\\s"), (Tree{"keep\\", "keep\\.hidden"}));
 }
 
@@ -116,10 +120,10 @@ TEST_F(WalkTreeTest, FilesHiddenByAttributeAreNoHits) {
   ASSERT_TRUE(disk.setAttributes("C:\\s\\one\\aircraft.cfg", {.system = true}).ok());
   EXPECT_EQ(find(WalkFindGauge), "C:\\s\\two\\");
   EXPECT_EQ(find(WalkFindACCfg), "");
-  WalkTree(app, "C:\\s", "", WalkScanAC, true);
+  walk("C:\\s", "", WalkScanAC, true);
   EXPECT_EQ(app.frmMain.lstAircraft.count(), 0);
   app.SizeTotal = 0;
-  WalkTree(app, "C:\\s", "", WalkSize, true);
+  walk("C:\\s", "", WalkSize, true);
   EXPECT_EQ(app.SizeTotal, 14) << "the path of the one in sight is its content";
 }
 
@@ -131,11 +135,11 @@ TEST_F(WalkTreeTest, LinksAreFollowedForReadingButNeverForRemoving) {
 
   EXPECT_EQ(find(WalkFindGauge), "C:\\s\\link\\");
   EXPECT_TRUE(disk.makeFolder("C:\\d").ok());
-  WalkTree(app, "C:\\s", "C:\\d", WalkCopy, true);
+  walk("C:\\s", "C:\\d", WalkCopy, true);
   EXPECT_EQ(drive.tree("C:\\d"), (Tree{"b.txt", "link\\", "link\\a.gau"}));
 
   for (const WalkCode code : {WalkPurge, WalkMove, WalkDelete}) {
-    WalkTree(app, "C:\\s", "C:\\d", code, true);
+    walk("C:\\s", "C:\\d", code, true);
     EXPECT_EQ(drive.read("C:\\real\\a.gau"), "C:\\real\\a.gau") << static_cast<int>(code);
   }
   EXPECT_EQ(drive.tree("C:\\s"), Tree{}) << "deleting removes the links themselves";
@@ -144,16 +148,16 @@ TEST_F(WalkTreeTest, LinksAreFollowedForReadingButNeverForRemoving) {
 TEST_F(WalkTreeTest, CopyIntoItselfEnds) {
   write({"C:\\s\\a.txt", "C:\\s\\sub\\b.txt"});
   EXPECT_TRUE(disk.makeFolder("C:\\s\\inside").ok());
-  WalkTree(app, "C:\\s", "C:\\s\\inside", WalkCopy, true);
+  walk("C:\\s", "C:\\s\\inside", WalkCopy, true);
   EXPECT_EQ(drive.tree("C:\\s\\inside"), (Tree{"a.txt", "sub\\", "sub\\b.txt"}));
   files.failWhen("identity", "C:\\s\\inside", err::deviceIo);
-  WalkTree(app, "C:\\s", "C:\\s\\inside", WalkCopy, true);
+  walk("C:\\s", "C:\\s\\inside", WalkCopy, true);
   EXPECT_EQ(drive.tree("C:\\s\\inside").size(), 3U) << "without knowing whether it does";
   files.heal();
-  WalkTree(app, "C:\\s", "C:\\S", WalkMove, true);
+  walk("C:\\s", "C:\\S", WalkMove, true);
   EXPECT_EQ(drive.read("C:\\s\\a.txt"), "C:\\s\\a.txt");
   drive.clear("C:\\s\\inside");
-  WalkTree(app, "C:\\s", "C:\\s\\inside", WalkMove, true);
+  walk("C:\\s", "C:\\s\\inside", WalkMove, true);
   EXPECT_EQ(drive.tree("C:\\s"),
             (Tree{"inside\\", "inside\\a.txt", "inside\\sub\\", "inside\\sub\\b.txt"}));
 }
@@ -178,12 +182,12 @@ TEST_F(WalkTreeTest, CollectSizeAndPurge) {
   write({"C:\\s\\a.txt", "C:\\s\\Main\\b.JPG", "C:\\s\\Main\\Deep\\c.cfg", "C:\\s\\Main\\hello",
          "C:\\s\\Main\\d.bgl"});
   drive.write("C:\\s\\empty\\sub\\e.mdl", "12345");
-  WalkTree(app, "C:\\s", "", WalkCollect, true);
+  walk("C:\\s", "", WalkCollect, true);
   EXPECT_EQ(app.PackFileList, (Tree{"a.txt", "empty\\sub\\e.mdl", "Main\\b.JPG", "Main\\d.bgl",
                                     "Main\\hello", "Main\\Deep\\c.cfg"}));
-  WalkTree(app, "C:\\s\\empty", "", WalkSize, true);
+  walk("C:\\s\\empty", "", WalkSize, true);
   EXPECT_EQ(app.SizeTotal, 5);
-  WalkTree(app, "C:\\s", "", WalkPurge, true);
+  walk("C:\\s", "", WalkPurge, true);
   EXPECT_EQ(drive.tree("C:\\s"), (Tree{"Main\\", "Main\\Deep\\", "Main\\Deep\\c.cfg", "Main\\b.JPG",
                                        "a.txt", "empty\\", "empty\\sub\\"}));
 }
@@ -200,8 +204,7 @@ TEST_F(WalkTreeTest, ScansAddWhatTheListsLack) {
   drive.write("C:\\FS\\aircraft\\~SKVUnfinished\\aircraft.cfg", "[fltsim.0]\r\ntitle=Half\r\n");
   app.frmMain.lstAircraft.add("Known", {"c:\\fs\\AIRCRAFT\\THREE\\"});
 
-  for (const WalkCode code : {WalkScanAC, WalkScanPN, WalkScanSN})
-    WalkTree(app, app.ACRoot, "", code, true);
+  for (const WalkCode code : {WalkScanAC, WalkScanPN, WalkScanSN}) walk(app.ACRoot, "", code, true);
   EXPECT_EQ(rows(app.frmMain.lstAircraft),
             (Tree{"Known|c:\\fs\\AIRCRAFT\\THREE\\", "One|C:\\FS\\aircraft\\one\\",
                   "*Unknown*|C:\\FS\\aircraft\\two\\"}));
@@ -211,7 +214,7 @@ TEST_F(WalkTreeTest, ScansAddWhatTheListsLack) {
 
   app.frmMain.lstAircraft.clear();
   app.frmMain.lstAircraft.add("The root itself", {app.ACRoot});
-  WalkTree(app, app.ACRoot, "", WalkScanAC, true);
+  walk(app.ACRoot, "", WalkScanAC, true);
   EXPECT_EQ(app.frmMain.lstAircraft.count(), 1);
 }
 
@@ -219,7 +222,7 @@ TEST_F(WalkTreeTest, ShowsTheFolderAndYieldsAtEveryEntry) {
   write({"C:\\s\\a.txt", "C:\\s\\sub\\b.txt"});
   std::vector<std::string> shown;
   windows.onYield = [&] { shown.push_back(app.frmMain.lblStatus.caption); };
-  WalkTree(app, "C:\\s", "", WalkSize, true);
+  walk("C:\\s", "", WalkSize, true);
   EXPECT_EQ(shown, (Tree{"Processing: C:\\s", "Processing: C:\\s", "Processing: C:\\s\\sub"}));
   app.error.note(Outcome::failure(err::pathNotFound));
   EXPECT_TRUE(WalkTree(app, "C:\\nowhere", "", WalkDelete, true).complete());
@@ -379,7 +382,7 @@ TEST_F(WalkTreeTest, MoveKilledAnywhereLosesNoFile) {
         drive.clear("C:\\d");
         for (const std::string& name : names) drive.write("C:\\s\\" + name, name);
       },
-      [&] { WalkTree(app, "C:\\s", "C:\\d", WalkMove, true); },
+      [&] { walk("C:\\s", "C:\\d", WalkMove, true); },
       [&](bool) {
         for (const std::string& name : names)
           EXPECT_EQ(drive.read(stores[drive.exists("C:\\s\\" + name) ? 0 : 1] + name), name);

@@ -199,8 +199,8 @@ TEST_F(InstallerTest, NamesThatCannotBeAreRefusedAndTheNearestOneOffered) {
     std::string offered;  // next, and taken
   } cases[] = {
       {"a/b\\c:b/", "cannot hold: / \\ :", "a_b_c_b_"},
-      {"Łódź", "list files cannot hold: Ł ź", "Lódz"},
-      {"Ту-4", "list files cannot hold: Т у", "Tu-4"},
+      {"Łódź", "files have no \"Łź\"", "Lódz"},
+      {"Ту-4", "files have no \"Ту\"", "Tu-4"},
       {"\U0001F6E9 plane", "\U0001F6E9", "_ plane"},
       {"con", "device", "_con"},
       {"plane . ", "at the end", "plane"},

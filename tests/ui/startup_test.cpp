@@ -270,6 +270,7 @@ TEST_F(StartupTest, OldListFilesMoveAndAreNeverLost) {
   files.failWhen("copyFileDurably", old, err::diskFull);
   Form_Load(app);
   EXPECT_EQ(rows(form.lstAircraft), std::vector<std::string>{"moved|C:\\FS\\aircraft\\m\\"});
+  expectTold("could not be moved to \"C:\\FS\\\". It stays where it is");
   EXPECT_FALSE(drive.exists("C:\\Program\\SKV_AC.lst"));
   EXPECT_TRUE(drive.exists(old));
   EXPECT_EQ(files.count("copyFile", "C:\\Program\\SKV_AC.lst"), 0)
@@ -280,6 +281,7 @@ TEST_F(StartupTest, OldListFilesMoveAndAreNeverLost) {
   Form_Load(app);
   EXPECT_EQ(drive.read(now), "of the simulator") << "who knows what stands there";
   EXPECT_TRUE(drive.exists(old));
+  windows.boxes.clear();
   files.failWhen("deleteFile", old, err::permissionDenied);
   Form_Load(app);
   EXPECT_EQ(windows.boxes.size(), 1U) << "the next start would copy it over the newer list";

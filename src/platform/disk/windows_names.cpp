@@ -5,6 +5,7 @@
 #include <cctype>
 #include <utility>
 
+#include "base/paths.h"
 #include "base/text.h"
 
 namespace skv {
@@ -13,22 +14,7 @@ namespace {
 
 bool isSeparator(char c) { return c == '\\' || c == '/'; }
 
-bool isRefused(char c) {
-  switch (c) {
-    case '<':
-    case '>':
-    case ':':
-    case '"':
-    case '|':
-    case '?':
-    case '*':
-    case '\\':
-    case '/':
-      return true;
-    default:
-      return static_cast<unsigned char>(c) < 0x20;
-  }
-}
+bool isRefused(char c) { return isSeparator(c) || isForbiddenInNames(c); }
 
 // A device stands behind its name in every folder, whatever extension follows.
 bool isDeviceName(std::string_view name) {

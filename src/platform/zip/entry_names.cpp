@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "base/paths.h"
 #include "platform/disk/windows_names.h"
 
 namespace skv {
@@ -37,9 +38,7 @@ bool isLetter(char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
 // use what Windows reserves.
 std::string heldByWindows(std::string name) {
   for (char& c : name)
-    if (static_cast<unsigned char>(c) < 0x20 ||
-        std::string_view("<>:\"|?*").find(c) != std::string_view::npos)
-      c = '_';
+    if (isForbiddenInNames(c)) c = '_';
   while (name.ends_with('.') || name.ends_with(' ')) name.pop_back();
   if (name.empty()) return "_";
   return isWindowsName(name) ? name : "_" + name;

@@ -9,10 +9,10 @@
 #include <exception>
 #include <memory>
 #include <mutex>
-#include <system_error>
 #include <thread>
 
 #include "platform/zip/foreign_methods.h"
+#include "platform/zip/worker_threads.h"
 
 namespace skv {
 
@@ -24,7 +24,6 @@ using Target = ExtractionPlan::Target;
 // hold together stays flat whatever the archive.
 constexpr std::uint64_t wholeSize = std::uint64_t{6} << 20U;
 constexpr std::size_t pieceSize = std::size_t{256} << 10U;
-constexpr unsigned workers = 2;
 
 bool isWhole(const ArchiveEntry& entry) {
   return (entry.method == ZIP_CM_DEFLATE || entry.method == ZIP_CM_STORE) &&
@@ -220,15 +219,7 @@ class Crew {
  public:
   Crew(FileSystem& files, const ArchiveFile& archive, const ExtractionPlan& plan)
       : files_(files), archive_(archive), bytes_(plan.bytes), portions_(portionsOf(plan.files)) {
-    const auto wanted = std::min<std::size_t>(workers, portions_.size());
-    threads_.reserve(wanted);
-    for (std::size_t i = 0; i < wanted; ++i) {
-      try {
-        threads_.emplace_back([this] { work(); });
-      } catch (const std::system_error&) {
-        break;  // what could not be started the others do
-      }
-    }
+    startWorkers(threads_, portions_.size(), [this] { work(); });
   }
   ~Crew() {
     shared_.stop = true;

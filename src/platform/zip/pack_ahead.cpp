@@ -4,15 +4,14 @@
 
 #include <algorithm>
 #include <chrono>
-#include <system_error>
 
 #include "platform/zip/archive_file.h"
+#include "platform/zip/worker_threads.h"
 
 namespace skv {
 
 namespace {
 
-constexpr unsigned workers = 2;
 constexpr std::uint64_t mostHeld = std::uint64_t{24} << 20U;
 
 // While a file is packed it is there twice.
@@ -50,15 +49,7 @@ void PackAhead::makePortions() {
 void PackAhead::start() {
   chooseLevels(files_, level_, tasks_);
   makePortions();
-  const auto wanted = std::min<std::size_t>(workers, portions_.size());
-  threads_.reserve(wanted);
-  for (std::size_t i = 0; i < wanted; ++i) {
-    try {
-      threads_.emplace_back([this] { work(); });
-    } catch (const std::system_error&) {
-      break;  // what could not be started the others do, or take() itself
-    }
-  }
+  startWorkers(threads_, portions_.size(), [this] { work(); });
 }
 
 PackedFile PackAhead::take(std::size_t number, const std::function<void()>& meanwhile) {

@@ -5,6 +5,7 @@
 #include "base/paths.h"
 #include "base/percent.h"
 #include "core/disk_queries.h"
+#include "core/messages.h"
 
 namespace skv {
 
@@ -43,11 +44,6 @@ Result<std::string> windowsPathOf(const FileSystem& files, const std::string& na
   return path;
 }
 
-bool hasForbiddenCharacter(std::string_view element) {
-  return element.find_first_of("<>:\"|?*") != std::string_view::npos ||
-         std::ranges::any_of(element, [](char c) { return static_cast<unsigned char>(c) < 0x20; });
-}
-
 // As the disk takes a name: without blanks and dots at its end.
 std::string withoutTail(std::string_view element) {
   const auto last = element.find_last_not_of(". ");
@@ -60,7 +56,7 @@ Result<std::string> tidied(const std::string& path) {
     if (element == "..") {
       if (elements.empty()) return refused("leads above its drive.");
       elements.pop_back();
-    } else if (hasForbiddenCharacter(element)) {
+    } else if (std::ranges::any_of(element, isForbiddenInNames)) {
       return refused("holds a character that no folder's name can hold.");
     } else if (std::string name = withoutTail(element); !name.empty()) {
       elements.push_back(std::move(name));
@@ -93,7 +89,7 @@ Result<std::string> folderFromText(const App& app, std::string_view typed) {
   auto folder = tidied(text);
   if (!folder.ok()) return folder;
   if (const std::string lacking = app.codePage.lacking(folder.value()); !lacking.empty())
-    return refused("holds characters that the list files cannot store: " + lacking);
+    return refused(cannotBeStored(lacking));
   return folder;
 }
 

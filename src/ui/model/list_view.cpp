@@ -158,10 +158,4 @@ void ListView::sort(int column, SortOrder order) {
   changed();
 }
 
-void ListView::clearSort() {
-  if (!sorted_) return;
-  sorted_ = false;
-  changed();
-}
-
 }  // namespace skv::ui

@@ -85,11 +85,10 @@ class ListView : public Control {
   // Orders the rows by one column (0 is the text), without regard to case; equal rows keep their
   // order. Rows added later go to the end all the same. The selected row stays selected.
   void sort(int column, SortOrder order);
-  // What the header shows. `sorted` is off until the first sort and after clearSort.
+  // What the header shows. `sorted` is off until the first sort.
   bool sorted() const { return sorted_; }
   int sortKey() const { return sortKey_; }
   SortOrder sortOrder() const { return sortOrder_; }
-  void clearSort();
 
   // What a front-end shows in the place of rows while there are none: a sentence for each line.
   Property<std::string> emptyText{*this};
