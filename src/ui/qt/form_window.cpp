@@ -123,7 +123,9 @@ void FormWindow::fitToScreen() {
   const QSize room = roomOnScreen(*window_.screen());
   if (wanted.boundedTo(room) == wanted || !window_.layout() || qobject_cast<QMainWindow*>(&window_))
     return;
+  QWidget* focus = window_.focusWidget();
   ScrollRoom::wrap(window_);
+  if (focus) focus->setFocus();
   window_.resize(wanted.boundedTo(room));
 }
 

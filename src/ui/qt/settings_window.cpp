@@ -1,8 +1,10 @@
 #include <QGridLayout>
+#include <QGuiApplication>
 #include <QLabel>
 #include <QPushButton>
 #include <QTabBar>
 #include <QVBoxLayout>
+#include <algorithm>
 #include <utility>
 
 #include "ui/qt/caption_label.h"
@@ -10,13 +12,15 @@
 #include "ui/qt/form_builder.h"
 #include "ui/qt/form_window.h"
 #include "ui/qt/frame_panel.h"
+#include "ui/qt/scroll_room.h"
 #include "ui/qt/text.h"
 
 namespace skv::ui::qt {
 
 namespace {
 
-constexpr int fieldWidth = 430;
+// Of a field, as long as the screen has it, and of what stands beside it in its row.
+constexpr int fieldWidth = 430, besideField = 285;
 
 struct Row {
   TextBox* box;
@@ -41,7 +45,8 @@ FramePanel* page(FormBuilder& build, Frame& frame, std::initializer_list<Row> ro
   auto* grid = new QGridLayout;
   grid->setHorizontalSpacing(8);
   grid->setVerticalSpacing(3);
-  grid->setColumnMinimumWidth(1, fieldWidth);
+  const int room = roomOnScreen(*QGuiApplication::primaryScreen()).width();
+  grid->setColumnMinimumWidth(1, std::min(fieldWidth, room - besideField));
   grid->setColumnStretch(1, 1);
   int line = 0;
   for (const Row& row : rows) {
