@@ -59,10 +59,12 @@ void showAircraftView(App& app, View view) {
   app.windows.yield();
   if (app.viewSwitches != switches || !mayLeaveInfo(app) || app.viewSwitches != switches) return;
   rememberAircraft(app);
+  const bool fromScenery = app.frmMain.frameScenery.visible;
   showView(app, view);
   app.frmMain.imgAircraft.picture = "";
   app.frmMain.imgPanel.picture = "";
   loadLists(app, view);
+  if (fromScenery) app.windows.setFocus(app.frmMain.lstAircraft);
 }
 
 }  // namespace

@@ -2,8 +2,10 @@
 
 #include <QAccessible>
 #include <QAccessibleWidget>
+#include <QSplitterHandle>
 
 #include "ui/qt/picture_view.h"
+#include "ui/qt/split_bar_view.h"
 #include "ui/qt/status_view.h"
 
 namespace skv::ui::qt {
@@ -40,6 +42,9 @@ QAccessibleInterface* accessOf(const QString&, QObject* object) {
   if (auto* status = dynamic_cast<StatusView*>(object)) return new StatusAccess(status);
   if (auto* picture = dynamic_cast<PictureView*>(object))
     return new QAccessibleWidget(picture, QAccessible::Graphic);
+  // Each would be of no kind that a desktop knows.
+  if (dynamic_cast<SplitBarView*>(object) || qobject_cast<QSplitterHandle*>(object))
+    return new QAccessibleWidget(static_cast<QWidget*>(object), QAccessible::Separator);
   return nullptr;
 }
 
