@@ -99,6 +99,7 @@ struct App {
   ui::FrmSplash frmSplash;
   ui::FrmSettings frmSettings;
   ui::FrmDirSelect frmDirSelect;
+  ui::FrmSCOptions frmSCOptions;
 
   FileSystem& files() { return platform.files; }
   // Runs on after a failed step, which stays noted as the current error. Answers whether it went

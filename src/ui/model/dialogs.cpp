@@ -13,4 +13,8 @@ FrmSettings::FrmSettings() : Form("frmSettings", "FS Skyvault Settings") {
 
 FrmDirSelect::FrmDirSelect() : Form("frmDirSelect", "Select Folder") {}
 
+FrmSCOptions::FrmSCOptions() : Form("frmSCOptions", "FS Skyvault - Scenery Options") {
+  for (ListView* list : {&lstFlatten, &lstExclude}) list->labelEdit = list->editByTyping = true;
+}
+
 }  // namespace skv::ui

@@ -64,4 +64,16 @@ struct FrmDirSelect : Form {
   bool DirCancelled = false;
 };
 
+struct FrmSCOptions : Form {
+  FrmSCOptions();
+  Label lblFlatten{"lblFlatten", "Flatten:"};
+  ListView lstFlatten{"lstFlatten", {{"Item", 3000}}};
+  Label lblExclude{"lblExclude", "Exclude:"};
+  ListView lstExclude{"lstExclude", {{"Item", 3000}}};
+  Button btnOK{"btnOK", "OK"};
+  Button btnCancel{"btnCancel", "Cancel"};
+
+  bool Cancelled = false;
+};
+
 }  // namespace skv::ui

@@ -44,6 +44,7 @@ FrmMain::FrmMain() : Form("frmMain", "FS Skyvault") {
 
   lblACSpecimen.visible = false;
   lblListLoading.visible = false;
+  lblSceneryChanged.visible = false;
   frameScenery.visible = false;
   for (Frame* later :
        {&framePanel, &frameSound, &frameACInfoATC, &frameACinfoUI, &frameACDescription})

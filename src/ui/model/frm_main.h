@@ -136,6 +136,8 @@ struct FrmMain : Form {
   // Scenery Manager.
   Frame frameScenery{"frameScenery", "Scenery Manager"};
   Label lblSceneryInstalled{"lblSceneryInstalled", "Installed in FS2002:"};
+  // Shown while the rows differ from the file.
+  Label lblSceneryChanged{"lblSceneryChanged", "Not saved yet"};
   ListView lstScenery{"lstScenery", sceneryColumns()};
   Button btnSCup{"btnSCup"};
   Button btnSCdn{"btnSCdn"};

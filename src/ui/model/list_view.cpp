@@ -158,4 +158,15 @@ void ListView::sort(int column, SortOrder order) {
   changed();
 }
 
+void ListView::swapRows(int a, int b) {
+  if (a == b) return;
+  std::swap(at(a), at(b));
+  indexed_ = false;
+  if (selected_ == a)
+    selected_ = b;
+  else if (selected_ == b)
+    selected_ = a;
+  changed();
+}
+
 }  // namespace skv::ui

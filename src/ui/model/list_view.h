@@ -85,6 +85,8 @@ class ListView : public Control {
   // Orders the rows by one column (0 is the text), without regard to case; equal rows keep their
   // order. Rows added later go to the end all the same. The selected row stays selected.
   void sort(int column, SortOrder order);
+  // Two rows change places, whatever the sort; the selection stays with its row.
+  void swapRows(int a, int b);
   // What the header shows. `sorted` is off until the first sort.
   bool sorted() const { return sorted_; }
   int sortKey() const { return sortKey_; }
@@ -96,6 +98,7 @@ class ListView : public Control {
   // Presentation, fixed by the form.
   bool checkBoxes = false;
   bool labelEdit = false;
+  bool editByTyping = false;        // rows are fields: a letter, Enter or F2 opens the selected one
   MenuItem* contextMenu = nullptr;  // of the selected row; owned by the form
 
   // Events, raised by the front-end after it has updated the data.
@@ -105,6 +108,9 @@ class ListView : public Control {
   std::function<void(int column)> columnClick;  // column header, from 1
   std::function<void(MouseButton)> mouseDown;
   std::function<void(int row)> itemCheck;
+  // The user wants the selected row in another place, `steps` rows lower (negative: higher). Where
+  // it is set, rows can be dragged and moved with Ctrl+Up and Ctrl+Down.
+  std::function<void(int steps)> moveSelected;
   std::function<void()> columnsChanged;  // the user has given columns other widths
   // In-place renaming has ended with `newString`; a handler that takes it clears `cancel` and sets
   // the text itself.

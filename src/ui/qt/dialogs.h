@@ -15,5 +15,7 @@ QWidget* makeDirSelectWindow(Bindings& bindings, FrmDirSelect& form, const FileS
                              QWidget* owner);
 QWidget* makeSplashWindow(Bindings& bindings, FrmSplash& form, const FileSystem& files,
                           QWidget* owner);
+QWidget* makeSceneryOptionsWindow(Bindings& bindings, FrmSCOptions& form, const FileSystem& files,
+                                  QWidget* owner);
 
 }  // namespace skv::ui::qt

@@ -12,6 +12,7 @@ FormMakers::FormMakers() {
   add(makeSettingsWindow);
   add(makeDirSelectWindow);
   add(makeSplashWindow);
+  add(makeSceneryOptionsWindow);
 }
 
 QWidget* FormMakers::make(Bindings& bindings, Form& form, const FileSystem& files,

@@ -47,7 +47,7 @@ ListTree::ListTree(Bindings& bindings, Form& form, ListView& list, const QString
   muted.setColor(QPalette::ButtonText, muted.color(QPalette::PlaceholderText));
   header()->setPalette(muted);
   header()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
-  setMinimumHeight(leastHeight());
+  setMinimumHeight(heightOf(leastRows));
   header()->viewport()->installEventFilter(this);
   binding_ = new Binding(bindings, form, list, this, [this] { refresh(); });
   binding_->onDetach = [this] { rows_.detach(); };
@@ -64,15 +64,15 @@ ListTree::~ListTree() {
 void ListTree::showPlaces() {
   delegate_->showPlaces();
   rows_.iconWords = PlacePictures::words;
-  setMinimumHeight(leastHeight());
+  setMinimumHeight(heightOf(leastRows));
 }
 
-int ListTree::leastHeight() const {
+int ListTree::heightOf(int rows) const {
   QStyleOptionViewItem option;
   initViewItemOption(&option);
   const int row = delegate_->sizeHint(option, rows_.index(0, 0)).height();
   return header()->sizeHint().height() + 2 * frameWidth() +
-         leastRows * std::max(row, rows_.iconWords ? PlacePictures::cell + 4 : 0);
+         rows * std::max(row, rows_.iconWords ? PlacePictures::cell + 4 : 0);
 }
 
 void ListTree::later(std::function<void()> action) {

@@ -17,6 +17,8 @@ class ListTree : public QTreeView {
 
   // Draws the rows' small icons as places of an aircraft.
   void showPlaces();
+  // Header and that many rows.
+  int heightOf(int rows) const;
   // What stands in the middle of an empty list that has no words of its own.
   void setHint(const QString& hint) { hint_ = hint; }
 
@@ -55,7 +57,6 @@ class ListTree : public QTreeView {
   void fillLastColumn();
   void noteColumns();
   QString words() const;
-  int leastHeight() const;
 
   Bindings& bindings_;
   ListView& list_;

@@ -54,8 +54,13 @@ QWidget* lists(FormBuilder& build, FrmMain& form, FormWindow& window) {
   CaptionLabel* libraryHead = build.label(form.Label15);
   installedHead->setBuddy(installed);
   libraryHead->setBuddy(library);
+  auto* head = new QWidget;
+  auto* headRow = new QHBoxLayout(head);
+  headRow->setContentsMargins(0, 0, 0, 0);
+  headRow->addWidget(installedHead, 1);
+  headRow->addWidget(build.label(form.lblSceneryChanged));
   auto* split = new SplitLists(build.bindings(), form, window,
-                               {.upperHead = installedHead,
+                               {.upperHead = head,
                                 .upperList = installed,
                                 .upperFoot = upperFoot,
                                 .lowerHead = libraryHead,

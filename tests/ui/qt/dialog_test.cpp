@@ -139,7 +139,7 @@ TEST_F(BoxTest, AFormThatGoesTakesTheBoxesAboveItAlong) {
 
 TEST_F(BoxTest, EveryFormHasAWindowAndAnUnknownOneStopsTheProgram) {
   for (const ui::Form* form : std::initializer_list<const ui::Form*>{
-           &app.frmMain, &app.frmSettings, &app.frmDirSelect, &app.frmSplash})
+           &app.frmMain, &app.frmSettings, &app.frmDirSelect, &app.frmSplash, &app.frmSCOptions})
     EXPECT_TRUE(windows.makers().knows(*form)) << form->name();
   ui::Form stranger("frmStranger");
   EXPECT_DEATH(windows.show(stranger, nullptr), "frmStranger");
