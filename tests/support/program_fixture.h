@@ -6,6 +6,7 @@
 #include <map>
 #include <memory>
 #include <string>
+#include <type_traits>
 #include <vector>
 
 #include "core/app.h"
@@ -15,6 +16,7 @@
 #include "support/scripted_windows.h"
 #include "support/temporary_drive.h"
 #include "ui/events.h"
+#include "ui/startup.h"
 
 namespace skv::test {
 
@@ -82,11 +84,13 @@ inline ::testing::AssertionResult holds(const std::string& text, const std::stri
 
 // Drive C: holds a simulator at C:\FS\ with the Hangar C:\Hangar\, the Packages C:\Packs\ and
 // C:\Temp\.
-class ProgramTest : public ::testing::Test {
+template <class Windows>
+class ProgramWith : public ::testing::Test {
  protected:
-  ProgramTest() {
-    for (const char* folder : {"C:\\FS", "C:\\FS\\aircraft", "C:\\FS\\Gauges", "C:\\FS\\Sound",
-                               "C:\\FS\\Texture", "C:\\FS\\Effects", "C:\\Packs", "C:\\Temp"})
+  ProgramWith() {
+    for (const char* folder :
+         {"C:\\FS", "C:\\FS\\aircraft", "C:\\FS\\Gauges", "C:\\FS\\Sound", "C:\\FS\\Texture",
+          "C:\\FS\\Effects", "C:\\Packs", "C:\\Temp", "C:\\Temp\\SKVInstallTemp"})
       EXPECT_TRUE(disk.makeFolder(folder).ok()) << folder;
     drive.write("C:\\FS\\Scenery.cfg", "[General]\r\nTitle=FS World Scenery\r\n");
     app.FSRoot = "C:\\FS\\";
@@ -94,10 +98,35 @@ class ProgramTest : public ::testing::Test {
     app.PacksDir = "C:\\Packs\\";
     app.TempDir = "C:\\Temp\\";
     app.InstallTempDir = "C:\\Temp\\SKVInstallTemp\\";
-    EXPECT_TRUE(disk.makeFolder(app.InstallTempDir).ok());
     connectEvents(app);
   }
+  // As an earlier run has left them.
+  void storeSettings() {
+    settings.values = {{"General/FSRoot", app.FSRoot},
+                       {"General/HangarDir", app.HangarDir},
+                       {"General/PacksDir", app.PacksDir},
+                       {"General/AppVersion", versionText()}};
+  }
+  static Windows windowsOver(FileSystem& files) {
+    if constexpr (std::is_constructible_v<Windows, FileSystem&>)
+      return Windows(files);
+    else
+      return Windows();
+  }
 
+  TemporaryDrive drive;
+  DriveFileSystem disk{drive.drives()};
+  FaultyFileSystem files{disk};  // the program's view of the disk; passes all through unless told
+  MemorySettings settings;
+  FixedClock clock;
+  RecordingShell shell;
+  LibzipEngine zip{CodePage(1252)};
+  Windows windows = windowsOver(files);
+  App app{Platform{files, settings, clock, shell, zip, {"C:\\Program\\", "C:\\Temp"}}, windows};
+};
+
+class ProgramTest : public ProgramWith<ScriptedWindows> {
+ protected:
   // One row of a list, as "name|folder".
   static std::vector<std::string> rows(const ui::ListView& list) {
     std::vector<std::string> result;
@@ -116,16 +145,6 @@ class ProgramTest : public ::testing::Test {
     EXPECT_TRUE(app.frmMain.enabled);
     EXPECT_TRUE(windows.pointers.empty() || windows.pointers.back() == ui::Pointer::normal);
   }
-
-  TemporaryDrive drive;
-  DriveFileSystem disk{drive.drives()};
-  FaultyFileSystem files{disk};  // the program's view of the disk; passes all through unless told
-  MemorySettings settings;
-  FixedClock clock;
-  RecordingShell shell;
-  LibzipEngine zip{CodePage(1252)};
-  ScriptedWindows windows;
-  App app{Platform{files, settings, clock, shell, zip, {"C:\\Program\\", "C:\\Temp"}}, windows};
 };
 
 }  // namespace skv::test

@@ -5,7 +5,6 @@
 #include "support/program_fixture.h"
 #include "ui/dialogs/folder_text.h"
 #include "ui/move_packages.h"
-#include "ui/startup.h"
 
 namespace skv {
 namespace {
@@ -16,10 +15,8 @@ using test::line;
 class SettingsTest : public test::ProgramTest {
  protected:
   SettingsTest() {
-    settings.values = {{"General/FSRoot", "C:\\FS\\"},
-                       {"General/HangarDir", "C:\\Hangar\\"},
-                       {"General/PacksDir", "C:\\Packs\\"},
-                       {"Mail/POPPassword", "secret"}};
+    storeSettings();
+    settings.values["Mail/POPPassword"] = "secret";
   }
   // Opens the dialog from the menu and plays the user.
   void open(std::function<void()> user) {

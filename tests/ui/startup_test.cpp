@@ -17,10 +17,7 @@ using test::line;
 class StartupTest : public test::ProgramTest {
  protected:
   StartupTest() {
-    settings.values = {{"General/FSRoot", "C:\\FS\\"},
-                       {"General/HangarDir", "C:\\Hangar\\"},
-                       {"General/PacksDir", "C:\\Packs\\"},
-                       {"General/AppVersion", versionText()}};
+    storeSettings();
     drive.write("C:\\FS\\SKV_AC.lst", rowA + rowB);
     app.FSRoot = app.HangarDir = app.PacksDir = "";
   }

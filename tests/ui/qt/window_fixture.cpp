@@ -6,14 +6,8 @@
 namespace skv::test {
 
 WindowTest::WindowTest() {
-  for (const char* folder : {"C:\\FS", "C:\\FS\\aircraft", "C:\\Hangar", "C:\\Packs", "C:\\Temp"})
-    EXPECT_TRUE(files.makeFolder(folder).ok()) << folder;
-  drive.write("C:\\FS\\Scenery.cfg", "[General]\r\nTitle=FS World Scenery\r\n");
-  settings.values = {{"General/FSRoot", "C:\\FS\\"},
-                     {"General/HangarDir", "C:\\Hangar\\"},
-                     {"General/PacksDir", "C:\\Packs\\"},
-                     {"General/AppVersion", versionText()}};
-  connectEvents(app);
+  EXPECT_TRUE(disk.makeFolder("C:\\Hangar").ok());
+  storeSettings();
   app.frmMain.closed = [this] {
     Form_Unload(app);
     windows.quit();

@@ -15,11 +15,10 @@
 
 #include "support/program_fixture.h"
 #include "ui/qt/qt_windowing.h"
-#include "ui/startup.h"
 
 namespace skv::test {
 
-class WindowTest : public ::testing::Test {
+class WindowTest : public ProgramWith<ui::qt::QtWindowing> {
  protected:
   WindowTest();
   ~WindowTest() override;
@@ -57,15 +56,6 @@ class WindowTest : public ::testing::Test {
   static QPoint cell(const QTreeView& view, int row);
   static void clickRow(QTreeView& view, int row);
   static void doubleClickName(QTreeView& view, int row);
-
-  TemporaryDrive drive;
-  DriveFileSystem files{drive.drives()};
-  MemorySettings settings;
-  FixedClock clock;
-  RecordingShell shell;
-  LibzipEngine zip{CodePage(1252)};
-  ui::qt::QtWindowing windows{files};
-  App app{Platform{files, settings, clock, shell, zip, {"C:\\Program\\", "C:\\Temp"}}, windows};
 };
 
 }  // namespace skv::test
