@@ -91,4 +91,10 @@ std::vector<std::string> TemporaryDrive::tree(const std::string& folder) const {
   return result;
 }
 
+std::vector<std::string> TemporaryDrive::filesIn(const std::string& folder) const {
+  auto result = tree(folder);
+  std::erase_if(result, [](const std::string& path) { return path.ends_with("\\"); });
+  return result;
+}
+
 }  // namespace skv::test

@@ -36,6 +36,8 @@ class TemporaryDrive {
   // Everything below a folder, hidden entries too, sorted by bytes: "sub\", "sub\a.txt". Links are
   // not followed and end in "\" when they lead to a folder.
   std::vector<std::string> tree(const std::string& folder) const;
+  // The same without the folders.
+  std::vector<std::string> filesIn(const std::string& folder) const;
 
  private:
   std::string root_;
