@@ -3,12 +3,14 @@
 #include <linux/filter.h>
 #include <linux/seccomp.h>
 #include <sys/prctl.h>
+#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <array>
 #include <climits>
+#include <csignal>
 
 namespace skv::test {
 
@@ -40,6 +42,17 @@ std::optional<std::string> withFailingCalls(const std::vector<long>& calls, int 
   ::waitpid(child, &status, 0);
   if (WIFEXITED(status) && WEXITSTATUS(status) == 1) return std::nullopt;
   return status == 0 ? answer : "the child ended with " + std::to_string(status);
+}
+
+void withFullDisk(unsigned long bytes, const std::function<void()>& work) {
+  rlimit before{};
+  ::getrlimit(RLIMIT_FSIZE, &before);
+  const auto handler = std::signal(SIGXFSZ, SIG_IGN);
+  const rlimit small{bytes, before.rlim_max};
+  ::setrlimit(RLIMIT_FSIZE, &small);
+  work();
+  ::setrlimit(RLIMIT_FSIZE, &before);
+  std::signal(SIGXFSZ, handler);
 }
 
 }  // namespace skv::test

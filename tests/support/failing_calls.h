@@ -14,4 +14,7 @@ namespace skv::test {
 std::optional<std::string> withFailingCalls(const std::vector<long>& calls, int error,
                                             const std::function<std::string()>& work);
 
+// Does `work` on a disk that takes no file of more than so many bytes.
+void withFullDisk(unsigned long bytes, const std::function<void()>& work);
+
 }  // namespace skv::test

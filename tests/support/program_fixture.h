@@ -15,6 +15,7 @@
 #include "support/faulty_file_system.h"
 #include "support/scripted_windows.h"
 #include "support/temporary_drive.h"
+#include "support/text.h"
 #include "ui/events.h"
 #include "ui/startup.h"
 
@@ -70,17 +71,6 @@ class RecordingShell : public Shell {
   int result = 33;
   Outcome editOutcome;
 };
-
-// A line of a list file.
-inline std::string line(const std::string& name, const std::string& folder) {
-  return name + "\x01" + folder + "\r\n";
-}
-
-// Whether a text says so.
-inline ::testing::AssertionResult holds(const std::string& text, const std::string& part) {
-  if (text.find(part) != std::string::npos) return ::testing::AssertionSuccess();
-  return ::testing::AssertionFailure() << "no \"" << part << "\" in \"" << text << "\"";
-}
 
 // Drive C: holds a simulator at C:\FS\ with the Hangar C:\Hangar\, the Packages C:\Packs\ and
 // C:\Temp\.

@@ -11,6 +11,7 @@ namespace {
 
 using test::holds;
 using test::line;
+using Tree = std::vector<std::string>;
 
 class SettingsTest : public test::ProgramTest {
  protected:
@@ -24,12 +25,13 @@ class SettingsTest : public test::ProgramTest {
     app.frmMain.mnuFileSettings.click();
   }
   void ok() { form.btnOK.click(); }
-  void acceptPackages(const std::string& folder) {
-    open([this, folder] {
-      form.txtPacksDir.text = folder;
+  void accept(ui::TextBox& field, const std::string& folder) {
+    open([&] {
+      field.text = folder;
       ok();
     });
   }
+  void acceptPackages(const std::string& folder) { accept(form.txtPacksDir, folder); }
   void expectRefused() {
     ok();
     EXPECT_TRUE(form.visible);
@@ -46,9 +48,23 @@ TEST_F(SettingsTest, StoresWhatIsAcceptedAndNothingElse) {
     form.txtPOPHost.text = "mail";
     expectRefused();
   });
-  EXPECT_EQ(settings.values, before);
   EXPECT_EQ(windows.boxes.at(0).title, "FS Skyvault - Settings");
   expectTold("'C:\\Packs\\' is not the FS2002 folder!");
+  for (ui::TextBox* field :
+       {&form.txtHangarDir, &form.txtPacksDir, &form.txtCentralPanel, &form.txtSceneryLib}) {
+    open([this, field] {
+      field->text = "here";
+      expectRefused();
+    });
+    expectTold(field->label + "\r\n\"here\" ");
+  }
+  open([this] {
+    const LongOperation busy(app);
+    form.txtPacksDir.text = "C:\\new";
+    expectRefused();  // folders do not change under an operation
+  });
+  expectTold("");
+  EXPECT_EQ(settings.values, before);
 
   open([this] {
     form.txtFSRoot.text = "C:\\fs";
@@ -59,8 +75,7 @@ TEST_F(SettingsTest, StoresWhatIsAcceptedAndNothingElse) {
   EXPECT_EQ(settings.values["General/FSRoot"], "C:\\fs\\");
   EXPECT_EQ(app.FSRoot, "C:\\fs\\");
   EXPECT_EQ(settings.values["General/PanelsDir"], "C:\\FS\\panels\\");
-  EXPECT_EQ(drive.tree("C:\\lib"),
-            (std::vector<std::string>{"scenery\\", "scenery\\Main\\", "scenery\\Scenery\\"}));
+  EXPECT_EQ(drive.tree("C:\\lib\\scenery"), (Tree{"Main\\", "Scenery\\"}));
   EXPECT_TRUE(!form.visible && app.frmMain.visible);
 }
 
@@ -85,19 +100,6 @@ TEST_F(SettingsTest, FoldersAreUnderstoodHoweverTheyAreTyped) {
   for (const char* typed : {"", "\\", "Hangar", "C:Hangar", "\\\\server\\share", "C:\\a\\..\\..\\b",
                             "C:\\what?", "C:\\Łódź"})
     EXPECT_FALSE(folderFromText(app, typed).ok()) << typed;
-}
-
-TEST_F(SettingsTest, AFolderThatCannotBeIsRefusedByItsFieldsName) {
-  const auto before = settings.values;
-  for (ui::TextBox* field :
-       {&form.txtHangarDir, &form.txtPacksDir, &form.txtCentralPanel, &form.txtSceneryLib}) {
-    open([this, field] {
-      field->text = "here";
-      expectRefused();
-    });
-    expectTold(field->label + "\r\n\"here\" ");
-  }
-  EXPECT_EQ(settings.values, before);
 }
 
 TEST_F(SettingsTest, EachFolderSaysWhetherItIsRight) {
@@ -168,10 +170,7 @@ TEST_F(SettingsTest, OkLeavesTheSelectedAircraftSelected) {
   EXPECT_TRUE(drive.exists("C:\\new\\Scenery"));
 
   drive.write("C:\\FS2\\Scenery.cfg", "");
-  open([this] {
-    form.txtFSRoot.text = "C:\\FS2";
-    ok();
-  });
+  accept(form.txtFSRoot, "C:\\FS2");
   EXPECT_EQ(app.ListDir, "C:\\FS2\\");
   EXPECT_EQ(list.count(), 0);
 }
@@ -181,15 +180,13 @@ TEST_F(SettingsTest, PackagesMoveWhenTheUserWishes) {
   drive.write("C:\\Packs\\Scenery\\sub\\b.txt", "b");
   acceptPackages("C:\\PACKS\\");
   EXPECT_TRUE(windows.boxes.empty()) << "the same folder in other letters";
-  settings.values["General/PacksDir"] = "C:\\Packs\\";
-  acceptPackages("C:\\deep\\new");
-  EXPECT_EQ(drive.tree("C:\\deep\\new"), std::vector<std::string>{"Scenery\\"}) << "answered No";
-  settings.values["General/PacksDir"] = "C:\\Packs\\";
-  windows.answers = {ui::Answer::yes};
-  acceptPackages("C:\\deep\\new");
-  EXPECT_EQ(
-      drive.tree("C:\\deep\\new"),
-      (std::vector<std::string>{"Scenery\\", "Scenery\\sub\\", "Scenery\\sub\\b.txt", "a.ZIP"}));
+  for (const auto answer : {ui::Answer::no, ui::Answer::yes}) {
+    settings.values["General/PacksDir"] = "C:\\Packs\\";
+    windows.answers = {answer};
+    acceptPackages("C:\\deep\\new");
+    EXPECT_EQ(drive.exists("C:\\Packs\\a.ZIP"), answer == ui::Answer::no);
+  }
+  EXPECT_EQ(drive.filesIn("C:\\deep\\new"), (Tree{"Scenery\\sub\\b.txt", "a.ZIP"}));
   EXPECT_FALSE(drive.exists("C:\\Packs"));
   EXPECT_TRUE(form.enabled);
   expectIdle();
@@ -204,24 +201,24 @@ TEST_F(SettingsTest, PackagesMoveWhenTheUserWishes) {
 TEST_F(SettingsTest, PackagesStayWhereOtherThingsWouldGoAlong) {
   drive.write("C:\\Hangar\\aircraft\\h\\aircraft.cfg", "");
   const struct {
-    const char *old, *to, *name = "General/PanelsDir", *other = "";
-  } cases[] = {{"C:\\", "C:\\new\\"},
-               {"C:\\FS\\", "C:\\new\\"},
-               {"C:\\Hangar\\", "C:\\new\\"},
+    const char *old, *to = "C:\\new\\", *name = "General/PanelsDir", *other = "";
+  } cases[] = {{"C:\\"},
+               {"C:\\FS\\"},
+               {"C:\\Hangar\\"},
                {"C:\\store\\", "C:\\new\\", "General/PanelsDir", "C:\\store\\Panels\\"},
                {"C:\\store\\", "C:\\new\\", "General/SceneryLib", "C:\\store\\"},
                {"C:\\store\\", "C:\\new\\", "General/SceneryPacksPath", "C:\\store\\scenes\\"},
                {"C:\\store\\", "C:\\store\\new\\"},
                {"C:\\store\\new\\", "C:\\store\\"},
-               {"C:\\Home\\", "C:\\new\\"},
-               {"C:\\link\\", "C:\\new\\"}};
+               {"C:\\Home\\"},
+               {"C:\\link\\"}};
   drive.link("C:\\link", drive.native("C:\\store"));
   app.platform.environment.home = "C:\\Home\\";
   for (const auto& [old, to, name, other] : cases) {
-    for (const char* folder :
-         {"C:\\", "C:\\FS\\", "C:\\Hangar\\", "C:\\store\\", "C:\\store\\new\\", "C:\\Home\\"})
-      drive.write(std::string(folder) + "a.zip", "a");
-    const auto before = drive.tree("C:\\");
+    SCOPED_TRACE(std::string(old) + other);
+    for (const char* folder : {"", "FS\\", "Hangar\\", "store\\", "store\\new\\", "Home\\"})
+      drive.write("C:\\" + std::string(folder) + "a.zip", "a");
+    const Tree before = drive.tree("C:\\");
     windows.boxes.clear();
     windows.answers = {ui::Answer::yes};
     const auto kept = settings.values;
@@ -229,9 +226,8 @@ TEST_F(SettingsTest, PackagesStayWhereOtherThingsWouldGoAlong) {
     settings.values[name] = other;
     app.SceneryLib = app.PanelsDir = "";
     acceptPackages(to);
-    ASSERT_EQ(windows.boxes.size(), 1U) << old;
+    ASSERT_EQ(windows.boxes.size(), 1U);
     EXPECT_EQ(windows.boxes[0].buttons, ui::BoxButtons::ok) << "told, not asked";
-    EXPECT_TRUE(drive.exists(std::string(old) + "a.zip")) << old << other;
     EXPECT_EQ(settings.values["General/PacksDir"], to);
     for (const std::string& path : before) EXPECT_TRUE(drive.exists("C:\\" + path)) << path;
     settings.values = kept;
@@ -243,31 +239,24 @@ TEST_F(SettingsTest, AMoveOfPackagesLosesNothing) {
     drive.write(path, content);
     drive.setModified(path, {time, 0});
   };
-  for (const std::string name : {"a.zip", "b.zip", "c.zip", "sub\\d.zip"})
-    put("C:\\Packs\\" + name, "old place", 1000000000);
+  for (const char* name : {"a.zip", "b.zip", "c.zip", "sub\\d.zip"})
+    put(std::string("C:\\Packs\\") + name, "old place", 1000000000);
   put("C:\\new\\a.zip", "newer", 1000000001);
   put("C:\\new\\B.zip", "older", 999999999);
   files.failWhen("moveFile", "C:\\Packs\\sub\\d.zip", err::diskFull);
   windows.answers = {ui::Answer::yes};
   acceptPackages("C:\\new");
   EXPECT_EQ(drive.read("C:\\new\\a.zip"), "newer");
-  for (const char* moved : {"b.zip", "c.zip"})
-    EXPECT_EQ(drive.read(std::string("C:\\new\\") + moved), "old place");
-  EXPECT_EQ(drive.tree("C:\\Packs"), (std::vector<std::string>{"a.zip", "sub\\", "sub\\d.zip"}));
+  EXPECT_EQ(drive.read("C:\\new\\b.zip") + drive.read("C:\\new\\c.zip"), "old placeold place");
+  EXPECT_EQ(drive.filesIn("C:\\Packs"), (Tree{"a.zip", "sub\\d.zip"}));
+  EXPECT_TRUE(holds(windows.boxes.at(1).text,
+                    "2 of 4 files could not be moved, the first:\r\nC:\\Packs\\a.zip\r\nThe new "
+                    "folder holds a newer file"));
   EXPECT_EQ(settings.values["General/PacksMoveFrom"], "C:\\Packs\\");
-  ASSERT_EQ(windows.boxes.size(), 2U);
-  EXPECT_TRUE(windows.boxes[1].text.starts_with(
-      "2 of 4 files could not be moved, the first:\r\nC:\\Packs\\a.zip\r\nThe new folder holds a "
-      "newer file"));
-
   windows.boxes.clear();
   files.failWhen("list", "C:\\new", err::deviceIo);
-  open([this] {
-    form.txtPacksDir.text = "C:\\third";
-    ok();
-  });
-  ASSERT_EQ(windows.boxes.size(), 1U);
-  EXPECT_TRUE(windows.boxes[0].text.starts_with("The Packages in \"C:\\new\\\" stay"));
+  acceptPackages("C:\\third");
+  expectTold("The Packages in \"C:\\new\\\" stay");
 }
 
 TEST_F(SettingsTest, AMoveOfPackagesThatHasEndedEarlyIsFinishedAtALaterStart) {
@@ -325,16 +314,6 @@ TEST_F(SettingsTest, ProposalsFollowTheSimulatorsFolderUntilTheyAreTouched) {
   });
 }
 
-TEST_F(SettingsTest, FoldersDoNotChangeUnderAnOperation) {
-  open([this] {
-    const LongOperation busy(app);
-    form.txtPacksDir.text = "C:\\new";
-    expectRefused();
-  });
-  expectTold("");
-  EXPECT_EQ(app.PacksDir, "C:\\Packs\\");
-}
-
 TEST_F(SettingsTest, ADialogThatGoesTakesThePickerAlong) {
   auto& picker = app.frmDirSelect;
   const std::function<void()> leave[] = {[this] { ok(); }, [this] { form.closed(); },
@@ -354,34 +333,30 @@ TEST_F(SettingsTest, ADialogThatGoesTakesThePickerAlong) {
 
 TEST_F(SettingsTest, BrowsingTakesAnExistingFolderOnly) {
   auto& picker = app.frmDirSelect;
-  const auto browse = [this, &picker](ui::Button& button, std::function<void()> user) {
-    windows.onShow[&picker] = std::move(user);
-    open([this, &button] {
+  const auto browse = [&](ui::Button& button, const char* from, std::function<void()> user) {
+    windows.onShow[&picker] = [&, from, user] {
+      EXPECT_EQ(picker.txtDir.text, from);
+      user();
+    };
+    open([&] {
       button.click();
       form.closed();
     });
   };
-  browse(form.btnBrowse, [&] {
-    EXPECT_EQ(picker.txtDir.text, "C:\\FS\\");
+  browse(form.btnBrowse, "C:\\FS\\", [&] {
     picker.Dir1.folder = "C:\\Packs";
     picker.Dir1.change();
     picker.btnOK.click();
   });
   EXPECT_EQ(form.txtFSRoot.text, "C:\\Packs\\");
   EXPECT_EQ(app.FSRoot, "C:\\Packs\\") << "holds before the dialog is accepted";
-
-  browse(form.Command1, [&] {
-    EXPECT_EQ(picker.txtDir.text, "C:\\Hangar\\SceneryLib\\");
+  browse(form.Command1, "C:\\Hangar\\SceneryLib\\", [&] {
     picker.txtDir.text = " C:\\nowhere ";
     picker.btnOK.click();
   });
   EXPECT_EQ(form.txtSceneryLib.text, "C:\\Hangar\\SceneryLib\\");
-  EXPECT_EQ(windows.boxTexts(), std::vector<std::string>{"You must specify a valid location!"});
-
-  browse(form.btnBrowsePanel, [&] {
-    EXPECT_EQ(picker.txtDir.text, "C:\\FS\\aircraft\\");
-    picker.btnCancel.click();
-  });
+  expectTold("You must specify a valid location!");
+  browse(form.btnBrowsePanel, "C:\\FS\\aircraft\\", [&] { picker.btnCancel.click(); });
   EXPECT_EQ(form.txtCentralPanel.text, "C:\\FS\\aircraft\\Panels\\");
 }
 
@@ -389,8 +364,8 @@ TEST_F(SettingsTest, ThePickerMakesFolders) {
   auto& picker = app.frmDirSelect;
   windows.onShow[&picker] = [&] {
     picker.txtDir.text = "C:\\Packs\\";
-    windows.inputs = {"New Folder", "", "made", "made", "a:b", "Łódź", ".."};
-    for (int i = 0; i < 7; ++i) picker.btnMkDir.click();
+    windows.inputs = {"", "made", "made", "a:b", "Łódź"};
+    while (!windows.inputs.empty()) picker.btnMkDir.click();
     EXPECT_EQ(picker.txtDir.text, "C:\\Packs\\made\\made\\");
     picker.btnOK.click();
   };
@@ -398,12 +373,10 @@ TEST_F(SettingsTest, ThePickerMakesFolders) {
     form.btnBrowsePacks.click();
     form.closed();
   });
-  EXPECT_EQ(drive.tree("C:\\Packs"), (std::vector<std::string>{"made\\", "made\\made\\"}));
-  EXPECT_EQ(
-      windows.boxTexts(),
-      (std::vector<std::string>{"Unable to create folder!",
-                                "\"Łódź\" cannot be stored. The simulator's files have no \"Łź\".",
-                                "Unable to create folder!"}));
+  EXPECT_EQ(drive.tree("C:\\Packs"), (Tree{"made\\", "made\\made\\"}));
+  EXPECT_EQ(windows.boxTexts(),
+            (Tree{"Unable to create folder!",
+                  "\"Łódź\" cannot be stored. The simulator's files have no \"Łź\"."}));
 }
 
 }  // namespace
