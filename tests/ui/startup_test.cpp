@@ -288,6 +288,7 @@ TEST_F(StartupTest, ClosingStoresTheNormalWindowAndTheRow) {
   form.width = 13500;
   form.windowState = ui::Form::State::maximised;
   Form_Unload(app);
+  EXPECT_EQ(settings.values["Window/MainState"], "2");
   form.lstAircraft.remove(1);
   Form_Unload(app);
   EXPECT_EQ(form.windowState, ui::Form::State::normal) << "or the width is the screen's";

@@ -187,27 +187,6 @@ TEST_F(FailingDiskTest, AFolderThatMayBeEnteredButNotListedHidesNothing) {
   EXPECT_FALSE(disk.isLink("C:\\locked\\none"));
 }
 
-TEST_F(FailingDiskTest, AFolderThatGoesWhileTwoThreadsFillItEndsTheCopies) {
-  std::vector<FileCopy> copies;
-  for (int i = 0; i < 200; ++i) copies.push_back({"C:\\s", "C:\\d\\" + std::to_string(i)});
-  drive.write("C:\\s", "content");
-  ASSERT_TRUE(disk.makeFolder("C:\\d").ok());
-  std::size_t told = 0, good = 0;
-  bool ordered = true;
-  disk.copyFiles(copies, [&](const Outcome& copied) {
-    if (told++ == 20) fs::rename(native("d"), native("gone"));
-    if (copied.ok()) ++good;
-    ordered = ordered && (copied.ok() || (told > 20 && copied.number() != err::deviceIo));
-    return true;
-  });
-  EXPECT_EQ(told, copies.size());
-  EXPECT_TRUE(ordered);
-  EXPECT_FALSE(drive.exists("C:\\d"));
-  EXPECT_EQ(drive.tree("C:\\gone").size(), good) << "what is told is what stands";
-  for (const std::string& name : drive.tree("C:\\gone"))
-    EXPECT_EQ(drive.read("C:\\gone\\" + name), "content");
-}
-
 TEST_F(FailingDiskTest, AFileIsNoFolderAndAFolderNotItsOwn) {
   drive.write("C:\\file.txt", "x");
   drive.write("C:\\dir\\a", "a");
