@@ -63,6 +63,7 @@ std::string textToStore(const ui::TextBox& box) {
 
 std::vector<std::string> textsToStore(const App& app) {
   std::vector<std::string> texts;
+  texts.reserve(std::size(variationKeys));
   for (const VariationKey& key : variationKeys) texts.push_back(textToStore(app.frmMain.*key.box));
   return texts;
 }

@@ -41,7 +41,7 @@ constexpr AddonKind sound{"sound",
 std::string showStatus(App& app, ProfileReader& reader, const std::string& folder,
                        const AddonKind& kind) {
   auto& label = app.frmMain.*kind.status;
-  const std::string alias = reader.read(folder + kind.file, "fltsim", "alias");
+  std::string alias = reader.read(folder + kind.file, "fltsim", "alias");
   const Outcome& read = reader.outcome(folder + kind.file);
   if (!read.ok() && presenceBy(read) == Presence::unknown)
     label.caption = std::string(kind.file) + " could not be read: " + read.description();

@@ -89,12 +89,6 @@ Outcome mayMove(const App& app, const std::string& from, const std::string& to) 
 void forgetMove(App& app) { writeSetting(app, setting::PacksMoveFrom, "").skipped(); }
 
 void move(App& app, const std::string& from, ui::Form& window, const std::string& question) {
-  const Outcome may = mayMove(app, from, app.PacksDir);
-  if (!may.ok()) {
-    forgetMove(app);
-    tellFailure(app, "The Packages in \"" + from + "\" stay where they are.", may);
-    return;
-  }
   if (app.windows.messageBox({question, ui::BoxIcon::question, ui::BoxButtons::yesNo}) !=
       ui::Answer::yes)
     return forgetMove(app);
@@ -113,12 +107,12 @@ void offerToMovePackages(App& app) {
   const std::string from = readSetting(app, setting::PacksMoveFrom);
   if (from.empty()) return;
   const auto found = holdsPackages(app.files(), from);
-  if (!found.ok())
-    tellFailure(app, "The Packages in \"" + from + "\" stay where they are.", found.outcome());
-  else if (found.value())
+  if (found.ok() && !found.value()) return forgetMove(app);
+  const Outcome may = found.ok() ? mayMove(app, from, app.PacksDir) : found.outcome();
+  if (may.ok())
     move(app, from, app.frmSettings, "Move existing Packages to the new Packages Folder?");
   else
-    forgetMove(app);
+    tellFailure(app, "The Packages in \"" + from + "\" stay where they are.", may);
 }
 
 void offerToFinishMove(App& app) {
@@ -127,6 +121,8 @@ void offerToFinishMove(App& app) {
   const auto rest = app.files().list(from);
   if (!rest.ok() && presenceBy(rest.outcome()) == Presence::unknown) return;
   if (rest.valueOr({}).empty() || equalsIgnoringCase(from, app.PacksDir)) return forgetMove(app);
+  // What the settings have refused has been told there.
+  if (!mayMove(app, from, app.PacksDir).ok()) return;
   move(app, from, app.frmMain,
        "The Packages have not all moved to their new folder yet.\r\n\r\nOld folder: " + from +
            "\r\nNew folder: " + app.PacksDir +

@@ -13,7 +13,8 @@ namespace skv {
 // moved is told. The setting goes when nothing is left to be done, or wanted.
 void offerToMovePackages(App& app);
 // The same at a start for a move that an earlier run has not finished: the program was killed, a
-// disk was full or away. Asks nothing as long as the old folder cannot be reached.
+// disk was full or away. Asks nothing as long as the old folder cannot be reached or must not be
+// moved.
 void offerToFinishMove(App& app);
 
 }  // namespace skv
