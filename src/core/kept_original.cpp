@@ -9,9 +9,8 @@ namespace {
 Outcome replace(FileSystem& files, const std::string& path, std::string_view content) {
   const auto found = files.attributes(path);
   if (!found.ok()) return found.outcome();
-  if (const Outcome cleared = clearReadOnly(files, path, found.value()); !cleared.ok())
-    return cleared;
-  const Outcome replaced = files.replaceFile(path, content);
+  if (Outcome cleared = clearReadOnly(files, path, found.value()); !cleared.ok()) return cleared;
+  Outcome replaced = files.replaceFile(path, content);
   putReadOnlyBack(files, path, found.value());
   return replaced;
 }
@@ -52,7 +51,7 @@ Outcome changeKeepingOriginal(FileSystem& files, const std::string& current,
     if (const Outcome copied = files.copyFileDurably(current, original); !copied.ok())
       return notKept(copied);
   }
-  const Outcome changed = replace(files, current, content);
+  Outcome changed = replace(files, current, content);
   if (!changed.ok() && !kept.ok()) dropBackup(files, current, original);
   return changed;
 }
