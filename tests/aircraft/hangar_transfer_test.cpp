@@ -70,6 +70,10 @@ TEST_F(HangarTransferTest, ParkingIsACopyAndALine) {
     EXPECT_EQ(drive.read(hangarList), after);
   }
   EXPECT_EQ(drive.read("C:\\Hangar\\aircraft\\plane\\panel\\panel.cfg"), "new");
+  // A list that one look has missed gets no line twice.
+  forEveryCall(
+      files, test::Ending::failedLook, [] {}, [this] { press(); },
+      [this](bool) { EXPECT_EQ(drive.read(hangarList), planeParked); });
 }
 
 TEST_F(HangarTransferTest, ToTheSimulatorMergesTheSharedFolders) {

@@ -32,17 +32,12 @@ TEST_F(FolderGuardTest, OnlyAFolderOfItsOwnInItsStoreMayGo) {
                           "c:\\HANGAR\\Aircraft\\B737\\", "C:\\Hangar\\aircraft\\B747\\panel\\",
                           "C:\\Hangar\\aircraft\\not there\\", "C:\\Hangar\\aircraft\\toBig\\"})
     EXPECT_TRUE(goes(own) && takes(own)) << own;
-  std::vector<std::string> others = {"",
-                                     "\\",
-                                     "C:\\",
-                                     "C:",
-                                     "b737\\",
-                                     "C:\\Hangar\\",
-                                     "C:\\Hangar\\aircraftb737\\",
-                                     "C:/Hangar/aircraft/b737/",
-                                     "C:\\FS\\aircraft\\b737\\",
-                                     "C:\\D\\Hangar\\aircraft\\b737\\",
-                                     "C:\\Hangar\\aircraft/b737\\"};
+  std::vector<std::string> others;
+  for (const char* elsewhere :
+       {"", "\\", "C:\\", "C:", "b737\\", "C:\\Hangar\\", "C:\\Hangar\\aircraftb737\\",
+        "C:/Hangar/aircraft/b737/", "C:\\FS\\aircraft\\b737\\", "C:\\D\\Hangar\\aircraft\\b737\\",
+        "C:\\Hangar\\aircraft/b737\\"})
+    others.emplace_back(elsewhere);
   for (const char* inStore : {"", ".\\", "..\\", "b737\\..\\", "b737\\..\\..\\Main\\", " . .\\",
                               "\\", "/b737\\", "away\\plane\\", "toFS\\aircraft\\"})
     others.push_back(store + inStore);

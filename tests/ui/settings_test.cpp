@@ -196,6 +196,9 @@ TEST_F(SettingsTest, PackagesMoveWhenTheUserWishes) {
   acceptPackages("C:\\fourth");
   EXPECT_TRUE(windows.boxes.empty()) << "no Packages, no question";
   EXPECT_TRUE(drive.exists("C:\\fourth") && drive.exists("C:\\third"));
+  settings.values["General/SceneryPacksPath"] = "C:\\scenes\\";
+  acceptPackages("C:\\fifth");
+  EXPECT_TRUE(drive.exists("C:\\fifth")) << "the scenery's Packages lie elsewhere";
 }
 
 TEST_F(SettingsTest, PackagesStayWhereOtherThingsWouldGoAlong) {

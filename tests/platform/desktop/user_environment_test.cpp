@@ -93,15 +93,11 @@ TEST_F(UserEnvironmentTest, SettingsChangedByHandAreKept) {
 TEST_F(UserEnvironmentTest, TempIsTheUsersOrPrivate) {
   const Variable cache("XDG_CACHE_HOME", native("cache"));
   const std::string own = "C:\\cache\\FSSkyvault";
-  const struct {
-    std::string set, TEMP;
-  } cases[] = {
-      {"", own},
-      {"D:\\Temp\\", "D:\\Temp\\"},
-      {native("Temp"), "C:\\Temp"},
-      {"/var/tmp", "Z:\\var\\tmp"},
-      {"/no:name", own},
-  };
+  const std::pair<std::string, std::string> cases[] = {{"", own},
+                                                       {"D:\\Temp\\", "D:\\Temp\\"},
+                                                       {native("Temp"), "C:\\Temp"},
+                                                       {"/var/tmp", "Z:\\var\\tmp"},
+                                                       {"/no:name", own}};
   for (const auto& [set, TEMP] : cases) {
     const Variable variable("TEMP", set);
     EXPECT_EQ(processEnvironment(disk).TEMP, TEMP) << set;

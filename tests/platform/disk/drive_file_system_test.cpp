@@ -138,22 +138,16 @@ TEST_F(DriveFileSystemTest, ThreadsMakeNoTwins) {
   constexpr int rounds = 200;
   // Turning threads meet more closely than waiting ones.
   std::atomic<int> come = 0;
-  const auto together = [&](int meeting) {
-    for (++come; come < 2 * meeting;) continue;
-  };
-  const auto make = [&](bool capital) {
-    for (int round = 0; round < rounds; ++round) {
-      const std::string number = std::to_string(round);
-      const std::string folder = "C:\\d\\" + std::string(capital ? "SUB" : "sub") + number;
-      auto file = disk.createFile("C:\\d\\" + std::string(capital ? "FILE" : "file") + number);
-      together(2 * round + 1);
-      disk.makeFolder(folder).skipped();
-      together(2 * round + 2);
-      if (file.ok()) file.value()->commit({}).skipped();
+  const auto make = [&](const std::string& file, const std::string& folder) {
+    for (int round = 1; round <= rounds; ++round) {
+      auto writer = disk.createFile("C:\\d\\" + file + std::to_string(round));
+      for (++come; come < 2 * round;) continue;
+      disk.makeFolder("C:\\d\\" + folder + std::to_string(round)).skipped();
+      if (writer.ok()) writer.value()->commit({}).skipped();
     }
   };
-  std::thread other(make, true);
-  make(false);
+  std::thread other([&] { make("FILE", "SUB"); });
+  make("file", "sub");
   other.join();
   EXPECT_EQ(drive.tree("C:\\d").size(), 2U * rounds);
 }
@@ -225,44 +219,48 @@ TEST_F(DriveFileSystemTest, AttributesLiveWhereWineKeepsThem) {
 }
 
 TEST_F(DriveFileSystemTest, AFolderGoesOnlyWhenNothingIsInIt) {
-  drive.write("C:\\keep\\.hidden", "x");
-  EXPECT_EQ(disk.removeFolder("C:\\Keep").number(), err::pathFileAccess);
-  foreign("keep/a:b", "");
-  fs::remove(native("keep/.hidden"));
-  EXPECT_EQ(disk.removeFolder("C:\\Keep").number(), err::pathFileAccess);
-  fs::remove(native("keep/a:b"));
+  for (const char* name : {"keep/.hidden", "keep/a:b"}) {
+    fs::create_directories(native("keep"));
+    foreign(name, "x");
+    EXPECT_EQ(disk.removeFolder("C:\\Keep").number(), err::pathFileAccess);
+    fs::remove(native(name));
+  }
   drive.write("C:\\keep\\.skv-0123456789abcdef.tmp", "of a killed run");
   drive.link("C:\\link", "C:\\keep");
   EXPECT_TRUE(disk.removeFolder("C:\\LINK\\").ok());
   EXPECT_TRUE(drive.exists("C:\\keep")) << "the link itself went";
   EXPECT_TRUE(disk.removeFolder("C:\\KEEP\\").ok());
-  EXPECT_EQ(disk.removeFolder("C:\\keep").number(), err::pathNotFound);
-  EXPECT_EQ(disk.removeFolder("C:\\").number(), err::pathFileAccess);
-  EXPECT_EQ(disk.makeFolder("C:\\").number(), err::pathFileAccess);
-  EXPECT_EQ(disk.makeFolder("C:\\a\\b").number(), err::pathNotFound);
   drive.write("C:\\file", "x");
-  EXPECT_EQ(disk.makeFolder("C:\\File").number(), err::pathFileAccess);
-  EXPECT_EQ(disk.makeFolder("C:\\File\\a").number(), err::pathNotFound);
-  EXPECT_EQ(disk.removeFolder("C:\\File").number(), err::pathFileAccess);
+  for (const auto& [folder, number] : {std::pair{"C:\\", err::pathFileAccess},
+                                       {"C:\\File", err::pathFileAccess},
+                                       {"C:\\File\\a", err::pathNotFound},
+                                       {"C:\\a\\b", err::pathNotFound}}) {
+    EXPECT_EQ(disk.removeFolder(folder).number(), number) << folder;
+    EXPECT_EQ(disk.makeFolder(folder).number(), number) << folder;
+  }
 }
 
 TEST_F(DriveFileSystemTest, DrivesLeadToTheMachineAndBack) {
   drive.write("C:\\Games\\a.txt", "x");
-  EXPECT_EQ(disk.nativePath("C:\\GAMES\\A.txt").valueOr(""), native("Games/a.txt"));
-  EXPECT_EQ(disk.nativePath("C:\\games\\New\\b.txt").valueOr(""), native("Games/New/b.txt"));
-  EXPECT_EQ(disk.nativePath("C:\\").valueOr(""), drive.native());
-  EXPECT_EQ(disk.nativePath("Z:\\").valueOr(""), "/");
+  fs::create_symlink(native("Games"), native("linked"));
+  for (const auto& [path, place] :
+       {std::pair<const char*, std::string>{"C:\\GAMES\\A.txt", native("Games/a.txt")},
+        {"C:\\games\\New\\b.txt", native("Games/New/b.txt")},
+        {"C:\\", drive.native()},
+        {"Z:\\", "/"}})
+    EXPECT_EQ(disk.nativePath(path).valueOr(""), place);
   EXPECT_EQ(disk.nativePath("Q:\\a").outcome().number(), err::pathNotFound);
   EXPECT_EQ(disk.nativePath("C:\\a:b").outcome().number(), err::badFileName);
-  EXPECT_EQ(disk.windowsPath(native("Games/new.txt")), "C:\\Games\\new.txt");
-  EXPECT_EQ(disk.windowsPath(drive.native()), "C:\\");
-  EXPECT_EQ(disk.windowsPath("/usr/../etc/hostname"), "Z:\\etc\\hostname");
-  EXPECT_EQ(disk.windowsPath(drive.drives() + "/c:/Games/a.txt"), "C:\\Games\\a.txt");
-  EXPECT_EQ(disk.windowsPath("/a:b"), "");
-  EXPECT_EQ(disk.windowsPath(""), "");
-  EXPECT_EQ(disk.windowsPath("/"), "Z:\\");
-  fs::create_symlink(native("Games"), native("linked"));
-  EXPECT_EQ(disk.windowsPath(native("linked/a.txt")), "C:\\linked\\a.txt") << "as it was said";
+  for (const auto& [place, path] :
+       {std::pair<std::string, const char*>{native("Games/new.txt"), "C:\\Games\\new.txt"},
+        {drive.native(), "C:\\"},
+        {"/usr/../etc/hostname", "Z:\\etc\\hostname"},
+        {drive.drives() + "/c:/Games/a.txt", "C:\\Games\\a.txt"},
+        {"/a:b", ""},
+        {"", ""},
+        {"/", "Z:\\"},
+        {native("linked/a.txt"), "C:\\linked\\a.txt"}})
+    EXPECT_EQ(disk.windowsPath(place), path) << place;
   fs::create_symlink(native("Games"), drive.drives() + "/g:");
   EXPECT_EQ(disk.windowsPath(native("Games/a.txt")), "G:\\a.txt");
   struct statvfs mounted {};
