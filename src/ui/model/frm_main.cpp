@@ -45,6 +45,7 @@ FrmMain::FrmMain() : Form("frmMain", "FS Skyvault") {
   lblACSpecimen.visible = false;
   lblListLoading.visible = false;
   lblSceneryChanged.visible = false;
+  lblSceneryChanged.colour = 33023;  // orange
   frameScenery.visible = false;
   for (Frame* later :
        {&framePanel, &frameSound, &frameACInfoATC, &frameACinfoUI, &frameACDescription})

@@ -15,6 +15,7 @@
 #include "ui/qt/list_tree.h"
 #include "ui/qt/main_window.h"
 #include "ui/qt/picture_view.h"
+#include "ui/qt/place_pictures.h"
 
 namespace skv::ui::qt {
 
@@ -150,7 +151,7 @@ QWidget* makeAircraftBand(FormBuilder& build, FrmMain& form) {
   ListTree* list = build.list(form.lstAircraft, tr("Aircraft"),
                               tr("No aircraft here yet.\n"
                                  "File, Install Package/ZIP adds one from a ZIP to the Hangar."));
-  list->showPlaces();
+  list->showPlaces(aircraftPlaces());
   PictureView* picture =
       build.picture(form.imgAircraft, tr("Picture of the aircraft"), QStringLiteral("aircraft"));
   CaptionLabel* specimen = build.label(form.lblACSpecimen);

@@ -14,6 +14,7 @@
 #include "ui/qt/menus.h"
 #include "ui/qt/place_pictures.h"
 #include "ui/qt/row_delegate.h"
+#include "ui/qt/row_drag.h"
 #include "ui/qt/text.h"
 
 namespace skv::ui::qt {
@@ -26,7 +27,12 @@ constexpr int leastRows = 3;
 }  // namespace
 
 ListTree::ListTree(Bindings& bindings, Form& form, ListView& list, const QString& accessibleName)
-    : bindings_(bindings), list_(list), rows_(list), delegate_(new RowDelegate(this)) {
+    : bindings_(bindings),
+      list_(list),
+      rows_(list),
+      delegate_(new RowDelegate(this)),
+      drag_(
+          new RowDrag(*this, [this] { return binding_->accepts() ? list_.rowOf(dragged_) : 0; })) {
   setModel(&rows_);
   setItemDelegate(delegate_);
   setAccessibleName(accessibleName);
@@ -61,9 +67,10 @@ ListTree::~ListTree() {
   setModel(nullptr);
 }
 
-void ListTree::showPlaces() {
-  delegate_->showPlaces();
-  rows_.iconWords = PlacePictures::words;
+void ListTree::showPlaces(const PlaceSet& set) {
+  delegate_->showPlaces(set);
+  placeHeight_ = set.cell + 4;
+  tellRows([this, &set](int row) { return set.words(list_.smallIcon(row)); });
   setMinimumHeight(heightOf(leastRows));
 }
 
@@ -71,8 +78,7 @@ int ListTree::heightOf(int rows) const {
   QStyleOptionViewItem option;
   initViewItemOption(&option);
   const int row = delegate_->sizeHint(option, rows_.index(0, 0)).height();
-  return header()->sizeHint().height() + 2 * frameWidth() +
-         rows * std::max(row, rows_.iconWords ? PlacePictures::cell + 4 : 0);
+  return header()->sizeHint().height() + 2 * frameWidth() + rows * std::max(row, placeHeight_);
 }
 
 void ListTree::later(std::function<void()> action) {
@@ -115,9 +121,12 @@ void ListTree::listen() {
     later([this, id, newString] {
       const int row = list_.rowOf(id);
       if (row == 0) return;
+      // The handler means the selected row, which may be another one by now.
+      const ListView::RowId selected = list_.selected() == 0 ? 0 : list_.id(list_.selected());
       list_.select(row);
       bool cancel = true;
       ui::raise(list_.afterLabelEdit, cancel, newString);
+      if (selected != 0 && list_.selected() == list_.rowOf(id)) list_.select(list_.rowOf(selected));
     });
   };
 }
@@ -127,10 +136,10 @@ void ListTree::refresh() {
   followRows();
   followWishes();
   showHeader();
-  if (list_.labelEdit)
-    setEditTriggers(list_.dblClick ? NoEditTriggers : DoubleClicked | SelectedClicked);
-  else
-    setEditTriggers(NoEditTriggers);
+  EditTriggers triggers = NoEditTriggers;
+  if (list_.labelEdit && !list_.dblClick) triggers = DoubleClicked | SelectedClicked;
+  if (list_.editByTyping) triggers |= EditKeyPressed | AnyKeyPressed;
+  setEditTriggers(triggers);
   setAccessibleDescription(rows_.rowCount() == 0 ? words() : QString());
   setEnabled(list_.enabled);
   setVisible(list_.visible);
@@ -140,10 +149,16 @@ void ListTree::refresh() {
 
 void ListTree::followRows() {
   const int scrolled = verticalScrollBar()->value();
-  if (rows_.refresh() == RowsModel::Followed::fromScratch) {
+  const int height = viewport()->height();
+  const bool selectedSeen = rows_.rowCount() > 0 && inView(currentIndex().row() + 1, height);
+  const RowsModel::Followed followed = rows_.refresh();
+  if (followed == RowsModel::Followed::fromScratch) {
     executeDelayedItemsLayout();
     verticalScrollBar()->setValue(scrolled);
   }
+  // A row that was moved is followed.
+  if (followed == RowsModel::Followed::inOtherOrder && (selectedSeen || list_.moveSelected))
+    scrollTo(currentIndex());
   const QModelIndex selected = rows_.index(list_.selected() - 1, 0);
   if (currentIndex().row() != selected.row() || !selectionModel()->isSelected(selected)) {
     setAutoScroll(false);  // rows that come and go above the selected one move nothing
@@ -211,11 +226,14 @@ void ListTree::resizeEvent(QResizeEvent* event) {
 
 void ListTree::showHeader() {
   header()->setSectionsClickable(list_.columnClick != nullptr);
-  header()->setSortIndicatorShown(list_.sorted());
+  int sorted = -1;  // none, also where the key is a column that is not seen
   for (int i = 0; i < rows_.columnCount() && list_.sorted(); ++i)
-    if (rows_.columnAt(i) == list_.sortKey())
-      header()->setSortIndicator(
-          i, list_.sortOrder() == SortOrder::ascending ? Qt::AscendingOrder : Qt::DescendingOrder);
+    if (rows_.columnAt(i) == list_.sortKey()) sorted = i;
+  header()->setSortIndicatorShown(sorted >= 0);
+  if (sorted >= 0)
+    header()->setSortIndicator(sorted, list_.sortOrder() == SortOrder::ascending
+                                           ? Qt::AscendingOrder
+                                           : Qt::DescendingOrder);
 }
 
 void ListTree::fitColumns() {
@@ -291,9 +309,42 @@ QItemSelectionModel::SelectionFlags ListTree::selectionCommand(const QModelIndex
 
 void ListTree::mousePressEvent(QMouseEvent* event) {
   pressChangedRow_ = false;
+  drag_->cancel();
   QTreeView::mousePressEvent(event);
   const auto button = event->button() == Qt::RightButton ? MouseButton::right : MouseButton::left;
+  const QPoint place = event->position().toPoint();
+  if (const QModelIndex index = indexAt(place);
+      button == MouseButton::left && list_.moveSelected && rows_.rowAt(index) != 0) {
+    setCurrentIndex(index);  // Qt leaves a row alone whose check box is pressed
+    dragged_ = list_.id(rows_.rowAt(index));
+    drag_->press(place);
+  }
   later([this, button] { ui::raise(list_.mouseDown, button); });
+}
+
+void ListTree::mouseMoveEvent(QMouseEvent* event) {
+  if (!(event->buttons() & Qt::LeftButton) || !drag_->move(event->position().toPoint()))
+    QTreeView::mouseMoveEvent(event);
+}
+
+void ListTree::mouseReleaseEvent(QMouseEvent* event) {
+  const std::optional<int> steps =
+      event->button() == Qt::LeftButton ? drag_->release() : std::nullopt;
+  if (!steps) {
+    QTreeView::mouseReleaseEvent(event);
+    return;
+  }
+  // It was no click, neither on the row nor on its check box.
+  setState(NoState);
+  moveSelected(dragged_, *steps);
+}
+
+void ListTree::moveSelected(ListView::RowId row, int steps) {
+  if (steps == 0) return;
+  later([this, row, steps] {
+    if (list_.selected() != 0 && list_.id(list_.selected()) == row)
+      ui::raise(list_.moveSelected, steps);
+  });
 }
 
 void ListTree::mouseDoubleClickEvent(QMouseEvent* event) {
@@ -308,13 +359,42 @@ void ListTree::mouseDoubleClickEvent(QMouseEvent* event) {
 
 void ListTree::keyPressEvent(QKeyEvent* event) {
   const int row = rows_.rowAt(currentIndex());
-  if (!event->matches(QKeySequence::Copy) || row == 0) {
+  if (drag_->running() && event->key() == Qt::Key_Escape)
+    drag_->cancel();
+  else if (row == 0 || state() == EditingState || !rowKey(*event, row))
     QTreeView::keyPressEvent(event);
-    return;
+}
+
+bool ListTree::rowKey(const QKeyEvent& event, int row) {
+  const QModelIndex name = currentIndex().siblingAtColumn(0);
+  const int key = event.key();
+  const auto modifiers = event.modifiers() & ~Qt::KeypadModifier;
+  if (event.matches(QKeySequence::Copy)) {
+    // Of a row it is the place that is wanted elsewhere.
+    QGuiApplication::clipboard()->setText(
+        name.siblingAtColumn(rows_.columnCount() - 1).data().toString());
+    return true;
   }
-  // Of a row it is the place that is wanted elsewhere.
-  QGuiApplication::clipboard()->setText(
-      currentIndex().siblingAtColumn(rows_.columnCount() - 1).data().toString());
+  if (list_.moveSelected && modifiers == Qt::ControlModifier &&
+      (key == Qt::Key_Up || key == Qt::Key_Down)) {
+    moveSelected(list_.id(row), key == Qt::Key_Up ? -1 : 1);
+    return true;
+  }
+  if (modifiers != Qt::NoModifier) return false;
+  if (key == Qt::Key_Space && name.flags() & Qt::ItemIsUserCheckable) {
+    // Whichever of its cells was clicked last.
+    if (!event.isAutoRepeat())
+      rows_.setData(name, list_.checked(row) ? Qt::Unchecked : Qt::Checked, Qt::CheckStateRole);
+    return true;
+  }
+  if (!list_.editByTyping) return false;
+  if (key == Qt::Key_Return || key == Qt::Key_Enter)
+    editSelected();
+  else if (key == Qt::Key_Delete)
+    rows_.setData(name, QString(), Qt::EditRole);
+  else
+    return false;
+  return true;
 }
 
 void ListTree::contextMenuEvent(QContextMenuEvent* event) {
@@ -340,7 +420,11 @@ QString ListTree::words() const { return list_.emptyText == "" ? hint_ : shown(l
 
 void ListTree::paintEvent(QPaintEvent* event) {
   QTreeView::paintEvent(event);
-  if (rows_.rowCount() > 0 || !binding_->attached()) return;
+  if (drag_->running()) {
+    QPainter painter(viewport());
+    drag_->paint(painter);
+  }
+  if (rows_.rowCount() > 0 || !binding_->attached() || (overlay_ && overlay_->isVisible())) return;
   QPainter painter(viewport());
   painter.setPen(palette().color(QPalette::PlaceholderText));
   constexpr int flags = Qt::AlignCenter | Qt::TextWordWrap;

@@ -9,18 +9,24 @@
 namespace skv::ui::qt {
 
 class RowDelegate;
+class RowDrag;
+struct PlaceSet;
 
 class ListTree : public QTreeView {
  public:
   ListTree(Bindings& bindings, Form& form, ListView& list, const QString& accessibleName);
   ~ListTree() override;
 
-  // Draws the rows' small icons as places of an aircraft.
-  void showPlaces();
+  // Draws the rows' small icons as places, and tells them.
+  void showPlaces(const PlaceSet& set);
+  // What a row (from 1) tells by mark and colour, for tool tips and screen readers.
+  void tellRows(std::function<QString(int row)> words) { rows_.words = std::move(words); }
   // Header and that many rows.
   int heightOf(int rows) const;
   // What stands in the middle of an empty list that has no words of its own.
   void setHint(const QString& hint) { hint_ = hint; }
+  // What speaks in place of the words of an empty list while it is seen.
+  void setOverlay(const QWidget* overlay) { overlay_ = overlay; }
 
  protected:
   bool eventFilter(QObject* watched, QEvent* event) override;
@@ -29,6 +35,8 @@ class ListTree : public QTreeView {
                                                        const QEvent* event) const override;
   void focusInEvent(QFocusEvent* event) override;
   void mousePressEvent(QMouseEvent* event) override;
+  void mouseMoveEvent(QMouseEvent* event) override;
+  void mouseReleaseEvent(QMouseEvent* event) override;
   void mouseDoubleClickEvent(QMouseEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
   void contextMenuEvent(QContextMenuEvent* event) override;
@@ -44,6 +52,9 @@ class ListTree : public QTreeView {
   void listen();
   void userSelects(int row);
   void editSelected();
+  // Answers whether the key was one for the row.
+  bool rowKey(const QKeyEvent& event, int row);
+  void moveSelected(ListView::RowId row, int steps);
   // Runs an event's handler when Qt is through with the mouse or key that caused it: a handler may
   // take long and change all rows.
   void later(std::function<void()> action);
@@ -62,8 +73,12 @@ class ListTree : public QTreeView {
   ListView& list_;
   RowsModel rows_;
   RowDelegate* delegate_;
+  RowDrag* drag_;
+  ListView::RowId dragged_ = 0;  // pressed with the left button
   Binding* binding_;
   QString hint_;
+  const QWidget* overlay_ = nullptr;
+  int placeHeight_ = 0;  // of a row with pictures of places
   bool refreshing_ = false;
   bool pressChangedRow_ = false;
   unsigned wishesSeen_ = 0;

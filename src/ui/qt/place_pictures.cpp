@@ -11,47 +11,59 @@ namespace skv::ui::qt {
 
 namespace {
 
-struct Place {
-  const char* drawing;
-  const char* words;
-  const char* onLight;
-  const char* onDark;
-};
-
-// In the order of the cells, which is that of the bits.
-constexpr std::array<Place, 3> places{{{"aircraft", "in FS2002", "#1f6cb0", "#62aef0"},
-                                       {"package", "as Package", "#a4620c", "#e3a552"},
-                                       {"hangar", "in Hangar", "#2a7a45", "#67c088"}}};
-constexpr int glyph = 20;
-
-bool stands(int number, std::size_t place) {
-  return number >= 1 && number <= 8 && ((number - 1) >> place & 1) != 0;
-}
+constexpr std::array<PlaceSet::Place, 3> ofAircraft{
+    {{"aircraft", "in FS2002", "#1f6cb0", "#62aef0", 1},
+     {"package", "as Package", "#a4620c", "#e3a552", 2},
+     {"hangar", "in Hangar", "#2a7a45", "#67c088", 4}}};
+constexpr std::array<PlaceSet::Place, 3> ofLibrary{
+    {{"library", "in the library", "#2a7a45", "#67c088", 0},
+     {"aircraft", "in FS2002", "#1f6cb0", "#62aef0", 1},
+     {"package", "as Package", "#a4620c", "#e3a552", 2}}};
 
 }  // namespace
+
+const PlaceSet& aircraftPlaces() {
+  static constexpr PlaceSet set{
+      .places = ofAircraft, .onlyFirst = "", .pictures = 8, .cell = 32, .glyph = 20};
+  return set;
+}
+
+const PlaceSet& libraryPlaces() {
+  static constexpr PlaceSet set{.places = ofLibrary,
+                                .onlyFirst = "only in the library",
+                                .pictures = 4,
+                                .cell = 24,
+                                .glyph = 17};
+  return set;
+}
+
+QString PlaceSet::words(int number) const {
+  if (number == 1) return QLatin1String(onlyFirst);
+  QStringList words;
+  for (const Place& place : places)
+    if (stands(number, place)) words << QLatin1String(place.words);
+  return words.join(QStringLiteral(", "));
+}
 
 const QPixmap& PlacePictures::picture(int number, const QPalette& palette, qreal ratio) {
   QPixmap& pixmap = drawn_[{number, ratio}];
   if (!pixmap.isNull()) return pixmap;
-  pixmap = QPixmap(size * ratio);
+  pixmap = QPixmap(set_.size() * ratio);
   pixmap.setDevicePixelRatio(ratio);
   pixmap.fill(Qt::transparent);
   QPainter painter(&pixmap);
-  constexpr int margin = (cell - glyph) / 2;
-  for (std::size_t i = 0; i < places.size(); ++i) {
-    if (!stands(number, i)) continue;
-    const QColor colour(isDark(palette) ? places[i].onDark : places[i].onLight);
-    painter.drawPixmap(static_cast<int>(i) * cell + margin, margin,
-                       drawing(QLatin1String(places[i].drawing), {glyph, glyph}, ratio, colour));
+  const int margin = (set_.cell - set_.glyph) / 2;
+  int left = margin;
+  for (const PlaceSet::Place& place : set_.places) {
+    if (set_.stands(number, place)) {
+      const QColor colour(isDark(palette) ? place.onDark : place.onLight);
+      painter.drawPixmap(
+          left, margin,
+          drawing(QLatin1String(place.drawing), {set_.glyph, set_.glyph}, ratio, colour));
+    }
+    left += set_.cell;
   }
   return pixmap;
-}
-
-QString PlacePictures::words(int number) {
-  QStringList words;
-  for (std::size_t i = 0; i < places.size(); ++i)
-    if (stands(number, i)) words << QLatin1String(places[i].words);
-  return words.join(QStringLiteral(", "));
 }
 
 }  // namespace skv::ui::qt

@@ -1,7 +1,9 @@
 #include "ui/qt/row_delegate.h"
 
 #include <QAbstractItemView>
+#include <QCoreApplication>
 #include <QHelpEvent>
+#include <QKeyEvent>
 #include <QToolTip>
 #include <algorithm>
 
@@ -29,6 +31,19 @@ bool RowDelegate::helpEvent(QHelpEvent* event, QAbstractItemView* view,
   return QStyledItemDelegate::helpEvent(event, view, option, index);
 }
 
+bool RowDelegate::eventFilter(QObject* editor, QEvent* event) {
+  if (event->type() != QEvent::KeyPress) return QStyledItemDelegate::eventFilter(editor, event);
+  auto& key = static_cast<QKeyEvent&>(*event);
+  if (key.key() != Qt::Key_Tab && key.key() != Qt::Key_Backtab)
+    return QStyledItemDelegate::eventFilter(editor, event);
+  // Leaves the list, as it does when no field is open.
+  emit commitData(static_cast<QWidget*>(editor));
+  emit closeEditor(static_cast<QWidget*>(editor), NoHint);
+  QKeyEvent onward(key.type(), key.key(), key.modifiers(), key.text());
+  QCoreApplication::sendEvent(list_, &onward);
+  return true;
+}
+
 void RowDelegate::initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const {
   QStyledItemDelegate::initStyleOption(option, index);
   // The end of a path tells most, the beginning of any other text.
@@ -45,7 +60,7 @@ void RowDelegate::initStyleOption(QStyleOptionViewItem* option, const QModelInde
   const QPixmap& picture = places_->picture(index.data(Qt::UserRole + 1).toInt(), option->palette,
                                             list_->devicePixelRatio());
   option->features |= QStyleOptionViewItem::HasDecoration;
-  option->decorationSize = PlacePictures::size;
+  option->decorationSize = places_->size();
   option->icon = QIcon(picture);
   option->icon.addPixmap(picture, QIcon::Selected);
 }

@@ -14,14 +14,15 @@ class RowDelegate : public QStyledItemDelegate {
  public:
   explicit RowDelegate(QWidget* list) : QStyledItemDelegate(list), list_(list) {}
 
-  // Draws the rows' small icons as places of an aircraft.
-  void showPlaces() { places_ = std::make_unique<PlacePictures>(); }
+  // Draws the rows' small icons as places.
+  void showPlaces(const PlaceSet& set) { places_ = std::make_unique<PlacePictures>(set); }
 
   QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override;
   bool helpEvent(QHelpEvent* event, QAbstractItemView* view, const QStyleOptionViewItem& option,
                  const QModelIndex& index) override;
 
  protected:
+  bool eventFilter(QObject* editor, QEvent* event) override;
   void initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const override;
 
  private:

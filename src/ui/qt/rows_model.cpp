@@ -6,13 +6,24 @@
 
 namespace skv::ui::qt {
 
+namespace {
+
+// Whether one holds the rows of the other, in whatever order.
+bool sameRows(std::vector<ListView::RowId> a, std::vector<ListView::RowId> b) {
+  std::ranges::sort(a);
+  std::ranges::sort(b);
+  return a == b;
+}
+
+}  // namespace
+
 RowsModel::RowsModel(ListView& list) : list_(&list) {
   for (std::size_t i = 0; i < list.columns().size(); ++i)
     if (list.columns()[i].width > 0) seen_.push_back(static_cast<int>(i));
 }
 
 RowsModel::Followed RowsModel::refresh() {
-  std::vector<ListView::RowId> now;
+  Ids now;
   now.reserve(static_cast<std::size_t>(list_->count()));
   for (int row = 1; row <= list_->count(); ++row) now.push_back(list_->id(row));
 
@@ -41,10 +52,28 @@ RowsModel::Followed RowsModel::refresh() {
     endRemoveRows();
     return Followed::withOtherRows;
   }
+  if (removed == added && sameRows({oldEnd, oldTail.base()}, {newEnd, newTail.base()})) {
+    reorder(std::move(now));
+    return Followed::inOtherOrder;
+  }
   beginResetModel();
   ids_ = std::move(now);
   endResetModel();
   return Followed::fromScratch;
+}
+
+void RowsModel::reorder(Ids now) {
+  emit layoutAboutToBeChanged();
+  const QModelIndexList before = persistentIndexList();
+  QModelIndexList after;
+  for (const QModelIndex& index : before) {
+    const auto place =
+        std::ranges::find(now, ids_[static_cast<std::size_t>(index.row())]) - now.begin();
+    after << this->index(static_cast<int>(place), index.column());
+  }
+  ids_ = std::move(now);
+  changePersistentIndexList(before, after);
+  emit layoutChanged();
 }
 
 void RowsModel::detach() {
@@ -74,7 +103,7 @@ const std::string& RowsModel::textAt(int row, int column) const {
 }
 
 QString RowsModel::wordsOf(int row, int column) const {
-  return column == 0 && iconWords ? iconWords(list_->smallIcon(row)) : QString();
+  return column == 0 && words ? words(row) : QString();
 }
 
 QVariant RowsModel::data(const QModelIndex& index, int role) const {
@@ -86,16 +115,16 @@ QVariant RowsModel::data(const QModelIndex& index, int role) const {
     case Qt::EditRole:
       return shown(textAt(row, column));
     case Qt::AccessibleTextRole: {
-      const QString words = wordsOf(row, column);
+      const QString said = wordsOf(row, column);
       const QString text = shown(textAt(row, column));
-      return words.isEmpty() ? text : text + QStringLiteral(", ") + words;
+      return said.isEmpty() ? text : text + QStringLiteral(", ") + said;
     }
     case Qt::AccessibleDescriptionRole:
       return wordsOf(row, column);
     case Qt::ToolTipRole: {
-      const QString words = wordsOf(row, column);
+      const QString said = wordsOf(row, column);
       const QString text = shown(textAt(row, column));
-      return words.isEmpty() ? text : text + QLatin1Char('\n') + words;
+      return said.isEmpty() ? text : text + QLatin1Char('\n') + said;
     }
     case Qt::CheckStateRole:
       if (!list_->checkBoxes || column != 0) return {};

@@ -15,7 +15,7 @@ class RowsModel : public QAbstractTableModel {
   // Columns of width 0 are none of the model's, so that nobody is told of them.
   explicit RowsModel(ListView& list);
 
-  enum class Followed { asBefore, withOtherRows, fromScratch };
+  enum class Followed { asBefore, withOtherRows, inOtherOrder, fromScratch };
   // Follows the list after any number of changes.
   Followed refresh();
   // The list is no longer there: no rows.
@@ -27,8 +27,8 @@ class RowsModel : public QAbstractTableModel {
   // The list's column, from 0, that stands in a place of the view.
   int columnAt(int section) const { return seen_[static_cast<std::size_t>(section)]; }
 
-  // What the list's pictures mean, for tool tips and screen readers.
-  std::function<QString(int smallIcon)> iconWords;
+  // What a row (from 1) tells by picture, mark and colour, for tool tips and screen readers.
+  std::function<QString(int row)> words;
   // What the user does in a row.
   std::function<void(ListView::RowId, const std::string& newString)> renamed;
   std::function<void(ListView::RowId, bool checked)> checked;
@@ -41,12 +41,15 @@ class RowsModel : public QAbstractTableModel {
   Qt::ItemFlags flags(const QModelIndex& index) const override;
 
  private:
+  using Ids = std::vector<ListView::RowId>;
+
+  void reorder(Ids now);
   const std::string& textAt(int row, int column) const;
   QString wordsOf(int row, int column) const;
 
   ListView* list_;
   std::vector<int> seen_;  // the list's columns that are seen
-  std::vector<ListView::RowId> ids_;
+  Ids ids_;
 };
 
 }  // namespace skv::ui::qt

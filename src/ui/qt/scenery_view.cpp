@@ -12,6 +12,7 @@
 #include "ui/qt/list_tree.h"
 #include "ui/qt/main_window.h"
 #include "ui/qt/picture_view.h"
+#include "ui/qt/place_pictures.h"
 #include "ui/qt/split_bar_view.h"
 
 namespace skv::ui::qt {
@@ -29,27 +30,35 @@ QHBoxLayout* rowOf(std::initializer_list<QWidget*> widgets) {
 }
 
 QPushButton* arrowButton(FormBuilder& build, Button& button, const char* drawing,
-                         const QString& accessibleName) {
+                         const QString& accessibleName, const QString& key) {
   QPushButton* widget = build.button(button, accessibleName);
   widget->setProperty("small", true);
-  widget->setToolTip(accessibleName);
+  widget->setToolTip(QStringLiteral("%1 (%2)").arg(accessibleName, key));
+  widget->setAccessibleDescription(key);
   widget->setIcon(drawnIcon(QLatin1String(drawing), widget->palette().color(QPalette::ButtonText)));
   return widget;
 }
 
 QWidget* lists(FormBuilder& build, FrmMain& form, FormWindow& window) {
   auto* upperFoot = new QWidget;
-  auto* upperRow = rowOf({arrowButton(build, form.btnSCup, "up", tr("Move up")),
-                          arrowButton(build, form.btnSCdn, "down", tr("Move down")),
-                          build.button(form.btnFSScenDel)});
+  auto* upperRow =
+      rowOf({arrowButton(build, form.btnSCup, "up", tr("Move up"), tr("Ctrl+Up")),
+             arrowButton(build, form.btnSCdn, "down", tr("Move down"), tr("Ctrl+Down")),
+             build.button(form.btnFSScenDel)});
   upperRow->addWidget(build.button(form.btnFSScenerySave));
   upperRow->setContentsMargins(0, 0, 0, 0);
   upperFoot->setLayout(upperRow);
 
   ListTree* installed = build.list(form.lstScenery, tr("Sceneries installed in FS2002"),
                                    tr("No sceneries are listed."));
+  installed->tellRows([&list = form.lstScenery](int row) {
+    QString words = list.checked(row) ? tr("Active in FS2002") : tr("Not active in FS2002");
+    if (list.colour(row) != defaultColour) words += tr(", built in: cannot be deleted");
+    return words;
+  });
   ListTree* library = build.list(form.lstInactScenery, tr("Sceneries in the library"),
                                  tr("No sceneries in the library yet."));
+  library->showPlaces(libraryPlaces());
   CaptionLabel* installedHead = build.label(form.lblSceneryInstalled);
   CaptionLabel* libraryHead = build.label(form.Label15);
   installedHead->setBuddy(installed);
@@ -59,13 +68,15 @@ QWidget* lists(FormBuilder& build, FrmMain& form, FormWindow& window) {
   headRow->setContentsMargins(0, 0, 0, 0);
   headRow->addWidget(installedHead, 1);
   headRow->addWidget(build.label(form.lblSceneryChanged));
+  CaptionLabel* loading = build.label(form.lblListLoading);
+  installed->setOverlay(loading);
   auto* split = new SplitLists(build.bindings(), form, window,
                                {.upperHead = head,
                                 .upperList = installed,
                                 .upperFoot = upperFoot,
                                 .lowerHead = libraryHead,
                                 .lowerList = library,
-                                .overlay = build.label(form.lblListLoading)});
+                                .overlay = loading});
   auto* half = new QWidget;
   auto* column = new QVBoxLayout(half);
   column->setContentsMargins(0, 0, 0, 0);

@@ -1,0 +1,122 @@
+#include "ui/qt/row_drag.h"
+
+#include <QApplication>
+#include <QEvent>
+#include <QPainter>
+#include <QScrollBar>
+#include <QTreeView>
+#include <algorithm>
+
+namespace skv::ui::qt {
+
+namespace {
+
+constexpr int scrollMilliseconds = 50;
+constexpr int scrollBorder = 14;  // pixels inside the list
+constexpr int pixelsForOneMore = 20;
+constexpr int mostRowsAtOnce = 12;
+
+}  // namespace
+
+RowDrag::RowDrag(QTreeView& view, std::function<int()> row)
+    : QObject(&view), view_(view), row_(std::move(row)) {
+  view_.installEventFilter(this);
+  scroller_.setInterval(scrollMilliseconds);
+  connect(&scroller_, &QTimer::timeout, this, [this] { scroll(); });
+  connect(view_.verticalScrollBar(), &QScrollBar::valueChanged, this, [this] {
+    if (running_) follow();
+  });
+}
+
+void RowDrag::press(QPoint place) {
+  cancel();
+  pressed_ = true;
+  start_ = place_ = place;
+}
+
+bool RowDrag::move(QPoint place) {
+  if (!pressed_) return false;
+  place_ = place;
+  if (!running_) {
+    if ((place - start_).manhattanLength() < QApplication::startDragDistance()) return true;
+    running_ = true;
+    view_.viewport()->setCursor(Qt::ClosedHandCursor);
+    view_.viewport()->update();
+    scroller_.start();
+  }
+  follow();
+  return true;
+}
+
+std::optional<int> RowDrag::release() {
+  const bool dragged = running_ && row_() != 0;
+  const int wanted = dragged ? steps() : 0;
+  const bool wasRunning = running_;
+  cancel();
+  return wasRunning ? std::optional(wanted) : std::nullopt;
+}
+
+void RowDrag::cancel() {
+  pressed_ = false;
+  if (!std::exchange(running_, false)) return;
+  scroller_.stop();
+  view_.viewport()->unsetCursor();
+  view_.viewport()->update();
+}
+
+int RowDrag::rows() const { return view_.model() ? view_.model()->rowCount() : 0; }
+
+int RowDrag::steps() const {
+  const int row = row_();
+  return gap_ >= row ? gap_ - row : gap_ + 1 - row;
+}
+
+void RowDrag::follow() {
+  // Beside the list the mouse still points at the row of its height.
+  const QModelIndex over =
+      view_.indexAt({1, std::clamp(place_.y(), 0, view_.viewport()->height() - 1)});
+  const int gap = !over.isValid()                                    ? rows()
+                  : place_.y() < view_.visualRect(over).center().y() ? over.row()
+                                                                     : over.row() + 1;
+  if (std::exchange(gap_, gap) != gap) view_.viewport()->update();
+}
+
+void RowDrag::scroll() {
+  const int above = scrollBorder - place_.y();
+  const int below = place_.y() - (view_.viewport()->height() - scrollBorder);
+  const int beyond = std::max(above, below);
+  if (beyond <= 0) return;
+  const int step = std::min(1 + beyond / pixelsForOneMore, mostRowsAtOnce);
+  QScrollBar& bar = *view_.verticalScrollBar();
+  bar.setValue(bar.value() + (above > below ? -step : step));
+}
+
+void RowDrag::paint(QPainter& painter) const {
+  const int count = rows();
+  if (!running_ || count == 0 || row_() == 0 || steps() == 0) return;
+  const int gap = std::min(gap_, count);
+  const QRect beside = view_.visualRect(view_.model()->index(std::max(gap - 1, 0), 0));
+  const int y = gap == 0 ? beside.top() + 1 : beside.bottom() + 1;
+  const QColor colour = view_.palette().color(QPalette::Link);
+  const int right = view_.viewport()->width() - 4;
+  painter.setRenderHint(QPainter::Antialiasing);
+  painter.setPen(QPen(colour, 2));
+  painter.drawLine(6, y, right - 3, y);
+  painter.setBrush(colour);
+  for (const int end : {5, right}) painter.drawEllipse(QPoint(end, y), 2, 2);
+}
+
+bool RowDrag::eventFilter(QObject* watched, QEvent* event) {
+  switch (event->type()) {
+    case QEvent::WindowDeactivate:
+    case QEvent::Hide:
+    case QEvent::EnabledChange:
+      cancel();
+      break;
+    default:
+      break;
+  }
+  return QObject::eventFilter(watched, event);
+}
+
+}  // namespace skv::ui::qt
