@@ -285,6 +285,9 @@ TEST_F(SettingsTest, AMoveOfPackagesThatHasEndedEarlyIsFinishedAtALaterStart) {
   acceptPackages("C:\\third");  // answered No, which holds
   EXPECT_EQ(windows.boxes.size(), 1U);
   EXPECT_EQ(pending(), "");
+  settings.values["General/PacksMoveFrom"] = "X:\\Packs\\";
+  offerToFinishMove(app);
+  EXPECT_EQ(pending(), "X:\\Packs\\") << "its disk may come back";
 }
 
 TEST_F(SettingsTest, ProposalsFollowTheSimulatorsFolderUntilTheyAreTouched) {
