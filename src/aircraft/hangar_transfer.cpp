@@ -11,6 +11,7 @@
 #include "core/landing_folder.h"
 #include "core/long_operation.h"
 #include "core/messages.h"
+#include "core/shared_folders.h"
 #include "core/stores.h"
 #include "core/view.h"
 #include "core/walktree.h"
@@ -100,20 +101,10 @@ class HangarTransfer {
   void toSimulator(LandingFolder& aircraft, const std::string& folder, const std::string& main) {
     copyAircraft(folder, aircraft);
     for (const char* shared : sharedFolders)
-      if (report_.complete()) fillShared(FSRoot_ + shared, main + shared);
+      if (report_.complete())
+        report_ += fillSharedFolder(app_, main + shared, FSRoot_ + shared, false);
     if (report_.complete()) report_.note(files_.flushDisk(FSRoot_), FSRoot_);
     if (allCopied()) arrive(aircraft, FSRoot_, inSimulator);
-  }
-
-  void fillShared(const std::string& shared, const std::string& source) {
-    if (holdsSomething(source) && presenceOf(files_, shared) == Presence::absent)
-      report_.note(files_.makeFolder(shared), shared);
-    report_ += WalkTree(app_, source, shared, WalkCopy, false);
-  }
-
-  bool holdsSomething(const std::string& folder) const {
-    const auto listing = files_.list(folder);
-    return listing.ok() && !listing.value().empty();
   }
 
   // A row may lead anywhere. One whose folder has vanished is carried as an empty folder, but not

@@ -4,6 +4,7 @@
 
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "base/text.h"
@@ -21,6 +22,16 @@ enum class View { fsAircraft, hangar, scenery };
 struct ListSource {
   std::string file;                  // "" before the first load
   std::optional<std::string> bytes;  // as read or written last, "" for no file; none: not read
+};
+
+// What lstScenery was made of, and so what a save may replace.
+struct SceneryDatabase {
+  std::string file = {};              // Scenery.cfg of the simulator, "" before the first load
+  bool read = false;                  // the file's rows are in the list; a missing file has none
+  std::optional<FileState> was = {};  // the file when its rows were read; none: it was missing
+  // The rows as the file has them, from the top, with their check marks.
+  std::vector<std::pair<ui::ListView::RowId, bool>> rows = {};
+  unsigned loads = 0;  // by which a load that yields sees that another was faster
 };
 
 // What the boxes of the Info tab were filled from, and so where they may be saved.
@@ -71,6 +82,11 @@ struct App {
   unsigned viewSwitches = 0;           // by which a switch that yields sees that another was faster
   ListSource aircraftSource, panelSource, soundSource;
   InfoSource infoSource;
+
+  std::string CfgCacheSize, CfgCleanOnExit;  // of the Scenery.cfg read last, carried over as text
+  double SceneryCfgStamp = 0;  // time of Scenery.cfg in SKV_SC.lst, in days since 30 December 1899
+  SceneryDatabase sceneryDatabase;
+  ListSource librarySource;  // of lstInactScenery
 
   // Results of WalkTree.
   std::string FoundDir;  // folder of the first match

@@ -30,15 +30,15 @@ Outcome refusal(const std::string& folder, const std::string& reason) {
 }
 
 // Where a folder leads on disk, in upper case and with a slash at its end. A folder that is missing
-// is where it would be made; "" when the one above it is missing as well.
+// is where it would be made; "" when not even its drive is there.
 Result<std::string> placeOf(const FileSystem& files, const std::string& folder) {
   const auto place = files.canonicalPath(folder);
   if (place.ok()) return upper(place.value());
   if (presenceOf(files, folder) != Presence::absent) return place.outcome();
-  const auto above = files.canonicalPath(folderAbove(folder));
-  if (above.ok()) return upper(above.value() + fileName(withoutBackslash(folder)) + "/");
-  if (presenceBy(above.outcome()) == Presence::unknown) return above.outcome();
-  return std::string();
+  const std::string above = folderAbove(folder);
+  auto placeAbove = above.empty() ? Result<std::string>(std::string()) : placeOf(files, above);
+  if (!placeAbove.ok() || placeAbove.value().empty()) return placeAbove;
+  return placeAbove.value() + upper(fileName(withoutBackslash(folder))) + "/";
 }
 
 bool leadsInto(const std::string& place, const std::string& inner) {
@@ -54,9 +54,11 @@ std::vector<std::string> storesOf(const App& app) {
                                 mainRootOf(app.HangarDir),
                                 app.PacksDir,
                                 app.PanelsDir,
+                                app.FSRoot + addonScenery,
+                                app.FSRoot + "Scenery\\",
                                 app.SceneryLib,
-                                withBackslash(app.SceneryLib) + "Scenery\\",
-                                withBackslash(app.SceneryLib) + "Main\\",
+                                sceneryRootOf(withBackslash(app.SceneryLib)),
+                                mainRootOf(withBackslash(app.SceneryLib)),
                                 app.SceneryPacksPath,
                                 app.AppDir,
                                 app.platform.environment.home};
@@ -138,6 +140,15 @@ Outcome liesInStore(const App& app, const FolderUse& use) {
   return {};
 }
 
+// A folder that may lie anywhere.
+Outcome isNoStore(const App& app, const std::string& folder,
+                  const std::vector<std::string>& others) {
+  if (!isFull(folder)) return refusal(folder, "is the root of a drive, or no full path.");
+  const auto place = placeOf(app.platform.files, folder);
+  if (!place.ok()) return cannotBeLookedAt(folder, place.outcome());
+  return holdsNothingKept(app, folder, place.value(), others);
+}
+
 }  // namespace
 
 bool isOrHolds(const std::string& folder, const std::string& inner) {
@@ -161,16 +172,14 @@ Outcome mayBeFilled(const App& app, const FolderUse& use) {
 }
 
 Outcome mayBeCopied(const App& app, const std::string& folder) {
-  if (!isFull(folder)) return refusal(folder, "is the root of a drive, or no full path.");
-  const auto place = placeOf(app.platform.files, folder);
-  if (!place.ok()) return cannotBeLookedAt(folder, place.outcome());
-  return holdsNothingKept(app, folder, place.value());
+  return isNoStore(app, folder, {});
 }
 
-Outcome mayBeEmptied(const App& app, const std::string& folder) {
+Outcome mayBeEmptied(const App& app, const std::string& folder,
+                     const std::vector<std::string>& others) {
   if (app.platform.files.isLink(withoutBackslash(folder)))
     return refusal(folder, "is a link to another folder.");
-  return mayBeCopied(app, folder);
+  return isNoStore(app, folder, others);
 }
 
 bool mayBeMadeUnasked(const App& app, const std::string& folder) {

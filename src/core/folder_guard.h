@@ -34,8 +34,9 @@ Outcome mayBeFilled(const App& app, const FolderUse& use);
 Outcome mayBeCopied(const App& app, const std::string& folder);
 
 // The same for a folder that the user himself has named, or for the working folder, before it is
-// emptied: it is no link.
-Outcome mayBeEmptied(const App& app, const std::string& folder);
+// emptied: it is no link, and neither is nor holds one of `others`, as above.
+Outcome mayBeEmptied(const App& app, const std::string& folder,
+                     const std::vector<std::string>& others = {});
 
 // Whether a folder of the settings that is missing may be made without being asked for: neither
 // where a disk that is away would show it, nor in the place of a simulator that is not there.

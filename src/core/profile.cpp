@@ -229,6 +229,13 @@ std::string Profile::read(std::string_view section, std::string_view key) const 
   return answer(std::move(text), lacksQuote ? bufferSize - 2 : bufferSize - 1);
 }
 
+std::vector<std::string> Profile::sections() const {
+  std::vector<std::string> names;
+  for (std::size_t i = 1; i < content_->sections.size(); ++i)
+    names.push_back(content_->sections[i].name);
+  return names;
+}
+
 bool Profile::write(std::string_view section, std::string_view key, std::string_view value) {
   Content& content = *content_;
   const std::string text = content.encoding.encode(trimLeadingBlanks(oneLine(value)));

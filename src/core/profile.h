@@ -37,6 +37,8 @@ class Profile {
 
   // As ReadProfile below.
   std::string read(std::string_view section, std::string_view key) const;
+  // The names of all sections in the file's order, each as often as it has a header.
+  std::vector<std::string> sections() const;
   // An empty value writes the key with an empty value. A section that the file lacks is added at
   // its end. Costs no rebuilding of the file: many writes and one bytes() are linear. Line breaks
   // in `value` become blanks. False, and nothing is changed, when the line would be the header of a

@@ -52,10 +52,15 @@ Outcome StagedFolder::takeBack() {
 }
 
 void clearUnfinishedFolders(App& app) {
-  if (!app.FSRoot.empty()) StagedFolder::clear(app, aircraftRootOf(app.FSRoot)).skipped();
-  if (app.HangarDir.empty()) return;
-  StagedFolder::clear(app, aircraftRootOf(app.HangarDir)).skipped();
-  StagedFolder::clear(app, mainRootOf(app.HangarDir)).skipped();
+  const auto clear = [&app](const std::string& store, const std::string& root) {
+    if (!store.empty()) StagedFolder::clear(app, root).skipped();
+  };
+  clear(app.FSRoot, aircraftRootOf(app.FSRoot));
+  clear(app.FSRoot, app.FSRoot + addonScenery);
+  clear(app.HangarDir, aircraftRootOf(app.HangarDir));
+  clear(app.HangarDir, mainRootOf(app.HangarDir));
+  clear(app.SceneryLib, sceneryRootOf(app.SceneryLib));
+  clear(app.SceneryLib, mainRootOf(app.SceneryLib));
 }
 
 }  // namespace skv

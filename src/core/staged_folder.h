@@ -43,7 +43,8 @@ class StagedFolder {
   bool settled_ = false;
 };
 
-// At a start: removes what runs that were killed have left in the simulator and the Hangar.
+// At a start: removes what runs that were killed have left in the simulator, the Hangar and the
+// scenery library.
 void clearUnfinishedFolders(App& app);
 
 }  // namespace skv

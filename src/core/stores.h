@@ -2,8 +2,9 @@
 // folder and the scenery library. Paths end in a backslash.
 //
 //   FSRoot      aircraft\b737\...    and Gauges, Sound, Texture, Effects for all aircraft
+//               ADDON SCENERY\Alps\...
 //   HangarDir   aircraft\b737\...    Main\b737\Gauges\... and likewise the other three
-//   SceneryLib  Scenery\Alps\...     Main\Alps\Texture\...
+//   SceneryLib  Scenery\Alps\...     Main\Alps\Texture\...  Main\Alps\Effects\...
 //   a Package   Aircraft\...         Main\Gauges\...
 #pragma once
 
@@ -17,7 +18,12 @@ inline constexpr std::array sharedFolders{"Gauges", "Sound", "Texture", "Effects
 
 // Below the root of the simulator or of the Hangar.
 inline std::string aircraftRootOf(const std::string& root) { return root + "aircraft\\"; }
-inline std::string mainRootOf(const std::string& hangarDir) { return hangarDir + "Main\\"; }
+// Below the Hangar or the scenery library.
+inline std::string mainRootOf(const std::string& store) { return store + "Main\\"; }
+inline std::string sceneryRootOf(const std::string& sceneryLib) { return sceneryLib + "Scenery\\"; }
+
+// The simulator's folder of add-on sceneries, below its root.
+inline constexpr const char* addonScenery = "ADDON SCENERY\\";
 
 // The record of an aircraft view lies in its root.
 inline constexpr const char* aircraftListFile = "SKV_AC.lst";

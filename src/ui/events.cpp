@@ -7,6 +7,11 @@
 #include "aircraft/hangar_transfer.h"
 #include "aircraft/list_files.h"
 #include "packaging/aircraft_installer.h"
+#include "scenery/scenery_library.h"
+#include "scenery/scenery_options.h"
+#include "scenery/scenery_order.h"
+#include "scenery/scenery_transfer.h"
+#include "scenery/scenery_view.h"
 #include "ui/dialogs/dir_select.h"
 #include "ui/settings.h"
 #include "ui/views.h"
@@ -20,8 +25,8 @@ void connectMenus(App& app) {
   form.mnuFileInstallAC.click = [&app] { mnuFileInstallAC_Click(app); };
   form.mnuFileQuit.click = [&app] { ui::raise(app.frmMain.closed); };
   form.mnuFileSettings.click = [&app] { mnuFileSettings_Click(app); };
-  form.mnuViewFSAircraft.click = [&app] { mnuViewFSAircraft_Click(app); };
-  form.mnuViewHangar.click = [&app] { mnuViewHangar_Click(app); };
+  form.mnuViewFSAircraft.click = [&app] { leaveForAircraft(app, mnuViewFSAircraft_Click); };
+  form.mnuViewHangar.click = [&app] { leaveForAircraft(app, mnuViewHangar_Click); };
   form.mnuViewFSScenery.click = [&app] { leaveForScenery(app); };
   form.mnuViewRefresh.click = [&app] { mnuViewRefresh_Click(app); };
   form.mnuViewACCfgAC.click = [&app] { mnuViewACCfgAC_Click(app); };
@@ -65,6 +70,36 @@ void connectAircraftViews(App& app) {
 
 void connectSceneryView(App& app) {
   auto& form = app.frmMain;
+  // What each command leaves behind decides what the others can do.
+  const auto handler = [&app](void (*operation)(App&)) {
+    return [&app, operation] {
+      operation(app);
+      showSceneryCommands(app);
+    };
+  };
+  form.lstScenery.itemClick = handler(lstScenery_ItemClick);
+  form.lstScenery.click = handler(lstScenery_ItemClick);
+  form.lstScenery.itemCheck = [&app](int) { showSceneryCommands(app); };
+  form.lstScenery.moveSelected = [&app](int steps) {
+    lstScenery_Move(app, steps);
+    showSceneryCommands(app);
+  };
+  form.btnSCup.click = handler(btnSCup_Click);
+  form.btnSCdn.click = handler(btnSCdn_Click);
+  form.btnFSScenerySave.click = handler(btnFSScenerySave_Click);
+  form.btnFSScenDel.click = handler(btnFSScenDel_Click);
+  form.lstInactScenery.itemClick = handler(lstInactScenery_ItemClick);
+  form.lstInactScenery.click = handler(lstInactScenery_ItemClick);
+  form.lstInactScenery.dblClick = handler(lstInactScenery_DblClick);
+  form.btnSLDel.click = handler(btnSLDel_Click);
+  form.btnAddSLtoFS.click = handler(btnAddSLtoFS_Click);
+  form.btnAddToSL.click = handler(btnAddToSL_Click);
+  form.ftreeScenery.change = handler(ftreeScenery_SelectionChange);
+  form.optCopy.click = handler(optCopy_Click);
+  form.optMove.click = handler(optMove_Click);
+  form.optScenery.click = handler(optScenery_Click);
+  form.optTextures.click = handler(optTextures_Click);
+  form.mnuFileImportSceneries.click = handler(mnuFileImportSceneries_Click);
   form.frameScenery.dblClick = [&app] { frameScenery_DblClick(app); };
   form.lblSepBar.mouseDown = [&app](ui::MouseButton button, int) {
     lblSepBar_MouseDown(app, button);
@@ -91,6 +126,17 @@ void connectDialogs(App& app) {
   settings.Command1.click = [&app] { Command1_Click(app); };
   settings.btnQuit.click = [&app] { frmSettings_btnQuit_Click(app); };
   settings.btnOK.click = [&app] { frmSettings_btnOK_Click(app); };
+
+  auto& options = app.frmSCOptions;
+  options.closed = [&app] { frmSCOptions_btnCancel_Click(app); };
+  options.btnOK.click = [&app] { frmSCOptions_btnOK_Click(app); };
+  options.btnCancel.click = [&app] { frmSCOptions_btnCancel_Click(app); };
+  options.lstFlatten.afterLabelEdit = [&app](bool& cancel, const std::string& text) {
+    lstFlatten_AfterLabelEdit(app, cancel, text);
+  };
+  options.lstExclude.afterLabelEdit = [&app](bool& cancel, const std::string& text) {
+    lstExclude_AfterLabelEdit(app, cancel, text);
+  };
 
   auto& picker = app.frmDirSelect;
   picker.closed = [&app] { frmDirSelect_btnCancel_Click(app); };

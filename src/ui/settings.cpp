@@ -6,6 +6,7 @@
 #include "core/folder_guard.h"
 #include "core/messages.h"
 #include "core/settings_keys.h"
+#include "scenery/scenery_view.h"
 #include "ui/dialogs/dir_select.h"
 #include "ui/dialogs/folder_text.h"
 #include "ui/folder_fields.h"
@@ -148,10 +149,18 @@ void makeSceneryLib(App& app) {
 }
 
 struct Folders {
-  std::string FSRoot, HangarDir, PacksDir;
+  std::string FSRoot, HangarDir, PacksDir, SceneryLib;
   bool operator==(const Folders&) const = default;
 };
-Folders foldersOf(const App& app) { return {app.FSRoot, app.HangarDir, app.PacksDir}; }
+Folders foldersOf(const App& app) {
+  return {app.FSRoot, app.HangarDir, app.PacksDir, app.SceneryLib};
+}
+
+// Rows and icons are those of the folders.
+void reloadLists(App& app) {
+  reloadAircraftList(app);
+  if (app.frmMain.frameScenery.visible && !app.ending) mnuViewFSScenery_Click(app);
+}
 
 }  // namespace
 
@@ -283,9 +292,10 @@ void frmSettings_btnOK_Click(App& app) {
     refuse(app, "FS Skyvault is still at work. The settings can be stored when it has finished.");
     return;
   }
+  if (!mayLeaveSceneries(app)) return;
   // Not the globals: browsing has changed one already.
   const Folders before{readSetting(app, setting::FSRoot), readSetting(app, setting::HangarDir),
-                       readSetting(app, setting::PacksDir)};
+                       readSetting(app, setting::PacksDir), readSetting(app, setting::SceneryLib)};
   if (!takeFolders(app) || !storeFolders(app)) return;
 
   makeSceneryLib(app);
@@ -295,8 +305,7 @@ void frmSettings_btnOK_Click(App& app) {
     form.OldPacksDir = app.PacksDir;
     offerToMovePackages(app);
   }
-  // Rows and icons are those of the folders.
-  if (!(foldersOf(app) == before) && !app.ending) reloadAircraftList(app);
+  if (!(foldersOf(app) == before) && !app.ending) reloadLists(app);
 
   if (!storeMail(app) || app.ending) return;
   if (!app.starting) app.frmMain.visible = true;

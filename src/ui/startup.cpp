@@ -11,6 +11,7 @@
 #include "core/staged_folder.h"
 #include "core/stores.h"
 #include "core/working_folder.h"
+#include "scenery/scenery_view.h"
 #include "ui/dialogs/dir_select.h"
 #include "ui/list_memory.h"
 #include "ui/move_packages.h"
@@ -225,7 +226,7 @@ void Form_Load(App& app) {
 bool operationRuns(const App& app) { return !app.frmMain.enabled || app.hourglasses > 0; }
 
 bool frmMain_QueryUnload(App& app) {
-  if (!operationRuns(app)) return mayLeaveInfo(app);
+  if (!operationRuns(app)) return mayLeaveInfo(app) && mayLeaveSceneries(app);
   if (app.stopRequested) return false;
   const ui::Answer answer = app.windows.messageBox(
       {"FS Skyvault is still at work. Wait for it to end?\r\n\r\nNo stops it after the file that "

@@ -23,14 +23,18 @@ void showFrameOf(int index, std::span<ui::Frame* const> frames) {
 }  // namespace
 
 void mnuViewRefresh_Click(App& app) {
-  if (app.frmMain.mnuViewFSScenery.checked)
-    mnuViewFSScenery_Click(app);
-  else
+  if (!app.frmMain.mnuViewFSScenery.checked)
     reloadAircraftList(app);
+  else if (mayLeaveSceneries(app))
+    mnuViewFSScenery_Click(app);
 }
 
 void leaveForScenery(App& app) {
   if (mayLeaveInfo(app)) mnuViewFSScenery_Click(app);
+}
+
+void leaveForAircraft(App& app, void (*view)(App&)) {
+  if (mayLeaveSceneries(app)) view(app);
 }
 
 void frameAircraft_DblClick(App& app) {
@@ -41,7 +45,7 @@ void frameAircraft_DblClick(App& app) {
 }
 
 void frameScenery_DblClick(App& app) {
-  if (app.frmMain.mnuViewFSScenery.checked) mnuViewFSAircraft_Click(app);
+  if (app.frmMain.mnuViewFSScenery.checked) leaveForAircraft(app, mnuViewFSAircraft_Click);
 }
 
 void tabAddon_Click(App& app, int index) {

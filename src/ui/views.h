@@ -9,6 +9,8 @@ namespace skv {
 void mnuViewRefresh_Click(App& app);
 // The Scenery Manager, unless edits in the Info tab have to stay.
 void leaveForScenery(App& app);
+// One of the two aircraft views, unless changes in the Scenery Manager have to stay.
+void leaveForAircraft(App& app, void (*view)(App&));
 
 // The frames walk through the views: simulator, Hangar, scenery.
 void frameAircraft_DblClick(App& app);

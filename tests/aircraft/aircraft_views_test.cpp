@@ -17,6 +17,7 @@ std::string line(const std::string& name, const std::string& root) {
 class AircraftViewsTest : public test::ProgramTest {
  protected:
   AircraftViewsTest() {
+    app.SceneryLib = "C:\\Lib\\";
     std::string simulator;
     for (const char* name : {"a", "b", "c", "d", "e"}) {
       simulator += line(name, "C:\\FS\\");

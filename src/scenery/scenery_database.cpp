@@ -1,0 +1,202 @@
+#include "scenery/scenery_database.h"
+
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+#include "core/disk_queries.h"
+#include "core/kept_original.h"
+#include "core/messages.h"
+#include "core/profile.h"
+#include "scenery/scenery_cfg.h"
+#include "scenery/scenery_lists.h"
+#include "scenery/scenery_row.h"
+
+namespace skv {
+
+namespace {
+
+// What stands in the file now; none when it is clearly missing.
+struct CfgFile {
+  std::optional<FileState> state;
+  std::string bytes;
+};
+
+bool isSameFile(const FileState& a, const FileState& b) {
+  return a.modified == b.modified && a.length == b.length;
+}
+
+// The bytes and the state that goes with them, the file being changed meanwhile or not.
+Result<CfgFile> readCfg(const FileSystem& files, const std::string& file) {
+  constexpr int tries = 5;
+  for (int i = 0; i < tries; ++i) {
+    const auto state = files.fileState(file);
+    if (!state.ok()) {
+      if (presenceBy(state.outcome()) == Presence::absent) return CfgFile{};
+      return state.outcome();
+    }
+    auto bytes = files.readFile(file);
+    if (!bytes.ok()) return bytes.outcome();
+    const auto after = files.fileState(file);
+    if (after.ok() && isSameFile(after.value(), state.value()))
+      return CfgFile{state.value(), std::move(bytes).value()};
+  }
+  return Outcome::withText(err::deviceIo, "\"" + file + "\" is being changed all the time.");
+}
+
+void addAreas(ui::ListView& list, const std::vector<SceneryArea>& areas) {
+  for (const SceneryArea& area : areas) {
+    const SceneryRow row = rowOfArea(area);
+    const int added = addRow(list, row);
+    if (IsBuiltInArea(row)) list.setColour(added, builtInColour);
+    list.setChecked(added, area.Active);
+  }
+}
+
+bool asks(App& app, const std::string& text) {
+  return app.windows.messageBox({.text = text + "\r\n\r\nDo you want to proceed?",
+                                 .icon = ui::BoxIcon::question,
+                                 .buttons = ui::BoxButtons::yesNo,
+                                 .defaultButton = ui::DefaultButton::no}) == ui::Answer::yes;
+}
+
+// Whether what is in the file may be replaced, asking where the rows don't know of it.
+bool mayBeReplaced(App& app, const CfgFile& now, const SceneryCfg& cfg) {
+  const auto& was = app.sceneryDatabase.was;
+  if (now.state && !(was && isSameFile(*was, *now.state)) &&
+      !asks(app, "Another program has changed \"" + app.sceneryDatabase.file +
+                     "\" since its sceneries were listed here. Saving replaces these changes."))
+    return false;
+  if (cfg.unreached == 0) return true;
+  const bool one = cfg.unreached == 1;
+  return asks(app, "\"" + app.sceneryDatabase.file + "\" has " + std::to_string(cfg.unreached) +
+                       (one ? " area that is" : " areas that are") +
+                       " not listed here: eleven numbers or more are missing before " +
+                       (one ? "it" : "them") +
+                       ", or the number is above 999 or there twice. Saving drops " +
+                       (one ? "it." : "them."));
+}
+
+// The values of [General] that the new file carries on: those in force; where the file is missing
+// those that were read with the rows, or else the original's.
+void carryOver(App& app, const CfgFile& now, const SceneryCfg& inForce) {
+  if (now.state) {
+    app.CfgCacheSize = inForce.Cache_Size;
+    app.CfgCleanOnExit = inForce.Clean_On_Exit;
+  } else if (app.CfgCacheSize.empty() && app.CfgCleanOnExit.empty()) {
+    ProfileReader original(app.platform.files, app.codePage);
+    const std::string file = app.FSRoot + originalSceneryCfgFile;
+    app.CfgCacheSize = original.read(file, "General", "Cache_Size");
+    app.CfgCleanOnExit = original.read(file, "General", "Clean_On_Exit");
+  }
+}
+
+// The rows as a file, walked from the bottom row up.
+std::string bytesOfRows(App& app) {
+  const auto& list = app.frmMain.lstScenery;
+  SceneryCfg cfg{.Cache_Size = app.CfgCacheSize, .Clean_On_Exit = app.CfgCleanOnExit};
+  const int count = list.count();
+  for (int number = 1; number <= count; ++number) {
+    app.frmMain.lblStatus.setProgress(static_cast<int>(std::lround(100.0 * number / count)));
+    cfg.areas.push_back(areaOfRow(rowAt(list, count - number + 1)));
+  }
+  return sceneryCfgBytes(cfg, app.codePage);
+}
+
+Outcome write(App& app, const CfgFile& now, const std::string& bytes) {
+  const std::string& file = app.sceneryDatabase.file;
+  if (now.state)
+    return changeKeepingOriginal(app.files(), file, app.FSRoot + originalSceneryCfgFile, bytes);
+  // A mount point without its disk is an empty folder.
+  if (!diskIsThere(app.files(), app.FSRoot))
+    return Outcome::failure(err::deviceUnavailable, app.FSRoot);
+  return app.files().replaceFile(file, bytes);
+}
+
+Outcome save(App& app, bool& declined) {
+  auto& database = app.sceneryDatabase;
+  if (!database.read || database.file != app.FSRoot + sceneryCfgFile)
+    return Outcome::withText(err::pathFileAccess,
+                             "It could not be read before. View, Refresh (F5) loads it anew.");
+  const auto now = readCfg(app.files(), database.file);
+  if (!now.ok()) return now.outcome();
+  const SceneryCfg inForce = parseSceneryCfg(now.value().bytes, app.codePage);
+  declined = !mayBeReplaced(app, now.value(), inForce);
+  if (declined) return {};
+  carryOver(app, now.value(), inForce);
+  const std::string bytes = bytesOfRows(app);
+  if (Outcome written = write(app, now.value(), bytes); !written.ok()) return written;
+  const auto state = app.files().fileState(database.file);
+  // Where somebody else was faster, the cache is to be stale.
+  database.was.reset();
+  if (state.ok() && state.value().length == bytes.size()) database.was = state.value();
+  noteSceneriesSaved(app);
+  return {};
+}
+
+}  // namespace
+
+bool LoadSceneryCfgList(App& app) {
+  auto& form = app.frmMain;
+  auto& database = app.sceneryDatabase;
+  const unsigned load = ++database.loads;
+  form.lstScenery.clear();
+  database = {.file = app.FSRoot + sceneryCfgFile, .loads = load};
+  form.lstScenery.visible = false;
+  form.lblListLoading.visible = true;
+  app.windows.yield();
+  if (database.loads != load) return false;
+
+  const auto file = readCfg(app.files(), database.file);
+  if (file.ok()) {
+    const SceneryCfg cfg = parseSceneryCfg(file.value().bytes, app.codePage);
+    app.CfgCacheSize = cfg.Cache_Size;
+    app.CfgCleanOnExit = cfg.Clean_On_Exit;
+    addAreas(form.lstScenery, cfg.areas);
+    sortByLayer(form.lstScenery);
+    database.read = true;
+    database.was = file.value().state;
+    noteSceneriesSaved(app);
+  }
+  form.lstScenery.visible = true;
+  form.lblListLoading.visible = false;
+  if (!file.ok()) tellFailure(app, "\"" + database.file + "\" could not be read.", file.outcome());
+  return file.ok();
+}
+
+bool SaveSceneryCfg(App& app) {
+  auto& status = app.frmMain.lblStatus;
+  status.caption = "Saving FS2002 Scenery Database...";
+  bool declined = false;
+  const Outcome saved = save(app, declined);
+  if (saved.ok() && !declined) SaveSceneryList(app);
+  status.clearProgress();
+  if (!saved.ok())
+    tellFailure(app, "The scenery database \"" + app.FSRoot + sceneryCfgFile + "\" was not saved.",
+                saved);
+  if (!saved.ok() || declined) return false;
+  if (const int count = app.frmMain.lstScenery.count(); count > SceneryCfg::lastNumber)
+    app.windows.messageBox({"The scenery database has " + std::to_string(count) +
+                                " areas now. The simulator reads 999 of them.",
+                            ui::BoxIcon::exclamation});
+  return true;
+}
+
+bool sceneriesDiffer(const App& app) {
+  const auto& list = app.frmMain.lstScenery;
+  const auto& rows = app.sceneryDatabase.rows;
+  if (static_cast<std::size_t>(list.count()) != rows.size()) return true;
+  for (int row = 1; row <= list.count(); ++row)
+    if (rows[static_cast<std::size_t>(row - 1)] != std::pair(list.id(row), list.checked(row)))
+      return true;
+  return false;
+}
+
+void noteSceneriesSaved(App& app) {
+  const auto& list = app.frmMain.lstScenery;
+  auto& rows = app.sceneryDatabase.rows;
+  rows.clear();
+  for (int row = 1; row <= list.count(); ++row) rows.emplace_back(list.id(row), list.checked(row));
+}
+
+}  // namespace skv

@@ -1,0 +1,80 @@
+#include "scenery/scenery_order.h"
+
+#include <cstdlib>
+
+#include "base/paths.h"
+#include "core/disk_queries.h"
+#include "core/long_operation.h"
+#include "core/stores.h"
+#include "scenery/scenery_database.h"
+#include "scenery/scenery_places.h"
+#include "scenery/scenery_row.h"
+
+namespace skv {
+
+namespace {
+
+constexpr const char* pictureFile = "SKVscrn.jpg";
+
+void showPictureOf(App& app, const std::string& folder) {
+  auto& image = app.frmMain.imgScenery;
+  const std::string picture = folder + pictureFile;
+  image.tag = folder;
+  image.picture = PathExists(app.files(), picture) ? picture : std::string();
+}
+
+// Whether the row and its neighbour have changed places.
+bool exchange(ui::ListView& list, int row, int neighbour) {
+  if (row == 0 || neighbour < 1 || neighbour > list.count()) return false;
+  const std::string layer = list.subItem(row, sceneryColumn::SortLayer);
+  const std::string other = list.subItem(neighbour, sceneryColumn::SortLayer);
+  if (layer == other) return false;
+  list.setSubItem(row, sceneryColumn::SortLayer, other);
+  list.setSubItem(neighbour, sceneryColumn::SortLayer, layer);
+  list.swapRows(row, neighbour);
+  return true;
+}
+
+}  // namespace
+
+void btnSCup_Click(App& app) { lstScenery_Move(app, -1); }
+void btnSCdn_Click(App& app) { lstScenery_Move(app, 1); }
+
+void lstScenery_Move(App& app, int steps) {
+  auto& list = app.frmMain.lstScenery;
+  const int step = steps < 0 ? -1 : 1;
+  int left = std::abs(steps);
+  while (left > 0 && exchange(list, list.selected(), list.selected() + step)) --left;
+  list.ensureVisible(list.selected());
+  app.windows.setFocus(list);
+}
+
+void btnFSScenerySave_Click(App& app) {
+  const LongOperation busy(app);
+  SaveSceneryCfg(app);
+  app.frmMain.lblStatus.caption = "";
+}
+
+void lstScenery_ItemClick(App& app) {
+  const auto& list = app.frmMain.lstScenery;
+  const int row = list.selected();
+  if (row == 0) return;
+  app.frmMain.lblSceneryTitle.caption = list.text(row);
+  showPictureOf(app, sceneryFolder(app, list.subItem(row, sceneryColumn::Folder)) + "\\");
+}
+
+void lstInactScenery_ItemClick(App& app) {
+  const auto& list = app.frmMain.lstInactScenery;
+  const int row = list.selected();
+  if (row == 0) return;
+  app.frmMain.lblSceneryTitle.caption = list.text(row);
+  const std::string& folder = list.subItem(row, sceneryColumn::Folder);
+  if (!folder.empty()) showPictureOf(app, sceneryRootOf(app.SceneryLib) + leafOf(folder) + "\\");
+}
+
+void ftreeScenery_SelectionChange(App& app) {
+  const std::string& folder = app.frmMain.ftreeScenery.folder;
+  if (!folder.empty()) showPictureOf(app, withBackslash(folder));
+}
+
+}  // namespace skv

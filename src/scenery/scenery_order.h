@@ -1,0 +1,25 @@
+// The order of the simulator's sceneries, and what the window shows of the selected ones. Moves and
+// check marks change the rows alone; "Save SceneryDB" writes them.
+#pragma once
+
+#include "core/app.h"
+
+namespace skv {
+
+// The selected row of lstScenery goes one up or down, by an exchange of "SortLayer" with its
+// neighbour; two rows of one layer have nothing to exchange.
+void btnSCup_Click(App& app);
+void btnSCdn_Click(App& app);
+// As many clicks of the one (negative) or the other (positive) in a row.
+void lstScenery_Move(App& app, int steps);
+
+void btnFSScenerySave_Click(App& app);
+
+// Title and picture of the selected row. imgScenery.tag becomes its folder, with trailing
+// backslash, which the picture commands work on.
+void lstScenery_ItemClick(App& app);
+void lstInactScenery_ItemClick(App& app);
+// The same for the folder that is selected in the files browser.
+void ftreeScenery_SelectionChange(App& app);
+
+}  // namespace skv

@@ -1,0 +1,102 @@
+#include "scenery/scenery_row.h"
+
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+#include "base/paths.h"
+
+namespace skv {
+
+namespace {
+
+// A separator within a value would make two of it.
+std::string joined(const std::vector<std::string>& values) {
+  std::string text;
+  for (std::size_t i = 0; i < values.size(); ++i) {
+    if (i > 0) text += valueSeparator;
+    const std::size_t start = text.size();
+    text += values[i];
+    std::replace(text.begin() + static_cast<std::ptrdiff_t>(start), text.end(), valueSeparator,
+                 ' ');
+  }
+  return text;
+}
+
+std::vector<std::string> valuesIn(const std::string& text) {
+  return text.empty() ? std::vector<std::string>() : split(text, valueSeparator);
+}
+
+std::vector<std::string> subItems(const SceneryRow& row) {
+  return {row.Folder,  row.Area,       row.Layer,   row.SortLayer,
+          row.RemPath, row.Texture_ID, row.Flatten, row.Exclude};
+}
+
+}  // namespace
+
+SceneryRow rowOfArea(const SceneryArea& area) {
+  const std::string number = std::to_string(area.number);
+  return {.Name = area.Title,
+          .Folder = area.Local,
+          .Area = sortLayer(number),
+          .Layer = area.Layer,
+          .SortLayer = sortLayer(area.Layer),
+          .RemPath = area.Remote,
+          .Texture_ID = area.Texture_ID,
+          .Flatten = joined(area.Flatten),
+          .Exclude = joined(area.Exclude),
+          .active = area.Active};
+}
+
+SceneryArea areaOfRow(const SceneryRow& row) {
+  return {.number = 0,
+          .Title = row.Name,
+          .Layer = row.Layer,
+          .Local = row.Folder,
+          .Active = row.active,
+          .Remote = row.RemPath,
+          .Texture_ID = row.Texture_ID,
+          .Flatten = valuesIn(row.Flatten),
+          .Exclude = valuesIn(row.Exclude)};
+}
+
+SceneryRow rowAt(const ui::ListView& list, int row) {
+  const auto item = [&](int index) { return list.subItem(row, index); };
+  return {.Name = list.text(row),
+          .Folder = item(sceneryColumn::Folder),
+          .Area = item(sceneryColumn::Area),
+          .Layer = item(sceneryColumn::Layer),
+          .SortLayer = item(sceneryColumn::SortLayer),
+          .RemPath = item(sceneryColumn::RemPath),
+          .Texture_ID = item(sceneryColumn::Texture_ID),
+          .Flatten = item(sceneryColumn::Flatten),
+          .Exclude = item(sceneryColumn::Exclude),
+          .active = list.checked(row)};
+}
+
+int addRow(ui::ListView& list, const SceneryRow& row) { return list.add(row.Name, subItems(row)); }
+
+void insertRow(ui::ListView& list, const SceneryRow& row) {
+  list.insert(1, row.Name, subItems(row));
+}
+
+std::string sortLayer(const std::string& layer) {
+  const double number = std::round(val(layer));
+  const std::string digits = std::isfinite(number) ? decimal(std::fabs(number)) : "0";
+  return (number < 0 ? "-" : "") + std::string(digits.size() < 3 ? 3 - digits.size() : 0, '0') +
+         digits;
+}
+
+void sortByLayer(ui::ListView& list) {
+  list.sort(sceneryColumn::SortLayer, ui::SortOrder::descending);
+}
+
+bool IsBuiltInArea(const SceneryRow& row) {
+  const std::string folder = upper(row.Folder);
+  return folder.starts_with("SCENEDB") || folder == "SCENERY" ||
+         upper(row.RemPath).find("\\SCENEDB") != std::string::npos;
+}
+
+std::string leafOf(const std::string& Folder) { return fileName(Folder); }
+
+}  // namespace skv

@@ -1,0 +1,63 @@
+// A run of the program with the Scenery Manager open, over a library C:\Lib\ and the Packages
+// C:\Packs\Scenery\.
+#pragma once
+
+#include "core/profile.h"
+#include "support/program_fixture.h"
+
+namespace skv::test {
+
+class SceneryTest : public ProgramTest {
+ protected:
+  SceneryTest() {
+    app.SceneryLib = "C:\\Lib\\";
+    app.SceneryPacksPath = "C:\\Packs\\Scenery\\";
+    for (const char* folder : {"C:\\Lib\\Scenery", "C:\\Lib\\Main", "C:\\Packs\\Scenery"})
+      drive.clear(folder);
+  }
+
+  static std::string area(int number, const std::string& title, const std::string& layer,
+                          const std::string& folder, const std::string& more = "") {
+    return "[Area.00" + std::to_string(number) + "]\r\nTitle=" + title + "\r\nLayer=" + layer +
+           "\r\nLocal=" + folder + "\r\nActive=TRUE\r\n" + more;
+  }
+  // Three areas; on screen Alps, World, Rome.
+  void putDatabase() {
+    drive.write(cfg,
+                "[General]\r\nCache_Size=7\r\nClean_On_Exit=TRUE\r\n" +
+                    area(1, "World", "5", "Scenery") +
+                    area(4, "Rome", "2", "Addon Scenery\\Rome", "Flatten=a\r\nFlatten.1=b\r\n") +
+                    area(9, "Alps", "7", "ADDON SCENERY\\Alps"));
+  }
+  void open() { ui::raise(app.frmMain.mnuViewFSScenery.click); }
+  // Titles from the top, those of active areas with "+".
+  std::string areas() const {
+    const auto& list = app.frmMain.lstScenery;
+    std::string text;
+    for (int row = 1; row <= list.count(); ++row)
+      text += (row > 1 ? " " : "") + list.text(row) + (list.checked(row) ? "+" : "");
+    return text;
+  }
+  // The titles in the file, by their numbers.
+  std::string areasInFile() const {
+    std::string text;
+    for (int number = 1; number <= 9; ++number) {
+      const auto title = ReadProfile(disk, page, cfg, "Area.00" + std::to_string(number), "Title");
+      if (!title.empty()) text += (text.empty() ? "" : " ") + title;
+    }
+    return text;
+  }
+  std::string valueOf(const std::string& section, const std::string& key) const {
+    return ReadProfile(disk, page, cfg, section, key);
+  }
+  void select(ui::ListView& list, int row) {
+    list.select(row);
+    ui::raise(list.itemClick);
+  }
+
+  const CodePage page;
+  const std::string cfg = "C:\\FS\\Scenery.cfg", org = "C:\\FS\\Scenery.cfg.org",
+                    cache = "C:\\FS\\SKV_SC.lst", library = "C:\\Lib\\SKV_SL.lst";
+};
+
+}  // namespace skv::test
