@@ -56,7 +56,9 @@ const QPixmap& PlacePictures::picture(int number, const QPalette& palette, qreal
   int left = margin;
   for (const PlaceSet::Place& place : set_.places) {
     if (set_.stands(number, place)) {
-      const QColor colour(isDark(palette) ? place.onDark : place.onLight);
+      const QColor hue(isDark(palette) ? place.onDark : place.onLight);
+      // The hues do not stand out enough on a selected row of strong contrast.
+      const QColor colour = hasStrongBorders(palette) ? palette.color(QPalette::WindowText) : hue;
       painter.drawPixmap(
           left, margin,
           drawing(QLatin1String(place.drawing), {set_.glyph, set_.glyph}, ratio, colour));
