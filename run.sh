@@ -8,8 +8,12 @@ set -euo pipefail
 cd "$(dirname "$0")"
 
 tools/install-dependencies.sh
+[ -e build/release/src/fsskyvault ] || echo "Building FS Skyvault: some minutes the first time"
+# On a terminal one line that counts the steps.
+quiet=--quiet
+[ ! -t 1 ] || quiet=
 cmake --preset release >/dev/null
-cmake --build --preset release --target fsskyvault skyvault-sample skyvault-tour -- --quiet
+cmake --build --preset release --target fsskyvault skyvault-sample skyvault-tour -- $quiet
 
 if [ -z "${DISPLAY:-}${WAYLAND_DISPLAY:-}" ]; then
   echo "No screen here: taking the tour offscreen, pictures in build/tour/"
