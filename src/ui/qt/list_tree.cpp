@@ -8,9 +8,8 @@
 #include <QPainter>
 #include <QScrollBar>
 #include <algorithm>
-#include <numeric>
 
-#include "ui/qt/form_window.h"
+#include "ui/qt/list_columns.h"
 #include "ui/qt/menus.h"
 #include "ui/qt/place_pictures.h"
 #include "ui/qt/row_delegate.h"
@@ -21,7 +20,6 @@ namespace skv::ui::qt {
 
 namespace {
 
-constexpr int leastColumn = 44;
 constexpr int leastRows = 3;
 
 }  // namespace
@@ -31,6 +29,7 @@ ListTree::ListTree(Bindings& bindings, Form& form, ListView& list, const QString
       list_(list),
       rows_(list),
       delegate_(new RowDelegate(this)),
+      columns_(new ListColumns(*this, rows_, list)),
       drag_(
           new RowDrag(*this, [this] { return binding_->accepts() ? list_.rowOf(dragged_) : 0; })) {
   setModel(&rows_);
@@ -46,15 +45,7 @@ ListTree::ListTree(Bindings& bindings, Form& form, ListView& list, const QString
   setHorizontalScrollMode(ScrollPerPixel);
   setTabKeyNavigation(false);
   setIndentation(0);
-  header()->setStretchLastSection(false);
-  header()->setMinimumSectionSize(leastColumn);
-  header()->setHighlightSections(false);
-  QPalette muted = palette();
-  muted.setColor(QPalette::ButtonText, muted.color(QPalette::PlaceholderText));
-  header()->setPalette(muted);
-  header()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
   setMinimumHeight(heightOf(leastRows));
-  header()->viewport()->installEventFilter(this);
   binding_ = new Binding(bindings, form, list, this, [this] { refresh(); });
   binding_->onDetach = [this] { rows_.detach(); };
   if (list.contextMenu && !bindings.widgetOf(*list.contextMenu))
@@ -104,11 +95,7 @@ void ListTree::listen() {
   connect(header(), &QHeaderView::sectionClicked, this, [this](int section) {
     later([this, section] { ui::raise(list_.columnClick, rows_.columnAt(section) + 1); });
   });
-  connect(header(), &QHeaderView::sectionResized, this, [this] {
-    if (fitting_ || !headerHeld_) return;
-    columnsMoved_ = true;
-    fillLastColumn();
-  });
+  columns_->changedByUser = [this] { binding_->fire(list_.columnsChanged); };
   rows_.checked = [this](ListView::RowId id, bool checked) {
     const int row = binding_->accepts() ? list_.rowOf(id) : 0;
     if (row == 0) return;
@@ -135,7 +122,7 @@ void ListTree::refresh() {
   refreshing_ = true;
   followRows();
   followWishes();
-  showHeader();
+  columns_->refresh();
   EditTriggers triggers = NoEditTriggers;
   if (list_.labelEdit && !list_.dblClick) triggers = DoubleClicked | SelectedClicked;
   if (list_.editByTyping) triggers |= EditKeyPressed | AnyKeyPressed;
@@ -178,13 +165,6 @@ void ListTree::followWishes() {
   if (std::exchange(editsSeen_, list_.labelEditWishes()) != list_.labelEditWishes())
     QMetaObject::invokeMethod(
         this, [this] { editSelected(); }, Qt::QueuedConnection);
-  std::vector<int> widths;
-  for (int i = 0; i < rows_.columnCount(); ++i)
-    widths.push_back(list_.columns()[static_cast<std::size_t>(rows_.columnAt(i))].width);
-  if (widths != widthsSeen_) {
-    widthsSeen_ = std::move(widths);
-    fitColumns();
-  }
 }
 
 void ListTree::editSelected() {
@@ -216,66 +196,12 @@ void ListTree::showEvent(QShowEvent* event) {
 void ListTree::resizeEvent(QResizeEvent* event) {
   QTreeView::resizeEvent(event);
   if (!binding_->attached()) return;
-  if (viewport()->width() != event->oldSize().width()) fitColumns();
+  if (viewport()->width() != event->oldSize().width()) columns_->fit();
   // What could be seen of the selected row stays in view, and what was revealed before the list had
   // its size.
   const int row = list_.selected();
   if (row != 0 && rows_.rowAt(currentIndex()) == row && inView(row, event->oldSize().height()))
     scrollTo(currentIndex());
-}
-
-void ListTree::showHeader() {
-  header()->setSectionsClickable(list_.columnClick != nullptr);
-  int sorted = -1;  // none, also where the key is a column that is not seen
-  for (int i = 0; i < rows_.columnCount() && list_.sorted(); ++i)
-    if (rows_.columnAt(i) == list_.sortKey()) sorted = i;
-  header()->setSortIndicatorShown(sorted >= 0);
-  if (sorted >= 0)
-    header()->setSortIndicator(sorted, list_.sortOrder() == SortOrder::ascending
-                                           ? Qt::AscendingOrder
-                                           : Qt::DescendingOrder);
-}
-
-void ListTree::fitColumns() {
-  // The columns share the room there is.
-  const int all = std::accumulate(widthsSeen_.begin(), widthsSeen_.end(), 0);
-  const int width = viewport()->width();
-  if (all == 0 || width < 2 * leastColumn) return;
-  fitting_ = true;
-  for (int i = 0; i + 1 < rows_.columnCount(); ++i)
-    setColumnWidth(i,
-                   std::max(widthsSeen_[static_cast<std::size_t>(i)] * width / all, leastColumn));
-  fitting_ = false;
-  fillLastColumn();
-}
-
-void ListTree::fillLastColumn() {
-  const int last = rows_.columnCount() - 1;
-  int taken = 0;
-  for (int i = 0; i < last; ++i) taken += columnWidth(i);
-  fitting_ = true;
-  setColumnWidth(last, std::max(viewport()->width() - taken, leastColumn));
-  fitting_ = false;
-}
-
-bool ListTree::eventFilter(QObject* watched, QEvent* event) {
-  if (watched == header()->viewport()) {
-    if (event->type() == QEvent::MouseButtonPress || event->type() == QEvent::MouseButtonDblClick)
-      headerHeld_ = true;
-    if (event->type() == QEvent::MouseButtonRelease) {
-      headerHeld_ = false;
-      if (std::exchange(columnsMoved_, false)) noteColumns();
-    }
-  }
-  return QTreeView::eventFilter(watched, event);
-}
-
-void ListTree::noteColumns() {
-  for (int i = 0; i < rows_.columnCount(); ++i) {
-    widthsSeen_[static_cast<std::size_t>(i)] = columnWidth(i) * twipsPerPixel;
-    list_.setColumnWidth(rows_.columnAt(i), columnWidth(i) * twipsPerPixel);
-  }
-  binding_->fire(list_.columnsChanged);
 }
 
 void ListTree::currentChanged(const QModelIndex& current, const QModelIndex& previous) {
@@ -387,10 +313,12 @@ bool ListTree::rowKey(const QKeyEvent& event, int row) {
       rows_.setData(name, list_.checked(row) ? Qt::Unchecked : Qt::Checked, Qt::CheckStateRole);
     return true;
   }
-  if (!list_.editByTyping) return false;
-  if (key == Qt::Key_Return || key == Qt::Key_Enter)
+  const bool enter = key == Qt::Key_Return || key == Qt::Key_Enter;
+  if (enter && list_.editByTyping)
     editSelected();
-  else if (key == Qt::Key_Delete)
+  else if (enter && list_.dblClick)
+    later([this] { ui::raise(list_.dblClick); });
+  else if (key == Qt::Key_Delete && list_.editByTyping)
     rows_.setData(name, QString(), Qt::EditRole);
   else
     return false;

@@ -8,6 +8,7 @@
 
 namespace skv::ui::qt {
 
+class ListColumns;
 class RowDelegate;
 class RowDrag;
 struct PlaceSet;
@@ -29,7 +30,6 @@ class ListTree : public QTreeView {
   void setOverlay(const QWidget* overlay) { overlay_ = overlay; }
 
  protected:
-  bool eventFilter(QObject* watched, QEvent* event) override;
   void currentChanged(const QModelIndex& current, const QModelIndex& previous) override;
   QItemSelectionModel::SelectionFlags selectionCommand(const QModelIndex& index,
                                                        const QEvent* event) const override;
@@ -48,7 +48,6 @@ class ListTree : public QTreeView {
   void refresh();
   void followRows();
   void followWishes();
-  void showHeader();
   void listen();
   void userSelects(int row);
   void editSelected();
@@ -63,16 +62,13 @@ class ListTree : public QTreeView {
   void reveal(ListView::RowId row);
   bool inView(int row, int height) const;
 
-  void fitColumns();
-  // It takes what the others leave, also of what the user takes from one of them.
-  void fillLastColumn();
-  void noteColumns();
   QString words() const;
 
   Bindings& bindings_;
   ListView& list_;
   RowsModel rows_;
   RowDelegate* delegate_;
+  ListColumns* columns_;
   RowDrag* drag_;
   ListView::RowId dragged_ = 0;  // pressed with the left button
   Binding* binding_;
@@ -85,10 +81,6 @@ class ListTree : public QTreeView {
   unsigned editsSeen_ = 0;
   ListView::RowId selectedSeen_ = 0;
   ListView::RowId toReveal_ = 0;  // 0 when nothing waits for the list to be seen
-  bool fitting_ = false;
-  bool headerHeld_ = false;
-  bool columnsMoved_ = false;    // since the user took hold of the header
-  std::vector<int> widthsSeen_;  // the columns' as the list told them last, in twips
 };
 
 }  // namespace skv::ui::qt

@@ -96,7 +96,8 @@ void RowDrag::paint(QPainter& painter) const {
   if (!running_ || count == 0 || row_() == 0 || steps() == 0) return;
   const int gap = std::min(gap_, count);
   const QRect beside = view_.visualRect(view_.model()->index(std::max(gap - 1, 0), 0));
-  const int y = gap == 0 ? beside.top() + 1 : beside.bottom() + 1;
+  const int y =
+      std::clamp(gap == 0 ? beside.top() : beside.bottom() + 1, 3, view_.viewport()->height() - 4);
   const QColor colour = view_.palette().color(QPalette::Link);
   const int right = view_.viewport()->width() - 4;
   painter.setRenderHint(QPainter::Antialiasing);

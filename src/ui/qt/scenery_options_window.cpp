@@ -16,7 +16,7 @@ namespace skv::ui::qt {
 namespace {
 
 constexpr int fields = 9;
-constexpr int fieldWidth = 250;
+constexpr int fieldWidth = 300;
 
 ListTree* addFields(FormBuilder& build, QGridLayout& grid, Label& caption, ListView& list) {
   const int column = grid.count() == 0 ? 0 : 1;

@@ -86,12 +86,21 @@ QWidget* lists(FormBuilder& build, FrmMain& form, FormWindow& window) {
   return half;
 }
 
-QWidget* optionFrame(FormBuilder& build, Frame& frame, OptionButton& a, OptionButton& b) {
+struct Choice {
+  OptionButton& option;
+  QString meaning;
+};
+
+QWidget* optionFrame(FormBuilder& build, Frame& frame, std::initializer_list<Choice> choices) {
   FramePanel* panel = build.frame(frame, false);
   auto* row = new QHBoxLayout;
   row->setSpacing(10);
-  row->addWidget(build.option(a));
-  row->addWidget(build.option(b));
+  for (const Choice& choice : choices) {
+    QRadioButton* widget = build.option(choice.option);
+    widget->setToolTip(choice.meaning);
+    widget->setAccessibleDescription(choice.meaning);
+    row->addWidget(widget);
+  }
   panel->body()->addLayout(row);
   return panel;
 }
@@ -109,9 +118,14 @@ QWidget* pictureAndBrowser(FormBuilder& build, FrmMain& form) {
   FramePanel* browser = build.frame(form.frameFtreeScenery, false);
   browser->body()->addWidget(build.folders(form.ftreeScenery, tr("Scenery files browser")), 1);
   column->addWidget(browser, 1);
-  QHBoxLayout* options =
-      rowOf({optionFrame(build, form.frameSceneryCopy, form.optMove, form.optCopy),
-             optionFrame(build, form.frameSceneryType, form.optScenery, form.optTextures)});
+  QHBoxLayout* options = rowOf(
+      {optionFrame(build, form.frameSceneryCopy,
+                   {{form.optMove, tr("The folder's files go once they are in the library")},
+                    {form.optCopy, tr("The folder stays as it is")}}),
+       optionFrame(build, form.frameSceneryType,
+                   {{form.optScenery, tr("The folder is a new scenery of the library")},
+                    {form.optTextures,
+                     tr("The folder holds main textures of the selected library scenery")}})});
   options->setSpacing(28);
   column->addLayout(options);
   column->addLayout(rowOf({build.button(form.btnAddToSL)}));

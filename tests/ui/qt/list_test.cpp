@@ -169,6 +169,10 @@ TEST_F(ListTest, ADoubleClickOpensTheSelectedRowWhereTheListHasAnOperation) {
   doubleClickName(*view, 2);
   EXPECT_EQ(opened, 2);
   EXPECT_EQ(editor(), nullptr);
+  clickRow(3);
+  QTest::keyClick(view, Qt::Key_Return);
+  settle();
+  EXPECT_EQ(opened, 3);
   list.startLabelEdit();
   settle();
   EXPECT_NE(editor(), nullptr);
