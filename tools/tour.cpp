@@ -27,6 +27,7 @@
 #include "sample/sample_files.h"
 #include "sample/sample_settings.h"
 #include "sample/sample_simulator.h"
+#include "tour_scenery.h"
 #include "tour_user.h"
 #include "ui/events.h"
 #include "ui/qt/qt_windowing.h"
@@ -61,7 +62,8 @@ class Tour {
     toHangar();
     everyOtherArchive();
     settings();
-    darkCorners();
+    SceneryRoad(sample_, user_).take();
+    user_.press(Qt::Key_F, Qt::ControlModifier);
   }
 
  private:
@@ -258,14 +260,6 @@ class Tour {
     user_.press(Qt::Key_F2);
     user_.allAnswered();
     require(!User::shows("frmSettings"), "the dialog is still there");
-  }
-
-  void darkCorners() {
-    user_.stage("The scenery view");
-    user_.chooseMenu({"View", "Scenery Manager"}, "view-menu");
-    require(User::shows("frmMain") && User::find("frameScenery").isVisible(), "no scenery view");
-    user_.picture("scenery");
-    user_.press(Qt::Key_F, Qt::ControlModifier);
   }
 
   // ---- what stages share

@@ -194,6 +194,63 @@ void User::clickRow(const std::string& name, int row) {
   settle();
 }
 
+std::string User::told(const std::string& name, int row) {
+  return index(name, row, 0).data(Qt::AccessibleTextRole).toString().toStdString();
+}
+
+void User::tick(const std::string& name, int row) {
+  auto& view = list(name);
+  view.scrollTo(index(name, row, 0));
+  const QRect place = view.visualRect(index(name, row, 0));
+  QTest::mouseClick(view.viewport(), Qt::LeftButton, {}, {place.left() + 12, place.center().y()});
+  settle();
+}
+
+void User::dragRow(const std::string& name, int from, int to, const std::string& pictureName) {
+  auto& view = list(name);
+  const QPoint start = view.visualRect(index(name, from, 0)).center();
+  const QPoint end(start.x() + 10, view.visualRect(index(name, to, 0)).bottom() - 2);
+  const auto mouse = [&](QEvent::Type type, QPoint place) {
+    QMouseEvent event(type, place, view.viewport()->mapToGlobal(place),
+                      type == QEvent::MouseMove ? Qt::NoButton : Qt::LeftButton,
+                      type == QEvent::MouseButtonRelease ? Qt::NoButton : Qt::LeftButton, {});
+    QApplication::sendEvent(view.viewport(), &event);
+    settle();
+  };
+  mouse(QEvent::MouseButtonPress, start);
+  mouse(QEvent::MouseMove, end);
+  picture(pictureName);
+  mouse(QEvent::MouseButtonRelease, end);
+}
+
+void User::openFolder(const std::string& name, const std::vector<std::string>& names) {
+  auto& tree = find<QTreeView>(name);
+  QModelIndex folder;
+  for (const std::string& each : names) {
+    if (folder.isValid()) {
+      tree.expand(folder);
+      settle();
+    }
+    QModelIndex found;
+    for (int row = 0; row < tree.model()->rowCount(folder); ++row)
+      if (const QModelIndex child = tree.model()->index(row, 0, folder);
+          child.data().toString().toStdString() == each)
+        found = child;
+    require(found.isValid(), name + " has no folder " + each);
+    folder = found;
+  }
+  tree.scrollTo(folder);
+  QTest::mouseClick(tree.viewport(), Qt::LeftButton, {}, tree.visualRect(folder).center());
+  settle();
+}
+
+void User::pressIn(const std::string& name, int key, Qt::KeyboardModifiers modifiers) {
+  auto& widget = find<QWidget>(name);
+  widget.setFocus();
+  QTest::keyClick(&widget, static_cast<Qt::Key>(key), modifiers);
+  settle();
+}
+
 void User::rename(const std::string& name, int row, const std::string& text) {
   auto& view = list(name);
   clickRow(name, row);

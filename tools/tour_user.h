@@ -64,6 +64,17 @@ class User {
   // 0 when none is selected.
   static int selectedRow(const std::string& list);
   void clickRow(const std::string& list, int row);
+  // What a screen reader says of the row.
+  static std::string told(const std::string& list, int row);
+  // The box before the row.
+  void tick(const std::string& list, int row);
+  // To the place below that of row `to`. `pictureName`: of the drag.
+  void dragRow(const std::string& list, int from, int to, const std::string& pictureName);
+  // The folder at the end of the way from the root down, in a tree of folders.
+  void openFolder(const std::string& tree, const std::vector<std::string>& names);
+  // A key for a control that has the keyboard.
+  void pressIn(const std::string& widget, int key,
+               Qt::KeyboardModifiers modifiers = Qt::NoModifier);
   // Renames in place by a double click.
   void rename(const std::string& list, int row, const std::string& name);
 
