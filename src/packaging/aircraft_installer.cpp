@@ -13,11 +13,11 @@
 #include "core/long_operation.h"
 #include "core/messages.h"
 #include "core/profile.h"
-#include "core/staged_folder.h"
 #include "core/stores.h"
 #include "core/view.h"
 #include "core/walktree.h"
 #include "packaging/addon_archive.h"
+#include "packaging/addon_placement.h"
 
 namespace skv {
 
@@ -31,29 +31,26 @@ std::string counted(int number, const char* what) {
 class Installation {
  public:
   explicit Installation(App& app)
-      : app_(app), hangarDir_(app.HangarDir), archive_(app, {hangarDir_, acRoot(), "Aircraft"}) {}
+      : app_(app),
+        hangarDir_(app.HangarDir),
+        store_{hangarDir_, acRoot(), "Aircraft"},
+        archive_(app, store_) {}
 
   void run();
 
  private:
-  bool makeFolders();
   bool place();
-  void placeShared(const char* text, WalkCode finder, const char* folder);
   void placePanel();
   bool settle();
   void finish();
   void listIfMissing();
   void undo();
 
-  std::string find(WalkCode finder, const std::string& where);
-  void move(const std::string& from, const std::string& to);
   int countGauges();
   // Adds the row, or brings up the one that the list has for the folder.
   void addRow(const std::string& title);
   // The title that the aircraft in `folder` has, or else its folder's name.
   Result<std::string> titleOf(const std::string& folder) const;
-  // Whether everything has gone well so far and the user wants it to go on.
-  bool goesOn() const { return !app_.stopRequested && placed_.complete(); }
   void status(const std::string& text) { app_.frmMain.lblStatus.caption = text; }
 
   std::string acRoot() const { return aircraftRootOf(hangarDir_); }
@@ -62,10 +59,9 @@ class Installation {
   App& app_;
   // The Hangar as it was when the run began: the settings, or the view, may change in a yield.
   const std::string hangarDir_;
+  const AddonStore store_;
   AddonArchive archive_;
-  // Filled by place(), and given their names by settle().
-  std::optional<StagedFolder> aircraft_, main_;
-  WalkReport placed_;
+  std::optional<AddonPlacement> placement_;  // once the name is known
   std::string title_;
   int gauges_ = 0;
 };
@@ -78,112 +74,72 @@ void Installation::run() {
     if (archive_.nameTaken()) listIfMissing();
     return;
   }
-  aircraft_.emplace(app_, acRoot(), archive_.name());
-  main_.emplace(app_, mainRootOf(hangarDir_), archive_.name());
-  if (archive_.unpack() && makeFolders() && archive_.unpackEmbedded() && place() && settle())
+  placement_.emplace(app_, store_, archive_.name());
+  if (archive_.unpack() && placement_->makeFolders(sharedFolders) && archive_.unpackEmbedded() &&
+      place() && settle())
     finish();
   else
     undo();
   app_.error.clear();
 }
 
-bool Installation::makeFolders() {
-  for (const std::string& root : {acRoot(), mainRootOf(hangarDir_)}) MakePath(app_.files(), root);
-  for (StagedFolder* folder : {&*aircraft_, &*main_})
-    if (ReportError(app_, folder->make())) return false;
-  for (const char* shared : sharedFolders)
-    if (ReportError(app_, app_.files().makeFolder(main_->path() + "\\" + shared))) return false;
-  return true;
-}
-
-// The searches see the archive's contents and those of all embedded archives as one tree. Each
-// takes one whole folder and leaves the rest to the next.
 bool Installation::place() {
-  placeShared("Looking for Gauges...", WalkFindGauge, "\\Gauges");
-  placeShared("Looking for Main Effects...", WalkFindEffect, "\\Effects");
-  placeShared("Looking for common Sounds...", WalkFindLooseWav, "\\Sound");
+  AddonPlacement& parts = *placement_;
+  parts.placeShared("Looking for Gauges...", WalkFindGauge, "\\Gauges");
+  parts.placeShared("Looking for Main Effects...", WalkFindEffect, "\\Effects");
+  parts.placeShared("Looking for common Sounds...", WalkFindLooseWav, "\\Sound");
   status("Looking for aircraft root...");
-  const std::string root = find(WalkFindACCfg, app_.InstallTempDir);
+  const std::string root = parts.find(WalkFindACCfg);
   if (root.empty()) {
-    if (goesOn()) app_.windows.messageBox({"No Aircraft.cfg found!"});
+    if (parts.goesOn()) app_.windows.messageBox({"No Aircraft.cfg found!"});
   } else {
     status("Moving aircraft files...");
-    move(root, aircraft_->path());
+    parts.move(root, parts.addon());
     placePanel();
     // The aircraft's own textures have left with it: what is found now belongs to the simulator's.
-    placeShared("Looking for Main Texures...", WalkFindTextureBmp, "\\Texture");
+    parts.placeShared("Looking for Main Texures...", WalkFindTextureBmp, "\\Texture");
     gauges_ = countGauges();
   }
-  if (!app_.stopRequested) tellWalk(app_, placed_, "moved");
-  return !root.empty() && goesOn();
-}
-
-// Moves the first folder that the finder hits, with all that is in it, into the add-on's main
-// folder.
-void Installation::placeShared(const char* text, WalkCode finder, const char* folder) {
-  status(text);
-  const std::string found = find(finder, app_.InstallTempDir);
-  if (found.empty()) return;
-  move(found, main_->path() + folder);
-  app_.files().removeFolder(found).skipped();
+  if (!app_.stopRequested) tellWalk(app_, parts.report(), "moved");
+  return !root.empty() && parts.goesOn();
 }
 
 // A panel that lies beside the aircraft is used when the aircraft has none of its own.
 void Installation::placePanel() {
   status("Looking for panel root...");
-  const std::string panelHit = find(WalkFindPanelCfg, app_.InstallTempDir);
-  if (panelHit.empty() || !find(WalkFindPanelCfg, aircraft_->path()).empty()) return;
+  AddonPlacement& parts = *placement_;
+  const std::string panelHit = parts.find(WalkFindPanelCfg);
+  if (panelHit.empty() || !parts.find(WalkFindPanelCfg, parts.addon()).empty()) return;
   status("Moving panel files...");
-  const std::string target = aircraft_->path() + "\\Panel";
+  const std::string target = parts.addon() + "\\Panel";
   if (!PathExists(app_.files(), target)) app_.files().makeFolder(target).skipped();
-  move(panelHit, target);
-}
-
-// What a search could not look into may hold what the clean-up would delete: that is no whole
-// installation either.
-std::string Installation::find(WalkCode finder, const std::string& where) {
-  if (!goesOn()) return {};
-  app_.FoundDir.clear();
-  WalkReport search = WalkTree(app_, where, "", finder, true);
-  search.done = 0;  // moved files alone count
-  placed_ += search;
-  return std::exchange(app_.FoundDir, {});
-}
-
-void Installation::move(const std::string& from, const std::string& to) {
-  if (goesOn()) placed_ += WalkTree(app_, from, to, WalkMove, true);
+  parts.move(panelHit, target);
 }
 
 int Installation::countGauges() {
   const auto others = std::exchange(app_.PackFileList, {});
   // Only a number to be shown.
-  WalkTree(app_, main_->path() + "\\Gauges", "", WalkCollect, true).skipped();
+  WalkTree(app_, placement_->main() + "\\Gauges", "", WalkCollect, true).skipped();
   const auto isGauge = [](const std::string& file) { return upper(file).ends_with(".GAU"); };
   const auto count = std::ranges::count_if(app_.PackFileList, isGauge);
   app_.PackFileList = others;
   return static_cast<int>(count);
 }
 
-// The aircraft gets its name last: a folder of that name stands for a whole aircraft. All is on the
-// disk before the list says so and before the archive, which may be the only copy, goes.
 bool Installation::settle() {
-  FileSystem& files = app_.files();
   // While all can be undone, so that a title that could not be read is read by the next try.
-  const auto title = titleOf(aircraft_->path());
-  if (ReportError(app_, title.outcome()) || ReportError(app_, files.flushDisk(hangarDir_)))
-    return false;
+  const auto title = titleOf(placement_->addon());
+  if (ReportError(app_, title.outcome())) return false;
   title_ = title.value();
-  if (!tellWalk(app_, main_->settleOrMerge(), "moved")) return false;
-  Outcome settled = aircraft_->settle();
-  if (settled.ok()) settled = files.flushDisk(hangarDir_);
-  return !ReportError(app_, settled);
+  return placement_->settle();
 }
 
 void Installation::finish() {
   archive_.finish();
   addRow(title_);
   archive_.tellRenamed();
-  app_.frmMain.lblStatus.notice = title_ + " installed: " + counted(placed_.done, "file") +
+  app_.frmMain.lblStatus.notice = title_ +
+                                  " installed: " + counted(placement_->report().done, "file") +
                                   (gauges_ == 0 ? "" : ", " + counted(gauges_, "gauge"));
 }
 
@@ -245,15 +201,7 @@ void Installation::listIfMissing() {
 
 // Nothing of the run remains.
 void Installation::undo() {
-  Outcome undone;
-  for (StagedFolder* folder : {&*aircraft_, &*main_}) {
-    Outcome removed = folder->takeBack();
-    if (removed.ok() && archive_.stillThere()) removed = folder->clear();
-    if (undone.ok()) undone = removed;
-  }
-  if (!undone.ok())
-    tellFailure(app_, "What the installation has put into the Hangar could not be removed.",
-                undone);
+  placement_->undo(archive_.stillThere());
   archive_.giveUp();
   if (app_.stopRequested)
     app_.frmMain.lblStatus.notice = "Installation stopped: nothing was added to the Hangar";

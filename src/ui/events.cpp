@@ -7,6 +7,7 @@
 #include "aircraft/hangar_transfer.h"
 #include "aircraft/list_files.h"
 #include "packaging/aircraft_installer.h"
+#include "packaging/scenery_installer.h"
 #include "scenery/scenery_library.h"
 #include "scenery/scenery_options.h"
 #include "scenery/scenery_order.h"
@@ -23,6 +24,7 @@ namespace {
 void connectMenus(App& app) {
   auto& form = app.frmMain;
   form.mnuFileInstallAC.click = [&app] { mnuFileInstallAC_Click(app); };
+  form.mnuFileInstallSC.click = [&app] { mnuFileInstallSC_Click(app); };
   form.mnuFileQuit.click = [&app] { ui::raise(app.frmMain.closed); };
   form.mnuFileSettings.click = [&app] { mnuFileSettings_Click(app); };
   form.mnuViewFSAircraft.click = [&app] { leaveForAircraft(app, mnuViewFSAircraft_Click); };
