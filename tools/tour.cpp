@@ -5,10 +5,8 @@
 //   skyvault-tour [FOLDER FOR PICTURES]
 #include <unistd.h>
 
-#include <QAbstractItemView>
 #include <QAction>
 #include <QApplication>
-#include <QDialogButtonBox>
 #include <QHeaderView>
 #include <QInputDialog>
 #include <QLineEdit>
@@ -270,29 +268,6 @@ class Tour {
     user_.clickRow("lstAircraft", User::rowOf("lstAircraft", name));
   }
 
-  // In the file dialog: the archive in the list, then Open.
-  static void pick(QWidget& window, const std::string& archive) {
-    QAbstractItemView* list = nullptr;
-    for (const char* name : {"treeView", "listView"})
-      if (auto* view = window.findChild<QAbstractItemView*>(QLatin1String(name)))
-        if (view->isVisible()) list = view;
-    if (list == nullptr) throw std::runtime_error("the file dialog has no list");
-    // The dialog reads the folder in the background.
-    QModelIndexList found;
-    const auto listed = [&] {
-      found = list->model()->match(list->model()->index(0, 0, list->rootIndex()), Qt::DisplayRole,
-                                   QString::fromStdString(archive), 1, Qt::MatchExactly);
-      return !found.isEmpty();
-    };
-    require(QTest::qWaitFor(listed), "the file dialog does not list " + archive);
-    list->scrollTo(found.front());
-    QTest::mouseClick(list->viewport(), Qt::LeftButton, {},
-                      list->visualRect(found.front()).center());
-    auto* open = window.findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Open);
-    require(open != nullptr && open->isEnabled(), "the file dialog does not open " + archive);
-    QTest::mouseClick(open, Qt::LeftButton);
-  }
-
   static void answer(QWidget& window, const std::string& text) {
     auto* field = window.findChild<QLineEdit*>();
     require(field != nullptr, "the input box has no field");
@@ -305,7 +280,7 @@ class Tour {
   void expectArchive(const std::string& archive, const std::string& name, bool pictures = false) {
     user_.expect("openFile", [=, this](QWidget& window) {
       if (pictures) user_.picture("file-dialog");
-      pick(window, archive);
+      User::pickFile(window, archive);
     });
     user_.expect("inputBox", [=, this](QWidget& window) {
       const std::string offered = dynamic_cast<QInputDialog&>(window).textValue().toStdString();

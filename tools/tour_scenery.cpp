@@ -24,6 +24,8 @@ void SceneryRoad::take() {
   addToLibrary();
   editOptions();
   addToSimulator();
+  fromPackage();
+  install();
   import();
   deleteOnBothSides();
 }
@@ -47,6 +49,13 @@ void SceneryRoad::openView() {
   require(User::selectedRow("lstScenery") == 1, "the top row is not selected");
   require(User::text("lblSceneryTitle") == "Zephyr Coast", "its title is not shown");
   require(!unsaved(), "there is something to save at once");
+  const std::vector<std::string> places{"only in the library", "in the library, in FS2002",
+                                        "in the library, as Package",
+                                        "in the library, in FS2002, as Package"};
+  require(User::rows("lstInactScenery") == 4, "the library has other rows");
+  for (int row = 1; row <= 4; ++row)
+    require(User::told("lstInactScenery", row).ends_with(places[static_cast<std::size_t>(row) - 1]),
+            "the places are told as " + User::told("lstInactScenery", row));
   user_.picture("scenery");
 }
 
@@ -83,16 +92,21 @@ void SceneryRoad::save() {
   user_.picture("scenery-saved");
 }
 
+// The question for a name will come, and its offer is taken.
+void SceneryRoad::expectName(const std::string& offered) {
+  user_.expect("inputBox", [=, this](QWidget& window) {
+    auto& box = dynamic_cast<QInputDialog&>(window);
+    require(box.textValue().toStdString() == offered, "the box offers another name");
+    user_.picture("scenery-name");
+    QTest::keyClick(window.findChild<QLineEdit*>(), Qt::Key_Return);
+  });
+}
+
 void SceneryRoad::addToLibrary() {
   user_.stage("A folder of the disk into the library");
   sample::writeFiles(sample_.downloads / harbour, sample::sceneryFiles(harbour));
   user_.openFolder("ftreeScenery", {"C:", "Downloads", harbour});
-  user_.expect("inputBox", [this](QWidget& window) {
-    auto& box = dynamic_cast<QInputDialog&>(window);
-    require(box.textValue() == QLatin1String(harbour), "the box offers another name");
-    user_.picture("scenery-name");
-    QTest::keyClick(window.findChild<QLineEdit*>(), Qt::Key_Return);
-  });
+  expectName(harbour);
   user_.click("btnAddToSL");
   user_.allAnswered();
   require(User::cell("lstInactScenery", 1, 0) == harbour, "the scenery is not listed");
@@ -151,11 +165,36 @@ void SceneryRoad::addToSimulator() {
   user_.picture("scenery-in-the-simulator");
 }
 
+void SceneryRoad::fromPackage() {
+  user_.stage("A scenery that is packed away comes from its Package");
+  user_.clickRow("lstInactScenery", User::rowOf("lstInactScenery", "Mistral Point"));
+  user_.click("btnAddSLtoFS");
+  user_.allAnswered();
+  require(fs::exists(sample_.simulator / "ADDON SCENERY/Mistral Point/Scenery/airport.bgl"),
+          "the Package's scenery did not arrive");
+  require(fs::exists(sample_.simulator / "Texture/quay_Mis.bmp"), "nor its main texture");
+  user_.picture("scenery-from-a-package");
+}
+
+void SceneryRoad::install() {
+  user_.stage("Installing a scenery from a ZIP into the library");
+  user_.expect("openFile",
+               [](QWidget& window) { User::pickFile(window, "scenery_aldersund.zip"); });
+  expectName("scenery_aldersund");
+  user_.chooseMenu({"File", "Install Package/ZIP", "Scenery"}, "scenery-menu");
+  user_.allAnswered();
+  require(User::cell("lstInactScenery", 1, 0) == "scenery_aldersund", "the scenery is not listed");
+  require(fs::exists(sample_.simulator /
+                     "SKV-Hangar/SceneryLib/Scenery/scenery_aldersund/Scenery/airport.bgl"),
+          "no files arrived");
+  user_.picture("scenery-installed");
+}
+
 void SceneryRoad::import() {
   user_.stage("The simulator's sceneries into the library");
   user_.chooseMenu({"File", "Import", "Sceneries"}, "scenery-import-menu");
   user_.allAnswered();
-  require(User::rows("lstInactScenery") == 37,
+  require(User::rows("lstInactScenery") == 6 + 37,
           "the library has " + std::to_string(User::rows("lstInactScenery")) + " rows");
   require(fs::exists(sample_.simulator / "SKV-Hangar/SceneryLib/Scenery/Aldersund/readme.txt"),
           "no files were imported");
@@ -180,9 +219,10 @@ void SceneryRoad::deleteOnBothSides() {
   user_.expectBox("Delete related Scenery files from harddrive as well?", "Yes");
   user_.click("btnSLDel");
   user_.allAnswered();
-  require(User::rows("lstInactScenery") == 36, "the row is still there");
+  require(User::rows("lstInactScenery") == 6 + 36, "the row is still there");
   require(!fs::exists(sample_.simulator / "SKV-Hangar/SceneryLib/Scenery/Aldersund"),
           "the files are still there");
+  require(User::text("lblStatus").empty(), "the status line says " + User::text("lblStatus"));
   // A built-in area stays.
   user_.clickRow("lstScenery", User::rowOf("lstScenery", "Default Airports"));
   require(!User::find("btnFSScenDel").isEnabled(), "a built-in area can be deleted");

@@ -8,7 +8,7 @@
 
 namespace skv::tour {
 
-// From opening the view, over saving and adding, to deleting. The library is empty before.
+// From opening the view, over saving and adding, to deleting.
 class SceneryRoad {
  public:
   SceneryRoad(const sample::SampleSimulator& sample, User& user) : sample_(sample), user_(user) {}
@@ -21,9 +21,12 @@ class SceneryRoad {
   void addToLibrary();
   void editOptions();
   void addToSimulator();
+  void fromPackage();
+  void install();
   void import();
   void deleteOnBothSides();
 
+  void expectName(const std::string& offered);
   std::string database() const;
   bool unsaved() const;
 

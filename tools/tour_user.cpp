@@ -1,17 +1,22 @@
 #include "tour_user.h"
 
 #include <QAbstractButton>
+#include <QAbstractItemView>
 #include <QAction>
+#include <QDialogButtonBox>
 #include <QLineEdit>
 #include <QMenu>
 #include <QMenuBar>
 #include <QMessageBox>
 #include <QPainter>
 #include <QPlainTextEdit>
+#include <QPushButton>
 #include <QTabBar>
 #include <QTest>
 #include <QTimer>
 #include <iostream>
+
+#include "ui/qt/status_view.h"
 
 namespace skv::tour {
 
@@ -166,6 +171,8 @@ std::string User::text(const std::string& field) {
   if (auto* line = qobject_cast<QLineEdit*>(&widget)) return line->text().toStdString();
   if (auto* area = qobject_cast<QPlainTextEdit*>(&widget)) return area->toPlainText().toStdString();
   if (auto* button = qobject_cast<QAbstractButton*>(&widget)) return button->text().toStdString();
+  if (auto* status = dynamic_cast<ui::qt::StatusView*>(&widget))
+    return status->text().toStdString();
   return widget.property("text").toString().toStdString();
 }
 
@@ -249,6 +256,27 @@ void User::pressIn(const std::string& name, int key, Qt::KeyboardModifiers modif
   widget.setFocus();
   QTest::keyClick(&widget, static_cast<Qt::Key>(key), modifiers);
   settle();
+}
+
+void User::pickFile(QWidget& window, const std::string& archive) {
+  QAbstractItemView* list = nullptr;
+  for (const char* name : {"treeView", "listView"})
+    if (auto* view = window.findChild<QAbstractItemView*>(QLatin1String(name)))
+      if (view->isVisible()) list = view;
+  if (list == nullptr) throw Wrong("the file dialog has no list");
+  // The dialog reads the folder in the background.
+  QModelIndexList found;
+  const auto listed = [&] {
+    found = list->model()->match(list->model()->index(0, 0, list->rootIndex()), Qt::DisplayRole,
+                                 QString::fromStdString(archive), 1, Qt::MatchExactly);
+    return !found.isEmpty();
+  };
+  require(QTest::qWaitFor(listed), "the file dialog does not list " + archive);
+  list->scrollTo(found.front());
+  QTest::mouseClick(list->viewport(), Qt::LeftButton, {}, list->visualRect(found.front()).center());
+  auto* open = window.findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Open);
+  require(open != nullptr && open->isEnabled(), "the file dialog does not open " + archive);
+  QTest::mouseClick(open, Qt::LeftButton);
 }
 
 void User::rename(const std::string& name, int row, const std::string& text) {

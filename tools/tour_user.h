@@ -72,6 +72,8 @@ class User {
   void dragRow(const std::string& list, int from, int to, const std::string& pictureName);
   // The folder at the end of the way from the root down, in a tree of folders.
   void openFolder(const std::string& tree, const std::vector<std::string>& names);
+  // In the file dialog: the file in the list, then Open.
+  static void pickFile(QWidget& window, const std::string& file);
   // A key for a control that has the keyboard.
   void pressIn(const std::string& widget, int key,
                Qt::KeyboardModifiers modifiers = Qt::NoModifier);

@@ -55,6 +55,20 @@ std::vector<std::string> addonSceneries() {
       "Vantage Hill",   "Westerly",          "Windmill Landing", "Yarrow Gate",   "Zephyr Coast"};
 }
 
+std::vector<LibraryScenery> librarySceneries() {
+  return {{"Silver Strand", false, false},
+          {"Glasswater", true, false},
+          {"Mistral Point", false, true},
+          {"Norvik", true, true}};
+}
+
+std::string sceneryLibrary() {
+  std::string text;
+  for (const LibraryScenery& scenery : librarySceneries())
+    text += scenery.name + "\1" + "ADDON SCENERY\\" + scenery.name + std::string(7, '\1') + "\n";
+  return windowsText(text);
+}
+
 std::string sceneryCfg() {
   std::vector<Area> areas = builtIn();
   std::size_t count = 0;

@@ -18,4 +18,14 @@ std::vector<std::string> addonSceneries();
 // Scenery/*.bgl and Texture/*.bmp of one of them.
 Files sceneryFiles(const std::string& name);
 
+// A scenery of the library. One that is packed away has its files in a Package.
+struct LibraryScenery {
+  std::string name;
+  bool installed, packed;
+};
+// One for each combination of places.
+std::vector<LibraryScenery> librarySceneries();
+// The list of them.
+std::string sceneryLibrary();
+
 }  // namespace skv::sample

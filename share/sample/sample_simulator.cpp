@@ -72,6 +72,28 @@ void writeToHangar(const fs::path& simulator, const Design& design, bool packedA
   writeFiles(hangar, files);
 }
 
+// The scenery library; of a scenery that is packed away it keeps the texts, and the folders.
+void writeLibrary(const fs::path& simulator) {
+  const fs::path library = simulator / "SKV-Hangar/SceneryLib";
+  for (const LibraryScenery& scenery : librarySceneries()) {
+    const Files files = sceneryFiles(scenery.name);
+    const Files main{
+        {"Texture/quay_" + scenery.name.substr(0, 3) + ".bmp", groundBmp(scenery.name)}};
+    if (scenery.packed) {
+      Files package = below("Scenery", files);
+      append(package, below("Main", main));
+      writeZip(simulator / "SKV-Packages/Scenery" / (scenery.name + ".zip"), package);
+    }
+    Files kept = below("Scenery/" + scenery.name, files);
+    append(kept, below("Main/" + scenery.name, main));
+    for (const SampleFile& file : kept) fs::create_directories((library / file.path).parent_path());
+    if (scenery.packed)
+      std::erase_if(kept, [](const SampleFile& file) { return !file.path.ends_with(".txt"); });
+    writeFiles(library, kept);
+  }
+  writeFiles(library, {{"SKV_SL.lst", sceneryLibrary()}});
+}
+
 void writeSharedFolders(const fs::path& simulator) {
   Files files;
   for (const char* name : {"basic_six", "radios", "throttles", "autopilot", "clock"})
@@ -125,6 +147,7 @@ SampleSimulator makeSample(const fs::path& folder) {
   writeSharedFolders(sample.simulator);
   for (const std::string& name : addonSceneries())
     writeFiles(sample.simulator / "ADDON SCENERY" / name, sceneryFiles(name));
+  writeLibrary(sample.simulator);
   writeFiles(sample.simulator / "aircraft", centralPanels());
 
   const std::string simulatorRoot = sample.FSRoot + "aircraft\\";

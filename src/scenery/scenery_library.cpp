@@ -354,6 +354,7 @@ void btnSLDel_Click(App& app) {
   int row = list.rowOf(id);
   if (row == 0) return;
   if (withFiles && !list.subItem(row, sceneryColumn::Folder).empty()) deleteFiles(app, id, report);
+  app.frmMain.lblStatus.caption = "";
   tellWalk(app, report, "deleted");
   row = list.rowOf(id);
   if (row == 0 || report.stopped) return;
