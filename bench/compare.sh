@@ -12,9 +12,10 @@ rounds=${1:-5}
 
 tools/install-dependencies.sh
 cmake --preset release >/dev/null
-cmake --build --preset release --target skyvault-bench-op skyvault-bench-start skyvault-sample -- --quiet
+cmake --build --preset release --target skyvault-bench-op skyvault-bench-start skyvault-bench-move skyvault-sample -- --quiet
 op=$PWD/build/release/bench/skyvault-bench-op
 start=$PWD/build/release/bench/skyvault-bench-start
+move=$PWD/build/release/bench/skyvault-bench-move
 sample=$PWD/build/release/share/sample/skyvault-sample
 
 work=$(mktemp -d "${SKYVAULT_BENCH_DIR:-/var/tmp}/skyvault-compare-XXXXXX")
@@ -149,6 +150,10 @@ ours_start() { "$start" program "$work/window"; }
 theirs_start() { "$start" empty; }
 beside "start to a window with 1,000 aircraft / empty Qt window" 2 ours_start theirs_start
 rm -rf "$work/window"
+
+moved=$(times "$move" "$work/areas" 999)
+row "move one of 999 areas, to the painted list / 5 ms" "$(seconds "$moved")" "5 ms" "$(awk "BEGIN { print $moved / 0.005 }")" 1
+rm -rf "$work/areas"
 
 # Memory.
 "$sample" large-zip "$work/huge.zip" 40 2000000000

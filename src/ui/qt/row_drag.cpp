@@ -6,6 +6,7 @@
 #include <QScrollBar>
 #include <QTreeView>
 #include <algorithm>
+#include <utility>
 
 namespace skv::ui::qt {
 
@@ -24,22 +25,23 @@ RowDrag::RowDrag(QTreeView& view, std::function<int()> row)
   scroller_.setInterval(scrollMilliseconds);
   connect(&scroller_, &QTimer::timeout, this, [this] { scroll(); });
   connect(view_.verticalScrollBar(), &QScrollBar::valueChanged, this, [this] {
-    if (running_) follow();
+    if (running()) follow();
   });
 }
 
 void RowDrag::press(QPoint place) {
   cancel();
-  pressed_ = true;
+  state_ = State::pressed;
   start_ = place_ = place;
 }
 
 bool RowDrag::move(QPoint place) {
-  if (!pressed_) return false;
+  if (state_ == State::idle) return false;
   place_ = place;
-  if (!running_) {
+  if (state_ == State::over) return true;
+  if (state_ == State::pressed) {
     if ((place - start_).manhattanLength() < QApplication::startDragDistance()) return true;
-    running_ = true;
+    state_ = State::running;
     view_.viewport()->setCursor(Qt::ClosedHandCursor);
     view_.viewport()->update();
     scroller_.start();
@@ -49,16 +51,14 @@ bool RowDrag::move(QPoint place) {
 }
 
 std::optional<int> RowDrag::release() {
-  const bool dragged = running_ && row_() != 0;
-  const int wanted = dragged ? steps() : 0;
-  const bool wasRunning = running_;
+  const int wanted = running() && row_() != 0 ? steps() : 0;
   cancel();
-  return wasRunning ? std::optional(wanted) : std::nullopt;
+  return std::exchange(state_, State::idle) == State::over ? std::optional(wanted) : std::nullopt;
 }
 
 void RowDrag::cancel() {
-  pressed_ = false;
-  if (!std::exchange(running_, false)) return;
+  if (!running()) return;
+  state_ = State::over;
   scroller_.stop();
   view_.viewport()->unsetCursor();
   view_.viewport()->update();
@@ -93,7 +93,7 @@ void RowDrag::scroll() {
 
 void RowDrag::paint(QPainter& painter) const {
   const int count = rows();
-  if (!running_ || count == 0 || row_() == 0 || steps() == 0) return;
+  if (!running() || count == 0 || row_() == 0 || steps() == 0) return;
   const int gap = std::min(gap_, count);
   const QRect beside = view_.visualRect(view_.model()->index(std::max(gap - 1, 0), 0));
   const int y =

@@ -21,13 +21,13 @@ class RowDrag : public QObject {
 
   // The left button went down on the row.
   void press(QPoint place);
-  // Whether the movement is the drag's, which the view then does not see.
+  // Whether the movement is the drag's, which the view then must not see.
   bool move(QPoint place);
   // The button went up: how many rows lower (negative: higher) the row is wanted. None when nothing
   // was dragged.
   std::optional<int> release();
   void cancel();
-  bool running() const { return running_; }
+  bool running() const { return state_ == State::running; }
   void paint(QPainter& painter) const;
 
  protected:
@@ -42,7 +42,8 @@ class RowDrag : public QObject {
 
   QTreeView& view_;
   std::function<int()> row_;
-  bool pressed_ = false, running_ = false;
+  // Over: ended before the button went up, which is no click then.
+  enum class State { idle, pressed, running, over } state_ = State::idle;
   QPoint start_, place_;  // of the mouse, in the viewport
   int gap_ = 0;           // the line lies below that many rows
   QTimer scroller_;

@@ -1,4 +1,5 @@
 // The Scenery Manager's lists and the options of a scenery under a user's hands.
+#include <QHeaderView>
 #include <QLineEdit>
 #include <QScrollBar>
 #include <QSignalSpy>
@@ -94,8 +95,11 @@ TEST_F(SceneryWindowTest, ADragScrollsAtTheBorderAndEndsByEscape) {
   heard.clear();
   start();
   QTest::keyClick(view, Qt::Key_Escape);
-  mouse(QEvent::MouseButtonRelease, {40, 20});
+  // The button is still down.
+  mouse(QEvent::MouseMove, {40, 60});
+  mouse(QEvent::MouseButtonRelease, {40, 60});
   EXPECT_EQ(heard, Heard{});
+  EXPECT_EQ(list.selected(), 1);
 }
 
 TEST_F(SceneryWindowTest, KeysMoveTheRowAndItStaysInView) {
@@ -124,6 +128,7 @@ TEST_F(SceneryWindowTest, KeysMoveTheRowAndItStaysInView) {
 TEST_F(SceneryWindowTest, BoxAndSpaceBarSwitchARowOnAndOff) {
   const QPoint box{placeOf(1).left() + 12, placeOf(1).center().y()};
   mouse(QEvent::MouseButtonPress, box);
+  mouse(QEvent::MouseMove, box + QPoint(1, 1));  // no hand is still
   mouse(QEvent::MouseButtonRelease, box);
   EXPECT_EQ(heard, (Heard{"on Area 1"}));
   clickRow(*view, 2);  // in the column of the folder
@@ -157,6 +162,10 @@ TEST_F(SceneryWindowTest, RowsTellTheirPlacesAndMarks) {
   EXPECT_EQ(words, (Heard{"Rome", "Rome, only in the library", "Rome, in the library, in FS2002",
                           "Rome, in the library, as Package",
                           "Rome, in the library, in FS2002, as Package"}));
+  // The arrow of the sort is not drawn at a column that is not the key.
+  list.sort(4, ui::SortOrder::descending);
+  settle();
+  EXPECT_FALSE(view->header()->isSortIndicatorShown());
   EXPECT_EQ(told(*view, 1), "Area 1, Not active in FS2002");
   EXPECT_EQ(told(*view, 2), "Area 2, Active in FS2002, built in: cannot be deleted");
 }
