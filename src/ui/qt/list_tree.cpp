@@ -261,7 +261,6 @@ void ListTree::mouseReleaseEvent(QMouseEvent* event) {
     return;
   }
   // It was no click, neither on the row nor on its check box.
-  setState(NoState);
   moveSelected(dragged_, *steps);
 }
 

@@ -1,10 +1,12 @@
 // The Scenery Manager: the simulator's sceneries above the library's on the left, picture and file
 // browser on the right.
 #include <QCoreApplication>
+#include <QEvent>
 #include <QHBoxLayout>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QVBoxLayout>
+#include <algorithm>
 
 #include "ui/qt/caption_label.h"
 #include "ui/qt/frame_panel.h"
@@ -38,6 +40,16 @@ QPushButton* arrowButton(FormBuilder& build, Button& button, const char* drawing
   widget->setIcon(drawnIcon(QLatin1String(drawing), widget->palette().color(QPalette::ButtonText)));
   return widget;
 }
+
+// A half of the view, never narrower than its row of commands.
+class Half : public QWidget {
+ protected:
+  bool event(QEvent* event) override {
+    if (event->type() == QEvent::LayoutRequest)
+      setMinimumWidth(std::max(minimumWidth(), layout()->minimumSize().width()));
+    return QWidget::event(event);
+  }
+};
 
 QWidget* lists(FormBuilder& build, FrmMain& form, FormWindow& window) {
   auto* upperFoot = new QWidget;
@@ -77,7 +89,7 @@ QWidget* lists(FormBuilder& build, FrmMain& form, FormWindow& window) {
                                 .lowerHead = libraryHead,
                                 .lowerList = library,
                                 .overlay = loading});
-  auto* half = new QWidget;
+  auto* half = new Half;
   auto* column = new QVBoxLayout(half);
   column->setContentsMargins(0, 0, 0, 0);
   column->setSpacing(7);
@@ -106,7 +118,7 @@ QWidget* optionFrame(FormBuilder& build, Frame& frame, std::initializer_list<Cho
 }
 
 QWidget* pictureAndBrowser(FormBuilder& build, FrmMain& form) {
-  auto* half = new QWidget;
+  auto* half = new Half;
   auto* column = new QVBoxLayout(half);
   column->setContentsMargins(0, 0, 0, 0);
   column->setSpacing(7);
@@ -126,7 +138,7 @@ QWidget* pictureAndBrowser(FormBuilder& build, FrmMain& form) {
                    {{form.optScenery, tr("The folder is a new scenery of the library")},
                     {form.optTextures,
                      tr("The folder holds main textures of the selected library scenery")}})});
-  options->setSpacing(28);
+  options->setSpacing(20);
   column->addLayout(options);
   column->addLayout(rowOf({build.button(form.btnAddToSL)}));
   return half;
