@@ -1,4 +1,4 @@
-// The lists as a user meets them: rows, clicks, renaming, headers, check marks.
+// The lists as a user meets them: rows, clicks, renaming, headers.
 #include <QAbstractItemModel>
 #include <QClipboard>
 #include <QHeaderView>
@@ -217,29 +217,6 @@ TEST_F(ListTest, ThirtyThousandRowsComeInOneRefreshAndScroll) {
   const QModelIndex last = view->model()->index(29'999, 0);
   EXPECT_TRUE(view->viewport()->rect().intersects(view->visualRect(last)));
   EXPECT_EQ(last.data().toString(), "Aircraft 30000");
-}
-
-TEST_F(WindowTest, ASceneryIsTickedInItsList) {
-  showMain();
-  click("mnuViewFSScenery");
-  auto& list = app.frmMain.lstScenery;
-  list.clear();
-  list.add("Alps", {"C:\\FS\\Addon\\Alps"});
-  list.add("Default", {"C:\\FS\\Scenery"});
-  list.setColour(2, 255);
-  std::vector<int> ticked;
-  list.itemCheck = [&](int row) { ticked.push_back(list.checked(row) ? row : -row); };
-  settle();
-  auto* view = find<QTreeView>("lstScenery");
-  EXPECT_EQ(view->model()->columnCount(), 2);  // nobody is told of the others
-  const QRect place = view->visualRect(view->model()->index(0, 0));
-  for (int times = 0; times < 2; ++times) {
-    QTest::mouseClick(view->viewport(), Qt::LeftButton, {},
-                      {place.left() + 12, place.center().y()});
-    settle();
-  }
-  EXPECT_EQ(ticked, (std::vector<int>{1, -1}));
-  EXPECT_FALSE(list.checked(1));
 }
 
 }  // namespace

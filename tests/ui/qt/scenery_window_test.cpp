@@ -145,6 +145,7 @@ TEST_F(SceneryWindowTest, BoxAndSpaceBarSwitchARowOnAndOff) {
 }
 
 TEST_F(SceneryWindowTest, RowsTellTheirPlacesAndMarks) {
+  EXPECT_EQ(view->model()->columnCount(), 2);  // nobody is told of the others
   const auto told = [](const QTreeView& tree, int row) {
     return tree.model()->index(row - 1, 0).data(Qt::AccessibleTextRole).toString().toStdString();
   };
