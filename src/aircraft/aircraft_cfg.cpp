@@ -3,9 +3,9 @@
 #include <array>
 
 #include "aircraft/alias_tabs.h"
-#include "aircraft/original_cfg.h"
 #include "base/paths.h"
 #include "core/disk_queries.h"
+#include "core/kept_original.h"
 #include "core/messages.h"
 
 namespace skv {
@@ -102,6 +102,9 @@ void enableByRow(App& app) {
        {&form.mnuViewACCfgAC, &form.mnuListOpen, &form.mnuListCfg, &form.mnuListCopy})
     entry->enabled = !folder.empty();
   form.mnuListRename.enabled = form.lstAircraft.selected() != 0;
+  form.btnDelAC.enabled = form.lstAircraft.selected() != 0;
+  form.mnuFileSynchPN.enabled =
+      form.frameAircraft.visible && !app.PanelsDir.empty() && !app.HangarDir.empty();
   form.btnHangar.enabled = isElementName(FolderName(folder));
   form.mnuListHangar.enabled = form.btnHangar.enabled.get();
 }
@@ -152,7 +155,8 @@ Outcome writeInfo(App& app) {
     if (!cfg.write(section, variationKeys[i].key, texts[i]))
       return refused("\"" + texts[i] + "\" cannot be stored.");
   }
-  return changeAircraftCfg(app.files(), source.folder, cfg.bytes());
+  return changeKeepingOriginal(app.files(), source.folder + aircraftCfg,
+                               source.folder + originalAircraftCfg, cfg.bytes());
 }
 
 // Success leaves the boxes with nothing to save. A failure is told, and they keep what was typed.
@@ -186,6 +190,13 @@ void editPartConfig(App& app, const std::string& part, const std::string& value,
 
 std::string partFolder(const std::string& part, const std::string& value) {
   return value.empty() ? part + "\\" : part + "." + value + "\\";
+}
+
+std::string variationValue(const App& app, std::string_view key) {
+  const auto& values = app.infoSource.values;
+  for (std::size_t i = 0; i < values.size(); ++i)
+    if (variationKeys[i].key == key) return values[i];
+  return {};
 }
 
 std::string selectedAircraftFolder(App& app) {
@@ -305,7 +316,8 @@ void btnACRestoreOriginal_Click(App& app) {
                               ui::BoxIcon::warning, ui::BoxButtons::yesNo, title}) !=
       ui::Answer::yes)
     return;
-  const Outcome restored = restoreAircraftCfg(app.files(), folder);
+  const Outcome restored =
+      restoreOriginal(app.files(), folder + aircraftCfg, folder + originalAircraftCfg);
   if (!restored.ok()) {
     tellFailure(app, "The aircraft could not be reset.", restored);
     return;

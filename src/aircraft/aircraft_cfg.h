@@ -17,9 +17,16 @@
 
 namespace skv {
 
+inline constexpr const char* aircraftCfg = "Aircraft.cfg";
+// As it was before the program's first change.
+inline constexpr const char* originalAircraftCfg = "Aircraft.preSKV.cfg";
+
 // Folder of a part (panel, sound, model, texture) inside the aircraft's folder: "panel\" for an
 // empty value, "panel.vfr\" for the value vfr.
 std::string partFolder(const std::string& part, const std::string& value);
+
+// What the variation that the boxes show has for a part's key ("panel"), as it is stored.
+std::string variationValue(const App& app, std::string_view key);
 
 // The selected aircraft's folder, "" without a selected row.
 std::string selectedAircraftFolder(App& app);

@@ -1,7 +1,7 @@
 #include "aircraft/alias_tabs.h"
 
+#include "aircraft/addon_kind.h"
 #include "aircraft/aircraft_cfg.h"
-#include "aircraft/original_cfg.h"
 #include "base/paths.h"
 #include "core/disk_queries.h"
 
@@ -10,32 +10,6 @@ namespace skv {
 namespace {
 
 constexpr ui::Colour aliasColour = 65280;
-
-// What tells the panel side from the sound side.
-struct AddonKind {
-  const char* part;    // folder name and section key
-  const char* file;    // configuration file
-  const char* backup;  // the real one, moved aside by an assignment
-  ui::ListView ui::FrmMain::*list;
-  ui::TextBox ui::FrmMain::*box;  // the variation's value
-  ui::Label ui::FrmMain::*status;
-  ui::Button ui::FrmMain::*restore;
-};
-
-constexpr AddonKind panel{"panel",
-                          "panel.cfg",
-                          "panel.preSKV.cfg",
-                          &ui::FrmMain::lstPanel,
-                          &ui::FrmMain::txtPanel,
-                          &ui::FrmMain::lblPNStatus,
-                          &ui::FrmMain::btnPNRestoreOriginal};
-constexpr AddonKind sound{"sound",
-                          "sound.cfg",
-                          "sound.preSKV.cfg",
-                          &ui::FrmMain::lstSound,
-                          &ui::FrmMain::txtSound,
-                          &ui::FrmMain::lblSNStatus,
-                          &ui::FrmMain::btnSNRestoreOriginal};
 
 // Shows the alias of the configuration file in `folder`, and answers it.
 std::string showStatus(App& app, ProfileReader& reader, const std::string& folder,
@@ -73,11 +47,14 @@ std::string fillTab(App& app, ProfileReader& reader, const AddonKind& kind) {
   auto& list = app.frmMain.*kind.list;
   list.select(list.findSubItem1(used));
   if (list.selected() != 0) list.ensureVisible(list.selected());
-  restore.enabled = PathExists(app.files(), inForce + kind.backup);
+  // The variation's own folder is where an alias is written, and where it is undone.
+  const std::string own = folder + partFolder(kind.part, (app.frmMain.*kind.box).text);
+  restore.enabled = PathExists(app.files(), own + kind.backup);
   return used;
 }
 
 void showLibraryRow(App& app, const AddonKind& kind) {
+  showAliasCommands(app);
   const auto& list = app.frmMain.*kind.list;
   if (list.selected() == 0) return;
   std::string folder = list.subItem(list.selected(), 1);
@@ -89,15 +66,26 @@ void showLibraryRow(App& app, const AddonKind& kind) {
 }  // namespace
 
 void FillPanelTab(App& app, ProfileReader& reader) {
-  app.PanelPicDir = fillTab(app, reader, panel);
+  app.PanelPicDir = fillTab(app, reader, panelKind);
   const std::string folder = selectedAircraftFolder(app);
   app.frmMain.btnACRestoreOriginal.enabled =
       !folder.empty() && PathExists(app.files(), folder + originalAircraftCfg);
 }
 
-void FillSoundTab(App& app, ProfileReader& reader) { fillTab(app, reader, sound); }
+void FillSoundTab(App& app, ProfileReader& reader) {
+  fillTab(app, reader, soundKind);
+  showAliasCommands(app);
+}
 
-void lstPanel_Click(App& app) { showLibraryRow(app, panel); }
-void lstSound_Click(App& app) { showLibraryRow(app, sound); }
+void showAliasCommands(App& app) {
+  for (const AddonKind* kind : {&panelKind, &soundKind}) {
+    const bool selected = (app.frmMain.*kind->list).selected() != 0;
+    (app.frmMain.*kind->remove).enabled = selected;
+    (app.frmMain.*kind->assign).enabled = selected && !app.infoSource.values.empty();
+  }
+}
+
+void lstPanel_Click(App& app) { showLibraryRow(app, panelKind); }
+void lstSound_Click(App& app) { showLibraryRow(app, soundKind); }
 
 }  // namespace skv

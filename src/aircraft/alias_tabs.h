@@ -17,6 +17,9 @@ namespace skv {
 void FillPanelTab(App& app, ProfileReader& reader);
 void FillSoundTab(App& app, ProfileReader& reader);
 
+// Enables what the selected library rows and the shown variation give something to do.
+void showAliasCommands(App& app);
+
 // Shows the state of the selected library row itself.
 void lstPanel_Click(App& app);
 void lstSound_Click(App& app);

@@ -28,9 +28,7 @@ std::string storeTrouble(App& app) {
 }
 
 std::string importLine(const ui::MenuItem& entry) {
-  const std::string command = "\nFile, Import, " + entry.caption.get();
-  return command + (entry.available() ? " lists what is there."
-                                      : " will list what is there, in a version to come.");
+  return "\nFile, Import, " + entry.caption.get() + " lists what is there.";
 }
 
 std::string noAircraft(App& app) {

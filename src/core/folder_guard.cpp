@@ -156,12 +156,16 @@ bool isOrHolds(const std::string& folder, const std::string& inner) {
 }
 
 Outcome mayBeGivenUp(const App& app, const FolderUse& use) {
-  if (Outcome lies = liesInStore(app, use); !lies.ok()) return lies;
-  const FileSystem& files = app.platform.files;
-  const auto place = placeOf(files, use.folder);
-  if (!place.ok()) return cannotBeLookedAt(use.folder, place.outcome());
-  const bool link = files.isLink(withoutBackslash(use.folder));
-  return holdsNothingKept(app, use.folder, link ? std::string() : place.value(), use.others);
+  Outcome lies = liesInStore(app, use);
+  return lies.ok() ? mayBeDeleted(app, use.folder, use.others) : lies;
+}
+
+Outcome mayBeDeleted(const App& app, const std::string& folder,
+                     const std::vector<std::string>& others) {
+  // Of a link nothing goes but the link.
+  if (isFull(folder) && app.platform.files.isLink(withoutBackslash(folder)))
+    return holdsNothingKept(app, folder, {}, others);
+  return isNoStore(app, folder, others);
 }
 
 Outcome mayBeFilled(const App& app, const FolderUse& use) {

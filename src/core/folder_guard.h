@@ -26,6 +26,10 @@ struct FolderUse {
 // is not, and does not hold, what must not be lost. Where it is a link itself, only the link goes.
 Outcome mayBeGivenUp(const App& app, const FolderUse& use);
 
+// The same for a folder that may lie anywhere.
+Outcome mayBeDeleted(const App& app, const std::string& folder,
+                     const std::vector<std::string>& others);
+
 // Whether files may be put into the folder. A link there is followed, so that it is judged by what
 // it leads to; it may leave the store, as a user's own link to a larger disk does.
 Outcome mayBeFilled(const App& app, const FolderUse& use);

@@ -13,13 +13,13 @@
 
 namespace skv {
 
-// Gives `current`, which stands, another content in one step, after `original` is a flushed copy of
-// it or stood already. A file that cannot be kept is not changed.
+// Gives `current` another content in one step, after `original` is a flushed copy of it or stood
+// already. A file that cannot be kept is not changed; one that is clearly missing is made, with
+// nothing to keep.
 Outcome changeKeepingOriginal(FileSystem& files, const std::string& current,
                               const std::string& original, std::string_view content);
 
-// Takes read-only, as `attributes` tell it, off a file: it forbids to replace, move and delete it.
-Outcome clearReadOnly(FileSystem& files, const std::string& path, Attributes attributes);
-void putReadOnlyBack(FileSystem& files, const std::string& path, const Attributes& attributes);
+// Puts the original in the place of what is in force, in one step.
+Outcome restoreOriginal(FileSystem& files, const std::string& current, const std::string& original);
 
 }  // namespace skv

@@ -3,8 +3,10 @@
 #include "aircraft/aircraft_cfg.h"
 #include "aircraft/aircraft_menu.h"
 #include "aircraft/aircraft_views.h"
+#include "aircraft/alias_commands.h"
 #include "aircraft/alias_tabs.h"
 #include "aircraft/hangar_transfer.h"
+#include "aircraft/list_commands.h"
 #include "aircraft/list_files.h"
 #include "packaging/aircraft_installer.h"
 #include "packaging/scenery_installer.h"
@@ -35,6 +37,10 @@ void connectMenus(App& app) {
   form.mnuViewACCfgPN.click = [&app] { mnuViewACCfgPN_Click(app); };
   form.mnuViewACCfgSN.click = [&app] { mnuViewACCfgSN_Click(app); };
   form.mnuViewACCfgMD.click = [&app] { mnuViewACCfgMD_Click(app); };
+  form.mnuFileImportAC.click = [&app] { mnuFileImportAC_Click(app); };
+  form.mnuFileImportPN.click = [&app] { mnuFileImportPN_Click(app); };
+  form.mnuFileImportSN.click = [&app] { mnuFileImportSN_Click(app); };
+  form.mnuFileSynchPN.click = [&app] { mnuFileSynchPN_Click(app); };
   form.mnuListOpen.click = [&app] { mnuListOpen_Click(app); };
   form.mnuListCfg.click = [&app] { mnuViewACCfgAC_Click(app); };
   form.mnuListHangar.click = [&app] { btnHangar_Click(app); };
@@ -51,6 +57,8 @@ void connectAircraftViews(App& app) {
   form.lstAircraft.afterLabelEdit = [&app](bool& cancel, const std::string& name) {
     lstAircraft_AfterLabelEdit(app, cancel, name);
   };
+  form.btnAddAC.click = [&app] { btnAddAC_Click(app); };
+  form.btnDelAC.click = [&app] { btnDelAC_Click(app); };
   form.btnHangar.click = [&app] { btnHangar_Click(app); };
   form.btnACRestoreOriginal.click = [&app] { btnACRestoreOriginal_Click(app); };
 
@@ -59,6 +67,15 @@ void connectAircraftViews(App& app) {
   form.lstACVersions.click = [&app] { lstACVersions_Click(app); };
   form.btnSaveACInfo.click = [&app] { btnSaveACInfo_Click(app); };
   form.txtACDescription.keyPress = txtACDescription_KeyPress;
+
+  form.btnAddPN.click = [&app] { btnAddPN_Click(app); };
+  form.btnDelPN.click = [&app] { btnDelPN_Click(app); };
+  form.btnAssignPN.click = [&app] { btnAssignPN_Click(app); };
+  form.btnPNRestoreOriginal.click = [&app] { btnPNRestoreOriginal_Click(app); };
+  form.btnAddSN.click = [&app] { btnAddSN_Click(app); };
+  form.btnDelSN.click = [&app] { btnDelSN_Click(app); };
+  form.btnAssignSN.click = [&app] { btnAssignSN_Click(app); };
+  form.btnSNRestoreOriginal.click = [&app] { btnSNRestoreOriginal_Click(app); };
 
   form.lstPanel.click = [&app] { lstPanel_Click(app); };
   form.lstPanel.afterLabelEdit = [&app](bool& cancel, const std::string& name) {

@@ -182,7 +182,7 @@ TEST_F(AircraftViewsTest, AnEmptyListSaysWhy) {
   expectShown("could not be read");
   drive.remove("C:\\FS\\SKV_AC.lst");
   expectShown("5 aircraft stand in the simulator");
-  expectShown("File, Import, Aircrafts will list");
+  expectShown("File, Import, Aircrafts lists");
   form.mnuFileImportAC.click = [] {};
   expectShown("File, Import, Aircrafts lists what is there.");
   EXPECT_TRUE(holds(form.lstPanel.emptyText, "File, Import, Panels"));

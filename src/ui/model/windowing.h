@@ -11,7 +11,7 @@
 namespace skv::ui {
 
 enum class BoxIcon { none, information, question, exclamation, warning };
-enum class BoxButtons { ok, yesNo, yesNoCancel };
+enum class BoxButtons { ok, okCancel, yesNo, yesNoCancel };
 enum class Answer { ok, yes, no, cancel };
 
 inline constexpr const char* programTitle = "FS Skyvault";

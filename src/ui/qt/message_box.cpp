@@ -96,6 +96,13 @@ void MessageBox::addButtons(const Box& box) {
     unanswered_ = Answer::ok;
     return;
   }
+  if (box.buttons == BoxButtons::okCancel) {
+    setStandardButtons(QMessageBox::Ok | QMessageBox::Cancel);
+    unanswered_ = Answer::cancel;
+    setEscapeButton(QMessageBox::Cancel);
+    setDefaultButton(QMessageBox::Ok);
+    return;
+  }
   const bool cancels = box.buttons == BoxButtons::yesNoCancel;
   setStandardButtons(QMessageBox::Yes | QMessageBox::No |
                      (cancels ? QMessageBox::Cancel : QMessageBox::NoButton));

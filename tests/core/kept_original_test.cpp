@@ -1,4 +1,4 @@
-#include "aircraft/original_cfg.h"
+#include "core/kept_original.h"
 
 #include <gtest/gtest.h>
 
@@ -11,10 +11,10 @@ namespace {
 
 using test::Ending;
 
-class OriginalCfgTest : public ::testing::Test {
+class KeptOriginalTest : public ::testing::Test {
  protected:
   const std::string folder = "C:\\plane\\";
-  const std::string current = folder + aircraftCfg, original = folder + originalAircraftCfg;
+  const std::string current = folder + "Aircraft.cfg", original = folder + "Aircraft.preSKV.cfg";
   test::TemporaryDrive drive;
   DriveFileSystem disk{drive.drives()};
   test::FaultyFileSystem files{disk};
@@ -30,7 +30,7 @@ class OriginalCfgTest : public ::testing::Test {
 };
 
 // One of the two files always stands whole, the disk's cache being lost or not.
-TEST_F(OriginalCfgTest, ChangesAndResetsThatEndAnywhereLoseNeitherFile) {
+TEST_F(KeptOriginalTest, ChangesAndResetsThatEndAnywhereLoseNeitherFile) {
   for (const Ending ending :
        {Ending::failure, Ending::failedLook, Ending::kill, Ending::emptyFiles, Ending::lostFiles}) {
     for (const bool resets : {false, true}) {
@@ -39,8 +39,8 @@ TEST_F(OriginalCfgTest, ChangesAndResetsThatEndAnywhereLoseNeitherFile) {
       const int calls = forEveryCall(
           files, ending, [&] { resets ? put("changed", "original") : put("original", ""); },
           [&] {
-            ok = (resets ? restoreAircraftCfg(files, folder)
-                         : changeAircraftCfg(files, folder, "changed"))
+            ok = (resets ? restoreOriginal(files, current, original)
+                         : changeKeepingOriginal(files, current, original, "changed"))
                      .ok();
           },
           [&](bool struck) {
@@ -53,18 +53,20 @@ TEST_F(OriginalCfgTest, ChangesAndResetsThatEndAnywhereLoseNeitherFile) {
   }
 }
 
-TEST_F(OriginalCfgTest, AChangeNeedsABackupAndAResetAnOriginal) {
+TEST_F(KeptOriginalTest, AChangeNeedsABackupAndAResetAnOriginal) {
   drive.write(current, "now");
   ASSERT_TRUE(disk.makeFolder(original).ok());
-  EXPECT_FALSE(changeAircraftCfg(files, folder, "changed").ok()) << "a folder is no backup";
+  EXPECT_FALSE(changeKeepingOriginal(files, current, original, "changed").ok())
+      << "a folder is no backup";
   ASSERT_TRUE(disk.removeFolder(original).ok());
-  EXPECT_FALSE(restoreAircraftCfg(files, folder).ok());
+  EXPECT_FALSE(restoreOriginal(files, current, original).ok());
   drive.write(original, "");
-  EXPECT_FALSE(restoreAircraftCfg(files, folder).ok()) << "what a power cut has left of a copy";
+  EXPECT_FALSE(restoreOriginal(files, current, original).ok())
+      << "what a power cut has left of a copy";
   EXPECT_EQ(drive.read(current), "now");
   drive.remove(current);
   drive.write(original, "original");
-  EXPECT_TRUE(restoreAircraftCfg(files, folder).ok()) << "the file in force may be gone";
+  EXPECT_TRUE(restoreOriginal(files, current, original).ok()) << "the file in force may be gone";
   EXPECT_EQ(drive.read(current), "original");
 }
 

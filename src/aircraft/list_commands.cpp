@@ -1,0 +1,244 @@
+#include "aircraft/list_commands.h"
+
+#include <algorithm>
+
+#include "aircraft/aircraft_cfg.h"
+#include "aircraft/alias_users.h"
+#include "aircraft/empty_lists.h"
+#include "aircraft/list_files.h"
+#include "aircraft/place_mask.h"
+#include "base/paths.h"
+#include "core/delete_folder.h"
+#include "core/disk_queries.h"
+#include "core/folder_guard.h"
+#include "core/list_store.h"
+#include "core/long_operation.h"
+#include "core/messages.h"
+#include "core/stores.h"
+#include "core/view.h"
+#include "core/walktree.h"
+#include "ui/dialogs/dir_select.h"
+
+namespace skv {
+
+namespace {
+
+// A folder below the aircraft root sorts after it.
+bool isAircraftFolder(App& app, const std::string& folder) {
+  return upper(folder) > upper(app.ACRoot) && PathExists(app.files(), folder + "aircraft.cfg");
+}
+
+void setMissingIcons(App& app) {
+  auto& list = app.frmMain.lstAircraft;
+  const PlaceIndex places(app);
+  for (int row = 1; row <= list.count(); ++row)
+    if (list.smallIcon(row) == 0)
+      list.setSmallIcon(row, placeIcon(places.mask(FolderName(list.subItem(row, 1)))));
+}
+
+void import(App& app, ui::ListView& list, WalkCode scan, bool (*save)(App&), const char* what) {
+  if (app.ACRoot.empty()) return;
+  const LongOperation busy(app);
+  const int before = list.count();
+  const WalkReport report = WalkTree(app, app.ACRoot, "", scan, true);
+  save(app);
+  app.frmMain.lblStatus.caption = "";
+  const int added = list.count() - before;
+  if (tellWalk(app, report, "read"))
+    app.frmMain.lblStatus.notice =
+        std::to_string(added) + (added == 1 ? " new " : " new ") + what + " listed";
+  fillEmptyTexts(app);
+}
+
+// One delete, from the first question to the row.
+class Deletion {
+ public:
+  Deletion(App& app, int row)
+      : app_(app),
+        row_(app.frmMain.lstAircraft.id(row)),
+        Folder_(app.frmMain.lstAircraft.subItem(row, 1)),
+        FolderName_(FolderName(withBackslash(Folder_))) {}
+
+  void run() {
+    const bool inSimulator = inFSView(app_);
+    if (!asks(inSimulator ? "Remove selected Aircraft?" : "Remove selected Aircraft from Hangar??",
+              ui::BoxIcon::warning, ui::DefaultButton::byIcon))
+      return;
+    const LongOperation busy(app_);
+    if (inSimulator ? simulatorFilesGo() : hangarFilesGo()) removeRow();
+  }
+
+ private:
+  bool asks(const std::string& text, ui::BoxIcon icon, ui::DefaultButton button) {
+    return app_.windows.messageBox({.text = text,
+                                    .icon = icon,
+                                    .buttons = ui::BoxButtons::yesNo,
+                                    .title = "Delete Aircraft",
+                                    .defaultButton = button}) == ui::Answer::yes;
+  }
+
+  // The three answer whether the row is to go.
+  bool simulatorFilesGo() {
+    if (!asks("Delete selected Aircraft FOLDER from FS2002 as well?\rTHIS WILL DELETE THIS FOLDER "
+              "AND\rALL DATA UNDERNEATH IT:\r" +
+                  Folder_ + usersNote(),
+              ui::BoxIcon::question, ui::DefaultButton::no))
+      return true;
+    const std::string folder = withBackslash(Folder_);
+    if (equalsIgnoringCase(folder, app_.ACRoot)) return true;
+    if (const Outcome may = mayBeDeleted(app_, folder, otherFolders([](const std::string& other) {
+                                           return withBackslash(other);
+                                         }));
+        !may.ok())
+      return filesStay(may);
+    for (;;) {
+      const WalkReport report = deleteFolder(app_, folder);
+      if (report.stopped) return false;
+      if (presenceOf(app_.files(), Folder_) == Presence::absent) return true;
+      if (app_.windows.messageBox({.text = "Close FS 2002 and click OK!",
+                                   .icon = ui::BoxIcon::exclamation,
+                                   .buttons = ui::BoxButtons::okCancel,
+                                   .details = report.first.description()}) != ui::Answer::ok)
+        return false;
+    }
+  }
+
+  bool hangarFilesGo() {
+    if (!asks("Delete related Aircraft files from harddrive as well?" + usersNote(),
+              ui::BoxIcon::question, ui::DefaultButton::no))
+      return true;
+    std::vector<std::string> folders;
+    Outcome may = isElementName(FolderName_)
+                      ? Outcome()
+                      : Outcome::withText(err::badFileName, "\"" + Folder_ + "\" has no name.");
+    for (const std::string& root : {aircraftRootOf(app_.HangarDir), mainRootOf(app_.HangarDir)}) {
+      folders.push_back(root + FolderName_ + "\\");
+      if (may.ok())
+        may = mayBeGivenUp(app_, {folders.back(), root, otherFolders([&](const std::string& other) {
+                                    return root + FolderName(withBackslash(other)) + "\\";
+                                  })});
+    }
+    if (!may.ok()) return filesStay(may);
+    WalkReport report;
+    for (const std::string& folder : folders)
+      if (!report.stopped) report += deleteFolder(app_, folder);
+    if (!report.stopped) deletePackage(report);
+    tellWalk(app_, report, "deleted");
+    return !report.stopped;
+  }
+
+  void deletePackage(WalkReport& report) {
+    const std::string package = app_.PacksDir + FolderName_ + packageEnd;
+    const auto found = app_.files().attributes(package);
+    if (!found.ok() || found.value().folder) return;
+    if (app_.windows.messageBox({.text = "There's a Package \"" + FolderName_ +
+                                         ".zip\" as well!\r\nDo you want to delete it?",
+                                 .icon = ui::BoxIcon::question,
+                                 .buttons = ui::BoxButtons::yesNo,
+                                 .defaultButton = ui::DefaultButton::yes}) == ui::Answer::yes)
+      report.note(app_.files().deleteFile(package), package);
+  }
+
+  bool filesStay(const Outcome& why) {
+    tellFailure(app_, "The files of this aircraft stay.", why);
+    return true;
+  }
+
+  template <class Place>
+  std::vector<std::string> otherFolders(Place place) const {
+    const auto& list = app_.frmMain.lstAircraft;
+    std::vector<std::string> folders;
+    for (int row = 1; row <= list.count(); ++row)
+      if (list.id(row) != row_) folders.push_back(place(list.subItem(row, 1)));
+    return folders;
+  }
+
+  // Who would stand without a panel or sound.
+  std::string usersNote() {
+    constexpr std::size_t named = 5;
+    const auto users = aliasUsers(app_, withBackslash(Folder_));
+    if (users.empty()) return {};
+    std::string note = "\r\rIts panel or sound is used by:";
+    for (std::size_t i = 0; i < std::min(named, users.size()); ++i) note += "\r" + users[i];
+    if (users.size() > named) note += "\rand " + std::to_string(users.size() - named) + " more";
+    return note;
+  }
+
+  void removeRow() {
+    auto& list = app_.frmMain.lstAircraft;
+    const int row = list.rowOf(row_);
+    if (row == 0) return;
+    // Edits of what is gone are not asked about.
+    if (app_.infoSource.row == row_) ClearInfoTab(app_);
+    list.remove(row);
+    SaveACList(app_);
+    list.select(std::min(row, list.count()));
+    list.ensureVisible(list.selected());
+    lstAircraft_Click(app_);
+    fillEmptyTexts(app_);
+    app_.frmMain.lblStatus.caption = "";
+  }
+
+  App& app_;
+  const ui::ListView::RowId row_;
+  const std::string Folder_, FolderName_;
+};
+
+}  // namespace
+
+std::string askRowName(App& app, const std::string& prompt, const std::string& title,
+                       const std::string& proposed) {
+  std::string offered = storable(proposed, app.codePage);
+  for (;;) {
+    const auto answer = app.windows.inputBox(prompt, title, offered);
+    std::string name = inOneField(composed(answer.value_or("")));
+    const std::string lacking = app.codePage.lacking(name);
+    if (lacking.empty()) return name;
+    app.windows.messageBox({notStorable(name, lacking), ui::BoxIcon::exclamation});
+    offered = storable(name, app.codePage);
+  }
+}
+
+void btnAddAC_Click(App& app) {
+  if (app.ACRoot.empty() || !mayLeaveInfo(app)) return;
+  const std::string view = app.ListDir;
+  const auto folder = chooseFolder(app, app.frmMain, app.ACRoot, "Tolmere Settings");
+  if (!folder) return;
+  if (!isAircraftFolder(app, *folder)) {
+    app.windows.messageBox({"This is not a valid Aircraft folder!", ui::BoxIcon::exclamation});
+    return;
+  }
+  const std::string name = askRowName(app, "Aircraft Name:", "Add Aircraft", FolderName(*folder));
+  if (app.ListDir != view) return;  // another list came up meanwhile
+  auto& list = app.frmMain.lstAircraft;
+  const auto id = list.id(list.add(name, {*folder}));
+  setMissingIcons(app);
+  SaveACList(app);
+  const int row = list.rowOf(id);
+  list.select(row);
+  list.ensureVisible(row);
+  lstAircraft_Click(app);
+}
+
+void btnDelAC_Click(App& app) {
+  const int row = app.frmMain.lstAircraft.selected();
+  if (row != 0) Deletion(app, row).run();
+}
+
+void mnuFileImportAC_Click(App& app) {
+  auto& list = app.frmMain.lstAircraft;
+  const bool empty = list.count() == 0;
+  import(app, list, WalkScanAC, SaveACList, "aircraft");
+  setMissingIcons(app);
+  if (empty) lstAircraft_Click(app);
+}
+
+void mnuFileImportPN_Click(App& app) {
+  import(app, app.frmMain.lstPanel, WalkScanPN, SavePNList, "panels");
+}
+
+void mnuFileImportSN_Click(App& app) {
+  import(app, app.frmMain.lstSound, WalkScanSN, SaveSNList, "sounds");
+}
+
+}  // namespace skv

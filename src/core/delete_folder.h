@@ -1,0 +1,14 @@
+// Deleting the folder of an add-on, which may be given up (see folder_guard.h).
+#pragma once
+
+#include <string>
+
+#include "core/walktree.h"
+
+namespace skv {
+
+// Empties the folder and removes it. One that is a link is removed itself. What is not there is no
+// failure. Ends early when the user wants it.
+WalkReport deleteFolder(App& app, const std::string& folder);
+
+}  // namespace skv

@@ -1,0 +1,151 @@
+#include "aircraft/alias_commands.h"
+
+#include "aircraft/aircraft_views.h"
+#include "core/profile.h"
+#include "support/every_call.h"
+#include "support/program_fixture.h"
+
+namespace skv {
+namespace {
+
+using test::Ending;
+using test::holds;
+using test::line;
+using Lines = std::vector<std::string>;
+
+class AliasCommandsTest : public test::ProgramTest {
+ protected:
+  AliasCommandsTest() {
+    drive.write(root + "plane\\aircraft.cfg",
+                "[fltsim.0]\r\ntitle=Plane\r\n[fltsim.1]\r\ntitle=Second\r\npanel=vfr\r\n");
+    drive.write(root + "plane\\panel\\panel.cfg", real);
+    drive.write(root + "other\\aircraft.cfg", "[fltsim.0]\r\ntitle=Other\r\n");
+    drive.write(root + "other\\panel.big\\panel.cfg", "[Window Titles]\r\n");
+    drive.write(root + "other\\sound\\sound.cfg", "[fltsim]\r\nalias=plane\\sound\r\n");
+    drive.write("C:\\Far\\panel\\panel.cfg", "");
+    drive.write("C:\\FS\\SKV_AC.lst",
+                line("Plane", root + "plane\\") + line("Other", root + "other\\"));
+    drive.write("C:\\FS\\SKV_PN.lst",
+                line("Own", root + "plane\\panel\\") + line("Big", root + "other\\panel.big\\") +
+                    line("Far", "C:\\Far\\panel\\") + line("Up", root + "..\\..\\Far\\panel\\"));
+    mnuViewFSAircraft_Click(app);
+  }
+  void assign(int row) {
+    form.lstPanel.select(row);
+    ui::raise(form.lstPanel.click);
+    ui::raise(form.btnAssignPN.click);
+  }
+  void picks(const std::string& folder) {
+    form.visible = true;
+    windows.onShow[&app.frmDirSelect] = [this, folder] {
+      app.frmDirSelect.txtDir.text = folder;
+      ui::raise(app.frmDirSelect.btnOK.click);
+    };
+  }
+  std::string alias() { return ReadProfile(disk, CodePage(), own, "fltsim", "alias"); }
+
+  const std::string root = "C:\\FS\\aircraft\\", real = "[VC]\r\nx=1\r\n";
+  const std::string own = root + "plane\\panel\\panel.cfg",
+                    kept = root + "plane\\panel\\panel.preSKV.cfg";
+  ui::FrmMain& form = app.frmMain;
+};
+
+TEST_F(AliasCommandsTest, AssignsAPanelKeepsTheRealOneAndGoesBack) {
+  assign(2);
+  EXPECT_EQ(drive.read(own), "[fltsim]\r\nalias=other\\panel.big\r\n");
+  EXPECT_EQ(drive.read(kept), real);
+  form.lstACVersions.click();
+  EXPECT_EQ(form.lblPNStatus.caption, "Alias: other\\panel.big");
+  EXPECT_EQ(form.lstPanel.selected(), 2);
+  drive.write(own, "[fltsim]\r\nalias=x\r\nnote=mine\r\n");
+  assign(2);
+  EXPECT_EQ(drive.read(own), "[fltsim]\r\nalias=other\\panel.big\r\nnote=mine\r\n");
+  EXPECT_EQ(drive.read(kept), real) << "the first backup stays";
+  ui::raise(form.btnPNRestoreOriginal.click);
+  EXPECT_EQ(alias(), "other\\panel.big") << "not agreed";
+  windows.answers = {ui::Answer::yes};
+  ui::raise(form.btnPNRestoreOriginal.click);
+  EXPECT_EQ(drive.read(own), real);
+  EXPECT_FALSE(drive.exists(kept) || form.btnPNRestoreOriginal.enabled);
+  EXPECT_EQ(windows.boxes.back().text, "Panel reset to original version!");
+
+  // A variation without a folder of its own gets one.
+  form.lstACVersions.select(2);
+  form.lstACVersions.click();
+  assign(2);
+  EXPECT_TRUE(drive.exists(root + "plane\\panel.vfr\\panel.cfg"));
+  EXPECT_FALSE(drive.exists(root + "plane\\panel.vfr\\panel.preSKV.cfg"));
+}
+
+TEST_F(AliasCommandsTest, RefusesWhatWouldLeadNowhereOrInACircle) {
+  for (const int row : {1, 3, 4}) {
+    assign(row);
+    expectTold("was not assigned.");
+    EXPECT_EQ(drive.read(own), real);
+  }
+  EXPECT_FALSE(drive.exists(kept));
+}
+
+TEST_F(AliasCommandsTest, OneOfTheTwoFilesAlwaysStands) {
+  for (const bool restores : {false, true})
+    for (const Ending ending :
+         {Ending::failure, Ending::failedLook, Ending::kill, Ending::lostFiles})
+      forEveryCall(
+          files, ending,
+          [&] {
+            disk.setAttributes(own, {}).skipped();
+            drive.write(own, restores ? "[fltsim]\r\nalias=x\r\n" : real);
+            drive.remove(kept);
+            if (restores) drive.write(kept, real);
+            EXPECT_TRUE(disk.setAttributes(own, {.readOnly = true}).ok());
+            form.lstACVersions.click();
+            form.lstPanel.select(2);
+            windows.answers = {ui::Answer::yes};
+            windows.boxes.clear();
+          },
+          [&] { ui::raise(restores ? form.btnPNRestoreOriginal.click : form.btnAssignPN.click); },
+          [&](bool struck) {
+            EXPECT_TRUE(drive.read(own) == real || drive.read(kept) == real);
+            EXPECT_TRUE(drive.exists(own));
+            EXPECT_TRUE(struck || (drive.read(own) == real) == restores);
+          });
+}
+
+TEST_F(AliasCommandsTest, OnlyRealPanelsComeIntoTheLibraryByHand) {
+  picks(root + "other");
+  ui::raise(form.btnAddPN.click);
+  expectTold("This is not a valid Panel folder!");
+  picks(root + "other\\sound");
+  ui::raise(form.btnAddSN.click);
+  expectTold("another physical sound. FS does not allow");
+  picks(root + "plane\\panel");
+  windows.inputs = {"Łódź", "Ours\x01"};
+  ui::raise(form.btnAddPN.click);
+  EXPECT_EQ(rows(form.lstPanel).back(), "Ours |" + root + "plane\\panel\\");
+  EXPECT_TRUE(holds(drive.read("C:\\FS\\SKV_PN.lst"), line("Ours ", root + "plane\\panel\\")));
+  form.lstPanel.select(5);
+  windows.answers = {ui::Answer::yes};
+  ui::raise(form.btnDelPN.click);
+  EXPECT_EQ(form.lstPanel.count(), 4);
+  EXPECT_FALSE(holds(drive.read("C:\\FS\\SKV_PN.lst"), "Ours"));
+}
+
+TEST_F(AliasCommandsTest, SynchronizesThePanelsFolderAndItsMirror) {
+  app.PanelsDir = root + "Panels\\";
+  mnuViewFSAircraft_Click(app);
+  drive.write(root + "Panels\\a\\one", "1");
+  drive.write("C:\\Hangar\\aircraft\\Panels\\b\\two", "2");
+  ui::raise(form.mnuFileSynchPN.click);
+  EXPECT_EQ(drive.filesIn(root + "Panels"), (Lines{"a\\one", "b\\two"}));
+  EXPECT_EQ(drive.filesIn("C:\\Hangar\\aircraft\\Panels"), (Lines{"a\\one", "b\\two"}));
+  EXPECT_TRUE(windows.boxes.empty());
+  for (const char* folder : {"C:\\Hangar\\aircraft\\Panels\\", "C:\\", "C:\\Hangar\\"}) {
+    app.PanelsDir = folder;
+    ui::raise(form.mnuFileSynchPN.click);
+    expectTold("was not synchronized");
+  }
+  expectIdle();
+}
+
+}  // namespace
+}  // namespace skv

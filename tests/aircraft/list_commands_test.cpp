@@ -1,0 +1,127 @@
+#include "aircraft/list_commands.h"
+
+#include "aircraft/aircraft_views.h"
+#include "support/program_fixture.h"
+
+namespace skv {
+namespace {
+
+using test::holds;
+using test::line;
+using Lines = std::vector<std::string>;
+
+class ListCommandsTest : public test::ProgramTest {
+ protected:
+  ListCommandsTest() {
+    for (const std::string& root : {fs, hangar}) {
+      drive.write(root + "a\\aircraft.cfg", "[fltsim.0]\r\ntitle=Plane A\r\n");
+      drive.write(root + "a\\.hidden", "");
+      drive.write(root + "b\\Aircraft.cfg", "");
+      drive.write(root + "b\\panel\\panel.cfg", "[fltsim]\r\nalias=A\\panel\r\n");
+      drive.write(root + "b\\sound\\sound.cfg", "");
+    }
+    drive.write("C:\\Hangar\\Main\\a\\Gauges\\g.gau", "");
+    drive.write("C:\\Packs\\a.zip", "");
+  }
+  void open(void (*view)(App&), const std::string& root) {
+    const std::string store = root == fs ? "C:\\FS\\" : "C:\\Hangar\\";
+    drive.write(store + "SKV_AC.lst", line("A", root + "a\\") + line("B", root + "b\\"));
+    view(app);
+  }
+  // Answers how many questions were asked.
+  std::size_t remove(int row, std::deque<ui::Answer> answers) {
+    windows.boxes.clear();
+    windows.answers = std::move(answers);
+    form.lstAircraft.select(row);
+    ui::raise(form.lstAircraft.itemClick);
+    ui::raise(form.btnDelAC.click);
+    expectIdle();
+    return windows.boxes.size();
+  }
+  const ui::Answer yes = ui::Answer::yes, no = ui::Answer::no;
+  const std::string fs = "C:\\FS\\aircraft\\", hangar = "C:\\Hangar\\aircraft\\";
+  ui::FrmMain& form = app.frmMain;
+};
+
+TEST_F(ListCommandsTest, ImportsWhatTheListsLack) {
+  mnuViewFSAircraft_Click(app);
+  for (int i = 0; i < 2; ++i) {
+    ui::raise(form.mnuFileImportAC.click);
+    ui::raise(form.mnuFileImportPN.click);
+    ui::raise(form.mnuFileImportSN.click);
+    EXPECT_EQ(rows(form.lstAircraft), (Lines{"Plane A|" + fs + "a\\", "*Unknown*|" + fs + "b\\"}));
+    EXPECT_EQ(form.lstPanel.count(), 0) << "an alias is no panel";
+    EXPECT_EQ(rows(form.lstSound), (Lines{"b|" + fs + "b\\sound\\"}));
+  }
+  EXPECT_EQ(drive.read("C:\\FS\\SKV_AC.lst"),
+            line("Plane A", fs + "a\\") + line("*Unknown*", fs + "b\\"));
+  EXPECT_EQ(form.txtACTitle.text, "Plane A");
+  EXPECT_EQ(form.lstAircraft.smallIcon(1), 8) << "in all three places";
+}
+
+TEST_F(ListCommandsTest, AddsOnlyAnAircraftBelowTheRoot) {
+  open(mnuViewFSAircraft_Click, fs);
+  for (const auto& [folder, taken] :
+       {std::pair(fs, false), {fs + "b\\panel", false}, {"C:\\FS", false}, {fs + "a", true}}) {
+    windows.boxes.clear();
+    form.visible = true;
+    windows.onShow[&app.frmDirSelect] = [&, path = folder] {
+      app.frmDirSelect.txtDir.text = path;
+      ui::raise(app.frmDirSelect.btnOK.click);
+    };
+    windows.inputs = {"Mine"};
+    ui::raise(form.btnAddAC.click);
+    EXPECT_EQ(form.lstAircraft.count() == 3, taken) << folder;
+    EXPECT_EQ(windows.boxes.size(), taken ? 0U : 1U);
+  }
+  EXPECT_EQ(form.lstAircraft.selected(), 3);
+  EXPECT_TRUE(drive.read("C:\\FS\\SKV_AC.lst").ends_with(line("Mine", fs + "a\\")));
+}
+
+TEST_F(ListCommandsTest, DeletesInTheSimulator) {
+  open(mnuViewFSAircraft_Click, fs);
+  EXPECT_EQ(remove(1, {no}), 1U);
+  EXPECT_EQ(remove(2, {yes, no}), 2U);
+  EXPECT_TRUE(drive.exists(fs + "b\\sound"));
+  open(mnuViewFSAircraft_Click, fs);
+  files.failWhen("removeFolder", fs + "a", err::permissionDenied);
+  files.failWhen("deleteFile", fs + "a\\aircraft.cfg", err::permissionDenied);
+  EXPECT_EQ(remove(1, {yes, yes, ui::Answer::cancel}), 3U);
+  EXPECT_EQ(windows.boxes[1].text,
+            "Delete selected Aircraft FOLDER from FS2002 as well?\rTHIS WILL DELETE THIS FOLDER "
+            "AND\rALL DATA UNDERNEATH IT:\r" +
+                fs + "a\\\r\rIts panel or sound is used by:\rB");
+  EXPECT_EQ(windows.boxes[2].text, "Close FS 2002 and click OK!");
+  EXPECT_EQ(form.lstAircraft.count(), 2);
+  files.heal();
+  EXPECT_EQ(remove(1, {yes, yes}), 2U);
+  EXPECT_FALSE(drive.exists(fs + "a"));
+  EXPECT_TRUE(drive.exists(hangar + "a\\aircraft.cfg") && drive.exists("C:\\Packs\\a.zip"));
+  EXPECT_EQ(drive.read("C:\\FS\\SKV_AC.lst"), line("B", fs + "b\\"));
+  EXPECT_EQ(remove(1, {yes, no}), 2U);
+  EXPECT_FALSE(form.btnDelAC.enabled);
+}
+
+TEST_F(ListCommandsTest, DeletesInTheHangar) {
+  open(mnuViewHangar_Click, hangar);
+  EXPECT_EQ(remove(1, {yes, yes, no}), 3U);
+  EXPECT_FALSE(drive.exists(hangar + "a") || drive.exists("C:\\Hangar\\Main\\a"));
+  EXPECT_TRUE(drive.exists("C:\\Packs\\a.zip") && drive.exists(fs + "a\\aircraft.cfg"));
+  EXPECT_EQ(form.lstAircraft.selected(), 1);
+}
+
+TEST_F(ListCommandsTest, FilesThatAreNotTheRowsAloneStay) {
+  for (const std::string& folder :
+       {std::string("C:\\FS\\"), fs, std::string("C:\\"), std::string("C:\\FS\\aircraft"),
+        fs + "b\\..\\", fs + "B", std::string("\\"), std::string()}) {
+    SCOPED_TRACE(folder);
+    drive.write("C:\\FS\\SKV_AC.lst", line("X", folder) + line("B", fs + "b\\"));
+    mnuViewFSAircraft_Click(app);
+    remove(1, {yes, yes, yes});
+    EXPECT_EQ(rows(form.lstAircraft), Lines{"B|" + fs + "b\\"});
+    EXPECT_TRUE(drive.exists(fs + "a\\aircraft.cfg") && drive.exists(fs + "b\\Aircraft.cfg"));
+  }
+}
+
+}  // namespace
+}  // namespace skv
