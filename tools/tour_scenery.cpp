@@ -198,6 +198,8 @@ void SceneryRoad::import() {
           "the library has " + std::to_string(User::rows("lstInactScenery")) + " rows");
   require(fs::exists(sample_.simulator / "SKV-Hangar/SceneryLib/Scenery/Aldersund/readme.txt"),
           "no files were imported");
+  require(User::sees("lstScenery", User::selectedRow("lstScenery")),
+          "the selected area is out of view");
   user_.picture("scenery-imported");
 }
 

@@ -193,6 +193,11 @@ int User::selectedRow(const std::string& name) {
   return selected.isEmpty() ? 0 : selected.front().row() + 1;
 }
 
+bool User::sees(const std::string& name, int row) {
+  auto& view = list(name);
+  return view.viewport()->rect().contains(view.visualRect(index(name, row, 0)).center());
+}
+
 void User::clickRow(const std::string& name, int row) {
   auto& view = list(name);
   const QModelIndex place = index(name, row, 1);

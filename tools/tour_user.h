@@ -63,6 +63,7 @@ class User {
   static int rowOf(const std::string& list, const std::string& text, int column = 0);
   // 0 when none is selected.
   static int selectedRow(const std::string& list);
+  static bool sees(const std::string& list, int row);
   void clickRow(const std::string& list, int row);
   // What a screen reader says of the row.
   static std::string told(const std::string& list, int row);

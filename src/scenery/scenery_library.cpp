@@ -221,6 +221,7 @@ class Import {
       areas.ensureVisible(row);
       if (!import(rowAt(areas, row)) || app_.stopRequested) break;
     }
+    areas.ensureVisible(areas.selected());
     SaveSceneryLibList(app_);
     tell();
   }
