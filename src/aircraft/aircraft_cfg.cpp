@@ -107,6 +107,9 @@ void enableByRow(App& app) {
       form.frameAircraft.visible && !app.PanelsDir.empty() && !app.HangarDir.empty();
   form.btnHangar.enabled = isElementName(FolderName(folder));
   form.mnuListHangar.enabled = form.btnHangar.enabled.get();
+  if (form.frameAircraft.visible)
+    for (ui::MenuItem* entry : {&form.mnuFilePackage, &form.mnuFileUnpackage})
+      entry->enabled = form.btnHangar.enabled.get();
 }
 
 void showVariation(App& app, ProfileReader& reader) {

@@ -29,6 +29,8 @@ class ReadAndExtract {
   // Writes all entries below `extractfolder`, which exists. Then waits for ZipDone, clears it and
   // yields `yields` times more. Shows the error box on a failure.
   bool extract(const std::string& extractfolder, int yields);
+  // The archive's entries, as stored. Once fits() has been asked.
+  const std::vector<std::string>& names() const { return names_; }
   // Afterwards: what had to get another name than the archive has for it.
   const std::vector<RenamedEntry>& renamed() const { return Zipit1_->renamed(); }
 

@@ -56,6 +56,10 @@ class Zipit {
   // Nothing is ever written outside extractfolder. Stops at the first entry that cannot be
   // extracted; the description names archive and entry. What was complete by then stays.
   virtual Outcome extractfiles(const std::vector<std::string>& names) = 0;
+  // Success when the open archive has an entry of this name with the length and the CRC-32 of the
+  // bytes that the file `path` holds now; otherwise what it lacks. Names match whichever way their
+  // slashes lean.
+  virtual Outcome holdsFile(std::string_view name, std::string_view path) = 0;
   // What the last extractfiles has put under another name than the stored one, as the disk cannot
   // take that: files, and folders apart from what lies in them.
   virtual const std::vector<RenamedEntry>& renamed() const = 0;

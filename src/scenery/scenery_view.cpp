@@ -94,6 +94,9 @@ void showSceneryCommands(App& app) {
   form.btnFSScenDel.enabled = area != 0 && areas.colour(area) != builtInColour;
   form.btnSLDel.enabled = library.selected() != 0;
   form.btnAddSLtoFS.enabled = hasFolder;
+  if (form.frameScenery.visible)
+    for (ui::MenuItem* entry : {&form.mnuFilePackage, &form.mnuFileUnpackage})
+      entry->enabled = hasFolder;
 
   const bool folderPicked = librarySet && !form.ftreeScenery.folder->empty();
   for (ui::OptionButton* option : {&form.optCopy, &form.optMove, &form.optScenery})

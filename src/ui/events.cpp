@@ -9,6 +9,7 @@
 #include "aircraft/list_commands.h"
 #include "aircraft/list_files.h"
 #include "packaging/aircraft_installer.h"
+#include "packaging/package_commands.h"
 #include "packaging/scenery_installer.h"
 #include "scenery/scenery_library.h"
 #include "scenery/scenery_options.h"
@@ -26,6 +27,8 @@ namespace {
 void connectMenus(App& app) {
   auto& form = app.frmMain;
   form.mnuFileInstallAC.click = [&app] { mnuFileInstallAC_Click(app); };
+  form.mnuFilePackage.click = [&app] { mnuFilePackage_Click(app); };
+  form.mnuFileUnpackage.click = [&app] { mnuFileUnpackage_Click(app); };
   form.mnuFileInstallSC.click = [&app] { mnuFileInstallSC_Click(app); };
   form.mnuFileQuit.click = [&app] { ui::raise(app.frmMain.closed); };
   form.mnuFileSettings.click = [&app] { mnuFileSettings_Click(app); };

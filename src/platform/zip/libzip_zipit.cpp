@@ -1,7 +1,12 @@
 #include "platform/zip/libzip_zipit.h"
 
+#include <libdeflate.h>
+
+#include <algorithm>
 #include <chrono>
+#include <cstdio>
 #include <optional>
+#include <unordered_map>
 #include <unordered_set>
 
 #include "base/paths.h"
@@ -17,6 +22,28 @@ namespace {
 
 constexpr int complete = 100;  // percent
 
+struct Checksum {
+  std::uint64_t length = 0;
+  std::uint32_t crc = 0;
+};
+
+Result<Checksum> checksumOf(const FileSystem& files, std::string_view path) {
+  const auto native = files.nativePath(path);
+  if (!native.ok()) return native.outcome();
+  constexpr std::size_t portion = std::size_t{1} << 20U;
+  std::vector<char> bytes(portion);
+  const std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(
+      std::fopen(native.value().c_str(), "rbe"), std::fclose);
+  if (!file) return Outcome::failure(err::pathFileAccess, path);
+  Checksum sum;
+  while (const std::size_t read = std::fread(bytes.data(), 1, portion, file.get())) {
+    sum.length += read;
+    sum.crc = libdeflate_crc32(sum.crc, bytes.data(), read);
+  }
+  if (std::ferror(file.get()) != 0) return Outcome::failure(err::deviceIo, path);
+  return sum;
+}
+
 class LibzipZipit : public Zipit {
  public:
   LibzipZipit(FileSystem& files, CodePage systemPage)
@@ -27,6 +54,7 @@ class LibzipZipit : public Zipit {
   const std::vector<RenamedEntry>& renamed() const override { return renamed_; }
   Outcome addfiles(const std::vector<std::string>& names) override;
   Outcome extractfiles(const std::vector<std::string>& names) override;
+  Outcome holdsFile(std::string_view name, std::string_view path) override;
 
  private:
   using Event = std::function<void(int percent)>;
@@ -46,6 +74,7 @@ class LibzipZipit : public Zipit {
   std::optional<ZipReader> reader_;          // of the file
   std::vector<ArchiveEntry> directory_;
   std::vector<ZipEntry> entries_;
+  std::unordered_map<std::string, const ArchiveEntry*> byName_;  // made when asked for
   std::vector<RenamedEntry> renamed_;
   int reported_ = 0;
   std::chrono::steady_clock::time_point lastYield_;
@@ -57,6 +86,7 @@ Outcome LibzipZipit::setArchivefile(std::string_view path) {
   file_.reset();
   directory_.clear();
   entries_.clear();
+  byName_.clear();
   if (!files_.attributes(path_).ok()) return {};
   return guarded(path_, [this] { return readEntries(); });
 }
@@ -135,6 +165,22 @@ Outcome LibzipZipit::extract(const std::vector<std::string>& names) {
   renamed_ = plan.value().renamed;
   return extractFiles(files_, *file_, plan.value(),
                       [this](int percent) { return report(ExtractProgress, percent); });
+}
+
+Outcome LibzipZipit::holdsFile(std::string_view name, std::string_view path) {
+  const auto leaning = [](std::string text) {
+    std::ranges::replace(text, '/', '\\');
+    return text;
+  };
+  if (byName_.empty())
+    for (const ArchiveEntry& entry : directory_) byName_.emplace(leaning(entry.Filename), &entry);
+  const auto found = byName_.find(leaning(std::string(name)));
+  if (found == byName_.end()) return entryFailure(path_, std::string(name), "is not there");
+  const auto sum = checksumOf(files_, path);
+  if (!sum.ok()) return sum.outcome();
+  if (sum.value().length == found->second->size && sum.value().crc == found->second->crc) return {};
+  return entryFailure(path_, std::string(name),
+                      "is another one than \"" + std::string(path) + "\"");
 }
 
 Result<std::vector<ChosenEntry>> LibzipZipit::choose(const std::vector<std::string>& names) const {

@@ -1,0 +1,284 @@
+#include "packaging/package_commands.h"
+
+#include <algorithm>
+#include <array>
+#include <optional>
+#include <utility>
+
+#include "aircraft/aircraft_views.h"
+#include "base/paths.h"
+#include "core/disk_queries.h"
+#include "core/folder_guard.h"
+#include "core/long_operation.h"
+#include "core/messages.h"
+#include "core/stores.h"
+#include "core/view.h"
+#include "core/walktree.h"
+#include "core/working_folder.h"
+#include "core/zip_service.h"
+#include "scenery/scenery_row.h"
+
+namespace skv {
+
+namespace {
+
+constexpr int yieldsAfterExtraction = 10000;
+constexpr int packageBit = 2;
+
+// The kinds of add-ons that have Packages.
+struct PackageKind {
+  const char* part;  // its folder in a Package, with trailing backslash
+  const char *alreadyCompressed, *notYetCompressed;
+  ui::ListView ui::FrmMain::*list;
+};
+
+constexpr PackageKind aircraftKind{"Aircraft\\", "This Aircraft is already compressed!",
+                                   "This Aircraft not yet compressed!", &ui::FrmMain::lstAircraft};
+constexpr PackageKind sceneryKind{"Scenery\\", "This Scenery is already compressed!",
+                                  "This Scenery not yet compressed!",
+                                  &ui::FrmMain::lstInactScenery};
+
+constexpr const char* mainPart = "Main\\";
+
+// Thinning keeps what a user reads and edits; see WalkPurge.
+bool staysInFolder(const std::string& file) {
+  const std::string name = upper(file);
+  return std::ranges::any_of(std::array{".CFG", ".JPG", ".TXT"},
+                             [&name](const char* end) { return name.ends_with(end); });
+}
+
+// The paths of a folder's files, relative to it.
+WalkReport collect(App& app, const std::string& folder, std::vector<std::string>& files) {
+  const auto others = std::exchange(app.PackFileList, {});
+  WalkReport report = WalkTree(app, folder, "", WalkCollect, true);
+  files = std::exchange(app.PackFileList, others);
+  return report;
+}
+
+class PackageJob {
+ public:
+  // Of the row that is selected in the list of its kind.
+  PackageJob(App& app, const PackageKind& kind)
+      : app_(app),
+        files_(app.files()),
+        kind_(kind),
+        isAircraft_(&kind == &aircraftKind),
+        row_(list().id(list().selected())) {
+    const std::string folder = list().subItem(list().selected(), 1);
+    name_ = isAircraft_ ? FolderName(withBackslash(folder)) : leafOf(folder);
+    store_ = isAircraft_ ? app.HangarDir : app.SceneryLib;
+    root_ = isAircraft_ ? aircraftRootOf(store_) : sceneryRootOf(store_);
+    packages_ = isAircraft_ ? app.PacksDir : app.SceneryPacksPath;
+    package_ = packages_ + name_ + packageEnd;
+    folder_ = isAircraft_ ? withBackslash(folder) : root_ + name_ + "\\";
+    main_ = mainRootOf(store_) + name_ + "\\";
+  }
+
+  void compress() {
+    if (!stateIs(false) || !mayBegin(mayBeGivenUp(app_, {folder_, root_}))) return;
+    if (!makePackages()) return;
+    const DisabledForm busy(app_.frmMain);
+    if (pack()) {
+      status("Deleting temporary files...");
+      WalkReport thinned = WalkTree(app_, folder_, "", WalkPurge, true, OnStop::goOn);
+      thinned += WalkTree(app_, main_, "", WalkPurge, true, OnStop::goOn);
+      flip();
+      tellWalk(app_, thinned, "deleted");
+    }
+    clearWorkingFolders(app_).skipped();
+    status("");
+  }
+
+  void uncompress() {
+    if (!stateIs(true) || !mayBegin(mayBeFilled(app_, {root_ + name_ + "\\", root_}))) return;
+    const DisabledForm busy(app_.frmMain);
+    if (unpack()) flip();
+    clearWorkingFolders(app_).skipped();
+    status("");
+  }
+
+ private:
+  ui::ListView& list() { return app_.frmMain.*kind_.list; }
+  void status(const std::string& text) { app_.frmMain.lblStatus.caption = text; }
+
+  // Whether the add-on is compressed or not, as wanted, by its row and on disk. If not, the user is
+  // told, and the row says what is true from now on.
+  bool stateIs(bool compressed) {
+    if (!isElementName(name_)) return false;
+    const auto found = files_.attributes(package_);
+    if (!found.ok() && presenceBy(found.outcome()) == Presence::unknown)
+      return !ReportError(app_, found.outcome());
+    const bool told = ((list().smallIcon(list().rowOf(row_)) - 1) & packageBit) != 0;
+    if (told != found.ok()) flip();
+    if (found.ok() == compressed) return true;
+    app_.windows.messageBox(
+        {compressed ? kind_.notYetCompressed : kind_.alreadyCompressed, ui::BoxIcon::information});
+    return false;
+  }
+
+  bool mayBegin(Outcome may) {
+    app_.stopRequested = false;
+    if (may.ok()) may = mayBeFilled(app_, {main_, mainRootOf(store_)});
+    if (may.ok()) may = clearWorkingFolders(app_);
+    if (!may.ok()) tellFailure(app_, "\"" + name_ + "\" stays as it is.", may);
+    return may.ok();
+  }
+
+  bool makePackages() {
+    if (!folderExists(files_, packages_) &&
+        (folderExists(files_, folderAbove(packages_)) || mayBeMadeUnasked(app_, packages_)))
+      MakePath(files_, packages_);
+    const auto found = files_.attributes(packages_);
+    return !ReportError(app_, found.outcome());
+  }
+
+  // The Package, whole and on the disk.
+  bool pack() {
+    WalkReport copied;
+    for (const auto& [source, part] :
+         {std::pair(folder_, kind_.part), std::pair(main_, mainPart)}) {
+      const std::string target = app_.InstallTempDir + part;
+      copied.note(files_.makeFolder(target), target);
+      if (copied.complete()) copied += WalkTree(app_, source, target, WalkCopy, true);
+    }
+    if (!done(copied)) return false;
+    if (ReportError(app_, files_.setCurrentFolder(app_.InstallTempDir))) return false;
+    if (!done(collectParts())) return false;
+    status("Compressing: " + name_ + packageEnd + " ...");
+    if (!AddToArchive(app_, package_, false)) return false;
+    WalkReport kept;
+    kept.note(files_.flushDisk(packages_), package_);
+    if (kept.complete()) kept += verify();
+    if (kept.complete()) return true;
+    files_.deleteFile(package_).skipped();
+    return done(kept);
+  }
+
+  // What else lies in the working folder does not belong to the add-on.
+  WalkReport collectParts() {
+    std::vector<std::string> all;
+    const WalkReport report = collect(app_, app_.InstallTempDir, all);
+    std::erase_if(all, [this](const std::string& file) {
+      return !file.starts_with(kind_.part) && !file.starts_with(mainPart);
+    });
+    app_.PackFileList = std::move(all);
+    return report;
+  }
+
+  // Looks up in the Package every file that thinning would delete.
+  WalkReport verify() {
+    WalkReport report;
+    const auto zip = app_.platform.zip.load(files_);
+    if (!report.note(zip->setArchivefile(package_), package_)) return report;
+    for (const auto& [folder, part] :
+         {std::pair(folder_, kind_.part), std::pair(main_, mainPart)}) {
+      std::vector<std::string> files;
+      report += collect(app_, folder, files);
+      for (const std::string& file : files) {
+        if (staysInFolder(file)) continue;
+        report.note(zip->holdsFile(part + file, folder + file), folder + file);
+        app_.windows.yield();
+        if (!report.complete() || app_.stopRequested) break;
+      }
+    }
+    report.stopped = report.stopped || app_.stopRequested;
+    return report;
+  }
+
+  bool unpack() {
+    for (const char* part : {kind_.part, mainPart})
+      if (ReportError(app_, files_.makeFolder(app_.InstallTempDir + part))) return false;
+    if (ReportError(app_, files_.setCurrentFolder(app_.InstallTempDir))) return false;
+    status("Unpacking: " + name_ + packageEnd + " ...");
+    ReadAndExtract job(app_);
+    if (!job.open(package_) || !job.fits(store_) ||
+        !job.extract(app_.InstallTempDir, yieldsAfterExtraction))
+      return false;
+    const std::string target = root_ + name_;
+    for (const std::string& folder : {target, main_}) MakePath(files_, folder);
+    WalkReport moved = WalkTree(app_, app_.InstallTempDir + kind_.part, target, WalkMove, false);
+    if (!moved.stopped)
+      moved += WalkTree(app_, app_.InstallTempDir + mainPart, main_, WalkMove, false);
+    if (moved.complete()) moved.note(files_.flushDisk(store_), store_);
+    if (!done(moved)) return false;
+    if (!allArrived(job, moved)) return false;
+    status("Deleting temporary files...");
+    return !ReportError(app_, files_.deleteFile(package_));
+  }
+
+  // Whether the Package may go: all of it lies in the add-on's folders, under its own names.
+  bool allArrived(const ReadAndExtract& job, const WalkReport& moved) {
+    std::string strays;
+    for (const std::string& entry : job.names()) {
+      const std::string path = upper(entry);
+      const auto isPart = [&path](std::string part) {
+        part.pop_back();
+        return path.starts_with(upper(part)) &&
+               path.find_first_of("/\\", part.size()) == part.size();
+      };
+      if (!isPart(kind_.part) && !isPart(mainPart)) strays += entry + "\r\n";
+    }
+    for (const RenamedEntry& entry : job.renamed())
+      strays += entry.from + "  ->  " + entry.to + "\r\n";
+    if (strays.empty() && moved.sourceMayGo()) return true;
+    app_.windows.messageBox(
+        {.text = "\"" + name_ +
+                 "\" is unpacked, and its Package stays: it holds files that have no place in the "
+                 "add-on's folders, or not under their names.",
+         .icon = ui::BoxIcon::exclamation,
+         .details = strays});
+    return false;
+  }
+
+  // Tells of a step that has failed. Nothing has been thinned or moved by then.
+  bool done(const WalkReport& report) {
+    if (report.failed > 0)
+      app_.windows.messageBox({.text = "ERROR during ZIP operation!",
+                               .icon = ui::BoxIcon::exclamation,
+                               .details = report.where + "\r\n" + report.first.description()});
+    else if (report.stopped)
+      app_.frmMain.lblStatus.notice = "Stopped: \"" + name_ + "\" stays as it was";
+    return report.complete();
+  }
+
+  void flip() {
+    const int row = list().rowOf(row_);
+    if (row != 0) list().setSmallIcon(row, ((list().smallIcon(row) - 1) ^ packageBit) + 1);
+  }
+
+  App& app_;
+  FileSystem& files_;
+  const PackageKind& kind_;
+  const bool isAircraft_;
+  const ui::ListView::RowId row_;
+  std::string name_, store_, root_, packages_, package_;
+  std::string folder_, main_;  // of the add-on, with trailing backslash
+};
+
+// The job for the selected row; none where there is nothing to do.
+std::optional<PackageJob> jobOfSelection(App& app) {
+  const bool scenery = app.frmMain.frameScenery.visible;
+  const PackageKind& kind = scenery ? sceneryKind : aircraftKind;
+  if ((app.frmMain.*kind.list).selected() == 0) return {};
+  if (!scenery && inFSView(app)) {
+    mnuViewHangar_Click(app);
+    return {};
+  }
+  if (app.InstallTempDir.size() < 3 || app.InstallTempDir[1] != ':') {
+    app.windows.messageBox({"This feature does not support UNC!", ui::BoxIcon::exclamation});
+    return {};
+  }
+  return std::optional<PackageJob>(std::in_place, app, kind);
+}
+
+}  // namespace
+
+void mnuFilePackage_Click(App& app) {
+  if (auto job = jobOfSelection(app)) job->compress();
+}
+
+void mnuFileUnpackage_Click(App& app) {
+  if (auto job = jobOfSelection(app)) job->uncompress();
+}
+
+}  // namespace skv
