@@ -11,6 +11,7 @@
 #include <array>
 #include <charconv>
 #include <cmath>
+#include <cstring>
 #include <memory>
 #include <unordered_map>
 
@@ -18,7 +19,13 @@ namespace skv {
 
 namespace {
 
+// Eight bytes at a time: whole files are asked about.
 bool isAscii(std::string_view text) {
+  std::uint64_t eight = 0;
+  for (; text.size() >= sizeof eight; text.remove_prefix(sizeof eight)) {
+    std::memcpy(&eight, text.data(), sizeof eight);
+    if ((eight & 0x8080808080808080) != 0) return false;
+  }
   for (const char c : text)
     if (static_cast<unsigned char>(c) >= 0x80) return false;
   return true;

@@ -1,7 +1,10 @@
 #include "core/profile.h"
 
+#include <algorithm>
 #include <cstddef>
+#include <cstdint>
 #include <deque>
+#include <memory_resource>
 #include <optional>
 #include <unordered_map>
 #include <utility>
@@ -16,25 +19,53 @@ namespace {
 // The call's buffer, its closing NUL included.
 constexpr std::size_t bufferSize = 65536;
 
+constexpr char lower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
+
+// Names match without regard to case as far as A to Z go.
+struct NameHash {
+  std::size_t operator()(std::string_view name) const {
+    std::uint64_t hash = 0xcbf29ce484222325;
+    for (const char c : name) hash = (hash ^ static_cast<unsigned char>(lower(c))) * 0x100000001b3;
+    return hash ^ hash >> 32;
+  }
+};
+struct NamesMatch {
+  bool operator()(std::string_view a, std::string_view b) const {
+    return std::ranges::equal(a, b, {}, lower, lower);
+  }
+};
+// Views of the file's own text where that is a name as it stands; a large file has many.
+using Index = std::pmr::unordered_map<std::string_view, std::size_t, NameHash, NamesMatch>;
+
+// Whether a name is the same in every encoding, and ends nowhere before its end.
+bool isPlain(std::string_view name) {
+  return std::ranges::all_of(
+      name, [](char c) { return static_cast<signed char>(c) > 0 && c != '\r' && c != '\n'; });
+}
+
 }  // namespace
 
 // The file as its lines, grouped by section.
 struct Profile::Content {
   struct Section {
-    std::string name;                     // as the file spells it, UTF-8
+    explicit Section(std::pmr::memory_resource& memory) : keys(&memory) {}
+    Section(Section&&) = default;  // a copy would be of other memory
+
+    std::string_view name;                // as the file spells it, UTF-8
     std::vector<std::string_view> lines;  // from the header to the last line that is not blank
     std::string_view blankLines;          // what follows them
-    std::unordered_map<std::string, std::size_t> keys;  // comparable name to index in `lines`
+    Index keys;                           // UTF-8 name to index in `lines`
   };
 
   Content(std::string bytes, const CodePage& codePage);
 
-  // A name that is asked for, in the form in which the index holds names: the call tells capitals
-  // from small letters beyond A to Z. What the code page lacks of the name, it never gets.
-  std::string comparable(std::string_view name) const;
+  // Where a name that is asked for stands. What the code page lacks of the name, it never gets.
+  std::optional<std::size_t> find(const Index& index, std::string_view name) const;
+  // Text of the file as UTF-8, which lasts as long as this.
+  std::string_view decoded(std::string_view text);
   std::optional<std::string> headerName(std::string_view line) const;
   void addParsed(std::string_view line);
-  void indexLine(Section& section, std::size_t line) const;
+  void indexLine(Section& section, std::size_t line);
   std::string keyNames(const Section& section) const;
   std::string sectionNames() const;
 
@@ -48,18 +79,27 @@ struct Profile::Content {
   ProfileEncoding encoding;
   const std::string file;           // the lines as read; most views are of it
   std::deque<std::string> written;  // the lines that were changed or added
-  std::vector<Section> sections;    // the first holds what stands before any header
-  std::unordered_map<std::string, std::size_t> byName;  // comparable name to the first of it
+  std::pmr::monotonic_buffer_resource memory;
+  std::vector<Section> sections;  // the first holds what stands before any header
+  Index byName{&memory};          // to the first section of a name
 };
 
 Profile::Content::Content(std::string bytes, const CodePage& codePage)
-    : encoding(bytes, codePage), file(std::move(bytes)), sections(1) {
+    : encoding(bytes, codePage), file(std::move(bytes)) {
+  sections.emplace_back(memory);
   byName.emplace("", 0);
   for (const std::string_view line : splitLines(file)) addParsed(line);
 }
 
-std::string Profile::Content::comparable(std::string_view name) const {
-  return lowerAscii(trimBlanks(encoding.decode(encoding.encode(oneLine(name)))));
+std::optional<std::size_t> Profile::Content::find(const Index& index, std::string_view name) const {
+  const auto found = isPlain(name)
+                         ? index.find(trimBlanks(name))
+                         : index.find(trimBlanks(encoding.decode(encoding.encode(oneLine(name)))));
+  return found == index.end() ? std::nullopt : std::optional(found->second);
+}
+
+std::string_view Profile::Content::decoded(std::string_view text) {
+  return isPlain(text) ? text : keep(encoding.decode(text));
 }
 
 // The name in a header line, which goes to the last bracket.
@@ -81,9 +121,10 @@ void Profile::Content::addParsed(std::string_view line) {
     return;
   }
   if (auto name = headerName(line)) {
-    byName.emplace(lowerAscii(*name), sections.size());
-    sections.emplace_back().name = *std::move(name);
-    sections.back().lines.push_back(line);
+    Section& section = sections.emplace_back(memory);
+    section.name = keep(*std::move(name));
+    section.lines.push_back(line);
+    byName.emplace(section.name, sections.size() - 1);
     return;
   }
   Section& section = sections.back();
@@ -92,9 +133,8 @@ void Profile::Content::addParsed(std::string_view line) {
   indexLine(section, section.lines.size() - 1);
 }
 
-void Profile::Content::indexLine(Section& section, std::size_t line) const {
-  section.keys.emplace(lowerAscii(encoding.decode(untilNul(partsOf(section.lines[line]).name))),
-                       line);
+void Profile::Content::indexLine(Section& section, std::size_t line) {
+  section.keys.emplace(decoded(untilNul(partsOf(section.lines[line]).name)), line);
 }
 
 std::string Profile::Content::keyNames(const Section& section) const {
@@ -150,8 +190,8 @@ void Profile::Content::endLastLine(std::size_t section) {
 std::size_t Profile::Content::addSection(std::string_view name) {
   const std::size_t added = sections.size();
   const std::string_view end = lineEndNear(added - 1);
-  Section section;
-  section.name = trimBlanks(oneLine(name));
+  Section section(memory);
+  section.name = keep(std::string(trimBlanks(oneLine(name))));
   section.lines.push_back(keep("[" + encoding.encode(section.name) + "]" + std::string(end)));
 
   std::string_view& blanks = sections.back().blankLines;
@@ -163,7 +203,7 @@ std::size_t Profile::Content::addSection(std::string_view name) {
   if (!blanks.empty() && lineEnd(blanks).empty())
     blanks = keep(std::string(blanks) + std::string(end));
 
-  byName.emplace(comparable(section.name), added);
+  byName.emplace(keep(encoding.decode(encoding.encode(section.name))), added);
   sections.push_back(std::move(section));
   return added;
 }
@@ -187,8 +227,8 @@ bool Profile::Content::add(std::string_view section, std::string_view key, std::
   line += '=';
   line += value;
   if (headerName(line)) return false;
-  const auto found = byName.find(comparable(section));
-  const std::size_t place = found == byName.end() ? addSection(section) : found->second;
+  const auto found = find(byName, section);
+  const std::size_t place = found ? *found : addSection(section);
   line += lineEndNear(place);
   endLastLine(place);
   sections[place].lines.push_back(keep(std::move(line)));
@@ -210,17 +250,17 @@ std::string Profile::read(std::string_view section, std::string_view key) const 
   };
   // Behind a list the buffer holds one NUL more.
   if (section.empty()) return answer(content.sectionNames(), bufferSize - 2);
-  const auto place = content.byName.find(content.comparable(section));
-  if (place == content.byName.end()) return {};
-  const Content::Section& found = content.sections[place->second];
+  const auto place = content.find(content.byName, section);
+  if (!place) return {};
+  const Content::Section& found = content.sections[*place];
   if (key.empty()) {
     // For a list the call takes the name with its blanks, and passes over keys before any header.
-    if (place->second == 0 || trimBlanks(section) != section) return {};
+    if (*place == 0 || trimBlanks(section) != section) return {};
     return answer(content.keyNames(found), bufferSize - 2);
   }
-  const auto line = found.keys.find(content.comparable(key));
-  if (line == found.keys.end()) return {};
-  const std::string_view value = partsOf(found.lines[line->second]).value;
+  const auto line = content.find(found.keys, key);
+  if (!line) return {};
+  const std::string_view value = partsOf(found.lines[*line]).value;
   const std::string_view plain = withoutQuotes(value);
   std::string text = content.encoding.toCodePage(plain);
   // The call takes the closing quote off in its buffer, where one place too few for it costs the
@@ -232,18 +272,16 @@ std::string Profile::read(std::string_view section, std::string_view key) const 
 std::vector<std::string> Profile::sections() const {
   std::vector<std::string> names;
   for (std::size_t i = 1; i < content_->sections.size(); ++i)
-    names.push_back(content_->sections[i].name);
+    names.emplace_back(content_->sections[i].name);
   return names;
 }
 
 bool Profile::write(std::string_view section, std::string_view key, std::string_view value) {
   Content& content = *content_;
   const std::string text = content.encoding.encode(trimLeadingBlanks(oneLine(value)));
-  if (const auto place = content.byName.find(content.comparable(section));
-      place != content.byName.end()) {
-    Content::Section& found = content.sections[place->second];
-    if (const auto line = found.keys.find(content.comparable(key)); line != found.keys.end())
-      return content.change(found, line->second, text);
+  if (const auto place = content.find(content.byName, section)) {
+    Content::Section& found = content.sections[*place];
+    if (const auto line = content.find(found.keys, key)) return content.change(found, *line, text);
   }
   return content.add(section, key, text);
 }

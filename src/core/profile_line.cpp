@@ -47,8 +47,9 @@ std::string oneLine(std::string_view text) {
 std::vector<std::string_view> splitLines(std::string_view text) {
   std::vector<std::string_view> lines;
   for (std::size_t start = 0; start < text.size();) {
-    const auto end = text.find_first_of("\r\n", start);
-    std::size_t next = end == std::string_view::npos ? text.size() : end + 1;
+    std::size_t next = start;
+    while (next < text.size() && text[next] != '\r' && text[next] != '\n') ++next;
+    if (next < text.size()) ++next;
     if (text.substr(next - 1, 2) == "\r\n") ++next;
     lines.push_back(text.substr(start, next - start));
     start = next;

@@ -31,35 +31,68 @@ std::vector<std::string> valuesOf(const Profile& file, const std::string& sectio
   return values;
 }
 
-// Areas that a file has and nobody has read: of another number, or the second of a name.
-int countUnreached(const Profile& file, const std::vector<SceneryArea>& read) {
-  std::set<std::string> known;
-  for (const SceneryArea& area : read) known.insert(upper(sectionName(area.number)));
-  const std::string prefix = upper(areaPrefix);
+// Calls `take` with each number that is an area, upwards, until too many in a row are none.
+template <class Take>
+void forEachArea(const Profile& file, Take take) {
+  int misses = 0;
+  for (int number = 1; number <= SceneryCfg::lastNumber && misses <= mostMisses; ++number) {
+    const std::string section = sectionName(number);
+    std::string title = file.read(section, "Title");
+    misses = title.empty() ? misses + 1 : 0;
+    if (misses == 0) take(number, section, std::move(title));
+  }
+}
+
+// The number of a section's name, 0 when an area's name is written otherwise.
+int numberOf(std::string_view name) {
+  constexpr std::size_t digits = 3;
+  const std::string_view number = name.substr(std::string_view(areaPrefix).size());
+  if (number.size() != digits || number.find_first_not_of("0123456789") != std::string_view::npos)
+    return 0;
+  return static_cast<int>(val(number));
+}
+
+// Areas that a file has and `reached` lacks: of another number, or the second of a name.
+int countUnreached(const Profile& file, std::set<int> reached) {
+  const std::string prefix = lowerAscii(areaPrefix);
   int count = 0;
   for (const std::string& name : file.sections())
-    if (upper(name).starts_with(prefix) && known.erase(upper(name)) == 0 &&
+    if (lowerAscii(name).starts_with(prefix) && reached.erase(numberOf(name)) == 0 &&
         !file.read(name, "Title").empty())
       ++count;
   return count;
+}
+
+SceneryCfg outlineOf(const Profile& file) {
+  std::set<int> reached;
+  forEachArea(file, [&](int number, const std::string&, const std::string&) {
+    reached.insert(reached.end(), number);
+  });
+  return {.Cache_Size = file.read("General", "Cache_Size"),
+          .Clean_On_Exit = file.read("General", "Clean_On_Exit"),
+          .unreached = countUnreached(file, std::move(reached))};
 }
 
 bool isBlank(char c) { return static_cast<unsigned char>(c) <= ' '; }
 
 // The system call takes blanks and one pair of quotes off a value: what has some of its own is put
 // into quotes.
-std::string written(const std::string& value) {
-  std::string line = value;
-  std::ranges::replace_if(
-      line, [](char c) { return c == '\r' || c == '\n'; }, ' ');
-  if (line.empty()) return line;
-  const bool quoted = line.size() > 1 && line.front() == line.back() &&
-                      (line.front() == '"' || line.front() == '\'');
-  return quoted || isBlank(line.front()) || isBlank(line.back()) ? '"' + line + '"' : line;
+bool needsQuotes(std::string_view value) {
+  if (value.empty()) return false;
+  const bool quoted = value.size() > 1 && value.front() == value.back() &&
+                      (value.front() == '"' || value.front() == '\'');
+  return quoted || isBlank(value.front()) || isBlank(value.back());
 }
 
-void appendLine(std::string& text, std::string_view key, const std::string& value) {
-  text.append(key).append("=").append(written(value)).append("\r\n");
+void appendLine(std::string& text, std::string_view key, std::string_view value) {
+  const std::string_view quote = needsQuotes(value) ? "\"" : "";
+  text.append(key).append("=").append(quote);
+  const std::size_t start = text.size();
+  text.append(value);
+  std::replace_if(
+      text.begin() + static_cast<std::ptrdiff_t>(start), text.end(),
+      [](char c) { return c == '\r' || c == '\n'; }, ' ');
+  text.append(quote).append("\r\n");
 }
 
 void appendValues(std::string& text, const std::string& key,
@@ -72,31 +105,23 @@ void appendValues(std::string& text, const std::string& key,
 
 SceneryCfg parseSceneryCfg(std::string_view bytes, const CodePage& codePage) {
   const Profile file(bytes, codePage);
-  SceneryCfg cfg;
-  cfg.Cache_Size = file.read("General", "Cache_Size");
-  cfg.Clean_On_Exit = file.read("General", "Clean_On_Exit");
-  int misses = 0;
-  for (int number = 1; number <= SceneryCfg::lastNumber && misses <= mostMisses; ++number) {
-    const std::string section = sectionName(number);
-    SceneryArea area;
-    area.Title = file.read(section, "Title");
-    if (area.Title.empty()) {
-      ++misses;
-      continue;
-    }
-    misses = 0;
-    area.number = number;
-    area.Layer = file.read(section, "Layer");
-    area.Local = file.read(section, "Local");
-    area.Active = lowerAscii(file.read(section, "Active")) == "true";
-    area.Remote = file.read(section, "Remote");
-    area.Texture_ID = file.read(section, "Texture_ID");
-    area.Flatten = valuesOf(file, section, "Flatten");
-    area.Exclude = valuesOf(file, section, "Exclude");
-    cfg.areas.push_back(std::move(area));
-  }
-  cfg.unreached = countUnreached(file, cfg.areas);
+  SceneryCfg cfg = outlineOf(file);
+  forEachArea(file, [&](int number, const std::string& section, std::string title) {
+    cfg.areas.push_back({.number = number,
+                         .Title = std::move(title),
+                         .Layer = file.read(section, "Layer"),
+                         .Local = file.read(section, "Local"),
+                         .Active = lowerAscii(file.read(section, "Active")) == "true",
+                         .Remote = file.read(section, "Remote"),
+                         .Texture_ID = file.read(section, "Texture_ID"),
+                         .Flatten = valuesOf(file, section, "Flatten"),
+                         .Exclude = valuesOf(file, section, "Exclude")});
+  });
   return cfg;
+}
+
+SceneryCfg outlineOfSceneryCfg(std::string_view bytes, const CodePage& codePage) {
+  return outlineOf(Profile(bytes, codePage));
 }
 
 std::string sceneryCfgBytes(const SceneryCfg& cfg, const CodePage& codePage) {

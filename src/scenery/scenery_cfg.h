@@ -53,6 +53,8 @@ struct SceneryCfg {
 // numbers, upwards; after eleven numbers in a row without an area none is looked for any more. Of
 // sections with one name the first counts. What is missing reads as "".
 SceneryCfg parseSceneryCfg(std::string_view bytes, const CodePage& codePage);
+// The same without the areas: what has to be known of a file that is to be replaced.
+SceneryCfg outlineOfSceneryCfg(std::string_view bytes, const CodePage& codePage);
 
 // A whole file: the first area becomes number and layer 1, the next one 2, and so on. Values read
 // back as they are, but for line breaks, which become blanks; indexed values are numbered from 0

@@ -96,6 +96,7 @@ std::string bytesOfRows(App& app) {
   const auto& list = app.frmMain.lstScenery;
   SceneryCfg cfg{.Cache_Size = app.CfgCacheSize, .Clean_On_Exit = app.CfgCleanOnExit};
   const int count = list.count();
+  cfg.areas.reserve(static_cast<std::size_t>(count));
   for (int number = 1; number <= count; ++number) {
     app.frmMain.lblStatus.setProgress(static_cast<int>(std::lround(100.0 * number / count)));
     cfg.areas.push_back(areaOfRow(rowAt(list, count - number + 1)));
@@ -120,7 +121,7 @@ Outcome save(App& app, bool& declined) {
                              "It could not be read before. View, Refresh (F5) loads it anew.");
   const auto now = readCfg(app.files(), database.file);
   if (!now.ok()) return now.outcome();
-  const SceneryCfg inForce = parseSceneryCfg(now.value().bytes, app.codePage);
+  const SceneryCfg inForce = outlineOfSceneryCfg(now.value().bytes, app.codePage);
   declined = !mayBeReplaced(app, now.value(), inForce);
   if (declined) return {};
   carryOver(app, now.value(), inForce);

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <span>
 
 #include "core/list_store.h"
 
@@ -24,19 +25,23 @@ SceneryRow rowOfLine(const std::vector<std::string_view>& line, std::size_t firs
   return row;
 }
 
-std::string lineOfRow(const SceneryRow& row) {
-  std::string line;
-  for (std::size_t i = 0; i < fieldsOfRow.size(); ++i) {
-    if (i > 0) line += fieldSeparator;
-    line += inOneField(row.*fieldsOfRow[i]);
-  }
-  return line + "\r\n";
-}
+constexpr bool breaksFormat(char c) { return c == fieldSeparator || c == '\r' || c == '\n'; }
 
-bool readsBack(const SceneryRow& row, const CodePage& codePage) {
-  return std::ranges::all_of(fieldsOfRow, [&](Field field) {
-    return inOneField(row.*field) == row.*field && codePage.holds(row.*field);
-  });
+// Appends the row as a line. False when something of it would break the format and became a blank.
+bool appendRow(std::string& text, const SceneryRow& row) {
+  bool exact = true;
+  for (std::size_t i = 0; i < fieldsOfRow.size(); ++i) {
+    if (i > 0) text += fieldSeparator;
+    const std::string& field = row.*fieldsOfRow[i];
+    const std::size_t start = text.size();
+    text += field;
+    const auto added = std::span(text).subspan(start);
+    if (std::ranges::none_of(added, breaksFormat)) continue;
+    std::ranges::replace_if(added, breaksFormat, ' ');
+    exact = false;
+  }
+  text += "\r\n";
+  return exact;
 }
 
 }  // namespace
@@ -61,12 +66,12 @@ std::string sceneryCacheBytes(const SceneryCache& cache, const CodePage& codePag
   std::string text;
   bool exact = true;
   for (const SceneryRow& row : cache.rows) {
-    exact = exact && readsBack(row, codePage);
     text += row.active ? "True" : "False";
     text += fieldSeparator;
-    text += lineOfRow(row);
+    exact = appendRow(text, row) && exact;
   }
-  return codePage.encode(decimal(exact ? cache.stamp : 0) + "\r\n" + text);
+  exact = exact && codePage.holds(text);
+  return decimal(exact ? cache.stamp : 0) + "\r\n" + codePage.encode(text);
 }
 
 std::vector<SceneryRow> parseSceneryLibrary(std::string_view bytes, const CodePage& codePage) {
@@ -77,7 +82,7 @@ std::vector<SceneryRow> parseSceneryLibrary(std::string_view bytes, const CodePa
 
 std::string sceneryLibraryBytes(const std::vector<SceneryRow>& rows, const CodePage& codePage) {
   std::string text;
-  for (const SceneryRow& row : rows) text += lineOfRow(row);
+  for (const SceneryRow& row : rows) appendRow(text, row);
   return codePage.encode(text);
 }
 

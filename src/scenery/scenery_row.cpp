@@ -48,14 +48,14 @@ SceneryRow rowOfArea(const SceneryArea& area) {
           .active = area.Active};
 }
 
-SceneryArea areaOfRow(const SceneryRow& row) {
+SceneryArea areaOfRow(SceneryRow row) {
   return {.number = 0,
-          .Title = row.Name,
-          .Layer = row.Layer,
-          .Local = row.Folder,
+          .Title = std::move(row.Name),
+          .Layer = std::move(row.Layer),
+          .Local = std::move(row.Folder),
           .Active = row.active,
-          .Remote = row.RemPath,
-          .Texture_ID = row.Texture_ID,
+          .Remote = std::move(row.RemPath),
+          .Texture_ID = std::move(row.Texture_ID),
           .Flatten = valuesIn(row.Flatten),
           .Exclude = valuesIn(row.Exclude)};
 }

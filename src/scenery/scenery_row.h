@@ -31,7 +31,7 @@ inline constexpr char valueSeparator = '\x05';
 inline constexpr ui::Colour builtInColour = 255;  // red
 
 SceneryRow rowOfArea(const SceneryArea& area);
-SceneryArea areaOfRow(const SceneryRow& row);
+SceneryArea areaOfRow(SceneryRow row);
 
 SceneryRow rowAt(const ui::ListView& list, int row);
 // At the end of the list.
