@@ -17,10 +17,14 @@
 #include "aircraft/list_files.h"
 #include "base/paths.h"
 #include "bench_run.h"
+#include "core/stores.h"
 #include "core/walktree.h"
 #include "core/zip_service.h"
 #include "packaging/aircraft_installer.h"
+#include "packaging/scenery_installer.h"
 #include "sample/sample_files.h"
+#include "scenery/scenery_transfer.h"
+#include "scenery/scenery_view.h"
 #include "ui/qt/qt_windowing.h"
 #include "ui/qt/theme.h"
 
@@ -37,6 +41,9 @@ constexpr const char* usage =
     "       skyvault-bench-op <run folder> install <archive>       a whole installation\n"
     "       skyvault-bench-op <run folder> to-fs <name>            \"To FS2002...\" of "
     "Hangar/Aircraft/<name>\n"
+    "       skyvault-bench-op <run folder> install-scenery <archive>\n"
+    "       skyvault-bench-op <run folder> add-scenery <name>      \"Add to FS2002\" of "
+    "Library/Scenery/<name>\n"
     "       skyvault-bench-op <run folder> package <folder> <archive>\n"
     "       skyvault-bench-op <run folder> unpack <archive> <target>\n"
     "prints seconds; unpack prints the megabytes by which the peak of memory rose as well\n";
@@ -160,6 +167,26 @@ class Operation {
     require(run_.windows.boxes.empty(), shown());
     return result;
   }
+  double installScenery(const std::string& archive) {
+    run_.windows.archive = windowsPath(archive);
+    run_.windows.name = "installed";
+    mnuViewFSScenery_Click(app());
+    const double result = seconds([&] { mnuFileInstallSC_Click(app()); });
+    require(run_.windows.boxes.empty(), shown());
+    require(app().frmMain.lstInactScenery.selected() != 0, "no row selected");
+    return result;
+  }
+  double addScenery(const std::string& name) {
+    sample::writeFile(run_.driveC() / "FS/Scenery.cfg", "[General]\r\nCache_Size=0\r\n");
+    sample::writeFile(run_.driveC() / "Library/SKV_SL.lst",
+                      name + "\1" + addonScenery + name + "\r\n");
+    mnuViewFSScenery_Click(app());
+    app().frmMain.lstInactScenery.select(1);
+    const double result = seconds([&] { btnAddSLtoFS_Click(app()); });
+    require(run_.windows.boxes.empty(), shown());
+    require(app().frmMain.lstInactScenery.smallIcon(1) == 2, "not in the simulator");
+    return result;
+  }
   double package(const std::string& folder, const std::string& archive) {
     require(app().step(app().files().setCurrentFolder(windowsPath(folder))), "current folder");
     const double result = seconds([&] {
@@ -219,6 +246,10 @@ int perform(const std::vector<std::string>& words) {
     std::cout << operation.install(words[2]);
   else if (name == "to-fs" && count == 3)
     std::cout << operation.toSimulator(words[2]);
+  else if (name == "install-scenery" && count == 3)
+    std::cout << operation.installScenery(words[2]);
+  else if (name == "add-scenery" && count == 3)
+    std::cout << operation.addScenery(words[2]);
   else if (name == "package" && count == 4)
     std::cout << operation.package(words[2], words[3]);
   else if (name == "unpack" && count == 4) {

@@ -58,20 +58,24 @@ class NoWindows : public test::ScriptedWindows {
   explicit NoWindows(const FileSystem&) {}
 };
 
-// Folders C:\FS\, C:\Hangar\, C:\Packs\ and C:\Temp\ below `folder`/drive_c, made where they are
-// missing; Z: is the whole disk. The aircraft view of the simulator is set, no list is loaded.
+// Folders C:\FS\, C:\Hangar\, C:\Library\, C:\Packs\ and C:\Temp\ below `folder`/drive_c, made
+// where they are missing; Z: is the whole disk. The aircraft view of the simulator is set, no list
+// is loaded.
 template <class Windows = NoWindows>
 class BenchRun {
  public:
   explicit BenchRun(const std::filesystem::path& folder)
       : driveC_(folder / "drive_c"), disk((makeDrivesIn(folder) / "dosdevices").string()) {
-    for (const char* name : {"FS/aircraft", "FS/Gauges", "FS/Sound", "FS/Texture", "FS/Effects",
-                             "Hangar/Aircraft", "Hangar/Main", "Packs", "Temp/SKVInstallTemp"})
+    for (const char* name :
+         {"FS/aircraft", "FS/Gauges", "FS/Sound", "FS/Texture", "FS/Effects", "Hangar/Aircraft",
+          "Hangar/Main", "Packs/Scenery", "Library/Scenery", "Library/Main", "Temp/SKVInstallTemp"})
       std::filesystem::create_directories(driveC_ / name);
     app.FSRoot = app.ListDir = "C:\\FS\\";
     app.ACRoot = "C:\\FS\\aircraft\\";
     app.HangarDir = "C:\\Hangar\\";
     app.PacksDir = "C:\\Packs\\";
+    app.SceneryPacksPath = "C:\\Packs\\Scenery\\";
+    app.SceneryLib = "C:\\Library\\";
     app.TempDir = "C:\\Temp\\";
     app.InstallTempDir = "C:\\Temp\\SKVInstallTemp\\";
     connectEvents(app);

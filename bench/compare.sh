@@ -12,9 +12,10 @@ rounds=${1:-5}
 
 tools/install-dependencies.sh
 cmake --preset release >/dev/null
-cmake --build --preset release --target skyvault-bench-op skyvault-bench-start skyvault-bench-move skyvault-sample -- --quiet
+cmake --build --preset release --target skyvault-bench-{op,scenery,start,move} skyvault-sample -- --quiet
 op=$PWD/build/release/bench/skyvault-bench-op
 start=$PWD/build/release/bench/skyvault-bench-start
+scenery=$PWD/build/release/bench/skyvault-bench-scenery
 move=$PWD/build/release/bench/skyvault-bench-move
 sample=$PWD/build/release/share/sample/skyvault-sample
 
@@ -153,6 +154,35 @@ rm -rf "$work/window"
 
 moved=$(times "$move" "$work/areas" 999)
 row "move one of 999 areas, to the painted list / 5 ms" "$(seconds "$moved")" "5 ms" "$(awk "BEGIN { print $moved / 0.005 }")" 1
+rm -rf "$work/areas"
+
+# Sceneries, one large and many.
+"$sample" large-scenery-zip "$work/large.zip" $files $bytes
+library=$work/run/drive_c/Library
+no_library() { rm -rf "$library" "$work/to"; }
+ours_install_scenery() { "$op" "$work/run" install-scenery "$work/large.zip"; }
+beside "install a scenery of 235 MB / unzip, sync -f" 0.5 ours_install_scenery theirs_install no_library
+no_library
+mkdir -p "$library/Scenery"
+unzip -q "$work/large.zip" -d "$library/Scenery"
+rm "$work/large.zip"
+ours_add() { "$op" "$work/run" add-scenery BigScenery; }
+theirs_add() { flushed "$work/to" cp -a "$library/Scenery/BigScenery" "$work/to"; }
+beside "\"Add to FS2002\" of the same / cp -a, sync -f" 0.8 ours_add theirs_add empty_simulator
+rm -rf "$library" "$simulator" "$work/to"
+
+read -r ours theirs < <("$scenery" "$work/areas" read 999)
+row "read 999 areas of 22 values into rows / QSettings" "$(seconds "$ours")" "$(seconds "$theirs")" "$(awk "BEGIN { print $ours / $theirs }")" 1.0
+read -r few _ < <("$scenery" "$work/areas" read 333)
+row "read 999 areas / three times the read of 333" "$(seconds "$ours")" "$(seconds "$few") * 3" "$(awk "BEGIN { print $ours / (3 * $few) }")" 1.25
+read -r ours theirs < <("$scenery" "$work/areas" save 999)
+row "save 999 areas / 3 plain writes + 5 ms" "$(seconds "$ours")" "$(seconds "$theirs") * 3" "$(awk "BEGIN { print $ours / (3 * $theirs + 0.005) }")" 1
+read -r few _ < <("$scenery" "$work/areas" save 333)
+row "save 999 areas / three times the save of 333" "$(seconds "$ours")" "$(seconds "$few") * 3" "$(awk "BEGIN { print $ours / (3 * $few) }")" 1.25
+cached=$("$scenery" "$work/areas" cache 999)
+row "load the cache of 999 areas / 20 ms" "$(seconds "$cached")" "20 ms" "$(awk "BEGIN { print $cached / 0.02 }")" 1
+listed=$("$scenery" "$work/areas" library 5000)
+row "load a library of 5,000 with its places / 60 ms" "$(seconds "$listed")" "60 ms" "$(awk "BEGIN { print $listed / 0.06 }")" 1
 rm -rf "$work/areas"
 
 # Memory.

@@ -86,6 +86,24 @@ std::vector<ZipEntrySource> largeAddon(std::size_t files, std::uint64_t bytes) {
   return all;
 }
 
+// Of ten files four are sceneries and six are pictures, all of one size but the last.
+std::vector<ZipEntrySource> largeScenery(std::size_t files, std::uint64_t bytes) {
+  if (files == 0) throw std::logic_error("no files for a large scenery");
+  const std::string drawn = groundBmp("large");
+  const std::size_t each = bytes / files;
+  std::vector<ZipEntrySource> all;
+  for (std::size_t i = 0; i < files; ++i) {
+    const std::size_t size = i + 1 == files ? bytes - each * (files - 1) : each;
+    if (i % 10 < 4)
+      all.push_back({"BigScenery/Scenery/" + numbered("part", i, 5) + ".bgl",
+                     [=] { return sceneryBgl(size, "s" + std::to_string(i)); }});
+    else
+      all.push_back({"BigScenery/Texture/" + numbered("ground", i, 5) + ".bmp",
+                     [=] { return pictureOf(size, drawn, i); }});
+  }
+  return all;
+}
+
 }  // namespace
 
 void makeLargeTree(const std::filesystem::path& folder, std::size_t files, std::uint64_t bytes) {
@@ -95,6 +113,11 @@ void makeLargeTree(const std::filesystem::path& folder, std::size_t files, std::
 
 void makeLargeZip(const std::filesystem::path& file, std::size_t files, std::uint64_t bytes) {
   writeZip(file, largeAddon(files, bytes), {.folderEntries = true});
+}
+
+void makeLargeSceneryZip(const std::filesystem::path& file, std::size_t files,
+                         std::uint64_t bytes) {
+  writeZip(file, largeScenery(files, bytes), {.folderEntries = true});
 }
 
 void makeAircraftFolders(const std::filesystem::path& folder, std::size_t count) {

@@ -26,6 +26,7 @@ constexpr const char* usage =
     "usage: skyvault-sample <folder>                            the sample simulator\n"
     "       skyvault-sample large-tree <folder> <files> <bytes> one large add-on, unpacked\n"
     "       skyvault-sample large-zip <file> <files> <bytes>    the same as an archive\n"
+    "       skyvault-sample large-scenery-zip <file> <files> <bytes>  a large scenery\n"
     "       skyvault-sample aircraft <folder> <count>           small aircraft folders\n"
     "       skyvault-sample list <file> <windows folder> <count> a list of their rows\n";
 
@@ -64,6 +65,8 @@ int run(const std::vector<std::string>& words) {
     makeLargeTree(words[1], std::stoul(words[2]), std::stoull(words[3]));
   else if (words.size() == 4 && words[0] == "large-zip")
     makeLargeZip(words[1], std::stoul(words[2]), std::stoull(words[3]));
+  else if (words.size() == 4 && words[0] == "large-scenery-zip")
+    makeLargeSceneryZip(words[1], std::stoul(words[2]), std::stoull(words[3]));
   else if (words.size() == 3 && words[0] == "aircraft")
     makeAircraftFolders(words[1], std::stoul(words[2]));
   else if (words.size() == 4 && words[0] == "list")

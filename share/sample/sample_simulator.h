@@ -42,6 +42,10 @@ SampleSimulator makeSample(const std::filesystem::path& folder);
 void makeLargeTree(const std::filesystem::path& folder, std::size_t files, std::uint64_t bytes);
 void makeLargeZip(const std::filesystem::path& file, std::size_t files, std::uint64_t bytes);
 
+// A scenery of `files` files and `bytes` bytes in all, in BigScenery/Scenery and
+// BigScenery/Texture.
+void makeLargeSceneryZip(const std::filesystem::path& file, std::size_t files, std::uint64_t bytes);
+
 // `count` small aircraft folders ("ac00001", ...), each of six files in five folders.
 void makeAircraftFolders(const std::filesystem::path& folder, std::size_t count);
 // A list of the rows of such folders. `folder` is their Windows path with trailing backslash.
