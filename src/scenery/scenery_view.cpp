@@ -92,6 +92,9 @@ void showSceneryCommands(App& app) {
   form.btnSCup.enabled = area > 1;
   form.btnSCdn.enabled = area != 0 && area < areas.count();
   form.btnFSScenDel.enabled = area != 0 && areas.colour(area) != builtInColour;
+  const bool areaHasFolder = area != 0 && !areas.subItem(area, sceneryColumn::Folder).empty();
+  for (ui::MenuItem* entry : {&form.mnuSCOpen, &form.mnuSCCopy}) entry->enabled = areaHasFolder;
+  for (ui::MenuItem* entry : {&form.mnuSLOpen, &form.mnuSLCopy}) entry->enabled = hasFolder;
   form.btnSLDel.enabled = library.selected() != 0;
   form.btnAddSLtoFS.enabled = hasFolder;
   if (form.frameScenery.visible)

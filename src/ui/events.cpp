@@ -12,6 +12,7 @@
 #include "packaging/package_commands.h"
 #include "packaging/scenery_installer.h"
 #include "scenery/scenery_library.h"
+#include "scenery/scenery_menu.h"
 #include "scenery/scenery_options.h"
 #include "scenery/scenery_order.h"
 #include "scenery/scenery_transfer.h"
@@ -113,6 +114,11 @@ void connectSceneryView(App& app) {
   form.lstInactScenery.itemClick = handler(lstInactScenery_ItemClick);
   form.lstInactScenery.click = handler(lstInactScenery_ItemClick);
   form.lstInactScenery.dblClick = handler(lstInactScenery_DblClick);
+  form.mnuSCOpen.click = [&app] { mnuSCOpen_Click(app); };
+  form.mnuSCCopy.click = [&app] { mnuSCCopy_Click(app); };
+  form.mnuSLOptions.click = handler(lstInactScenery_DblClick);
+  form.mnuSLOpen.click = [&app] { mnuSLOpen_Click(app); };
+  form.mnuSLCopy.click = [&app] { mnuSLCopy_Click(app); };
   form.btnSLDel.click = handler(btnSLDel_Click);
   form.btnAddSLtoFS.click = handler(btnAddSLtoFS_Click);
   form.btnAddToSL.click = handler(btnAddToSL_Click);

@@ -32,6 +32,10 @@ FrmMain::FrmMain() : Form("frmMain", "FS Skyvault") {
   mnuPic.entries = {&mnuPicSnap, &mnuPicClip, &mnuPicFile, &mnuPicDel};
   mnuList.entries = {&mnuListOpen, &mnuListCfg, &mnuListHangar, &mnuListCopy, &mnuListRename};
   lstAircraft.contextMenu = &mnuList;
+  mnuSC.entries = {&mnuSCOpen, &mnuSCCopy};
+  lstScenery.contextMenu = &mnuSC;
+  mnuSL.entries = {&mnuSLOptions, &mnuSLOpen, &mnuSLCopy};
+  lstInactScenery.contextMenu = &mnuSL;
   for (MenuItem* line :
        {&mnuDummy1, &mnuDummy2, &mnuDummy3, &mnuDummy4, &mnuDummy5, &mnuDummy6, &mnuDummy7})
     line->separator = true;

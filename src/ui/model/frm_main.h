@@ -76,6 +76,15 @@ struct FrmMain : Form {
   MenuItem mnuListCopy{"mnuListCopy", "&Copy Path"};
   MenuItem mnuListRename{"mnuListRename", "&Rename"};
 
+  // The context menus of rows of lstScenery and lstInactScenery; not on the bar.
+  MenuItem mnuSC{"mnuSC", "Scenery"};
+  MenuItem mnuSCOpen{"mnuSCOpen", "&Open Folder"};
+  MenuItem mnuSCCopy{"mnuSCCopy", "&Copy Path"};
+  MenuItem mnuSL{"mnuSL", "Scenery"};
+  MenuItem mnuSLOptions{"mnuSLOptions", "&Edit Flatten and Exclude..."};
+  MenuItem mnuSLOpen{"mnuSLOpen", "&Open Folder"};
+  MenuItem mnuSLCopy{"mnuSLCopy", "&Copy Path"};
+
   // Aircraft, the upper band.
   Frame frameAircraft{"frameAircraft"};
   Button btnAddAC{"btnAddAC", "Add New..."};
