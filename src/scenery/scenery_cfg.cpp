@@ -52,13 +52,14 @@ int numberOf(std::string_view name) {
   return static_cast<int>(val(number));
 }
 
-// Areas that a file has and `reached` lacks: of another number, or the second of a name.
+// Areas that a file has and `reached` lacks: of another number, the second of a name, or without a
+// title.
 int countUnreached(const Profile& file, std::set<int> reached) {
   const std::string prefix = lowerAscii(areaPrefix);
   int count = 0;
   for (const std::string& name : file.sections())
     if (lowerAscii(name).starts_with(prefix) && reached.erase(numberOf(name)) == 0 &&
-        !file.read(name, "Title").empty())
+        !file.read(name, "").empty())
       ++count;
   return count;
 }

@@ -43,7 +43,8 @@ struct SceneryArea {
 struct SceneryCfg {
   std::string Cache_Size = {}, Clean_On_Exit = {};  // of [General], carried over as they are
   std::vector<SceneryArea> areas = {};
-  // Sections of areas with a title that are in the file and not in `areas`, see parseSceneryCfg.
+  // Sections of areas that are in the file and not in `areas`, see parseSceneryCfg. Empty ones do
+  // not count.
   int unreached = 0;
 
   static constexpr int lastNumber = 999;  // that anybody reads

@@ -73,7 +73,8 @@ bool mayBeReplaced(App& app, const CfgFile& now, const SceneryCfg& cfg) {
                        (one ? " area that is" : " areas that are") +
                        " not listed here: eleven numbers or more are missing before " +
                        (one ? "it" : "them") +
-                       ", or the number is above 999 or there twice. Saving drops " +
+                       ", the number is above 999 or there twice, or there is no title. Saving "
+                       "drops " +
                        (one ? "it." : "them."));
 }
 

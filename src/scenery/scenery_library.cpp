@@ -69,7 +69,10 @@ class Addition {
         moves_(app.frmMain.optMove.value) {}
 
   void run() {
-    if (!succeeds(moves_ ? mayBeEmptied(app_, source_, libraryFolders())
+    // Picked long ago, it may be gone, or its disk away: that is no empty scenery.
+    const auto there = app_.files().attributes(source_);
+    if (!succeeds(there.outcome()) ||
+        !succeeds(moves_ ? mayBeEmptied(app_, source_, libraryFolders())
                          : mayBeCopied(app_, source_)) ||
         !hasRoom())
       return;

@@ -63,6 +63,9 @@ void LoadSceneryList(App& app) {
   auto& list = app.frmMain.lstScenery;
   const std::string database = app.FSRoot + sceneryCfgFile;
   list.clear();
+  // An older load, which this one ends, may have hidden the list.
+  list.visible = true;
+  app.frmMain.lblListLoading.visible = false;
   app.sceneryDatabase = {.file = database, .loads = app.sceneryDatabase.loads + 1};
   app.CfgCacheSize.clear();
   app.CfgCleanOnExit.clear();

@@ -60,9 +60,7 @@ TEST_F(SceneryInstallerTest, RecognisesASceneryInAnyLayout) {
 }
 
 TEST_F(SceneryInstallerTest, TheRowComesOnTopAndASecondOneOfTheNameIsRefused) {
-  drive.write(library,
-              "Old\x01"
-              "ADDON SCENERY\\Old\r\n");
+  drive.write(library, test::coded("Old|ADDON SCENERY\\Old\r\n"));
   open();
   zip("Scenery/a.bgl");
   install();
@@ -85,29 +83,28 @@ TEST_F(SceneryInstallerTest, TheRowComesOnTopAndASecondOneOfTheNameIsRefused) {
 
 TEST_F(SceneryInstallerTest, ARunThatEndsAnywhereLeavesAWholeSceneryOrNone) {
   zip("Files/a.bgl Files/b.bgl Texture/t.bmp Effects/e.fx");
-  for (const test::Ending ending : {test::Ending::fullDisk, test::Ending::failedLook,
-                                    test::Ending::kill, test::Ending::lostFiles})
-    forEveryCall(
-        files, ending,
-        [&] {
-          for (const char* folder :
-               {"C:\\Lib", "C:\\Lib\\Scenery", "C:\\Lib\\Main", "C:\\Temp\\SKVInstallTemp"})
-            drive.clear(folder);
-          open();
-          windows.boxes.clear();
-        },
-        [&] {
-          windows.picks = {"C:\\Alps.zip"};
-          app.frmMain.mnuFileInstallSC.click();
-        },
-        [&](bool struck) {
-          const bool whole = drive.exists("C:\\Lib\\Scenery\\Alps");
-          EXPECT_TRUE(!whole || (drive.filesIn("C:\\Lib\\Scenery\\Alps").size() == 2 &&
-                                 drive.exists("C:\\Lib\\Main\\Alps\\Texture\\t.bmp")));
-          EXPECT_TRUE(whole || !test::holds(drive.read(library), "Alps"));
-          EXPECT_TRUE(struck || whole);
-          EXPECT_TRUE(drive.exists("C:\\Alps.zip"));
-        });
+  using test::Ending;
+  forEveryEnding(
+      files, {Ending::fullDisk, Ending::failedLook, Ending::kill, Ending::lostFiles},
+      [&] {
+        for (const char* folder :
+             {"C:\\Lib", "C:\\Lib\\Scenery", "C:\\Lib\\Main", "C:\\Temp\\SKVInstallTemp"})
+          drive.clear(folder);
+        open();
+        windows.boxes.clear();
+      },
+      [&] {
+        windows.picks = {"C:\\Alps.zip"};
+        app.frmMain.mnuFileInstallSC.click();
+      },
+      [&](bool struck) {
+        const bool whole = drive.exists("C:\\Lib\\Scenery\\Alps");
+        EXPECT_TRUE(!whole || (drive.filesIn("C:\\Lib\\Scenery\\Alps").size() == 2 &&
+                               drive.exists("C:\\Lib\\Main\\Alps\\Texture\\t.bmp")));
+        EXPECT_TRUE(whole || !test::holds(drive.read(library), "Alps"));
+        EXPECT_TRUE(struck || whole);
+        EXPECT_TRUE(drive.exists("C:\\Alps.zip"));
+      });
 }
 
 }  // namespace

@@ -6,6 +6,7 @@
 namespace skv {
 namespace {
 
+using test::coded;
 using test::Ending;
 using Paths = std::vector<std::string>;
 
@@ -41,9 +42,7 @@ TEST_F(SceneryLibraryTest, TakesAFolderUnderTheNameThatTheUserGives) {
   EXPECT_EQ(drive.tree("C:\\Lib\\Scenery\\Rome2\\"), whole);
   EXPECT_TRUE(drive.exists("C:\\Lib\\Main\\Rome2\\Texture"));
   EXPECT_EQ(drive.tree(source), whole);
-  EXPECT_TRUE(test::holds(drive.read(library),
-                          "Rome2\x01"
-                          "ADDON SCENERY\\Rome2\x01"));
+  EXPECT_TRUE(test::holds(drive.read(library), coded("Rome2|ADDON SCENERY\\Rome2|")));
   expectIdle();
 
   windows.inputs = {"Rome2", "", std::nullopt};
@@ -86,10 +85,7 @@ TEST_F(SceneryLibraryTest, TexturesGoToTheSelectedScenery) {
   open();
   pick(source);
   EXPECT_FALSE(app.frmMain.optTextures.enabled);
-  drive.write(library,
-              "Alps\x01"
-              "ADDON SCENERY\\Alps\r\nBad\x01"
-              "ADDON SCENERY\\..\r\n");
+  drive.write(library, coded("Alps|ADDON SCENERY\\Alps\r\nBad|ADDON SCENERY\\..\r\n"));
   open();
   ui::raise(app.frmMain.optTextures.click);
   add(source);
@@ -104,28 +100,27 @@ TEST_F(SceneryLibraryTest, TexturesGoToTheSelectedScenery) {
 }
 
 TEST_F(SceneryLibraryTest, AMoveThatEndsAnywhereLosesNoFile) {
-  for (const Ending ending :
-       {Ending::fullDisk, Ending::failedLook, Ending::kill, Ending::emptyFiles, Ending::lostFiles})
-    forEveryCall(
-        files, ending,
-        [&] {
-          for (const char* folder : {"C:\\Lib", "C:\\Lib\\Scenery", "C:\\Lib\\Main"})
-            drive.clear(folder);
-          drive.write(source + "Scenery\\a.bgl", "bgl");
-          drive.write(source + "readme.txt", "read me");
-          open();
-          ui::raise(app.frmMain.optMove.click);
-          windows.boxes.clear();
-        },
-        [&] { add(source); },
-        [&](bool struck) {
-          const bool arrived = drive.tree("C:\\Lib\\Scenery\\Rome\\") == whole &&
-                               drive.read("C:\\Lib\\Scenery\\Rome\\readme.txt") == "read me" &&
-                               drive.read("C:\\Lib\\Scenery\\Rome\\Scenery\\a.bgl") == "bgl";
-          EXPECT_TRUE(arrived || drive.tree(source) == whole);
-          EXPECT_TRUE(arrived || !test::holds(drive.read(library), "Rome")) << "no half scenery";
-          EXPECT_TRUE(struck || arrived);
-        });
+  forEveryEnding(
+      files,
+      {Ending::fullDisk, Ending::failedLook, Ending::kill, Ending::emptyFiles, Ending::lostFiles},
+      [&] {
+        for (const char* folder : {"C:\\Lib", "C:\\Lib\\Scenery", "C:\\Lib\\Main"})
+          drive.clear(folder);
+        drive.write(source + "Scenery\\a.bgl", "bgl");
+        drive.write(source + "readme.txt", "read me");
+        open();
+        ui::raise(app.frmMain.optMove.click);
+        windows.boxes.clear();
+      },
+      [&] { add(source); },
+      [&](bool struck) {
+        const bool arrived = drive.tree("C:\\Lib\\Scenery\\Rome\\") == whole &&
+                             drive.read("C:\\Lib\\Scenery\\Rome\\readme.txt") == "read me" &&
+                             drive.read("C:\\Lib\\Scenery\\Rome\\Scenery\\a.bgl") == "bgl";
+        EXPECT_TRUE(arrived || drive.tree(source) == whole);
+        EXPECT_TRUE(arrived || !test::holds(drive.read(library), "Rome")) << "no half scenery";
+        EXPECT_TRUE(struck || arrived);
+      });
 }
 
 TEST_F(SceneryLibraryTest, ImportsTheAddOnsThatItCanAndNothingElse) {
@@ -148,11 +143,7 @@ TEST_F(SceneryLibraryTest, ImportsTheAddOnsThatItCanAndNothingElse) {
             (Paths{"Alps\\", "Alps\\Scenery\\", "Alps\\Scenery\\a.bgl", "Had\\", "Had\\Scenery\\",
                    "Had\\Scenery\\x"}));
   EXPECT_TRUE(drive.exists("C:\\Lib\\Main\\Alps\\Effects"));
-  EXPECT_TRUE(test::holds(drive.read(library),
-                          "Far\x01"
-                          "Else\\Far\x01"
-                          "004\x01"
-                          "4\x01"));
+  EXPECT_TRUE(test::holds(drive.read(library), coded("Far|Else\\Far|004|4|")));
 
   // A copy that fails leaves neither a folder nor a row.
   drive.clear("C:\\Lib\\Scenery");
@@ -166,12 +157,8 @@ TEST_F(SceneryLibraryTest, ImportsTheAddOnsThatItCanAndNothingElse) {
 }
 
 TEST_F(SceneryLibraryTest, DeletesARowAndItsFilesOnlyWhenTheyAreItsOwn) {
-  drive.write(library,
-              "Alps\x01"
-              "ADDON SCENERY\\Alps\r\nUp\x01"
-              "ADDON SCENERY\\..\r\nTwin\x01x\\Rome\r\n"
-              "Rome\x01"
-              "ADDON SCENERY\\Rome\r\n");
+  drive.write(library, coded("Alps|ADDON SCENERY\\Alps\r\nUp|ADDON SCENERY\\..\r\n"
+                             "Twin|x\\Rome\r\nRome|ADDON SCENERY\\Rome\r\n"));
   for (const char* name : {"Alps", "Rome"}) {
     drive.write("C:\\Lib\\Scenery\\" + std::string(name) + "\\.hidden", "");
     drive.write("C:\\Lib\\Main\\" + std::string(name) + "\\Texture\\a.bmp", "");

@@ -6,13 +6,13 @@
 namespace skv {
 namespace {
 
+using test::coded;
+
 class SceneryOrderTest : public test::SceneryTest {
  protected:
   void putLibrary(const std::string& flatten, const std::string& exclude) {
     drive.write(library,
-                "Rome\x01"
-                "ADDON SCENERY\\Rome\x01\x01\x01\x01\x01\x01" +
-                    flatten + "\x01" + exclude + "\r\nBare\r\n");
+                coded("Rome|ADDON SCENERY\\Rome||||||" + flatten + "|" + exclude + "\r\nBare\r\n"));
   }
   std::string column(int index) const { return app.frmMain.lstInactScenery.subItem(1, index); }
   void editsRow(ui::ListView& list, int row, const std::string& text) {
@@ -79,20 +79,7 @@ TEST_F(SceneryOrderTest, AClickShowsTitleAndPicture) {
 
 TEST_F(SceneryOrderTest, OptionsAreEditedWithoutLosingWhatIsNotShown) {
   putDatabase();
-  putLibrary(
-      "a\x05\x05"
-      "c",
-      "1\x05"
-      "2\x05"
-      "3\x05"
-      "4\x05"
-      "5\x05"
-      "6\x05"
-      "7\x05"
-      "8\x05"
-      "9\x05"
-      "10\x05"
-      "11");
+  putLibrary("a;;c", "1;2;3;4;5;6;7;8;9;10;11");
   const std::string before = drive.read(library);
   open();
   auto& dialog = app.frmSCOptions;
@@ -112,25 +99,9 @@ TEST_F(SceneryOrderTest, OptionsAreEditedWithoutLosingWhatIsNotShown) {
   edit(false);
   EXPECT_EQ(drive.read(library), before);
   edit(true);
-  EXPECT_EQ(column(sceneryColumn::Flatten),
-            "a\x05"
-            "c");
-  EXPECT_EQ(column(sceneryColumn::Exclude),
-            "2\x05x y\x05"
-            "4\x05"
-            "5\x05"
-            "6\x05"
-            "7\x05"
-            "8\x05"
-            "9\x05"
-            "10\x05"
-            "11");
-  EXPECT_TRUE(test::holds(drive.read(library),
-                          "\x01"
-                          "a\x05"
-                          "c\x01"
-                          "2\x05x y\x05"
-                          "4"));
+  EXPECT_EQ(column(sceneryColumn::Flatten), coded("a;c"));
+  EXPECT_EQ(column(sceneryColumn::Exclude), coded("2;x y;4;5;6;7;8;9;10;11"));
+  EXPECT_TRUE(test::holds(drive.read(library), coded("|a;c|2;x y;4;")));
 }
 
 }  // namespace

@@ -14,10 +14,7 @@ class SceneryTransferTest : public test::SceneryTest {
  protected:
   SceneryTransferTest() {
     putDatabase();
-    drive.write(library,
-                "Paris\x01"
-                "ADDON SCENERY\\Europe\\Paris\x01\x01\x01\x01\x01\x01"
-                "f\x05g\r\n");
+    drive.write(library, test::coded("Paris|ADDON SCENERY\\Europe\\Paris||||||f;g\r\n"));
     drive.write("C:\\Lib\\Scenery\\Paris\\Scenery\\p.bgl", "new");
     drive.write("C:\\Lib\\Main\\Paris\\Texture\\p.bmp", "t");
     drive.write("C:\\Lib\\Main\\Paris\\Effects\\p.fx", "e");
@@ -62,7 +59,6 @@ TEST_F(SceneryTransferTest, ASceneryWithAPackageComesFromIt) {
   EXPECT_TRUE(app.frmMain.btnFSScenerySave.enabled);
   EXPECT_EQ(areasInFile(), "World Rome Alps");
   files.freeSpace.reset();
-  open();
   windows.answers = {ui::Answer::no};
   open();
   add();
@@ -74,12 +70,10 @@ TEST_F(SceneryTransferTest, ASceneryWithAPackageComesFromIt) {
 }
 
 TEST_F(SceneryTransferTest, NothingIsFilledOutsideTheSimulatorOrInItsOwnFolders) {
-  for (const char* folder : {"D:\\Paris", "Scenery", "ADDON SCENERY", "x\\..\\..\\Paris",
-                             "..\\Paris", "Texture", "aircraft"}) {
-    drive.write(library, "Paris\x01" + std::string(folder) + "\r\n");
-    drive.write("C:\\Lib\\Scenery\\" +
-                    std::string(folder).substr(std::string(folder).rfind('\\') + 1) + "\\x",
-                "");
+  for (const std::string& folder : Paths{"D:\\Paris", "Scenery", "ADDON SCENERY", "..\\Paris",
+                                         "x\\..\\..\\Paris", "Texture", "aircraft"}) {
+    drive.write(library, "Paris\x01" + folder + "\r\n");
+    drive.write("C:\\Lib\\Scenery\\" + folder.substr(folder.rfind('\\') + 1) + "\\x", "");
     open();
     add();
     expectTold("was not added");
@@ -90,25 +84,24 @@ TEST_F(SceneryTransferTest, NothingIsFilledOutsideTheSimulatorOrInItsOwnFolders)
 
 TEST_F(SceneryTransferTest, AnAddThatEndsAnywhereLeavesAWholeDatabaseAndNoHalfScenery) {
   const std::string before = drive.read(cfg);
-  for (const Ending ending :
-       {Ending::fullDisk, Ending::failedLook, Ending::kill, Ending::emptyFiles, Ending::lostFiles})
-    forEveryCall(
-        files, ending,
-        [&] {
-          drive.clear("C:\\FS\\ADDON SCENERY");
-          drive.remove(org);
-          drive.write(cfg, before);
-          open();
-          windows.boxes.clear();
-        },
-        [&] { add(); },
-        [&](bool struck) {
-          const bool listed = areasInFile() == "Rome Paris World Alps";
-          EXPECT_TRUE(listed || drive.read(cfg) == before);
-          EXPECT_TRUE(!listed || drive.read(paris + "Scenery\\p.bgl") == "new");
-          EXPECT_TRUE(!drive.exists(paris) || drive.read(paris + "Scenery\\p.bgl") == "new");
-          EXPECT_TRUE(struck || listed);
-        });
+  forEveryEnding(
+      files,
+      {Ending::fullDisk, Ending::failedLook, Ending::kill, Ending::emptyFiles, Ending::lostFiles},
+      [&] {
+        drive.clear("C:\\FS\\ADDON SCENERY");
+        drive.remove(org);
+        drive.write(cfg, before);
+        open();
+        windows.boxes.clear();
+      },
+      [&] { add(); },
+      [&](bool struck) {
+        const bool listed = areasInFile() == "Rome Paris World Alps";
+        EXPECT_TRUE(listed || drive.read(cfg) == before);
+        EXPECT_TRUE(!listed || drive.read(paris + "Scenery\\p.bgl") == "new");
+        EXPECT_TRUE(!drive.exists(paris) || drive.read(paris + "Scenery\\p.bgl") == "new");
+        EXPECT_TRUE(struck || listed);
+      });
 }
 
 TEST_F(SceneryTransferTest, DeletesAnAreaWithItsFolder) {

@@ -50,4 +50,12 @@ inline int forEveryCall(FaultyFileSystem& files, Ending ending,
   return most;
 }
 
+// The same for each of the endings.
+inline void forEveryEnding(FaultyFileSystem& files, std::initializer_list<Ending> endings,
+                           const std::function<void()>& prepare, const std::function<void()>& run,
+                           const std::function<void(bool struck)>& check) {
+  for (const Ending ending : endings)
+    EXPECT_GT(forEveryCall(files, ending, prepare, run, check), 2);
+}
+
 }  // namespace skv::test

@@ -18,4 +18,11 @@ inline ::testing::AssertionResult holds(const std::string& text, const std::stri
   return ::testing::AssertionFailure() << "no \"" << part << "\" in \"" << text << "\"";
 }
 
+// A line of a list file in print: "|" is the character of code 1, ";" that of code 5.
+inline std::string coded(std::string text) {
+  for (char& c : text)
+    if (c == '|' || c == ';') c = c == '|' ? '\x01' : '\x05';
+  return text;
+}
+
 }  // namespace skv::test
