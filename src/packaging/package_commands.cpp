@@ -70,12 +70,13 @@ class PackageJob {
     root_ = isAircraft_ ? aircraftRootOf(store_) : sceneryRootOf(store_);
     packages_ = isAircraft_ ? app.PacksDir : app.SceneryPacksPath;
     package_ = packages_ + name_ + packageEnd;
-    folder_ = isAircraft_ ? withBackslash(folder) : root_ + name_ + "\\";
+    folder_ = folderOf(list().selected());
     main_ = mainRootOf(store_) + name_ + "\\";
   }
 
   void compress() {
-    if (!stateIs(false) || !mayBegin(mayBeGivenUp(app_, {folder_, root_}))) return;
+    if (!stateIs(false) || !mayBegin(mayBeGivenUp(app_, {folder_, root_, foldersOfOthers()})))
+      return;
     if (!makePackages()) return;
     const DisabledForm busy(app_.frmMain);
     if (pack()) {
@@ -108,7 +109,7 @@ class PackageJob {
     const auto found = files_.attributes(package_);
     if (!found.ok() && presenceBy(found.outcome()) == Presence::unknown)
       return !ReportError(app_, found.outcome());
-    const bool told = ((list().smallIcon(list().rowOf(row_)) - 1) & packageBit) != 0;
+    const bool told = ((iconOf(list().rowOf(row_)) - 1) & packageBit) != 0;
     if (told != found.ok()) flip();
     if (found.ok() == compressed) return true;
     app_.windows.messageBox(
@@ -243,7 +244,25 @@ class PackageJob {
 
   void flip() {
     const int row = list().rowOf(row_);
-    if (row != 0) list().setSmallIcon(row, ((list().smallIcon(row) - 1) ^ packageBit) + 1);
+    if (row != 0) list().setSmallIcon(row, ((iconOf(row) - 1) ^ packageBit) + 1);
+  }
+
+  // A row that has none yet is nowhere else.
+  int iconOf(int row) { return std::max(1, list().smallIcon(row)); }
+
+  // The folder that a row of the list stands for.
+  std::string folderOf(int row) {
+    const std::string& folder = list().subItem(row, 1);
+    return isAircraft_ ? withBackslash(folder) : root_ + leafOf(folder) + "\\";
+  }
+
+  // Rows that share the folder share its Package, too.
+  std::vector<std::string> foldersOfOthers() {
+    std::vector<std::string> others;
+    for (int row = 1; row <= list().count(); ++row)
+      if (std::string other = folderOf(row); !equalsIgnoringCase(other, folder_))
+        others.push_back(std::move(other));
+    return others;
   }
 
   App& app_;
