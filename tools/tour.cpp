@@ -25,6 +25,7 @@
 #include "sample/sample_files.h"
 #include "sample/sample_settings.h"
 #include "sample/sample_simulator.h"
+#include "tour_addons.h"
 #include "tour_scenery.h"
 #include "tour_user.h"
 #include "ui/events.h"
@@ -59,6 +60,7 @@ class Tour {
     toSimulator();
     toHangar();
     everyOtherArchive();
+    AddonRoad(sample_, user_).take();
     settings();
     SceneryRoad(sample_, user_).take();
     user_.press(Qt::Key_F, Qt::ControlModifier);

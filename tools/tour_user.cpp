@@ -308,10 +308,14 @@ void User::expectBox(const std::string& text, const std::string& button) {
     auto& box = dynamic_cast<QMessageBox&>(window);
     require(flat(box.text()) == text, "the box says: " + flat(box.text()));
     picture("box");
-    for (QAbstractButton* it : box.buttons())
-      if (caption(it->text()) == button) return QTest::mouseClick(it, Qt::LeftButton);
-    throw Wrong("the box has no button " + button);
+    pressButton(window, button);
   });
+}
+
+void User::pressButton(QWidget& box, const std::string& button) {
+  for (QAbstractButton* it : dynamic_cast<QMessageBox&>(box).buttons())
+    if (caption(it->text()) == button) return QTest::mouseClick(it, Qt::LeftButton);
+  throw Wrong("the box has no button " + button);
 }
 
 QWidget* User::waiting() const {

@@ -87,6 +87,7 @@ class User {
   void expect(const std::string& window, std::function<void(QWidget& window)> answer);
   // A message box: its text, and the button that is pressed ("OK", "Yes", "No").
   void expectBox(const std::string& text, const std::string& button);
+  static void pressButton(QWidget& box, const std::string& button);
   // Throws when an expected window did not come, or an answer went wrong.
   void allAnswered();
 
