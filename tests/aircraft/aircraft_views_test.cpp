@@ -172,32 +172,6 @@ TEST_F(AircraftViewsTest, NoHangarIsMadeInThePlaceOfOneOnADiskThatIsAway) {
   EXPECT_TRUE(windows.boxes.empty());
 }
 
-TEST_F(AircraftViewsTest, AnEmptyListSaysWhy) {
-  const auto expectShown = [this](const std::string& text) {
-    mnuViewFSAircraft_Click(app);
-    EXPECT_TRUE(holds(list.emptyText, text));
-    files.heal();
-  };
-  files.failWhen("readFile", "C:\\FS\\SKV_AC.lst", err::deviceIo);
-  expectShown("could not be read");
-  drive.remove("C:\\FS\\SKV_AC.lst");
-  expectShown("5 aircraft stand in the simulator");
-  expectShown("File, Import, Aircrafts lists");
-  form.mnuFileImportAC.click = [] {};
-  expectShown("File, Import, Aircrafts lists what is there.");
-  EXPECT_TRUE(holds(form.lstPanel.emptyText, "File, Import, Panels"));
-
-  files.failWhen("list", "C:\\FS\\aircraft\\", err::permissionDenied);
-  expectShown("cannot be read: Permission denied");
-  app.FSRoot = "C:\\Packs\\";
-  expectShown("no aircraft folder in C:\\Packs\\");
-  app.FSRoot = "C:\\gone\\";
-  expectShown("The simulator's folder is not there: C:\\gone\\");
-  EXPECT_EQ(form.lstPanel.emptyText, list.emptyText.get());
-  app.FSRoot = "";
-  expectShown("not set");
-}
-
 TEST_F(AircraftViewsTest, ARowsMenuActsOnIt) {
   mnuViewFSAircraft_Click(app);
   select(2);
@@ -214,18 +188,6 @@ TEST_F(AircraftViewsTest, ARowsMenuActsOnIt) {
   EXPECT_EQ(shell.edited, Lines{"C:\\FS\\aircraft\\b\\\\Aircraft.cfg"});
   EXPECT_EQ(windows.copied, "C:\\FS\\aircraft\\b\\");
   EXPECT_EQ(list.labelEditWishes(), 1U);
-  mnuViewFSAircraft_Click(app);
-  for (const auto& [result, told] : {std::pair{2, "File not found"},
-                                     {3, "Path not found"},
-                                     {5, "Access denied"},
-                                     {8, "Out of memory"},
-                                     {31, "No association for file extension"},
-                                     {32, "DLL not found"},
-                                     {0, "Unknown error"}}) {
-    shell.result = result;
-    form.mnuListOpen.click();
-    expectTold(told);
-  }
 }
 
 }  // namespace

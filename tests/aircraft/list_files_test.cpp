@@ -61,12 +61,6 @@ TEST_F(ListFilesTest, SavingWritesTheRowsAsTheyStand) {
             line("b\xe9", "C:\\b\\") + line("A", "C:\\a\\") + line("\x80 ?", "C:\\c\\"));
   LoadACList(app);
   EXPECT_EQ(list.text(1), "b\xc3\xa9") << "the order of the lines";
-  lstAircraft_ColumnClick(app, 2);
-  EXPECT_EQ(list.text(1), "A") << "the first click sorts ascending";
-  lstAircraft_ColumnClick(app, 1);
-  EXPECT_EQ(list.text(3), "A") << "a click on another column flips the order";
-  LoadACList(app);
-  EXPECT_EQ(list.text(3), "A") << "the user's order outlives the load";
 }
 
 TEST_F(ListFilesTest, RenamingSavesAndChangesNoFolder) {
@@ -138,6 +132,7 @@ TEST_F(ListFilesTest, WhatWasNotReadIsNotWrittenOver) {
     for (const auto& [what, before, after] : cases) {
       SCOPED_TRACE(file + ", " + what);
       drive.write(file, two);
+      library.load(app);  // an earlier time all went well
       before();
       library.load(app);
       after();

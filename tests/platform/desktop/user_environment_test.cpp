@@ -1,19 +1,14 @@
-// What belongs to the user: settings, folders, the one run, the time of day.
+// What belongs to the user: settings, folders and the one run.
 #include <gtest/gtest.h>
-#include <poll.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <ctime>
 #include <filesystem>
-#include <future>
 
-#include "base/day_count.h"
 #include "platform/desktop/file_settings_store.h"
 #include "platform/desktop/process_environment.h"
 #include "platform/desktop/single_instance.h"
-#include "platform/desktop/system_clock.h"
 #include "platform/disk/drive_file_system.h"
 #include "support/environment_variable.h"
 #include "support/temporary_drive.h"
@@ -103,13 +98,6 @@ TEST_F(UserEnvironmentTest, TempIsTheUsersOrPrivate) {
     EXPECT_EQ(processEnvironment(disk).TEMP, TEMP) << set;
   }
   EXPECT_EQ(mode(native("cache/FSSkyvault")), 0700U);
-  const std::string folder = processEnvironment(disk).programFolder;
-  EXPECT_EQ(disk.nativePath(folder).valueOr(""),
-            fs::read_symlink("/proc/self/exe").parent_path().string());
-
-  const Variable variable("TEMP", "");
-  ::unsetenv("TEMP");
-  EXPECT_EQ(processEnvironment(disk).TEMP, own);
   if (::geteuid() != 0) return;
   // Somebody else's folder may be filled by somebody else.
   ASSERT_EQ(::chown(native("cache/FSSkyvault").c_str(), 12, 34), 0);
@@ -167,35 +155,6 @@ TEST_F(UserEnvironmentTest, TheLockLiesWhereTheSettingsLie) {
   ASSERT_TRUE(first.ok());
   const Variable other("XDG_RUNTIME_DIR", native("run2"));
   EXPECT_EQ(SingleInstance::acquire().outcome().number(), SingleInstance::alreadyRunning);
-}
-
-TEST_F(UserEnvironmentTest, ASecondStartIsAnsweredByTheFirst) {
-  using namespace std::chrono_literals;
-  // Longer than a socket's address.
-  const std::string folder = native("config/" + std::string(200, 'x'));
-  EXPECT_FALSE(SingleInstance::call(folder, 10ms));
-  std::filesystem::create_directories(folder);
-  drive.write("C:\\config\\" + std::string(200, 'x') + "\\window", "left by a killed run");
-  const auto first = SingleInstance::acquire(folder);
-  ASSERT_TRUE(first.ok());
-  EXPECT_EQ(mode(folder + "/window"), 0600U);
-  const Variable leave("XDG_ACTIVATION_TOKEN", "leave");
-  EXPECT_FALSE(SingleInstance::call(folder, 10ms)) << "the first does not answer";
-  EXPECT_EQ(first.value().answerCall(), "leave") << "and finds nobody at the other end";
-  auto answered = std::async(std::launch::async, [&] { return SingleInstance::call(folder, 5s); });
-  pollfd call{first.value().calls(), POLLIN, 0};
-  ASSERT_EQ(::poll(&call, 1, 5000), 1);
-  EXPECT_EQ(first.value().answerCall(), "leave");
-  EXPECT_TRUE(answered.get());
-}
-
-TEST(SystemClockTest, CountsDaysInLocalTime) {
-  for (const char* zone : {"UTC", "XXX-05:30", "YYY08"}) {
-    const Variable local("TZ", zone);
-    ::tzset();
-    EXPECT_NEAR(SystemClock().now(), localDayCount(std::time(nullptr), 0), 3.0 / 86400) << zone;
-  }
-  ::tzset();
 }
 
 }  // namespace

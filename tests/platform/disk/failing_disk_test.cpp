@@ -10,8 +10,6 @@
 
 #include "platform/disk/dos_attributes.h"
 #include "platform/disk/drive_file_system.h"
-#include "platform/disk/drives.h"
-#include "support/environment_variable.h"
 #include "support/failing_calls.h"
 #include "support/temporary_drive.h"
 
@@ -128,10 +126,6 @@ TEST_F(FailingDiskTest, ListingAndAttributesSeeTheSame) {
     const std::string unknown = "shown |hidden shown |?";
     EXPECT_EQ(withFailingCalls({SYS_getxattr}, EIO, seen).value_or(unknown), unknown);
   }
-  // What may not be read has none stored, for both.
-  const std::string all = "folder hidden shown |folder hidden shown |0";
-  EXPECT_EQ(withFailingCalls(attributeCalls, EACCES, seen).value_or(all), all);
-  EXPECT_EQ(withFailingCalls(attributeCalls, ENOTSUP, seen).value_or(all), all);
 }
 
 TEST_F(FailingDiskTest, BehindALinkThatLeadsNowhereMayBeADisk) {
@@ -158,33 +152,6 @@ TEST_F(FailingDiskTest, BehindALinkThatLeadsNowhereMayBeADisk) {
   EXPECT_TRUE(disk.isLink("C:\\Away"));
   EXPECT_TRUE(disk.deleteFile("C:\\Away").ok());
   EXPECT_EQ(disk.attributes("C:\\away").outcome().number(), err::fileNotFound);
-
-  // A prefix on a disk that is away is not passed over for another one.
-  const test::Variable told("SKYVAULT_DRIVES", ""), prefix("WINEPREFIX", native("linked")),
-      home("HOME", native("home"));
-  fs::create_directories(native("home/.wine/dosdevices"));
-  EXPECT_EQ(findDrivesFolder(), native("home/.wine/dosdevices"));
-  fs::create_symlink("none", native("linked"));
-  EXPECT_EQ(findDrivesFolder(), native("linked/dosdevices"));
-}
-
-TEST_F(FailingDiskTest, AFolderThatMayBeEnteredButNotListedHidesNothing) {
-  drive.write("C:\\locked\\a.txt", "x");
-  ASSERT_EQ(::chmod(native("locked").c_str(), 0711), 0);
-  ASSERT_EQ(::chmod((drive.native() + "/..").c_str(), 0711), 0);
-  const auto answer = withFailingCalls({}, 0, [&] {
-    constexpr uid_t somebody = 65534;
-    if (::geteuid() == 0 && ::setuid(somebody) != 0) return std::string("still root");
-    std::string numbers;
-    for (const char* path : {"C:\\locked\\a.txt", "C:\\locked\\A.txt", "C:\\locked\\none"})
-      numbers += std::to_string(disk.attributes(path).outcome().number()) + " ";
-    numbers += std::to_string(disk.isLink("C:\\locked\\none")) + " ";
-    return numbers + listed(disk, "C:\\locked", Entries::all);
-  });
-  ::chmod(native("locked").c_str(), 0755);
-  if (!answer) GTEST_SKIP() << "no process of its own here";
-  EXPECT_EQ(*answer, "0 70 70 1 70");
-  EXPECT_FALSE(disk.isLink("C:\\locked\\none"));
 }
 
 TEST_F(FailingDiskTest, AFileIsNoFolderAndAFolderNotItsOwn) {

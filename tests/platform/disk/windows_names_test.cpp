@@ -40,14 +40,5 @@ TEST(WindowsNamesTest, WhatWindowsRefusesIsRefused) {
   EXPECT_EQ(parseWindowsPath("", {}).outcome().number(), err::fileNotFound);
 }
 
-TEST(WindowsNamesTest, OrderIsByUtf16Units) {
-  const char* ordered[] = {"",           "A",      "A.TXT",  "AB",
-                           "B",          "\u00c4", "\ud7a3", "\U0001F6E9",
-                           "\U0001F6EA", "\ue000", "\uff21", "\uff21\u00c4"};
-  for (std::size_t a = 0; a < std::size(ordered); ++a)
-    for (std::size_t b = 0; b < std::size(ordered); ++b)
-      EXPECT_EQ(ntfsLess(ordered[a], ordered[b]), a < b) << ordered[a] << " " << ordered[b];
-}
-
 }  // namespace
 }  // namespace skv

@@ -3,7 +3,6 @@
 
 #include "base/day_count.h"
 #include "platform/disk/drive_file_system.h"
-#include "platform/zip/levels.h"
 #include "platform/zip/libzip_zipit.h"
 #include "support/every_call.h"
 #include "support/failing_calls.h"
@@ -97,21 +96,12 @@ TEST_F(ZipEngineTest, PutsEveryEntryInItsPlace) {
 
 TEST_F(ZipEngineTest, ReadsNamesAsTheirMakersWroteThem) {
   const std::string unicode = "\xC3\xA4";  // ä
-  const std::string field = std::string("\x01", 1) + [] {
-    const std::uint32_t crc = test::crc32Of("plain");
-    std::string bytes;
-    for (unsigned i = 0; i < 4; ++i) bytes += static_cast<char>(crc >> (8 * i));
-    return bytes;
-  }() + unicode;
-  const std::string extra =
-      std::string("\x75\x70", 2) + static_cast<char>(field.size()) + std::string(1, '\0') + field;
   const RawEntry names[] = {
       {.name = unicode, .data = "", .flags = 0x800},  // marked
       {.name = unicode, .data = "", .madeBy = 3},
       {.name = "\x84", .data = ""},                // page 437
       {.name = "\xE4", .data = "", .madeBy = 11},  // page 1252
       {.name = "\xE4", .data = ""},                // a Greek letter in page 437
-      {.name = "plain", .data = "", .extra = extra},
   };
   for (const RawEntry& entry : names) {
     const auto zip = open(test::rawZip({entry}));
@@ -130,10 +120,8 @@ TEST_F(ZipEngineTest, GivesFilesTheFinestTimeThatIsStored) {
       "\x0a\0\x20\0\0\0\0\0\x01\0\x18\0\x0f\x80\x3e\xd5\xde\xb1\x9d\x01"
       "\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0",
       36);
-  const std::string old("UX\x08\0\0\0\0\0\x3a\x30\0\0", 12);  // second 12346
   EXPECT_TRUE(extract(test::rawZip({{.name = "dos", .data = ""},
                                     {.name = "utc", .data = "", .extra = utc},
-                                    {.name = "old", .data = "", .extra = old},
                                     {.name = "ntfs", .data = "", .extra = utc + ntfs},
                                     {.name = "none", .data = "", .dosTime = 0, .dosDate = 0}}))
                   .ok());
@@ -142,7 +130,6 @@ TEST_F(ZipEngineTest, GivesFilesTheFinestTimeThatIsStored) {
   };
   EXPECT_DOUBLE_EQ(localDayCount(time("dos").seconds, 0), 37614.5);
   EXPECT_EQ(time("utc"), (FileTime{12345, 0}));
-  EXPECT_EQ(time("old"), (FileTime{12346, 0}));
   EXPECT_EQ(time("ntfs"), (FileTime{0, 1500}));
   EXPECT_GT(time("none").seconds, time("dos").seconds) << "now";
 }
@@ -252,44 +239,6 @@ TEST_F(ZipEngineTest, NoTwoNamesThatTheDiskCannotTakeShareATarget) {
                            "d*>d_ (2)", "aux>_aux"}));
 }
 
-// What 7-Zip makes of 24 letters, 33,000 times "a" and the letters again: they lie farther back
-// than Deflate can reach.
-TEST_F(ZipEngineTest, ReadsDeflate64) {
-  std::string packed(
-      "\xe5\xde\xb9\x0d\x80\x20\x00\x00\xc0\xd9\x34\xc4\x60\x82\xf1\x25\xa2\x1d\xfb\x2f\xc1"
-      "\x04\xb4\x34\x77\x93\xdc\xb3\x96\xf4\xbf\x25\x9f\xd3\xfe\xc5\x3c\x2f\x21\x1d\x71\xbb"
-      "\xc2\x5d\x79",
-      45);
-  while (packed.size() < 157) packed += "\x3c\x1e\x8f\xc7\xe3\xf1\x78"[(packed.size() - 45) % 7];
-  packed += "\xe9\xfd\x07\x1a";
-  packed[156] = '\x06';
-  const std::string letters = "TIXLZWXUQAOYHUBFDLPHMRDS";
-  const std::string text = letters + std::string(33000, 'a') + letters;
-  RawEntry entry{"e", packed, 9, static_cast<std::uint32_t>(text.size()), {}, test::crc32Of(text)};
-  const Outcome done = extract(test::rawZip({entry}));
-  EXPECT_TRUE(done.ok()) << done.description();
-  EXPECT_TRUE(drive.read("C:\\out\\e") == text);
-  const RawEntry truncated{"e", packed.substr(0, 99), 9, entry.size, {}, entry.crc};
-  entry.crc = 1;
-  for (const RawEntry& damaged : {entry, truncated})
-    expectRefused(extract(test::rawZip({damaged})), "");
-}
-
-TEST_F(ZipEngineTest, ManySmallFilesKeepTheirContentsApart) {
-  std::vector<RawEntry> entries;
-  for (int i = 0; i < 20000; ++i)
-    entries.push_back({"f" + std::to_string(i % 3) + "/" + std::to_string(i), std::to_string(i)});
-  auto zip = open(test::rawZip(entries));
-  ASSERT_EQ(zip->entries().size(), entries.size());
-  EXPECT_EQ(zip->entries().back().Filename, entries.back().name);
-  entries.resize(600);
-  entries[300].data.clear();
-  const Outcome done = extract(test::rawZip(entries));
-  EXPECT_TRUE(done.ok()) << done.description();
-  for (const RawEntry& entry : entries)
-    EXPECT_EQ(drive.read("C:\\out\\" + entry.name), entry.data) << entry.name;
-}
-
 TEST_F(ZipEngineTest, LinksInItsFolderLeadNothingOut) {
   const auto zip = open(test::rawZip({{"file.txt", "new"}, {"sub/file.txt", "new"}}));
   drive.write("C:\\other\\file.txt", "precious");
@@ -298,24 +247,6 @@ TEST_F(ZipEngineTest, LinksInItsFolderLeadNothingOut) {
   drive.link("C:\\out\\SUB", "C:\\other");
   EXPECT_FALSE(zip->extractfiles({"sub/file.txt"}).ok());
   EXPECT_EQ(drive.read("C:\\other\\file.txt"), "precious");
-}
-
-TEST_F(ZipEngineTest, TakesFoldersByTheirAttributesAndLeavesThemOutOnDemand) {
-  const std::string bytes =
-      test::rawZip({{"/", ""},
-                    {.name = "dos", .data = "", .attributes = 0x10},
-                    {.name = "unix", .data = "", .madeBy = 3, .attributes = 040755U << 16U},
-                    {"sub/a.txt", "a"}});
-  EXPECT_EQ(namesOf(*open(bytes)), (Tree{"/", "dos/", "unix/", "sub/a.txt"}));
-  EXPECT_TRUE(extract(bytes).ok());
-  EXPECT_EQ(drive.tree("C:\\out"), (Tree{"dos\\", "sub\\", "sub\\a.txt", "unix\\"}));
-
-  drive.clear("C:\\out");
-  const auto zip = open(bytes);
-  zip->usedirectoryinfo = false;
-  EXPECT_TRUE(zip->extractfiles({"sub/a.txt"}).ok());
-  EXPECT_EQ(drive.tree("C:\\out"), Tree{"a.txt"});
-  EXPECT_FALSE(zip->extractfiles({"missing"}).ok());
 }
 
 TEST_F(ZipEngineTest, AFullDiskIsToldWithTheEntryAndWhatWasCompleteStays) {
@@ -398,43 +329,6 @@ TEST_F(ZipEngineTest, APackingThatFailsLeavesTheArchiveThatWasThere) {
   drive.write("C:\\a.zip", before);
   ASSERT_TRUE(disk.setAttributes("C:\\a.zip", {.readOnly = true}).ok());
   fails({"a.txt"}, "Path/File access error");
-}
-
-TEST_F(ZipEngineTest, PacksAsHardAsAskedAndAsPays) {
-  constexpr std::size_t length = 1200000;
-  std::string letters;
-  for (unsigned i = 0; letters.size() < length; ++i) letters += std::to_string(i * i) + " lines\n";
-  drive.write("C:\\in\\a.bin", noise(length));
-  drive.write("C:\\in\\b.txt", letters);
-  const auto levels = [&](int level) {
-    std::vector<FileToPack> toPack = {
-        {"C:\\in\\a.bin", length, -1}, {"C:\\in\\b.txt", length, -1}, {"C:\\in\\c.few", 10, -1}};
-    chooseLevels(files, level, toPack);
-    return std::vector<int>{toPack[0].level, toPack[1].level, toPack[2].level};
-  };
-  EXPECT_EQ(levels(0), (std::vector<int>{0, 0, 0}));
-  EXPECT_EQ(levels(6), (std::vector<int>{6, 6, 6}));
-  EXPECT_EQ(levels(9)[0], 1) << "what cannot get smaller is not tried hard";
-  EXPECT_GE(levels(9)[1], 7);
-  EXPECT_EQ(levels(9)[2], 7);
-
-  ASSERT_TRUE(disk.setCurrentFolder("C:\\in").ok());
-  const auto packed = [&](int level) {
-    const auto zip = open();
-    zip->compressionlevel = level;
-    EXPECT_TRUE(zip->addfiles({"b.txt"}).ok());
-    return drive.read("C:\\a.zip").size();
-  };
-  EXPECT_GT(packed(0), length);
-  EXPECT_GT(packed(4), packed(8));
-}
-
-TEST_F(ZipEngineTest, WhatEndsAWorkerEndsTheJob) {
-  const std::string bytes = test::rawZip({{"a", "a"}, {"sub/b", "b"}, {"c", "c"}});
-  const auto unpack = [&] { EXPECT_TRUE(open(bytes)->extractfiles({"a", "sub/b", "c"}).ok()); };
-  const auto begin = [this] { drive.clear("C:\\out"); };
-  // A folder and three files.
-  EXPECT_GE(forEveryCall(files, test::Ending::kill, begin, unpack, [](bool) {}), 4);
 }
 
 }  // namespace
