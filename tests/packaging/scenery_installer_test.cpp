@@ -44,7 +44,7 @@ TEST_F(SceneryInstallerTest, RecognisesASceneryInAnyLayout) {
   };
   for (const auto& [what, archive, scenery, main] : layouts) {
     SCOPED_TRACE(what);
-    for (const char* folder : {"C:\\Lib", "C:\\Lib\\Scenery", "C:\\Lib\\Main"}) drive.clear(folder);
+    clearLibrary();
     open();
     zip(archive);
     install();
@@ -85,11 +85,10 @@ TEST_F(SceneryInstallerTest, ARunThatEndsAnywhereLeavesAWholeSceneryOrNone) {
   zip("Files/a.bgl Files/b.bgl Texture/t.bmp Effects/e.fx");
   using test::Ending;
   forEveryEnding(
-      files, {Ending::fullDisk, Ending::failedLook, Ending::kill, Ending::lostFiles},
+      files,
       [&] {
-        for (const char* folder :
-             {"C:\\Lib", "C:\\Lib\\Scenery", "C:\\Lib\\Main", "C:\\Temp\\SKVInstallTemp"})
-          drive.clear(folder);
+        clearLibrary();
+        drive.clear("C:\\Temp\\SKVInstallTemp");
         open();
         windows.boxes.clear();
       },
@@ -104,7 +103,8 @@ TEST_F(SceneryInstallerTest, ARunThatEndsAnywhereLeavesAWholeSceneryOrNone) {
         EXPECT_TRUE(whole || !test::holds(drive.read(library), "Alps"));
         EXPECT_TRUE(struck || whole);
         EXPECT_TRUE(drive.exists("C:\\Alps.zip"));
-      });
+      },
+      {Ending::fullDisk, Ending::failedLook, Ending::kill, Ending::lostFiles});
 }
 
 }  // namespace

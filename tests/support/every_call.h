@@ -50,10 +50,13 @@ inline int forEveryCall(FaultyFileSystem& files, Ending ending,
   return most;
 }
 
-// The same for each of the endings.
-inline void forEveryEnding(FaultyFileSystem& files, std::initializer_list<Ending> endings,
-                           const std::function<void()>& prepare, const std::function<void()>& run,
-                           const std::function<void(bool struck)>& check) {
+// The same for several endings.
+inline void forEveryEnding(FaultyFileSystem& files, const std::function<void()>& prepare,
+                           const std::function<void()>& run,
+                           const std::function<void(bool struck)>& check,
+                           std::initializer_list<Ending> endings = {
+                               Ending::fullDisk, Ending::failedLook, Ending::kill,
+                               Ending::emptyFiles, Ending::lostFiles}) {
   for (const Ending ending : endings)
     EXPECT_GT(forEveryCall(files, ending, prepare, run, check), 2);
 }

@@ -12,8 +12,11 @@ class SceneryTest : public ProgramTest {
   SceneryTest() {
     app.SceneryLib = "C:\\Lib\\";
     app.SceneryPacksPath = "C:\\Packs\\Scenery\\";
-    for (const char* folder : {"C:\\Lib\\Scenery", "C:\\Lib\\Main", "C:\\Packs\\Scenery"})
-      drive.clear(folder);
+    drive.clear("C:\\Packs\\Scenery");
+    clearLibrary();
+  }
+  void clearLibrary() {
+    for (const char* folder : {"C:\\Lib", "C:\\Lib\\Scenery", "C:\\Lib\\Main"}) drive.clear(folder);
   }
 
   static std::string area(int number, const std::string& title, const std::string& layer,
