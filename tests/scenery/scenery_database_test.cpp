@@ -101,6 +101,8 @@ TEST_F(SceneryDatabaseTest, AsksBeforeItDropsWhatTheRowsDoNotKnowOf) {
   const std::string changed = drive.read(cfg);
   app.frmMain.lstScenery.setChecked(1, false);
   save();
+  ASSERT_EQ(windows.boxes.size(), 1U);
+  EXPECT_EQ(windows.boxes[0].defaultButton, ui::DefaultButton::no);
   expectTold("Another program has changed");
   EXPECT_EQ(drive.read(cfg), changed);
   EXPECT_FALSE(drive.exists(org));
@@ -118,14 +120,20 @@ TEST_F(SceneryDatabaseTest, AsksBeforeItDropsWhatTheRowsDoNotKnowOf) {
   windows.answers = {ui::Answer::yes};
   save();
   EXPECT_EQ(areasInFile(), "Mine");
+
+  while (app.frmMain.lstScenery.count() < 1000) app.frmMain.lstScenery.add("x");
+  save();
+  EXPECT_TRUE(test::holds(windows.boxes.back().text, "has 1000 areas now"));
 }
 
 TEST_F(SceneryDatabaseTest, ADatabaseThatIsMissingOrCannotBeReadIsNotTakenForAnEmptyOne) {
   putDatabase();
   const std::string before = drive.read(cfg);
-  files.failWhen("readFile", cfg, err::deviceIo);
-  open();
-  expectTold("could not be read");
+  for (const char* look : {"attributes", "readFile"}) {
+    files.failWhen(look, cfg, err::deviceIo);
+    open();
+    expectTold("could not be read");
+  }
   EXPECT_EQ(areas(), "");
   files.heal();
   save();
@@ -188,7 +196,7 @@ TEST_F(SceneryDatabaseTest, UnsavedChangesAreAskedAboutBeforeTheyGo) {
   EXPECT_EQ(areas(), "Alps+ World+ Rome+") << "lost, as the user wished";
   app.frmMain.lstScenery.setChecked(1, false);
   ui::raise(app.frmMain.mnuViewHangar.click);
-  EXPECT_FALSE(app.frmMain.frameScenery.visible);
+  EXPECT_FALSE(app.frmMain.frameScenery.visible || app.frmMain.mnuFileImportSceneries.enabled);
   EXPECT_EQ(valueOf("Area.003", "Active"), "FALSE");
 }
 

@@ -1,5 +1,7 @@
 #include "scenery/scenery_library.h"
 
+#include <fstream>
+
 #include "support/every_call.h"
 #include "support/scenery_fixture.h"
 
@@ -61,6 +63,11 @@ TEST_F(SceneryLibraryTest, TakesAFolderUnderTheNameThatTheUserGives) {
   EXPECT_EQ(drive.tree("C:\\Lib\\Scenery\\Rome\\"), whole);
   EXPECT_EQ(drive.tree(source), Paths{}) << "moved";
   EXPECT_TRUE(drive.exists(source));
+  for (const char* twin : {"a.txt", "A.TXT"})
+    std::ofstream(drive.native(source) + "/" + twin) << twin;
+  add(source);
+  expectTold("was not emptied");
+  EXPECT_EQ(drive.tree(source), (Paths{"A.TXT", "a.txt"}));
 }
 
 TEST_F(SceneryLibraryTest, NeedsATenthMoreRoomThanTheSceneryHas) {
@@ -127,7 +134,8 @@ TEST_F(SceneryLibraryTest, ImportsTheAddOnsThatItCanAndNothingElse) {
               area(7, "Alps", "7", "ADDON SCENERY\\Alps") + area(6, "Store", "6", "ADDON SCENERY") +
                   area(5, "Up", "5", "ADDON SCENERY\\..") +
                   area(4, "Far", "4", "Else\\Far", "Remote=D:\\Addon Scenery\\Far\r\n") +
-                  area(3, "World", "3", "Scenery") + area(2, "Had", "2", "Addon Scenery\\Had"));
+                  area(3, "World", "3", "Scenery") + area(2, "Had", "2", "Addon Scenery\\Had") +
+                  area(1, "Nowhere", "1", "", "Remote=D:\\Addon Scenery\\x\r\n"));
   drive.write("C:\\FS\\ADDON SCENERY\\Alps\\Scenery\\a.bgl", "bgl");
   drive.write("C:\\FS\\ADDON SCENERY\\Had\\new.txt", "");
   drive.write("C:\\Lib\\Scenery\\Had\\Scenery\\x", "");
