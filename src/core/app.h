@@ -29,6 +29,8 @@ struct SceneryDatabase {
   std::string file = {};              // Scenery.cfg of the simulator, "" before the first load
   bool read = false;                  // the file's rows are in the list; a missing file has none
   std::optional<FileState> was = {};  // the file when its rows were read; none: it was missing
+  // Areas of that file that the rows don't know of; none: not counted, the rows being from a cache.
+  std::optional<int> unreached = {};
   // The rows as the file has them, from the top, with their check marks.
   std::vector<std::pair<ui::ListView::RowId, bool>> rows = {};
   unsigned loads = 0;  // by which a load that yields sees that another was faster

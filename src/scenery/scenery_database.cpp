@@ -61,15 +61,14 @@ bool asks(App& app, const std::string& text) {
 }
 
 // Whether what is in the file may be replaced, asking where the rows don't know of it.
-bool mayBeReplaced(App& app, const CfgFile& now, const SceneryCfg& cfg) {
-  const auto& was = app.sceneryDatabase.was;
-  if (now.state && !(was && isSameFile(*was, *now.state)) &&
+bool mayBeReplaced(App& app, bool changed, int unreached) {
+  if (changed &&
       !asks(app, "Another program has changed \"" + app.sceneryDatabase.file +
                      "\" since its sceneries were listed here. Saving replaces these changes."))
     return false;
-  if (cfg.unreached == 0) return true;
-  const bool one = cfg.unreached == 1;
-  return asks(app, "\"" + app.sceneryDatabase.file + "\" has " + std::to_string(cfg.unreached) +
+  if (unreached == 0) return true;
+  const bool one = unreached == 1;
+  return asks(app, "\"" + app.sceneryDatabase.file + "\" has " + std::to_string(unreached) +
                        (one ? " area that is" : " areas that are") +
                        " not listed here: eleven numbers or more are missing before " +
                        (one ? "it" : "them") +
@@ -78,18 +77,27 @@ bool mayBeReplaced(App& app, const CfgFile& now, const SceneryCfg& cfg) {
                        (one ? "it." : "them."));
 }
 
-// The values of [General] that the new file carries on: those in force; where the file is missing
-// those that were read with the rows, or else the original's.
-void carryOver(App& app, const CfgFile& now, const SceneryCfg& inForce) {
-  if (now.state) {
-    app.CfgCacheSize = inForce.Cache_Size;
-    app.CfgCleanOnExit = inForce.Clean_On_Exit;
-  } else if (app.CfgCacheSize.empty() && app.CfgCleanOnExit.empty()) {
+// What the file in force tells a save: how many areas the rows don't know of, and the values of
+// [General] that the new file carries on. Where it is missing those are the ones that were read
+// with the rows, or else the original's.
+Outcome lookAtCfg(App& app, const std::optional<FileState>& state) {
+  auto& database = app.sceneryDatabase;
+  if (!state) {
+    database.unreached = 0;
+    if (!app.CfgCacheSize.empty() || !app.CfgCleanOnExit.empty()) return {};
     ProfileReader original(app.platform.files, app.codePage);
     const std::string file = app.FSRoot + originalSceneryCfgFile;
     app.CfgCacheSize = original.read(file, "General", "Cache_Size");
     app.CfgCleanOnExit = original.read(file, "General", "Clean_On_Exit");
+    return {};
   }
+  const auto now = readCfg(app.files(), database.file);
+  if (!now.ok()) return now.outcome();
+  const SceneryCfg cfg = outlineOfSceneryCfg(now.value().bytes, app.codePage);
+  database.unreached = cfg.unreached;
+  app.CfgCacheSize = cfg.Cache_Size;
+  app.CfgCleanOnExit = cfg.Clean_On_Exit;
+  return {};
 }
 
 // The rows as a file, walked from the bottom row up.
@@ -105,14 +113,29 @@ std::string bytesOfRows(App& app) {
   return sceneryCfgBytes(cfg, app.codePage);
 }
 
-Outcome write(App& app, const CfgFile& now, const std::string& bytes) {
+// The state of the file, none when it is clearly missing.
+Result<std::optional<FileState>> stateOf(const FileSystem& files, const std::string& file) {
+  const auto state = files.fileState(file);
+  if (state.ok()) return std::optional(state.value());
+  if (presenceBy(state.outcome()) == Presence::absent) return std::optional<FileState>();
+  return state.outcome();
+}
+
+bool isSameFile(const std::optional<FileState>& a, const std::optional<FileState>& b) {
+  return a && b ? isSameFile(*a, *b) : a.has_value() == b.has_value();
+}
+
+// Replaces the file that was in this state.
+Outcome write(App& app, const std::optional<FileState>& state, const std::string& bytes) {
   const std::string& file = app.sceneryDatabase.file;
-  if (now.state)
-    return changeKeepingOriginal(app.files(), file, app.FSRoot + originalSceneryCfgFile, bytes);
+  const auto now = stateOf(app.files(), file);
+  if (!now.ok()) return now.outcome();
+  if (!isSameFile(now.value(), state))
+    return Outcome::withText(err::pathFileAccess, "It is being changed at this moment.");
   // A mount point without its disk is an empty folder.
-  if (!diskIsThere(app.files(), app.FSRoot))
+  if (!state && !diskIsThere(app.files(), app.FSRoot))
     return Outcome::failure(err::deviceUnavailable, app.FSRoot);
-  return app.files().replaceFile(file, bytes);
+  return changeKeepingOriginal(app.files(), file, app.FSRoot + originalSceneryCfgFile, bytes);
 }
 
 Outcome save(App& app, bool& declined) {
@@ -120,18 +143,20 @@ Outcome save(App& app, bool& declined) {
   if (!database.read || database.file != app.FSRoot + sceneryCfgFile)
     return Outcome::withText(err::pathFileAccess,
                              "It could not be read before. View, Refresh (F5) loads it anew.");
-  const auto now = readCfg(app.files(), database.file);
-  if (!now.ok()) return now.outcome();
-  const SceneryCfg inForce = outlineOfSceneryCfg(now.value().bytes, app.codePage);
-  declined = !mayBeReplaced(app, now.value(), inForce);
+  const auto state = stateOf(app.files(), database.file);
+  if (!state.ok()) return state.outcome();
+  const bool same = isSameFile(state.value(), database.was);
+  if (!same || !database.unreached)
+    if (Outcome looked = lookAtCfg(app, state.value()); !looked.ok()) return looked;
+  declined = !mayBeReplaced(app, !same && state.value(), database.unreached.value_or(0));
   if (declined) return {};
-  carryOver(app, now.value(), inForce);
   const std::string bytes = bytesOfRows(app);
-  if (Outcome written = write(app, now.value(), bytes); !written.ok()) return written;
-  const auto state = app.files().fileState(database.file);
+  if (Outcome written = write(app, state.value(), bytes); !written.ok()) return written;
   // Where somebody else was faster, the cache is to be stale.
+  const auto saved = app.files().fileState(database.file);
   database.was.reset();
-  if (state.ok() && state.value().length == bytes.size()) database.was = state.value();
+  if (saved.ok() && saved.value().length == bytes.size()) database.was = saved.value();
+  database.unreached = 0;
   noteSceneriesSaved(app);
   return {};
 }
@@ -158,6 +183,7 @@ bool LoadSceneryCfgList(App& app) {
     sortByLayer(form.lstScenery);
     database.read = true;
     database.was = file.value().state;
+    database.unreached = cfg.unreached;
     noteSceneriesSaved(app);
   }
   form.lstScenery.visible = true;
