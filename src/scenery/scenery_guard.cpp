@@ -2,9 +2,6 @@
 
 #include "base/paths.h"
 #include "core/addon_name.h"
-#include "core/disk_queries.h"
-#include "core/remove_whole.h"
-#include "core/staged_folder.h"
 #include "core/stores.h"
 #include "scenery/scenery_places.h"
 #include "scenery/scenery_row.h"
@@ -40,17 +37,6 @@ FolderUse libraryFolder(const App& app, const std::string& root, int row) {
   for (int one = 1; one <= list.count(); ++one)
     if (one != row) use.others.push_back(folderOf(one));
   return use;
-}
-
-WalkReport deleteSceneryFolder(App& app, const std::string& folder) {
-  const std::string path = withoutBackslash(folder);
-  WalkReport report;
-  const auto found = app.files().attributes(path);
-  if (!found.ok() && presenceBy(found.outcome()) == Presence::absent) return report;
-  report = WalkTree(app, folder, "", WalkDelete, true);
-  // Hidden entries, which a walk leaves alone.
-  if (report.complete()) report.note(removeWhole(app, path), path);
-  return report;
 }
 
 }  // namespace skv

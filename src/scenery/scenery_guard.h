@@ -5,7 +5,6 @@
 #include <string>
 
 #include "core/folder_guard.h"
-#include "core/walktree.h"
 
 namespace skv {
 
@@ -17,9 +16,5 @@ FolderUse simulatorFolder(const App& app, int row);
 
 // The folder of a row of lstInactScenery below `root` of the library, with those of all other rows.
 FolderUse libraryFolder(const App& app, const std::string& root, int row);
-
-// Empties a folder that may be given up, and removes it. One that is a link is removed itself. What
-// is not there is no failure.
-WalkReport deleteSceneryFolder(App& app, const std::string& folder);
 
 }  // namespace skv

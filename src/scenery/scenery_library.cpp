@@ -5,6 +5,7 @@
 
 #include "base/paths.h"
 #include "core/addon_name.h"
+#include "core/delete_folder.h"
 #include "core/disk_queries.h"
 #include "core/long_operation.h"
 #include "core/messages.h"
@@ -316,7 +317,7 @@ void deleteFiles(App& app, ui::ListView::RowId id, WalkReport& report) {
     tellFailure(app, "The files of the scenery \"" + leaf + "\" stay.", may);
     return;
   }
-  for (const std::string& folder : folders) report += deleteSceneryFolder(app, folder);
+  for (const std::string& folder : folders) report += deleteFolder(app, folder);
   if (report.stopped) return;
   const std::string package = app.SceneryPacksPath + leaf + packageEnd;
   const auto found = app.files().attributes(package);

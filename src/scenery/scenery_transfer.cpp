@@ -1,6 +1,7 @@
 #include "scenery/scenery_transfer.h"
 
 #include "base/paths.h"
+#include "core/delete_folder.h"
 #include "core/disk_queries.h"
 #include "core/landing_folder.h"
 #include "core/long_operation.h"
@@ -178,7 +179,7 @@ bool mayDelete(App& app, const std::string& Folder) {
 }
 
 // Deletes the folder of an area. False when the user has stopped it.
-bool deleteFolder(App& app, int row) {
+bool deleteAreaFolder(App& app, int row) {
   const std::string& Folder = app.frmMain.lstScenery.subItem(row, sceneryColumn::Folder);
   Outcome may = isElementName(leafOf(Folder))
                     ? Outcome()
@@ -190,7 +191,7 @@ bool deleteFolder(App& app, int row) {
     return true;
   }
   app.frmMain.lblStatus.caption = "Deleting files...";
-  const WalkReport report = deleteSceneryFolder(app, use.folder);
+  const WalkReport report = deleteFolder(app, use.folder);
   tellWalk(app, report, "deleted");
   return !report.stopped;
 }
@@ -215,7 +216,7 @@ void btnFSScenDel_Click(App& app) {
   if (!mayDelete(app, Folder)) return;
   const LongOperation busy(app);
   row = list.rowOf(id);
-  if (row == 0 || (!Folder.empty() && !deleteFolder(app, row))) return;
+  if (row == 0 || (!Folder.empty() && !deleteAreaFolder(app, row))) return;
   row = list.rowOf(id);
   if (row == 0) return;
   list.remove(row);

@@ -1,6 +1,8 @@
 #include "scenery/scenery_view.h"
 
 #include "core/disk_queries.h"
+#include "core/folder_guard.h"
+#include "core/stores.h"
 #include "core/view.h"
 #include "scenery/scenery_database.h"
 #include "scenery/scenery_library.h"
@@ -20,6 +22,16 @@ void choose(ui::OptionButton& chosen, ui::OptionButton& other) {
 
 std::string unreadable(const std::string& file) {
   return file + " could not be read.\nF5 tries again.";
+}
+
+// As with the Hangar: none is made in the place of one that a disk which is away would show.
+void makeLibrary(App& app) {
+  FileSystem& files = app.files();
+  if (app.SceneryLib.empty() || presenceOf(files, app.SceneryLib) != Presence::absent ||
+      !mayBeMadeUnasked(app, app.SceneryLib))
+    return;
+  for (const std::string& root : {sceneryRootOf(app.SceneryLib), mainRootOf(app.SceneryLib)})
+    MakePath(files, root);
 }
 
 void fillEmptyTexts(App& app) {
@@ -58,6 +70,7 @@ void mnuViewFSScenery_Click(App& app) {
   if (app.viewSwitches != switches) return;
   LoadSceneryList(app);
   if (app.viewSwitches != switches) return;
+  makeLibrary(app);
   LoadSceneryLibList(app);
   fillEmptyTexts(app);
   showSceneryCommands(app);
