@@ -2,11 +2,15 @@
 
 #include <algorithm>
 #include <array>
+#include <functional>
+#include <map>
 #include <optional>
+#include <set>
 #include <utility>
 
 #include "aircraft/aircraft_views.h"
 #include "base/paths.h"
+#include "base/text.h"
 #include "core/disk_queries.h"
 #include "core/folder_guard.h"
 #include "core/long_operation.h"
@@ -59,13 +63,8 @@ class PackageJob {
  public:
   // Of the row that is selected in the list of its kind.
   PackageJob(App& app, const PackageKind& kind)
-      : app_(app),
-        files_(app.files()),
-        kind_(kind),
-        isAircraft_(&kind == &aircraftKind),
-        row_(list().id(list().selected())) {
-    const std::string folder = list().subItem(list().selected(), 1);
-    name_ = isAircraft_ ? FolderName(withBackslash(folder)) : leafOf(folder);
+      : app_(app), files_(app.files()), kind_(kind), isAircraft_(&kind == &aircraftKind) {
+    name_ = nameOf(list().selected());
     store_ = isAircraft_ ? app.HangarDir : app.SceneryLib;
     root_ = isAircraft_ ? aircraftRootOf(store_) : sceneryRootOf(store_);
     packages_ = isAircraft_ ? app.PacksDir : app.SceneryPacksPath;
@@ -81,9 +80,8 @@ class PackageJob {
     const DisabledForm busy(app_.frmMain);
     if (pack()) {
       status("Deleting temporary files...");
-      WalkReport thinned = WalkTree(app_, folder_, "", WalkPurge, true, OnStop::goOn);
-      thinned += WalkTree(app_, main_, "", WalkPurge, true, OnStop::goOn);
-      flip();
+      const WalkReport thinned = thin();
+      mark(true);
       tellWalk(app_, thinned, "deleted");
     }
     clearWorkingFolders(app_).skipped();
@@ -93,7 +91,7 @@ class PackageJob {
   void uncompress() {
     if (!stateIs(true) || !mayBegin(mayBeFilled(app_, {root_ + name_ + "\\", root_}))) return;
     const DisabledForm busy(app_.frmMain);
-    if (unpack()) flip();
+    if (unpack()) mark(false);
     clearWorkingFolders(app_).skipped();
     status("");
   }
@@ -109,8 +107,7 @@ class PackageJob {
     const auto found = files_.attributes(package_);
     if (!found.ok() && presenceBy(found.outcome()) == Presence::unknown)
       return !ReportError(app_, found.outcome());
-    const bool told = ((iconOf(list().rowOf(row_)) - 1) & packageBit) != 0;
-    if (told != found.ok()) flip();
+    mark(found.ok());
     if (found.ok() == compressed) return true;
     app_.windows.messageBox(
         {compressed ? kind_.notYetCompressed : kind_.alreadyCompressed, ui::BoxIcon::information});
@@ -166,9 +163,17 @@ class PackageJob {
     return report;
   }
 
-  // Looks up in the Package every file that thinning would delete.
+  // A file that the Package holds, as it was then.
+  struct Packed {
+    std::string path;
+    FileTime modified;
+    std::uint64_t length;
+  };
+
+  // Looks up in the Package every file that thinning would delete, and notes it in packed_.
   WalkReport verify() {
     WalkReport report;
+    packed_.clear();
     const auto zip = app_.platform.zip.load(files_);
     if (!report.note(zip->setArchivefile(package_), package_)) return report;
     for (const auto& [folder, part] :
@@ -177,12 +182,51 @@ class PackageJob {
       report += collect(app_, folder, files);
       for (const std::string& file : files) {
         if (staysInFolder(file)) continue;
-        report.note(zip->holdsFile(part + file, folder + file), folder + file);
+        const std::string path = folder + file;
+        const auto modified = files_.modified(path);
+        const auto length = files_.fileLength(path);
+        if (!length.ok() || !modified.ok())
+          report.note(length.ok() ? modified.outcome() : length.outcome(), path);
+        else if (report.note(zip->holdsFile(part + file, path), path))
+          packed_.push_back({path, modified.value(), length.value()});
         app_.windows.yield();
         if (!report.complete() || app_.stopRequested) break;
       }
     }
     report.stopped = report.stopped || app_.stopRequested;
+    for (const Packed& file : packed_)
+      if (!report.note(unchanged(file), file.path)) break;
+    return report;
+  }
+
+  Outcome unchanged(const Packed& file) const {
+    const auto modified = files_.modified(file.path);
+    if (!modified.ok()) return modified.outcome();
+    const auto length = files_.fileLength(file.path);
+    if (!length.ok()) return length.outcome();
+    if (modified.value() == file.modified && length.value() == file.length) return {};
+    return Outcome::withText(err::pathFileAccess, "\"" + file.path + "\" has changed meanwhile.");
+  }
+
+  // Deletes what the Package holds and nothing else: not what has come since. Behind a link nothing
+  // goes.
+  WalkReport thin() {
+    WalkReport report;
+    std::map<std::string, bool> reached{{folderAbove(folder_), true}, {folderAbove(main_), true}};
+    const std::function<bool(const std::string&)> reaches = [&](const std::string& folder) {
+      if (const auto known = reached.find(folder); known != reached.end()) return known->second;
+      const auto link = isLinkForCertain(files_, withoutBackslash(folder));
+      if (!link.ok()) report.note(link.outcome(), folder);
+      return reached[folder] = link.ok() && !link.value() && reaches(folderAbove(folder));
+    };
+    for (const Packed& file : packed_) {
+      if (!reaches(folderAbove(file.path))) continue;
+      if (report.note(unchanged(file), file.path)) {
+        files_.setAttributes(file.path, {}).skipped();
+        if (report.note(files_.deleteFile(file.path), file.path)) ++report.done;
+      }
+      app_.windows.yield();
+    }
     return report;
   }
 
@@ -210,14 +254,19 @@ class PackageJob {
   // Whether the Package may go: all of it lies in the add-on's folders, under its own names.
   bool allArrived(const ReadAndExtract& job, const WalkReport& moved) {
     std::string strays;
+    std::set<std::string>
+        seen;  // of two that differ in case alone, one has taken the other's place
     for (const std::string& entry : job.names()) {
-      const std::string path = upper(entry);
-      const auto isPart = [&path](std::string part) {
-        part.pop_back();
-        return path.starts_with(upper(part)) &&
-               path.find_first_of("/\\", part.size()) == part.size();
+      std::string path = composed(entry);
+      std::ranges::replace(path, '/', '\\');
+      const auto standsIn = [&](const std::string& folder, std::string_view part) {
+        return equalsIgnoringCase(path.substr(0, part.size()), part) &&
+               files_.attributes(withoutBackslash(folder + path.substr(part.size()))).ok();
       };
-      if (!isPart(kind_.part) && !isPart(mainPart)) strays += entry + "\r\n";
+      const bool isFolder = path.ends_with('\\');
+      if ((!isFolder && !seen.insert(upper(path)).second) ||
+          (!standsIn(root_ + name_ + "\\", kind_.part) && !standsIn(main_, mainPart)))
+        strays += entry + "\r\n";
     }
     for (const RenamedEntry& entry : job.renamed())
       strays += entry.from + "  ->  " + entry.to + "\r\n";
@@ -231,7 +280,7 @@ class PackageJob {
     return false;
   }
 
-  // Tells of a step that has failed. Nothing has been thinned or moved by then.
+  // Tells of a step that has failed. Nothing has been thinned by then, and the Package stays.
   bool done(const WalkReport& report) {
     if (report.failed > 0)
       app_.windows.messageBox({.text = "ERROR during ZIP operation!",
@@ -242,13 +291,23 @@ class PackageJob {
     return report.complete();
   }
 
-  void flip() {
-    const int row = list().rowOf(row_);
-    if (row != 0) list().setSmallIcon(row, ((iconOf(row) - 1) ^ packageBit) + 1);
+  // Every row of the add-on tells that there is a Package now, or that there is none.
+  void mark(bool compressed) {
+    for (int row = 1; row <= list().count(); ++row)
+      if (equalsIgnoringCase(nameOf(row), name_)) {
+        const int places = (iconOf(row) - 1) & ~packageBit;
+        list().setSmallIcon(row, (compressed ? places | packageBit : places) + 1);
+      }
   }
 
   // A row that has none yet is nowhere else.
   int iconOf(int row) { return std::max(1, list().smallIcon(row)); }
+
+  // The name of a row's add-on.
+  std::string nameOf(int row) {
+    const std::string& folder = list().subItem(row, 1);
+    return isAircraft_ ? FolderName(withBackslash(folder)) : leafOf(folder);
+  }
 
   // The folder that a row of the list stands for.
   std::string folderOf(int row) {
@@ -269,9 +328,9 @@ class PackageJob {
   FileSystem& files_;
   const PackageKind& kind_;
   const bool isAircraft_;
-  const ui::ListView::RowId row_;
   std::string name_, store_, root_, packages_, package_;
   std::string folder_, main_;  // of the add-on, with trailing backslash
+  std::vector<Packed> packed_;
 };
 
 // The job for the selected row; none where there is nothing to do.
@@ -279,12 +338,12 @@ std::optional<PackageJob> jobOfSelection(App& app) {
   const bool scenery = app.frmMain.frameScenery.visible;
   const PackageKind& kind = scenery ? sceneryKind : aircraftKind;
   if ((app.frmMain.*kind.list).selected() == 0) return {};
-  if (!scenery && inFSView(app)) {
-    mnuViewHangar_Click(app);
-    return {};
-  }
   if (app.InstallTempDir.size() < 3 || app.InstallTempDir[1] != ':') {
     app.windows.messageBox({"This feature does not support UNC!", ui::BoxIcon::exclamation});
+    return {};
+  }
+  if (!scenery && inFSView(app)) {
+    mnuViewHangar_Click(app);
     return {};
   }
   return std::optional<PackageJob>(std::in_place, app, kind);

@@ -92,9 +92,12 @@ TEST_F(PackageTest, ASceneryLikewise) {
 }
 
 TEST_F(PackageTest, TheDiskDecidesWhetherThereIsAPackage) {
+  drive.write("C:\\Hangar\\SKV_AC.lst", test::line("Plane", plane) + test::line("Twin", plane));
+  mnuViewHangar_Click(app);
   drive.write(package, "somebody else's");
   compress();
   expectTold("already compressed");
+  EXPECT_EQ(app.frmMain.lstAircraft.smallIcon(2), 7) << "of the same aircraft";
   EXPECT_EQ(drive.read(package), "somebody else's");
   EXPECT_EQ(icon(), 7);
   drive.remove(package);
@@ -111,14 +114,35 @@ TEST_F(PackageTest, TheDiskDecidesWhetherThereIsAPackage) {
 }
 
 TEST_F(PackageTest, APackageOfAStrangerStaysWhenItHoldsMore) {
-  sample::writeZip(disk.nativePath(package).value(),
-                   {{"AIRCRAFT/model/a.mdl", "new"}, {"read.me", "x"}}, {});
-  mnuViewHangar_Click(app);
-  uncompress();
-  EXPECT_EQ(drive.read(plane + "model\\a.mdl"), "new");
-  expectTold("its Package stays");
-  EXPECT_TRUE(drive.exists(package));
-  EXPECT_EQ(icon(), 7);
+  for (const char* more :
+       {"read.me", "Aircraft/.DS_Store", "aircraft/MODEL/A.mdl", "Aircraft/aux"}) {
+    SCOPED_TRACE(more);
+    sample::writeZip(disk.nativePath(package).value(),
+                     {{more, "x"}, {"AIRCRAFT/model/a.mdl", "new"}}, {});
+    mnuViewHangar_Click(app);
+    uncompress();
+    EXPECT_EQ(drive.read(plane + "model\\a.mdl"), "new");
+    expectTold("its Package stays");
+    EXPECT_TRUE(drive.exists(package));
+    EXPECT_EQ(icon(), 7);
+  }
+}
+
+TEST_F(PackageTest, WhatComesWhileItIsPackedStays) {
+  for (const char* moment : {"Compressing", "Deleting"}) {
+    putAircraft();
+    windows.onYield = [&] {
+      if (!drive.exists(package) || !app.frmMain.lblStatus.caption.get().starts_with(moment))
+        return;
+      drive.write(plane + "texture\\late.bmp", "late");
+      drive.write(plane + "texture\\t.bmp", "changed");
+    };
+    compress();
+    windows.onYield = {};
+    EXPECT_EQ(drive.read(plane + "texture\\late.bmp"), "late") << moment;
+    EXPECT_EQ(drive.read(plane + "texture\\t.bmp"), "changed") << moment;
+    EXPECT_EQ(windows.boxes.size(), 1U) << moment;
+  }
 }
 
 TEST_F(PackageTest, EitherTheFolderOrThePackageIsWholeWhateverEndsTheRun) {
