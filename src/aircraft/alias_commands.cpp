@@ -108,7 +108,9 @@ Outcome assignTo(App& app, const std::string& own, const std::string& alias,
   }
   Profile file(before, app.codePage);
   if (!file.write(aliasSection, aliasKey, alias)) return refused("\"" + alias + "\" is no alias.");
-  return changeKeepingOriginal(files, current, original, file.bytes());
+  Outcome changed = changeKeepingOriginal(files, current, original, file.bytes());
+  if (!changed.ok() && there == Presence::absent) files.removeFolder(own).skipped();
+  return changed;
 }
 
 void assign(App& app, const AddonKind& kind) {
@@ -128,15 +130,21 @@ void assign(App& app, const AddonKind& kind) {
 void restore(App& app, const AddonKind& kind) {
   const std::string own = variationFolder(app, kind);
   if (own.empty()) return;
+  auto& button = app.frmMain.*kind.restore;
+  if (presenceOf(app.files(), own + kind.backup) == Presence::absent) {
+    button.enabled = false;
+    return;
+  }
   if (app.windows.messageBox({kind.words.resetQuestion, ui::BoxIcon::warning, ui::BoxButtons::yesNo,
                               kind.words.resetTitle}) != ui::Answer::yes)
     return;
-  const Outcome restored = restoreOriginal(app.files(), own + kind.file, own + kind.backup);
+  Outcome restored = mayBeFilled(app, {own, app.infoSource.folder});
+  if (restored.ok()) restored = restoreOriginal(app.files(), own + kind.file, own + kind.backup);
   if (!restored.ok()) {
     tellFailure(app, "The " + std::string(kind.part) + " could not be reset.", restored);
     return;
   }
-  (app.frmMain.*kind.restore).enabled = false;
+  button.enabled = false;
   app.windows.messageBox(
       {kind.words.resetDone, ui::BoxIcon::information, ui::BoxButtons::ok, kind.words.resetTitle});
 }

@@ -21,8 +21,8 @@ void btnAssignSN_Click(App& app);
 void btnPNRestoreOriginal_Click(App& app);
 void btnSNRestoreOriginal_Click(App& app);
 
-// Brings the shared panels folder and its mirror in the Hangar into line: each gets what is missing
-// or older in it, and loses nothing.
+// Brings the shared panels folder and its mirror in the Hangar into line: both hold all files of
+// both then. Directly in them the newer file of a name wins, in the folders below the mirror's.
 void mnuFileSynchPN_Click(App& app);
 
 }  // namespace skv

@@ -130,7 +130,11 @@ class Deletion {
   void deletePackage(WalkReport& report) {
     const std::string package = app_.PacksDir + FolderName_ + packageEnd;
     const auto found = app_.files().attributes(package);
-    if (!found.ok() || found.value().folder) return;
+    if (!found.ok()) {
+      if (presenceBy(found.outcome()) == Presence::unknown) report.note(found.outcome(), package);
+      return;
+    }
+    if (found.value().folder) return;
     if (app_.windows.messageBox({.text = "There's a Package \"" + FolderName_ +
                                          ".zip\" as well!\r\nDo you want to delete it?",
                                  .icon = ui::BoxIcon::question,
