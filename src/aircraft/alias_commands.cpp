@@ -88,14 +88,10 @@ Result<std::string> aliasTo(App& app, const std::string& target, const std::stri
   return withoutBackslash(target.substr(app.ACRoot.size()));
 }
 
-Outcome assignTo(App& app, const std::string& own, const std::string& alias,
-                 const AddonKind& kind) {
+// Writes the alias into the variation's own folder.
+Outcome writeAlias(App& app, const std::string& own, const std::string& alias,
+                   const AddonKind& kind) {
   FileSystem& files = app.files();
-  if (Outcome may = mayBeFilled(app, {own, app.infoSource.folder}); !may.ok()) return may;
-  const Presence there = presenceOf(files, own);
-  if (there == Presence::unknown) return files.attributes(own).outcome();
-  if (there == Presence::absent)
-    if (Outcome made = files.makeFolder(own); !made.ok()) return made;
   const std::string current = own + kind.file, original = own + kind.backup;
   // Beside a backup stands an alias, or what the user has made of it: the rest of it stays.
   const auto kept = files.attributes(original);
@@ -108,9 +104,20 @@ Outcome assignTo(App& app, const std::string& own, const std::string& alias,
   }
   Profile file(before, app.codePage);
   if (!file.write(aliasSection, aliasKey, alias)) return refused("\"" + alias + "\" is no alias.");
-  Outcome changed = changeKeepingOriginal(files, current, original, file.bytes());
-  if (!changed.ok() && there == Presence::absent) files.removeFolder(own).skipped();
-  return changed;
+  return changeKeepingOriginal(files, current, original, file.bytes());
+}
+
+Outcome assignTo(App& app, const std::string& own, const std::string& alias,
+                 const AddonKind& kind) {
+  FileSystem& files = app.files();
+  if (Outcome may = mayBeFilled(app, {own, app.infoSource.folder}); !may.ok()) return may;
+  const Presence there = presenceOf(files, own);
+  if (there == Presence::unknown) return files.attributes(own).outcome();
+  if (there == Presence::absent)
+    if (Outcome made = files.makeFolder(own); !made.ok()) return made;
+  Outcome written = writeAlias(app, own, alias, kind);
+  if (!written.ok() && there == Presence::absent) files.removeFolder(own).skipped();
+  return written;
 }
 
 void assign(App& app, const AddonKind& kind) {

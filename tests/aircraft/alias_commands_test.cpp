@@ -68,10 +68,16 @@ TEST_F(AliasCommandsTest, AssignsAPanelKeepsTheRealOneAndGoesBack) {
   EXPECT_EQ(drive.read(own), real);
   EXPECT_FALSE(drive.exists(kept) || form.btnPNRestoreOriginal.enabled);
   EXPECT_EQ(windows.boxes.back().text, "Panel reset to original version!");
+  ui::raise(form.btnPNRestoreOriginal.click);
+  EXPECT_EQ(windows.boxes.size(), 3U) << "nothing to go back to";
 
   // A variation without a folder of its own gets one.
   form.lstACVersions.select(2);
   form.lstACVersions.click();
+  files.failWhen("replaceFile", root + "plane\\panel.vfr\\panel.cfg", err::diskFull);
+  assign(2);
+  EXPECT_FALSE(drive.exists(root + "plane\\panel.vfr")) << "as it was";
+  files.heal();
   assign(2);
   EXPECT_TRUE(drive.exists(root + "plane\\panel.vfr\\panel.cfg"));
   EXPECT_FALSE(drive.exists(root + "plane\\panel.vfr\\panel.preSKV.cfg"));
