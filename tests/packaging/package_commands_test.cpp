@@ -20,22 +20,28 @@ class PackageTest : public test::SceneryTest {
       drive.clear(folder);
     for (const std::string& file : whole) drive.write(plane + file, file);
     drive.write(plane + ".hidden", "stays");
-    drive.write("C:\\Hangar\\Main\\plane\\Gauges\\g.gau", "gauge");
+    drive.write(gauge, "gauge");
     drive.write("C:\\Hangar\\SKV_AC.lst", test::line("Plane", plane));
     mnuViewHangar_Click(app);
     windows.boxes.clear();
   }
-  void compress() { ui::raise(app.frmMain.mnuFilePackage.click); }
-  void uncompress() { ui::raise(app.frmMain.mnuFileUnpackage.click); }
+  void compress(const std::string& told = "") { click(form.mnuFilePackage, told); }
+  void uncompress(const std::string& told = "") { click(form.mnuFileUnpackage, told); }
   // What is in sight of it.
   Tree aircraft() {
-    Tree names = drive.filesIn("C:\\Hangar\\aircraft\\plane");
+    Tree names = drive.filesIn(plane);
     std::erase(names, ".hidden");
     return names;
   }
-  int icon() const { return app.frmMain.lstAircraft.smallIcon(1); }
+  int icon() const { return form.lstAircraft.smallIcon(1); }
+  std::size_t packed() {
+    const auto zipped = zip.load(disk);
+    const bool opens = drive.exists(package) && zipped->setArchivefile(package).ok();
+    return opens ? zipped->entries().size() : 0;
+  }
 
-  const std::string plane = "C:\\Hangar\\aircraft\\plane\\", package = "C:\\Packs\\plane.zip";
+  const std::string plane = "C:\\Hangar\\aircraft\\plane\\", package = "C:\\Packs\\plane.zip",
+                    gauge = "C:\\Hangar\\Main\\plane\\Gauges\\g.gau";
   const Tree whole{"aircraft.cfg", "model\\a.mdl", "panel\\panel.cfg", "texture\\t.bmp"};
   const Tree thin{"aircraft.cfg", "panel\\panel.cfg"};
 };
@@ -46,48 +52,31 @@ TEST_F(PackageTest, AnAircraftGoesIntoItsPackageAndComesBackWithItsEdits) {
   EXPECT_TRUE(windows.boxes.empty());
   EXPECT_EQ(aircraft(), thin);
   EXPECT_TRUE(drive.exists(plane + "texture") && drive.exists(plane + ".hidden"));
-  EXPECT_FALSE(drive.exists("C:\\Hangar\\Main\\plane\\Gauges\\g.gau"));
-  EXPECT_EQ(icon(), 7);
+  EXPECT_FALSE(drive.exists(gauge));
+  EXPECT_TRUE(icon() == 7 && packed() == 5);
   EXPECT_EQ(drive.tree("C:\\Temp\\SKVInstallTemp"), Tree{});
-  const auto zipped = zip.load(disk);
-  ASSERT_TRUE(zipped->setArchivefile(package).ok());
-  Tree names;
-  for (const ZipEntry& entry : zipped->entries()) names.push_back(entry.Filename);
-  EXPECT_EQ(names,
-            (Tree{"Aircraft\\aircraft.cfg", "Aircraft\\model\\a.mdl", "Aircraft\\panel\\panel.cfg",
-                  "Aircraft\\texture\\t.bmp", "Main\\Gauges\\g.gau"}));
   expectIdle();
 
-  compress();
-  expectTold("This Aircraft is already compressed!");
+  compress("This Aircraft is already compressed!");
   drive.write(plane + "aircraft.cfg", "edited");
   uncompress();
   EXPECT_TRUE(windows.boxes.empty());
   EXPECT_EQ(aircraft(), whole);
-  EXPECT_EQ(drive.read(plane + "aircraft.cfg"), "edited");
-  EXPECT_EQ(drive.read(plane + "model\\a.mdl"), "model\\a.mdl");
-  EXPECT_TRUE(drive.exists("C:\\Hangar\\Main\\plane\\Gauges\\g.gau"));
-  EXPECT_FALSE(drive.exists(package));
-  EXPECT_EQ(icon(), 5);
-  uncompress();
-  expectTold("This Aircraft not yet compressed!");
+  EXPECT_EQ(drive.read(plane + "aircraft.cfg") + drive.read(gauge), "editedgauge");
+  EXPECT_TRUE(icon() == 5 && !drive.exists(package));
+  uncompress("This Aircraft not yet compressed!");
 }
 
 TEST_F(PackageTest, ASceneryLikewise) {
-  drive.write("C:\\Lib\\Scenery\\Alps\\Scenery\\a.bgl", "bgl");
-  drive.write("C:\\Lib\\Scenery\\Alps\\readme.txt", "");
-  drive.write("C:\\Lib\\Main\\Alps\\Texture\\t.bmp", "bmp");
-  drive.write(library,
-              "Alps\x01"
-              "ADDON SCENERY\\Alps\r\n");
-  open();
+  const Tree scenery{"Main\\Alps\\Texture\\t.bmp", "SKV_SL.lst", "Scenery\\Alps\\Scenery\\a.bgl",
+                     "Scenery\\Alps\\readme.txt"};
+  for (const std::string& file : scenery) drive.write("C:\\Lib\\" + file, "x");
+  putLibrary("Alps|ADDON SCENERY\\Alps\r\n");
   compress();
   EXPECT_EQ(drive.filesIn("C:\\Lib"), (Tree{"SKV_SL.lst", "Scenery\\Alps\\readme.txt"}));
-  EXPECT_EQ(app.frmMain.lstInactScenery.smallIcon(1), 3);
+  EXPECT_EQ(form.lstInactScenery.smallIcon(1), 3);
   uncompress();
-  EXPECT_EQ(drive.filesIn("C:\\Lib"),
-            (Tree{"Main\\Alps\\Texture\\t.bmp", "SKV_SL.lst", "Scenery\\Alps\\Scenery\\a.bgl",
-                  "Scenery\\Alps\\readme.txt"}));
+  EXPECT_EQ(drive.filesIn("C:\\Lib"), scenery);
   EXPECT_EQ(drive.tree("C:\\Packs\\Scenery"), Tree{});
 }
 
@@ -95,22 +84,17 @@ TEST_F(PackageTest, TheDiskDecidesWhetherThereIsAPackage) {
   drive.write("C:\\Hangar\\SKV_AC.lst", test::line("Plane", plane) + test::line("Twin", plane));
   mnuViewHangar_Click(app);
   drive.write(package, "somebody else's");
-  compress();
-  expectTold("already compressed");
-  EXPECT_EQ(app.frmMain.lstAircraft.smallIcon(2), 7) << "of the same aircraft";
+  compress("already compressed");
+  EXPECT_EQ(form.lstAircraft.smallIcon(2), 7) << "of the same aircraft";
   EXPECT_EQ(drive.read(package), "somebody else's");
   EXPECT_EQ(icon(), 7);
   drive.remove(package);
-  uncompress();
-  expectTold("not yet compressed");
+  uncompress("not yet compressed");
   EXPECT_EQ(icon(), 5);
-  EXPECT_EQ(aircraft(), whole);
-  mnuViewFSAircraft_Click(app);
   drive.write("C:\\FS\\SKV_AC.lst", test::line("Plane", "C:\\FS\\aircraft\\plane\\"));
   mnuViewFSAircraft_Click(app);
   compress();
-  EXPECT_TRUE(app.frmMain.mnuViewHangar.checked) << "a second click does the work";
-  EXPECT_FALSE(drive.exists(package));
+  EXPECT_TRUE(form.mnuViewHangar.checked && !drive.exists(package)) << "a second click does it";
 }
 
 TEST_F(PackageTest, APackageOfAStrangerStaysWhenItHoldsMore) {
@@ -120,11 +104,9 @@ TEST_F(PackageTest, APackageOfAStrangerStaysWhenItHoldsMore) {
     sample::writeZip(disk.nativePath(package).value(),
                      {{more, "x"}, {"AIRCRAFT/model/a.mdl", "new"}}, {});
     mnuViewHangar_Click(app);
-    uncompress();
+    uncompress("its Package stays");
     EXPECT_EQ(drive.read(plane + "model\\a.mdl"), "new");
-    expectTold("its Package stays");
-    EXPECT_TRUE(drive.exists(package));
-    EXPECT_EQ(icon(), 7);
+    EXPECT_TRUE(drive.exists(package) && icon() == 7);
   }
 }
 
@@ -132,8 +114,7 @@ TEST_F(PackageTest, WhatComesWhileItIsPackedStays) {
   for (const char* moment : {"Compressing", "Deleting"}) {
     putAircraft();
     windows.onYield = [&] {
-      if (!drive.exists(package) || !app.frmMain.lblStatus.caption.get().starts_with(moment))
-        return;
+      if (!drive.exists(package) || !form.lblStatus.caption.get().starts_with(moment)) return;
       drive.write(plane + "texture\\late.bmp", "late");
       drive.write(plane + "texture\\t.bmp", "changed");
     };
@@ -147,28 +128,22 @@ TEST_F(PackageTest, WhatComesWhileItIsPackedStays) {
 
 TEST_F(PackageTest, EitherTheFolderOrThePackageIsWholeWhateverEndsTheRun) {
   for (const bool back : {false, true})
-    for (const Ending ending :
-         {Ending::fullDisk, back ? Ending::failedLook : Ending::lostFiles, Ending::kill})
-      forEveryCall(
-          files, ending,
-          [&] {
-            files.heal();
-            putAircraft();
-            if (back) compress();
-            windows.boxes.clear();
-          },
-          [&] { back ? uncompress() : compress(); },
-          [&](bool struck) {
-            const bool folderWhole = aircraft() == whole &&
-                                     drive.exists("C:\\Hangar\\Main\\plane\\Gauges\\g.gau") &&
-                                     drive.read(plane + "texture\\t.bmp") == "texture\\t.bmp";
-            const auto zipped = zip.load(disk);
-            const bool packed = drive.exists(package) && zipped->setArchivefile(package).ok() &&
-                                zipped->entries().size() == 5;
-            EXPECT_TRUE(folderWhole || packed);
-            EXPECT_TRUE(packed || !drive.exists(package)) << "no half Package";
-            EXPECT_TRUE(struck || (back ? folderWhole && !packed : packed && aircraft() == thin));
-          });
+    forEveryEnding(
+        files,
+        [&] {
+          putAircraft();
+          if (back) compress();
+        },
+        [&] { back ? uncompress() : compress(); },
+        [&](bool struck) {
+          const bool unpacked = aircraft() == whole && drive.read(gauge) == "gauge" &&
+                                drive.read(plane + "texture\\t.bmp") == "texture\\t.bmp";
+          const bool packs = packed() == 5;
+          EXPECT_TRUE(unpacked || packs);
+          EXPECT_TRUE(packs || !drive.exists(package)) << "no half Package";
+          EXPECT_TRUE(struck || (back ? unpacked && !packs : packs && aircraft() == thin));
+        },
+        {Ending::fullDisk, back ? Ending::failedLook : Ending::lostFiles, Ending::kill});
 }
 
 }  // namespace

@@ -9,31 +9,27 @@
 
 namespace skv::test {
 
-enum class Ending {
-  fullDisk,    // a call that changes the disk fails
-  failure,     // the same with a device error
-  failedLook,  // a call that only looks fails
-  kill,        // the process is gone
-  emptyFiles,  // the power is cut: what was not flushed is empty,
-  lostFiles,   // or not there
-};
+// A call that changes the disk fails, as on a full disk or with a device error; a call that only
+// looks fails; the process is gone; the power is cut, and what was not flushed is empty or not
+// there.
+enum class Ending { fullDisk, failure, failedLook, kill, emptyFiles, lostFiles };
+
+using Step = std::function<void()>;
+using Check = std::function<void(bool struck)>;
 
 // Runs once for each call and once more, in which nothing happens. `check` is told whether the call
 // was reached. Answers how many there are.
-inline int forEveryCall(FaultyFileSystem& files, Ending ending,
-                        const std::function<void()>& prepare, const std::function<void()>& run,
-                        const std::function<void(bool struck)>& check) {
+inline int forEveryCall(FaultyFileSystem& files, Ending ending, const Step& prepare,
+                        const Step& run, const Check& check) {
   constexpr int most = 500;
   for (int call = 1; call < most; ++call) {
-    SCOPED_TRACE("ending " + std::to_string(static_cast<int>(ending)) + " at call " +
-                 std::to_string(call));
+    SCOPED_TRACE(::testing::Message()
+                 << "ending " << static_cast<int>(ending) << " at call " << call);
     prepare();
-    if (ending == Ending::fullDisk)
-      files.failAt(call, err::diskFull);
-    else if (ending == Ending::failure)
-      files.failAt(call, err::deviceIo);
-    else if (ending == Ending::failedLook)
+    if (ending == Ending::failedLook)
       files.failReadAt(call, err::deviceIo);
+    else if (ending < Ending::failedLook)
+      files.failAt(call, ending == Ending::failure ? err::deviceIo : err::diskFull);
     else
       files.killAt(call);
     try {
@@ -51,9 +47,8 @@ inline int forEveryCall(FaultyFileSystem& files, Ending ending,
 }
 
 // The same for several endings.
-inline void forEveryEnding(FaultyFileSystem& files, const std::function<void()>& prepare,
-                           const std::function<void()>& run,
-                           const std::function<void(bool struck)>& check,
+inline void forEveryEnding(FaultyFileSystem& files, const Step& prepare, const Step& run,
+                           const Check& check,
                            std::initializer_list<Ending> endings = {
                                Ending::fullDisk, Ending::failedLook, Ending::kill,
                                Ending::emptyFiles, Ending::lostFiles}) {

@@ -14,6 +14,15 @@ class SceneryTest : public ProgramTest {
     app.SceneryPacksPath = "C:\\Packs\\Scenery\\";
     drive.clear("C:\\Packs\\Scenery");
     clearLibrary();
+    putDatabase();
+    open();
+  }
+  void put(std::initializer_list<std::string> paths) {
+    for (const std::string& path : paths) drive.write(path, "x");
+  }
+  void putLibrary(const std::string& lines) {
+    drive.write(library, coded(lines));
+    open();
   }
   void clearLibrary() {
     for (const char* folder : {"C:\\Lib", "C:\\Lib\\Scenery", "C:\\Lib\\Main"}) drive.clear(folder);
@@ -24,43 +33,53 @@ class SceneryTest : public ProgramTest {
     return "[Area.00" + std::to_string(number) + "]\r\nTitle=" + title + "\r\nLayer=" + layer +
            "\r\nLocal=" + folder + "\r\nActive=TRUE\r\n" + more;
   }
-  // Three areas; on screen Alps, World, Rome.
-  void putDatabase() {
-    drive.write(cfg,
-                "[General]\r\nCache_Size=7\r\nClean_On_Exit=TRUE\r\n" +
-                    area(1, "World", "5", "Scenery") +
-                    area(4, "Rome", "2", "Addon Scenery\\Rome", "Flatten=a\r\nFlatten.1=b\r\n") +
-                    area(9, "Alps", "7", "ADDON SCENERY\\Alps"));
+  void putDatabase() { drive.write(cfg, database); }
+  void open() { click(form.mnuViewFSScenery); }
+  void click(auto& control, const std::string& told = "") {
+    ui::raise(control.click);
+    if (!told.empty()) expectTold(told);
   }
-  void open() { ui::raise(app.frmMain.mnuViewFSScenery.click); }
-  // Titles from the top, those of active areas with "+".
-  std::string areas() const {
-    const auto& list = app.frmMain.lstScenery;
-    std::string text;
-    for (int row = 1; row <= list.count(); ++row)
-      text += (row > 1 ? " " : "") + list.text(row) + (list.checked(row) ? "+" : "");
-    return text;
-  }
-  // The titles in the file, by their numbers.
-  std::string areasInFile() const {
-    std::string text;
-    for (int number = 1; number <= 9; ++number) {
-      const auto title = ReadProfile(disk, page, cfg, "Area.00" + std::to_string(number), "Title");
-      if (!title.empty()) text += (text.empty() ? "" : " ") + title;
-    }
-    return text;
-  }
-  std::string valueOf(const std::string& section, const std::string& key) const {
-    return ReadProfile(disk, page, cfg, section, key);
+  // Answers how many questions there were.
+  std::size_t answer(auto& control, std::deque<ui::Answer> answers) {
+    windows.boxes.clear();
+    windows.answers = std::move(answers);
+    click(control);
+    return windows.boxes.size();
   }
   void select(ui::ListView& list, int row) {
     list.select(row);
     ui::raise(list.itemClick);
   }
+  // Titles from the top, those of active areas with "+".
+  std::string areas() const {
+    std::string text;
+    for (int row = 1; row <= form.lstScenery.count(); ++row)
+      text += (row > 1 ? " " : "") + form.lstScenery.text(row) +
+              (form.lstScenery.checked(row) ? "+" : "");
+    return text;
+  }
+  // The titles in the file, by their numbers.
+  std::string areasInFile() const {
+    std::string text;
+    for (int number = 1; number <= 9; ++number)
+      if (const auto title = valueOf("Area.00" + std::to_string(number), "Title"); !title.empty())
+        text += (text.empty() ? "" : " ") + title;
+    return text;
+  }
+  std::string valueOf(const std::string& section, const std::string& key) const {
+    return ReadProfile(disk, CodePage(), cfg, section, key);
+  }
+  std::vector<std::string> listed() const { return rows(form.lstInactScenery); }
 
-  const CodePage page;
   const std::string cfg = "C:\\FS\\Scenery.cfg", org = "C:\\FS\\Scenery.cfg.org",
                     cache = "C:\\FS\\SKV_SC.lst", library = "C:\\Lib\\SKV_SL.lst";
+  // Three areas; on screen Alps, World, Rome.
+  const std::string database =
+      "[General]\r\nCache_Size=7\r\nClean_On_Exit=TRUE\r\n" + area(1, "World", "5", "Scenery") +
+      area(4, "Rome", "2", "Addon Scenery\\Rome", "Flatten=a\r\nFlatten.1=b\r\n") +
+      area(9, "Alps", "7", "ADDON SCENERY\\Alps");
+  const ui::Answer yes = ui::Answer::yes, no = ui::Answer::no;
+  ui::FrmMain& form = app.frmMain;
 };
 
 }  // namespace skv::test
