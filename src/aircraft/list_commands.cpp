@@ -46,7 +46,7 @@ void import(App& app, ui::ListView& list, WalkCode scan, bool (*save)(App&), con
   const int added = list.count() - before;
   if (tellWalk(app, report, "read"))
     app.frmMain.lblStatus.notice =
-        std::to_string(added) + (added == 1 ? " new " : " new ") + what + " listed";
+        "New " + std::string(what) + " in the list: " + std::to_string(added);
   fillEmptyTexts(app);
 }
 

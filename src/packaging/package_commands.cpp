@@ -155,7 +155,7 @@ class PackageJob {
   // What else lies in the working folder does not belong to the add-on.
   WalkReport collectParts() {
     std::vector<std::string> all;
-    const WalkReport report = collect(app_, app_.InstallTempDir, all);
+    WalkReport report = collect(app_, app_.InstallTempDir, all);
     std::erase_if(all, [this](const std::string& file) {
       return !file.starts_with(kind_.part) && !file.starts_with(mainPart);
     });
