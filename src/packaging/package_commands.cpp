@@ -166,8 +166,7 @@ class PackageJob {
   // A file that the Package holds, as it was then.
   struct Packed {
     std::string path;
-    FileTime modified;
-    std::uint64_t length;
+    FileState state;
   };
 
   // Looks up in the Package every file that thinning would delete, and notes it in packed_.
@@ -183,12 +182,9 @@ class PackageJob {
       for (const std::string& file : files) {
         if (staysInFolder(file)) continue;
         const std::string path = folder + file;
-        const auto modified = files_.modified(path);
-        const auto length = files_.fileLength(path);
-        if (!length.ok() || !modified.ok())
-          report.note(length.ok() ? modified.outcome() : length.outcome(), path);
-        else if (report.note(zip->holdsFile(part + file, path), path))
-          packed_.push_back({path, modified.value(), length.value()});
+        const auto state = files_.fileState(path);
+        if (report.note(state.ok() ? zip->holdsFile(part + file, path) : state.outcome(), path))
+          packed_.push_back({path, state.value()});
         app_.windows.yield();
         if (!report.complete() || app_.stopRequested) break;
       }
@@ -200,11 +196,10 @@ class PackageJob {
   }
 
   Outcome unchanged(const Packed& file) const {
-    const auto modified = files_.modified(file.path);
-    if (!modified.ok()) return modified.outcome();
-    const auto length = files_.fileLength(file.path);
-    if (!length.ok()) return length.outcome();
-    if (modified.value() == file.modified && length.value() == file.length) return {};
+    const auto now = files_.fileState(file.path);
+    if (!now.ok()) return now.outcome();
+    if (now.value().modified == file.state.modified && now.value().length == file.state.length)
+      return {};
     return Outcome::withText(err::pathFileAccess, "\"" + file.path + "\" has changed meanwhile.");
   }
 

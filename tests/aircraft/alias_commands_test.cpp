@@ -125,7 +125,7 @@ TEST_F(AliasCommandsTest, OnlyRealPanelsComeIntoTheLibraryByHand) {
   ui::raise(form.btnAddSN.click);
   expectTold("another physical sound. FS does not allow");
   picks(root + "plane\\panel");
-  windows.inputs = {"Łódź", "Ours\x01"};
+  windows.inputs = {"Łódź", "Ours\x01", "Loud"};
   ui::raise(form.btnAddPN.click);
   EXPECT_EQ(rows(form.lstPanel).back(), "Ours |" + root + "plane\\panel\\");
   EXPECT_TRUE(holds(drive.read("C:\\FS\\SKV_PN.lst"), line("Ours ", root + "plane\\panel\\")));
@@ -134,6 +134,18 @@ TEST_F(AliasCommandsTest, OnlyRealPanelsComeIntoTheLibraryByHand) {
   ui::raise(form.btnDelPN.click);
   EXPECT_EQ(form.lstPanel.count(), 4);
   EXPECT_FALSE(holds(drive.read("C:\\FS\\SKV_PN.lst"), "Ours"));
+
+  drive.write(root + "other\\sound.x\\sound.cfg", "");
+  drive.write(root + "plane\\sound\\sound.cfg", real);
+  picks(root + "other\\sound.x");
+  ui::raise(form.btnAddSN.click);
+  EXPECT_EQ(drive.read("C:\\FS\\SKV_SN.lst"), line("Loud", root + "other\\sound.x\\"));
+  form.lstSound.select(1);
+  ui::raise(form.lstSound.click);
+  ui::raise(form.btnAssignSN.click);
+  form.lstACVersions.click();
+  EXPECT_EQ(form.lblSNStatus.caption, "Alias: other\\sound.x");
+  EXPECT_TRUE(form.btnSNRestoreOriginal.enabled && !form.btnPNRestoreOriginal.enabled);
 }
 
 TEST_F(AliasCommandsTest, SynchronizesThePanelsFolderAndItsMirror) {

@@ -16,6 +16,8 @@ class ListCommandsTest : public test::ProgramTest {
     for (const std::string& root : {fs, hangar}) {
       drive.write(root + "a\\aircraft.cfg", "[fltsim.0]\r\ntitle=Plane A\r\n");
       drive.write(root + "a\\.hidden", "");
+      drive.write(root + "a\\panel\\panel.cfg", "[fltsim]\r\nalias=a\\panel.x\r\n");
+      drive.write(root + "a\\panel.x\\panel.cfg", "[fltsim]\r\nalias=bb\\panel\r\n");
       drive.write(root + "b\\Aircraft.cfg", "");
       drive.write(root + "b\\panel\\panel.cfg", "[fltsim]\r\nalias=A\\panel\r\n");
       drive.write(root + "b\\sound\\sound.cfg", "");
@@ -82,6 +84,7 @@ TEST_F(ListCommandsTest, DeletesInTheSimulator) {
   open(mnuViewFSAircraft_Click, fs);
   EXPECT_EQ(remove(1, {no}), 1U);
   EXPECT_EQ(remove(2, {yes, no}), 2U);
+  EXPECT_TRUE(windows.boxes[1].text.ends_with(fs + "b\\")) << "nobody's panel is in it";
   EXPECT_TRUE(drive.exists(fs + "b\\sound"));
   open(mnuViewFSAircraft_Click, fs);
   files.failWhen("removeFolder", fs + "a", err::permissionDenied);
@@ -108,6 +111,9 @@ TEST_F(ListCommandsTest, DeletesInTheHangar) {
   EXPECT_FALSE(drive.exists(hangar + "a") || drive.exists("C:\\Hangar\\Main\\a"));
   EXPECT_TRUE(drive.exists("C:\\Packs\\a.zip") && drive.exists(fs + "a\\aircraft.cfg"));
   EXPECT_EQ(form.lstAircraft.selected(), 1);
+  drive.write("C:\\Packs\\b.zip", "");
+  EXPECT_EQ(remove(1, {yes, yes, yes}), 3U);
+  EXPECT_FALSE(drive.exists("C:\\Packs\\b.zip"));
 }
 
 TEST_F(ListCommandsTest, FilesThatAreNotTheRowsAloneStay) {
