@@ -6,10 +6,8 @@
 #include "scenery/scenery_row.h"
 #include "support/text.h"
 
-namespace skv {
-namespace {
+namespace skv::test {
 
-using test::coded;
 using Texts = std::vector<std::string>;
 
 const CodePage page;
@@ -79,5 +77,4 @@ TEST(SceneryListFilesTest, ReadBackWhateverTheFieldsHold) {
     EXPECT_EQ(parseSceneryCache(sceneryCacheBytes({1.5, {{.Name = name}}}, page), page).stamp, 0);
 }
 
-}  // namespace
-}  // namespace skv
+}  // namespace skv::test

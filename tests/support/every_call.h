@@ -14,6 +14,9 @@ namespace skv::test {
 // there.
 enum class Ending { fullDisk, failure, failedLook, kill, emptyFiles, lostFiles };
 
+constexpr auto mostEndings = {Ending::fullDisk, Ending::failedLook, Ending::kill,
+                              Ending::emptyFiles, Ending::lostFiles};
+
 using Step = std::function<void()>;
 using Check = std::function<void(bool struck)>;
 
@@ -21,8 +24,7 @@ using Check = std::function<void(bool struck)>;
 // was reached. Answers how many there are.
 inline int forEveryCall(FaultyFileSystem& files, Ending ending, const Step& prepare,
                         const Step& run, const Check& check) {
-  constexpr int most = 500;
-  for (int call = 1; call < most; ++call) {
+  for (int call = 1; call < 500; ++call) {
     SCOPED_TRACE(::testing::Message()
                  << "ending " << static_cast<int>(ending) << " at call " << call);
     prepare();
@@ -43,15 +45,13 @@ inline int forEveryCall(FaultyFileSystem& files, Ending ending, const Step& prep
     if (!struck) return call - 1;
   }
   ADD_FAILURE() << "more calls than there can be";
-  return most;
+  return 0;
 }
 
 // The same for several endings.
 inline void forEveryEnding(FaultyFileSystem& files, const Step& prepare, const Step& run,
                            const Check& check,
-                           std::initializer_list<Ending> endings = {
-                               Ending::fullDisk, Ending::failedLook, Ending::kill,
-                               Ending::emptyFiles, Ending::lostFiles}) {
+                           std::initializer_list<Ending> endings = mostEndings) {
   for (const Ending ending : endings)
     EXPECT_GT(forEveryCall(files, ending, prepare, run, check), 2);
 }

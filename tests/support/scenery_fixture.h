@@ -9,6 +9,8 @@ namespace skv::test {
 
 class SceneryTest : public ProgramTest {
  protected:
+  using Tree = std::vector<std::string>;
+
   SceneryTest() {
     app.SceneryLib = "C:\\Lib\\";
     app.SceneryPacksPath = "C:\\Packs\\Scenery\\";
@@ -69,7 +71,7 @@ class SceneryTest : public ProgramTest {
   std::string valueOf(const std::string& section, const std::string& key) const {
     return ReadProfile(disk, CodePage(), cfg, section, key);
   }
-  std::vector<std::string> listed() const { return rows(form.lstInactScenery); }
+  Tree listed() const { return rows(form.lstInactScenery); }
 
   const std::string cfg = "C:\\FS\\Scenery.cfg", org = "C:\\FS\\Scenery.cfg.org",
                     cache = "C:\\FS\\SKV_SC.lst", library = "C:\\Lib\\SKV_SL.lst";
