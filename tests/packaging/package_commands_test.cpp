@@ -114,16 +114,17 @@ TEST_F(PackageTest, WhatComesWhileItIsPackedStays) {
   for (const char* moment : {"Compressing", "Processing", "Deleting"}) {
     SCOPED_TRACE(moment);
     putAircraft();
+    const bool packs = std::string(moment) == "Compressing";
+    const std::string late = plane + (packs ? "late.txt" : "texture\\late.bmp");
     windows.onYield = [&] {
-      const bool packs = std::string(moment) == "Compressing";
       if (packs == drive.exists(package) || !form.lblStatus.caption.get().starts_with(moment))
         return;
-      drive.write(plane + "texture\\late.bmp", "late");
+      drive.write(late, "late");
       drive.write(plane + "texture\\t.bmp", "TEXTURE\\t.bmp");
     };
     compress();
     windows.onYield = {};
-    EXPECT_EQ(drive.read(plane + "texture\\late.bmp"), "late");
+    EXPECT_EQ(drive.read(late), "late");
     EXPECT_EQ(drive.read(plane + "texture\\t.bmp"), "TEXTURE\\t.bmp");
     EXPECT_EQ(drive.exists(package), !drive.exists(plane + "model\\a.mdl"));
     EXPECT_EQ(windows.boxes.size(), 1U);
