@@ -275,11 +275,7 @@ class Walk {
   }
 
   void purge(const File& file) {
-    // Any tail of the kept text is kept, a name of fewer letters such as "CFG" included.
-    constexpr std::size_t extension = 4;
-    const std::string NAME = upper(file.entry.name);
-    const std::string tail = NAME.substr(NAME.size() - std::min(NAME.size(), extension));
-    if (std::string_view(".CFG/.JPG/.TXT").find(tail) == std::string_view::npos) remove(file);
+    if (!staysWhenThinned(file.entry.name)) remove(file);
   }
 
   void collect(const File& file) {
@@ -386,6 +382,14 @@ const Walk::Rules& Walk::rulesOf(WalkCode code) {
 }
 
 }  // namespace
+
+bool staysWhenThinned(std::string_view name) {
+  // Any tail of the kept text is kept, a name of fewer letters such as "CFG" included.
+  constexpr std::size_t extension = 4;
+  const std::string NAME = upper(name);
+  const std::string tail = NAME.substr(NAME.size() - std::min(NAME.size(), extension));
+  return std::string_view(".CFG/.JPG/.TXT").find(tail) != std::string_view::npos;
+}
 
 WalkReport WalkTree(App& app, const std::string& src, const std::string& dst, WalkCode code,
                     bool overwrite, OnStop onStop) {

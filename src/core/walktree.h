@@ -2,6 +2,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 
 #include "core/app.h"
 
@@ -27,6 +28,9 @@ enum class WalkCode {
   WalkSize = 99,            // adds the files' lengths to SizeTotal
 };
 using enum WalkCode;
+
+// Whether thinning an add-on out keeps a file of this name: one that a user reads and edits.
+bool staysWhenThinned(std::string_view name);
 
 // What a walk has done. Who deletes, thins out, marks or empties something after it decides by
 // this; everybody else tells the user at the end of the command (see tellWalk).

@@ -1,7 +1,6 @@
 #include "packaging/package_commands.h"
 
 #include <algorithm>
-#include <array>
 #include <functional>
 #include <map>
 #include <optional>
@@ -43,13 +42,6 @@ constexpr PackageKind sceneryKind{"Scenery\\", "This Scenery is already compress
                                   &ui::FrmMain::lstInactScenery};
 
 constexpr const char* mainPart = "Main\\";
-
-// Thinning keeps what a user reads and edits; see WalkPurge.
-bool staysInFolder(const std::string& file) {
-  const std::string name = upper(file);
-  return std::ranges::any_of(std::array{".CFG", ".JPG", ".TXT"},
-                             [&name](const char* end) { return name.ends_with(end); });
-}
 
 // The paths of a folder's files, relative to it.
 WalkReport collect(App& app, const std::string& folder, std::vector<std::string>& files) {
@@ -180,7 +172,7 @@ class PackageJob {
       std::vector<std::string> files;
       report += collect(app_, folder, files);
       for (const std::string& file : files) {
-        if (staysInFolder(file)) continue;
+        if (staysWhenThinned(fileName(file))) continue;
         const std::string path = folder + file;
         const auto state = files_.fileState(path);
         if (report.note(state.ok() ? zip->holdsFile(part + file, path) : state.outcome(), path))
@@ -249,8 +241,8 @@ class PackageJob {
   // Whether the Package may go: all of it lies in the add-on's folders, under its own names.
   bool allArrived(const ReadAndExtract& job, const WalkReport& moved) {
     std::string strays;
-    std::set<std::string>
-        seen;  // of two that differ in case alone, one has taken the other's place
+    // Of two names that differ in case alone one file has taken the other's place.
+    std::set<std::string> seen;
     for (const std::string& entry : job.names()) {
       std::string path = composed(entry);
       std::ranges::replace(path, '/', '\\');
