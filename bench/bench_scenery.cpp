@@ -104,10 +104,15 @@ class Sceneries {
     for (int i = 0; i <= turns; ++i) {
       ours.push_back(seconds([&] { require(SaveSceneryCfg(run_.app), "not saved"); }));
       require(sample::readFile(cfgFile()) == bytes, "the file is another one");
+      // Both files that a save writes.
+      const std::string cached = sample::readFile(cfgFile().parent_path() / "SKV_SC.lst");
       theirs.push_back(seconds([&] {
-        const int file = ::open(copy.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0644);
-        require(::write(file, bytes.data(), bytes.size()) == std::ssize(bytes), "not written");
-        ::close(file);
+        for (const std::string* content : {&bytes, &cached}) {
+          const int file = ::open(copy.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0644);
+          require(::write(file, content->data(), content->size()) == std::ssize(*content),
+                  "not written");
+          ::close(file);
+        }
       }));
     }
     print(ours, theirs);

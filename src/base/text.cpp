@@ -301,6 +301,15 @@ std::string CodePage::lacking(std::string_view text) const {
   return missing;
 }
 
+bool CodePage::holds(std::string_view text) const {
+  return isAscii(text) || decode(encode(text)) == text;
+}
+
+std::string CodePage::encode(std::string&& text) const {
+  if (number_ == utf8Page || isAscii(text)) return std::move(text);
+  return encode(std::string_view(text));
+}
+
 std::string CodePage::encode(std::string_view text) const {
   if (number_ == utf8Page || isAscii(text)) return std::string(text);
   const Converter converter = tables_->singleByte ? Converter() : openConverter(number_);

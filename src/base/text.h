@@ -49,8 +49,11 @@ class CodePage {
   std::string decode(std::string_view bytes) const;
   // A character that the page lacks becomes a question mark.
   std::string encode(std::string_view text) const;
+  std::string encode(std::string&& text) const;
+  std::string encode(const char* text) const { return encode(std::string_view(text)); }
+  std::string encode(const std::string& text) const { return encode(std::string_view(text)); }
   // Whether a text comes back from a stored file as it is.
-  bool holds(std::string_view text) const { return decode(encode(text)) == text; }
+  bool holds(std::string_view text) const;
   // The characters of a text that the page cannot store, each once; "" when it holds all of it.
   std::string lacking(std::string_view text) const;
 

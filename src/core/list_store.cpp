@@ -29,9 +29,18 @@ Outcome mayBeWritten(const App& app, const ListSource& source, const std::string
 }  // namespace
 
 std::string inOneField(std::string text) {
-  for (char& c : text)
-    if (c == fieldSeparator || c == '\r' || c == '\n') c = ' ';
+  keepInOneField(text, 0);
   return text;
+}
+
+bool keepInOneField(std::string& line, std::size_t start) {
+  bool kept = true;
+  for (const char breaking : {fieldSeparator, '\r', '\n'})
+    for (std::size_t at = start; (at = line.find(breaking, at)) != std::string::npos;) {
+      line[at] = ' ';
+      kept = false;
+    }
+  return kept;
 }
 
 std::vector<std::vector<std::string_view>> listLines(std::string_view bytes) {

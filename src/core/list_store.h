@@ -16,6 +16,8 @@ inline constexpr char fieldSeparator = '\x01';
 
 // The text without what would break the format (code 1, line ends): that becomes a blank.
 std::string inOneField(std::string text);
+// The same for what stands in a line from `start` on. False when there was something to replace.
+bool keepInOneField(std::string& line, std::size_t start);
 
 // The lines of a file, which may end in CR LF or LF, each split into its fields. Views of `bytes`.
 std::vector<std::vector<std::string_view>> listLines(std::string_view bytes);

@@ -13,6 +13,8 @@ namespace {
 constexpr int mostMisses = 10;     // numbers without an area that are passed over in a row
 constexpr int indexedValues = 10;  // of Flatten and of Exclude
 constexpr const char* areaPrefix = "Area.";
+// About as many bytes as a line takes besides its value, and an area besides its lists.
+constexpr std::size_t valueLine = 16, plainLines = 256;
 
 std::string threeDigits(int number) {
   const std::string digits = std::to_string(number);
@@ -90,9 +92,9 @@ void appendLine(std::string& text, std::string_view key, std::string_view value)
   text.append(key).append("=").append(quote);
   const std::size_t start = text.size();
   text.append(value);
-  std::replace_if(
-      text.begin() + static_cast<std::ptrdiff_t>(start), text.end(),
-      [](char c) { return c == '\r' || c == '\n'; }, ' ');
+  for (const char lineEnd : {'\r', '\n'})
+    for (std::size_t at = start; (at = text.find(lineEnd, at)) != std::string::npos;)
+      text[at] = ' ';
   text.append(quote).append("\r\n");
 }
 
@@ -127,6 +129,11 @@ SceneryCfg outlineOfSceneryCfg(std::string_view bytes, const CodePage& codePage)
 
 std::string sceneryCfgBytes(const SceneryCfg& cfg, const CodePage& codePage) {
   std::string text = "[General]\r\n";
+  std::size_t values = 0;
+  for (const SceneryArea& area : cfg.areas)
+    for (const auto* list : {&area.Flatten, &area.Exclude})
+      for (const std::string& value : *list) values += value.size() + valueLine;
+  text.reserve(values + cfg.areas.size() * plainLines);
   appendLine(text, "Cache_Size", cfg.Cache_Size);
   appendLine(text, "Clean_On_Exit", cfg.Clean_On_Exit);
   int number = 0;
@@ -142,7 +149,7 @@ std::string sceneryCfgBytes(const SceneryCfg& cfg, const CodePage& codePage) {
     appendValues(text, "Flatten", area.Flatten);
     appendValues(text, "Exclude", area.Exclude);
   }
-  return codePage.encode(text);
+  return codePage.encode(std::move(text));
 }
 
 }  // namespace skv

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <span>
 
 #include "core/list_store.h"
 
@@ -25,8 +24,6 @@ SceneryRow rowOfLine(const std::vector<std::string_view>& line, std::size_t firs
   return row;
 }
 
-constexpr bool breaksFormat(char c) { return c == fieldSeparator || c == '\r' || c == '\n'; }
-
 // Appends the row as a line. False when something of it would break the format and became a blank.
 bool appendRow(std::string& text, const SceneryRow& row) {
   bool exact = true;
@@ -35,10 +32,7 @@ bool appendRow(std::string& text, const SceneryRow& row) {
     const std::string& field = row.*fieldsOfRow[i];
     const std::size_t start = text.size();
     text += field;
-    const auto added = std::span(text).subspan(start);
-    if (std::ranges::none_of(added, breaksFormat)) continue;
-    std::ranges::replace_if(added, breaksFormat, ' ');
-    exact = false;
+    exact = keepInOneField(text, start) && exact;
   }
   text += "\r\n";
   return exact;
@@ -71,7 +65,7 @@ std::string sceneryCacheBytes(const SceneryCache& cache, const CodePage& codePag
     exact = appendRow(text, row) && exact;
   }
   exact = exact && codePage.holds(text);
-  return decimal(exact ? cache.stamp : 0) + "\r\n" + codePage.encode(text);
+  return codePage.encode(text.insert(0, decimal(exact ? cache.stamp : 0) + "\r\n"));
 }
 
 std::vector<SceneryRow> parseSceneryLibrary(std::string_view bytes, const CodePage& codePage) {
