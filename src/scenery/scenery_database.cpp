@@ -46,9 +46,10 @@ Result<CfgFile> readCfg(const FileSystem& files, const std::string& file) {
 
 void addAreas(ui::ListView& list, const std::vector<SceneryArea>& areas) {
   for (const SceneryArea& area : areas) {
-    const SceneryRow row = rowOfArea(area);
-    const int added = addRow(list, row);
-    if (IsBuiltInArea(row)) list.setColour(added, builtInColour);
+    SceneryRow row = rowOfArea(area);
+    const bool builtIn = IsBuiltInArea(row);
+    const int added = addRow(list, std::move(row));
+    if (builtIn) list.setColour(added, builtInColour);
     list.setChecked(added, area.Active);
   }
 }

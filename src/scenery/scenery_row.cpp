@@ -27,9 +27,13 @@ std::vector<std::string> valuesIn(const std::string& text) {
   return text.empty() ? std::vector<std::string>() : split(text, valueSeparator);
 }
 
-std::vector<std::string> subItems(const SceneryRow& row) {
-  return {row.Folder,  row.Area,       row.Layer,   row.SortLayer,
-          row.RemPath, row.Texture_ID, row.Flatten, row.Exclude};
+std::vector<std::string> subItems(SceneryRow&& row) {
+  std::vector<std::string> items;
+  items.reserve(sceneryColumn::Exclude);
+  for (std::string* item : {&row.Folder, &row.Area, &row.Layer, &row.SortLayer, &row.RemPath,
+                            &row.Texture_ID, &row.Flatten, &row.Exclude})
+    items.push_back(std::move(*item));
+  return items;
 }
 
 }  // namespace
@@ -74,10 +78,14 @@ SceneryRow rowAt(const ui::ListView& list, int row) {
           .active = list.checked(row)};
 }
 
-int addRow(ui::ListView& list, const SceneryRow& row) { return list.add(row.Name, subItems(row)); }
+int addRow(ui::ListView& list, SceneryRow row) {
+  std::string name = std::move(row.Name);
+  return list.add(std::move(name), subItems(std::move(row)));
+}
 
-void insertRow(ui::ListView& list, const SceneryRow& row) {
-  list.insert(1, row.Name, subItems(row));
+void insertRow(ui::ListView& list, SceneryRow row) {
+  std::string name = std::move(row.Name);
+  list.insert(1, std::move(name), subItems(std::move(row)));
 }
 
 std::string sortLayer(const std::string& layer) {

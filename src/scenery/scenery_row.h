@@ -35,9 +35,9 @@ SceneryArea areaOfRow(SceneryRow row);
 
 SceneryRow rowAt(const ui::ListView& list, int row);
 // At the end of the list.
-int addRow(ui::ListView& list, const SceneryRow& row);
+int addRow(ui::ListView& list, SceneryRow row);
 // As position 1.
-void insertRow(ui::ListView& list, const SceneryRow& row);
+void insertRow(ui::ListView& list, SceneryRow row);
 
 // A layer as the sort key: rounded to a whole number, at least three digits.
 std::string sortLayer(const std::string& layer);
