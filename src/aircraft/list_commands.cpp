@@ -122,25 +122,10 @@ class Deletion {
     WalkReport report;
     for (const std::string& folder : folders)
       if (!report.stopped) report += deleteFolder(app_, folder);
-    if (!report.stopped) deletePackage(report);
+    if (!report.stopped)
+      offerToDeletePackage(app_, app_.PacksDir + FolderName_ + packageEnd, report);
     tellWalk(app_, report, "deleted");
     return !report.stopped;
-  }
-
-  void deletePackage(WalkReport& report) {
-    const std::string package = app_.PacksDir + FolderName_ + packageEnd;
-    const auto found = app_.files().attributes(package);
-    if (!found.ok()) {
-      if (presenceBy(found.outcome()) == Presence::unknown) report.note(found.outcome(), package);
-      return;
-    }
-    if (found.value().folder) return;
-    if (app_.windows.messageBox({.text = "There's a Package \"" + FolderName_ +
-                                         ".zip\" as well!\r\nDo you want to delete it?",
-                                 .icon = ui::BoxIcon::question,
-                                 .buttons = ui::BoxButtons::yesNo,
-                                 .defaultButton = ui::DefaultButton::yes}) == ui::Answer::yes)
-      report.note(app_.files().deleteFile(package), package);
   }
 
   bool filesStay(const Outcome& why) {

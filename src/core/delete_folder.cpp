@@ -17,4 +17,19 @@ WalkReport deleteFolder(App& app, const std::string& folder) {
   return report;
 }
 
+void offerToDeletePackage(App& app, const std::string& package, WalkReport& report) {
+  const auto found = app.files().attributes(package);
+  if (!found.ok()) {
+    if (presenceBy(found.outcome()) == Presence::unknown) report.note(found.outcome(), package);
+    return;
+  }
+  if (found.value().folder) return;
+  if (app.windows.messageBox({.text = "There's a Package \"" + fileName(package) +
+                                      "\" as well!\r\nDo you want to delete it?",
+                              .icon = ui::BoxIcon::question,
+                              .buttons = ui::BoxButtons::yesNo,
+                              .defaultButton = ui::DefaultButton::yes}) == ui::Answer::yes)
+    report.note(app.files().deleteFile(package), package);
+}
+
 }  // namespace skv

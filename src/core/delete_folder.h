@@ -11,4 +11,8 @@ namespace skv {
 // failure. Ends early when the user wants it.
 WalkReport deleteFolder(App& app, const std::string& folder);
 
+// Offers to delete the Package of an add-on whose folders have gone, when there is one. `report`
+// learns of a failure, also of one to tell whether there is.
+void offerToDeletePackage(App& app, const std::string& package, WalkReport& report);
+
 }  // namespace skv

@@ -319,14 +319,7 @@ void deleteFiles(App& app, ui::ListView::RowId id, WalkReport& report) {
   }
   for (const std::string& folder : folders) report += deleteFolder(app, folder);
   if (report.stopped) return;
-  const std::string package = app.SceneryPacksPath + leaf + packageEnd;
-  const auto found = app.files().attributes(package);
-  if (!found.ok() || found.value().folder) return;
-  if (app.windows.messageBox(
-          {.text = "There's a Package \"" + leaf + ".zip\" as well!\r\nDo you want to delete it?",
-           .icon = ui::BoxIcon::question,
-           .buttons = ui::BoxButtons::yesNo}) == ui::Answer::yes)
-    report.note(app.files().deleteFile(package), package);
+  offerToDeletePackage(app, app.SceneryPacksPath + leaf + packageEnd, report);
 }
 
 }  // namespace
