@@ -8,6 +8,8 @@
 #include <string>
 
 #include "core/app.h"
+#include "platform/desktop/qt_pictures.h"
+#include "platform/desktop/x11_screen.h"
 #include "platform/disk/drive_file_system.h"
 #include "platform/zip/libzip_zipit.h"
 #include "sample/sample_simulator.h"
@@ -97,8 +99,20 @@ class BenchRun {
   FixedClock clock;
   NoShell shell;
   LibzipEngine zip{CodePage(1252)};
+  QtPictureReader pictures{disk};
+  QtClipboard clipboard;
+  X11Screen screen;
   Windows windows{disk};
-  App app{Platform{disk, settings, clock, shell, zip, {"C:\\Program\\", "C:\\Temp"}}, windows};
+  App app{Platform{disk,
+                   settings,
+                   clock,
+                   shell,
+                   zip,
+                   pictures,
+                   clipboard,
+                   screen,
+                   {"C:\\Program\\", "C:\\Temp"}},
+          windows};
 };
 
 // A folder of its own on disk, gone with the object. SKYVAULT_BENCH_DIR chooses the disk.

@@ -8,8 +8,10 @@
 #include "platform/desktop/desktop_shell.h"
 #include "platform/desktop/file_settings_store.h"
 #include "platform/desktop/process_environment.h"
+#include "platform/desktop/qt_pictures.h"
 #include "platform/desktop/single_instance.h"
 #include "platform/desktop/system_clock.h"
+#include "platform/desktop/x11_screen.h"
 #include "platform/disk/drive_file_system.h"
 #include "platform/disk/drives.h"
 #include "platform/zip/libzip_zipit.h"
@@ -46,7 +48,12 @@ int main(int argc, char** argv) {
   const skv::CodePage codePage(static_cast<int>(
       skv::val(settings.read(skv::setting::CodePage.section, skv::setting::CodePage.key, "1252"))));
   skv::LibzipEngine zip(codePage);
-  skv::App app({files, settings, clock, shell, zip, skv::processEnvironment(files)}, windows);
+  skv::QtPictureReader pictures(files);
+  skv::QtClipboard clipboard;
+  skv::X11Screen screen;
+  skv::App app({files, settings, clock, shell, zip, pictures, clipboard, screen,
+                skv::processEnvironment(files)},
+               windows);
   skv::connectEvents(app);
 
   QTimer closesWhenIdle;

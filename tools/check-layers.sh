@@ -11,14 +11,17 @@ platform          base
 ui/model          base
 core              base platform ui/model
 ui/dialogs        base platform ui/model core
-aircraft          base platform ui/model core ui/dialogs
-scenery           base platform ui/model core ui/dialogs
+pictures          base platform ui/model core
+aircraft          base platform ui/model core ui/dialogs pictures
+scenery           base platform ui/model core ui/dialogs pictures
 packaging         base platform ui/model core ui/dialogs aircraft scenery
-ui                base platform ui/model core ui/dialogs aircraft scenery packaging
+mail              base platform ui/model core ui/dialogs packaging scenery
+ui                base platform ui/model core ui/dialogs aircraft scenery packaging pictures mail
 ui/qt             base platform ui/model
 platform/disk     base platform
 platform/zip      base platform platform/disk
 platform/desktop  base platform platform/disk
+platform/mail     base platform platform/disk
 '
 # main.cpp and nobody else chooses implementations, so it may include every room.
 

@@ -19,7 +19,9 @@
 #include "core/app.h"
 #include "platform/desktop/file_settings_store.h"
 #include "platform/desktop/process_environment.h"
+#include "platform/desktop/qt_pictures.h"
 #include "platform/desktop/system_clock.h"
+#include "platform/desktop/x11_screen.h"
 #include "platform/disk/drive_file_system.h"
 #include "platform/zip/libzip_zipit.h"
 #include "sample/sample_files.h"
@@ -318,11 +320,23 @@ bool run(const sample::SampleSimulator& sample, const fs::path& config, const fs
   SystemClock clock;
   NoShell shell;
   LibzipEngine zip{CodePage(1252)};
+  QtPictureReader pictureReader{files};
+  QtClipboard clipboard;
+  X11Screen screen;
   const Outcome stored = sample::writeSettings(settings, sample, versionText(), clock.now());
   require(stored.ok(), stored.description());
 
   ui::qt::QtWindowing windows(files);
-  App app(Platform{files, settings, clock, shell, zip, {"C:\\Program\\", "C:\\Temp"}}, windows);
+  App app(Platform{files,
+                   settings,
+                   clock,
+                   shell,
+                   zip,
+                   pictures,
+                   clipboard,
+                   screen,
+                   {"C:\\Program\\", "C:\\Temp"}},
+          windows);
   connectEvents(app);
   bool closed = false;
   app.frmMain.closed = [&] {

@@ -4,6 +4,8 @@ namespace skv {
 
 std::string_view errorText(int number) {
   switch (number) {
+    case err::invalidProcedureCall:
+      return "Invalid procedure call or argument";
     case err::badFileName:
       return "Bad file name or number";
     case err::fileNotFound:
@@ -24,6 +26,10 @@ std::string_view errorText(int number) {
       return "Path/File access error";
     case err::pathNotFound:
       return "Path not found";
+    case err::invalidClipboardFormat:
+      return "Invalid Clipboard format";
+    case err::invalidPicture:
+      return "Invalid picture";
     case err::cancelled:
       return "Cancel was selected.";
     case err::zip:

@@ -13,6 +13,7 @@ namespace skv {
 
 // The classic run-time error numbers that Windows desktop programs show in their error boxes.
 namespace err {
+inline constexpr int invalidProcedureCall = 5;
 inline constexpr int badFileName = 52;
 inline constexpr int fileNotFound = 53;
 inline constexpr int deviceIo = 57;
@@ -23,6 +24,8 @@ inline constexpr int deviceUnavailable = 68;
 inline constexpr int permissionDenied = 70;
 inline constexpr int pathFileAccess = 75;
 inline constexpr int pathNotFound = 76;
+inline constexpr int invalidClipboardFormat = 460;
+inline constexpr int invalidPicture = 481;
 // The numbers of the closed components that the program once called.
 inline constexpr int cancelled = 32755;  // a file dialog that the user left by Cancel
 inline constexpr int zip = 31000;        // an archive that cannot be read or written

@@ -8,6 +8,7 @@
 
 #include "base/outcome.h"
 #include "platform/file_system.h"
+#include "platform/pictures.h"
 #include "platform/zipit.h"
 
 namespace skv {
@@ -66,6 +67,9 @@ struct Platform {
   Clock& clock;
   Shell& shell;
   ZipEngine& zip;
+  PictureReader& pictures;
+  Clipboard& clipboard;
+  Screen& screen;
   Environment environment;
 };
 

@@ -10,9 +10,11 @@
 #include <vector>
 
 #include "core/app.h"
+#include "platform/desktop/qt_pictures.h"
 #include "platform/disk/drive_file_system.h"
 #include "platform/zip/libzip_zipit.h"
 #include "support/faulty_file_system.h"
+#include "support/scripted_desktop.h"
 #include "support/scripted_windows.h"
 #include "support/temporary_drive.h"
 #include "support/text.h"
@@ -111,8 +113,20 @@ class ProgramWith : public ::testing::Test {
   FixedClock clock;
   RecordingShell shell;
   LibzipEngine zip{CodePage(1252)};
+  QtPictureReader pictures{files};
+  ScriptedClipboard clipboard;
+  ScriptedScreen screen;
   Windows windows = windowsOver(files);
-  App app{Platform{files, settings, clock, shell, zip, {"C:\\Program\\", "C:\\Temp"}}, windows};
+  App app{Platform{files,
+                   settings,
+                   clock,
+                   shell,
+                   zip,
+                   pictures,
+                   clipboard,
+                   screen,
+                   {"C:\\Program\\", "C:\\Temp"}},
+          windows};
 };
 
 class ProgramTest : public ProgramWith<ScriptedWindows> {

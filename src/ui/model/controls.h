@@ -2,12 +2,12 @@
 #pragma once
 
 #include <algorithm>
-#include <cstdint>
 #include <functional>
 #include <memory>
 #include <string>
 #include <vector>
 
+#include "base/pixels.h"
 #include "ui/model/control.h"
 #include "ui/model/list_view.h"
 
@@ -95,39 +95,19 @@ class Frame : public Control {
   std::function<void()> dblClick;
 };
 
-// A picture in memory: rows from the top, each of blue, green, red (and at 32 bits an unused byte)
-// for a pixel, and padded to four bytes.
-struct Pixels {
-  int width = 0, height = 0;
-  int bitsPerPixel = 24;  // or 32
-  std::vector<std::uint8_t> rows;
-  unsigned version = 0;  // another one for other content
-
-  std::size_t rowBytes() const {
-    return (static_cast<std::size_t>(width) * static_cast<std::size_t>(bitsPerPixel) + 31) / 32 * 4;
-  }
-};
-
 // A picture on the form. `picture` is the Windows path of the file it shows, "" for none. A file
 // that has changed is shown anew when the control changes or the window is painted.
 class Image : public Control {
  public:
   using Control::Control;
   Text picture{*this};
-  // Shown in the place of `picture` while it has rows.
-  const Pixels& pixels() const { return pixels_; }
-  void setPixels(Pixels pixels) {
-    const unsigned version = pixels_.version + 1;
-    pixels_ = std::move(pixels);
-    pixels_.version = version;
-    changed();
-  }
+  // Shown in the place of `picture` while it is not null. Another picture is another object.
+  Property<std::shared_ptr<const Pixels>> pixels{*this};
   Text tag{*this};
   std::function<void()> click;
   std::function<void(MouseButton)> mouseDown;
-
- private:
-  Pixels pixels_;
+  // A file was dropped on the picture; a Windows path.
+  std::function<void(const std::string& path)> fileDropped;
 };
 
 // One control that shows a text and a progress fill.

@@ -45,10 +45,10 @@ void PictureView::refresh() {
 }
 
 void PictureView::load() {
-  if (image_.pixels().rows.empty())
-    readFile();
-  else
+  if (image_.pixels.get())
     showMemory();
+  else
+    readFile();
 }
 
 void PictureView::readFile() {
@@ -58,10 +58,10 @@ void PictureView::readFile() {
   const QFileInfo file(path);
   const QDateTime time = path.isEmpty() ? QDateTime() : file.lastModified();
   const qint64 length = path.isEmpty() ? -1 : file.size();
-  if (version_ == 0 && loaded_ == image_.picture.get() && time == fileTime_ &&
+  if (!shownPixels_ && loaded_ == image_.picture.get() && time == fileTime_ &&
       length == fileLength_)
     return;
-  version_ = 0;
+  shownPixels_ = nullptr;
   loaded_ = image_.picture;
   fileTime_ = time;
   fileLength_ = length;
@@ -77,18 +77,12 @@ void PictureView::readFile() {
 }
 
 void PictureView::showMemory() {
-  const Pixels& pixels = image_.pixels();
-  if (version_ == pixels.version) return;
-  version_ = pixels.version;
+  if (shownPixels_ == image_.pixels.get()) return;
+  shownPixels_ = image_.pixels;
   loaded_.clear();
   scaled_ = {};
-  picture_ = {};
-  const std::size_t needed = pixels.rowBytes() * static_cast<std::size_t>(qMax(0, pixels.height));
-  if (pixels.width < 1 || pixels.height < 1 || pixels.rows.size() < needed) return;
-  picture_ = QImage(pixels.rows.data(), pixels.width, pixels.height,
-                    static_cast<qsizetype>(pixels.rowBytes()),
-                    pixels.bitsPerPixel == 32 ? QImage::Format_RGB32 : QImage::Format_BGR888)
-                 .copy();
+  picture_ = QImage(shownPixels_->rows.data(), shownPixels_->width, shownPixels_->height,
+                    static_cast<qsizetype>(shownPixels_->rowBytes()), QImage::Format_BGR888);
 }
 
 void PictureView::paintEvent(QPaintEvent*) {
@@ -120,7 +114,7 @@ void PictureView::paintEvent(QPaintEvent*) {
 void PictureView::paintPlaceholder(QPainter& painter) {
   const int side = qBound(32, qMin(width(), height()) * 2 / 5, 140);
   const QString words =
-      loaded_.empty() && version_ == 0 ? tr("No picture") : tr("This picture cannot be shown");
+      loaded_.empty() && !shownPixels_ ? tr("No picture") : tr("This picture cannot be shown");
   const int line = fontMetrics().height();
   const bool withWords = height() > side + 3 * line;
   const int top = (height() - side - (withWords ? line + 8 : 0)) / 2;

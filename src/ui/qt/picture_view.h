@@ -47,7 +47,7 @@ class PictureView : public QWidget {
   std::string loaded_;
   QDateTime fileTime_;
   qint64 fileLength_ = -1;
-  unsigned version_ = 0;
+  std::shared_ptr<const Pixels> shownPixels_;  // picture_ looks at its bytes
   QImage picture_;
   QPixmap scaled_;
 };

@@ -1,0 +1,25 @@
+// Picture files by Qt's decoders, and the desktop's clipboard.
+#pragma once
+
+#include "platform/file_system.h"
+#include "platform/pictures.h"
+
+namespace skv {
+
+class QtPictureReader : public PictureReader {
+ public:
+  explicit QtPictureReader(const FileSystem& files) : files_(files) {}
+  Result<Pixels> read(std::string_view path, int longestSide = 0) const override;
+
+ private:
+  const FileSystem& files_;
+};
+
+// Lives on the thread of the window.
+class QtClipboard : public Clipboard {
+ public:
+  Result<Pixels> picture() override;
+  Outcome putPicture(const Pixels& picture) override;
+};
+
+}  // namespace skv

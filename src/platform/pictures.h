@@ -1,0 +1,40 @@
+// Pictures of the outside world: in files, in the desktop's clipboard, on the screen.
+#pragma once
+
+#include <string_view>
+
+#include "base/outcome.h"
+#include "base/pixels.h"
+
+namespace skv {
+
+class PictureReader {
+ public:
+  virtual ~PictureReader() = default;
+  // The picture of a file, by its content, whatever its name says: JPEG, GIF (the first of its
+  // pictures), BMP or WMF, upright. `path` is a Windows path. With `longestSide` above 0 it comes
+  // no larger than that many pixels either way, which costs less than reading the whole; it is not
+  // made larger. Any thread may call.
+  virtual Result<Pixels> read(std::string_view path, int longestSide = 0) const = 0;
+};
+
+class Clipboard {
+ public:
+  virtual ~Clipboard() = default;
+  // Fails when the clipboard holds no picture.
+  virtual Result<Pixels> picture() = 0;
+  virtual Outcome putPicture(const Pixels& picture) = 0;
+};
+
+// The windows of other programs. Pixels of the screen are counted from its top left corner.
+class Screen {
+ public:
+  virtual ~Screen() = default;
+  // Brings the window with this title to the front, and waits until it is there when told to.
+  // Fails when there is no such window, or when it does not come.
+  virtual Outcome activate(std::string_view title, bool wait) = 0;
+  // The window that is active, with the frame that the desktop draws around it.
+  virtual Result<Pixels> captureActiveWindow() = 0;
+};
+
+}  // namespace skv
