@@ -332,7 +332,7 @@ bool run(const sample::SampleSimulator& sample, const fs::path& config, const fs
                    clock,
                    shell,
                    zip,
-                   pictures,
+                   pictureReader,
                    clipboard,
                    screen,
                    {"C:\\Program\\", "C:\\Temp"}},
