@@ -71,9 +71,10 @@ void remove(App& app, const AddonKind& kind) {
   showAliasCommands(app);
 }
 
-// The variation's own folder of the part, "" when no variation is shown.
+// The variation's own folder of the part, the plain one when no variation is shown; "" without an
+// aircraft.
 std::string variationFolder(App& app, const AddonKind& kind) {
-  if (app.infoSource.values.empty()) return {};
+  if (app.infoSource.folder.empty()) return {};
   return app.infoSource.folder + partFolder(kind.part, variationValue(app, kind.part));
 }
 
@@ -123,7 +124,7 @@ Outcome assignTo(App& app, const std::string& own, const std::string& alias,
 void assign(App& app, const AddonKind& kind) {
   const auto& list = app.frmMain.*kind.list;
   const std::string own = variationFolder(app, kind);
-  if (list.selected() == 0 || own.empty()) return;
+  if (list.selected() == 0 || app.infoSource.values.empty()) return;
   const std::string name = list.text(list.selected());
   const auto alias = aliasTo(app, withBackslash(list.subItem(list.selected(), 1)), own, kind);
   const Outcome assigned = alias.ok() ? assignTo(app, own, alias.value(), kind) : alias.outcome();

@@ -187,9 +187,13 @@ Outcome mayBeEmptied(const App& app, const std::string& folder,
 }
 
 bool mayBeMadeUnasked(const App& app, const std::string& folder) {
+  const FileSystem& files = app.platform.files;
+  // The folders in a store that stands may be empty themselves.
+  for (const std::string& store : {app.FSRoot, app.HangarDir})
+    if (!store.empty() && isOrHolds(store, folder) && folderExists(files, store))
+      return diskIsThere(files, store);
   const bool inSimulator = !app.FSRoot.empty() && isOrHolds(app.FSRoot, folder);
-  return (!inSimulator || folderExists(app.platform.files, app.FSRoot)) &&
-         diskIsThere(app.platform.files, folder);
+  return !inSimulator && diskIsThere(files, folder);
 }
 
 }  // namespace skv

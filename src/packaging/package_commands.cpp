@@ -63,6 +63,7 @@ class PackageJob {
     package_ = packages_ + name_ + packageEnd;
     folder_ = folderOf(list().selected());
     main_ = mainRootOf(store_) + name_ + "\\";
+    work_ = app.InstallTempDir + "Package\\";
   }
 
   void compress() {
@@ -76,7 +77,7 @@ class PackageJob {
       mark(true);
       tellWalk(app_, thinned, "deleted");
     }
-    clearWorkingFolders(app_).skipped();
+    leaveWork();
     status("");
   }
 
@@ -84,7 +85,7 @@ class PackageJob {
     if (!stateIs(true) || !mayBegin(mayBeFilled(app_, {root_ + name_ + "\\", root_}))) return;
     const DisabledForm busy(app_.frmMain);
     if (unpack()) mark(false);
-    clearWorkingFolders(app_).skipped();
+    leaveWork();
     status("");
   }
 
@@ -122,18 +123,28 @@ class PackageJob {
     return !ReportError(app_, found.outcome());
   }
 
+  // A folder of its own in the working folder: what else lies there belongs to others.
+  bool makeWork() {
+    return !ReportError(app_, files_.makeFolder(work_)) &&
+           !ReportError(app_, files_.setCurrentFolder(work_));
+  }
+  void leaveWork() {
+    files_.setCurrentFolder(app_.InstallTempDir).skipped();
+    clearWorkingFolders(app_).skipped();
+  }
+
   // The Package, whole and on the disk.
   bool pack() {
+    if (!makeWork()) return false;
     WalkReport copied;
     for (const auto& [source, part] :
          {std::pair(folder_, kind_.part), std::pair(main_, mainPart)}) {
-      const std::string target = app_.InstallTempDir + part;
+      const std::string target = work_ + part;
       copied.note(files_.makeFolder(target), target);
       if (copied.complete()) copied += WalkTree(app_, source, target, WalkCopy, true);
     }
     if (!done(copied)) return false;
-    if (ReportError(app_, files_.setCurrentFolder(app_.InstallTempDir))) return false;
-    if (!done(collectParts())) return false;
+    if (!done(collect(app_, work_, app_.PackFileList))) return false;
     status("Compressing: " + name_ + packageEnd + " ...");
     if (!AddToArchive(app_, package_, false)) return false;
     WalkReport kept;
@@ -142,17 +153,6 @@ class PackageJob {
     if (kept.complete()) return true;
     files_.deleteFile(package_).skipped();
     return done(kept);
-  }
-
-  // What else lies in the working folder does not belong to the add-on.
-  WalkReport collectParts() {
-    std::vector<std::string> all;
-    WalkReport report = collect(app_, app_.InstallTempDir, all);
-    std::erase_if(all, [this](const std::string& file) {
-      return !file.starts_with(kind_.part) && !file.starts_with(mainPart);
-    });
-    app_.PackFileList = std::move(all);
-    return report;
   }
 
   // A file that the Package holds, as it was then.
@@ -218,24 +218,55 @@ class PackageJob {
   }
 
   bool unpack() {
-    for (const char* part : {kind_.part, mainPart})
-      if (ReportError(app_, files_.makeFolder(app_.InstallTempDir + part))) return false;
-    if (ReportError(app_, files_.setCurrentFolder(app_.InstallTempDir))) return false;
+    if (!makeWork()) return false;
     status("Unpacking: " + name_ + packageEnd + " ...");
     ReadAndExtract job(app_);
-    if (!job.open(package_) || !job.fits(store_) ||
-        !job.extract(app_.InstallTempDir, yieldsAfterExtraction))
+    if (!job.open(package_) || !job.fits(store_) || !job.extract(work_, yieldsAfterExtraction))
       return false;
-    const std::string target = root_ + name_;
-    for (const std::string& folder : {target, main_}) MakePath(files_, folder);
-    WalkReport moved = WalkTree(app_, app_.InstallTempDir + kind_.part, target, WalkMove, false);
-    if (!moved.stopped)
-      moved += WalkTree(app_, app_.InstallTempDir + mainPart, main_, WalkMove, false);
+    freeTargets(job);
+    WalkReport moved;
+    for (const auto& [part, target] :
+         {std::pair(kind_.part, root_ + name_ + "\\"), std::pair(mainPart, main_)}) {
+      if (moved.stopped || !folderExists(files_, work_ + part)) continue;
+      MakePath(files_, target);
+      moved += WalkTree(app_, work_ + part, target, WalkMove, false);
+    }
     if (moved.complete()) moved.note(files_.flushDisk(store_), store_);
     if (!done(moved)) return false;
     if (!allArrived(job, moved)) return false;
     status("Deleting temporary files...");
     return !ReportError(app_, files_.deleteFile(package_));
+  }
+
+  // The path of an entry below the working folder, and its place in the add-on, "" for none.
+  static std::string pathOf(const std::string& entry) {
+    std::string path = composed(entry);
+    std::ranges::replace(path, '/', '\\');
+    return path;
+  }
+  std::string placeOf(const std::string& path) const {
+    const std::string target = root_ + name_ + "\\";
+    for (const auto& [part, folder] : {std::pair(std::string_view(kind_.part), &target),
+                                       std::pair(std::string_view(mainPart), &main_)})
+      if (equalsIgnoringCase(path.substr(0, part.size()), part))
+        return *folder + path.substr(part.size());
+    return {};
+  }
+
+  // Read-only files stay when an add-on is thinned out, and no move replaces one. Those that the
+  // moves are to replace are freed: all in subfolders, and directly in the folder the older ones.
+  void freeTargets(const ReadAndExtract& job) {
+    for (const std::string& entry : job.names()) {
+      const std::string path = pathOf(entry), place = placeOf(path);
+      if (place.empty()) continue;
+      auto found = files_.attributes(place);
+      if (!found.ok() || found.value().folder || !found.value().readOnly) continue;
+      const bool onTop = std::ranges::count(path, '\\') == 1;
+      const auto packed = files_.modified(work_ + path), now = files_.modified(place);
+      if (onTop && packed.ok() && now.ok() && packed.value() <= now.value()) continue;
+      found.value().readOnly = false;
+      files_.setAttributes(place, found.value()).skipped();
+    }
   }
 
   // Whether the Package may go: all of it lies in the add-on's folders, under its own names.
@@ -244,15 +275,10 @@ class PackageJob {
     // Of two names that differ in case alone one file has taken the other's place.
     std::set<std::string> seen;
     for (const std::string& entry : job.names()) {
-      std::string path = composed(entry);
-      std::ranges::replace(path, '/', '\\');
-      const auto standsIn = [&](const std::string& folder, std::string_view part) {
-        return equalsIgnoringCase(path.substr(0, part.size()), part) &&
-               files_.attributes(withoutBackslash(folder + path.substr(part.size()))).ok();
-      };
+      const std::string path = pathOf(entry), place = placeOf(path);
       const bool isFolder = path.ends_with('\\');
-      if ((!isFolder && !seen.insert(upper(path)).second) ||
-          (!standsIn(root_ + name_ + "\\", kind_.part) && !standsIn(main_, mainPart)))
+      if ((!isFolder && !seen.insert(upper(path)).second) || place.empty() ||
+          !files_.attributes(withoutBackslash(place)).ok())
         strays += entry + "\r\n";
     }
     for (const RenamedEntry& entry : job.renamed())
@@ -317,6 +343,7 @@ class PackageJob {
   const bool isAircraft_;
   std::string name_, store_, root_, packages_, package_;
   std::string folder_, main_;  // of the add-on, with trailing backslash
+  std::string work_;
   std::vector<Packed> packed_;
 };
 

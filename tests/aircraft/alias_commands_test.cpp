@@ -92,6 +92,17 @@ TEST_F(AliasCommandsTest, RefusesWhatWouldLeadNowhereOrInACircle) {
   EXPECT_FALSE(drive.exists(kept));
 }
 
+TEST_F(AliasCommandsTest, AnAircraftWithoutAVariationIsOnlyReset) {
+  drive.write(root + "plane\\aircraft.cfg", "");
+  drive.write(kept, "kept");
+  form.lstAircraft.click();
+  assign(2);
+  EXPECT_TRUE(drive.read(own) == real && !form.btnAssignPN.enabled);
+  windows.answers = {ui::Answer::yes};
+  ui::raise(form.btnPNRestoreOriginal.click);
+  EXPECT_EQ(drive.read(own), "kept");
+}
+
 TEST_F(AliasCommandsTest, OneOfTheTwoFilesAlwaysStands) {
   for (const bool restores : {false, true})
     for (const Ending ending :
@@ -152,6 +163,8 @@ TEST_F(AliasCommandsTest, SynchronizesThePanelsFolderAndItsMirror) {
   app.PanelsDir = root + "Panels\\";
   mnuViewFSAircraft_Click(app);
   drive.write(root + "Panels\\a\\one", "1");
+  mnuViewHangar_Click(app);
+  ui::raise(form.mnuFileSynchPN.click);
   drive.write("C:\\Hangar\\aircraft\\Panels\\b\\two", "2");
   ui::raise(form.mnuFileSynchPN.click);
   EXPECT_EQ(drive.filesIn(root + "Panels"), (Lines{"a\\one", "b\\two"}));

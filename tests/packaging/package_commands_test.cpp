@@ -45,7 +45,8 @@ class PackageTest : public SceneryTest {
 
 TEST_F(PackageTest, AnAircraftGoesIntoItsPackageAndComesBackWithItsEdits) {
   drive.write("C:\\Temp\\SKVInstallTemp\\left\\over", "of a failed job");
-  EXPECT_TRUE(disk.setAttributes(plane + "model\\a.mdl", {.readOnly = true}).ok());
+  for (const char* file : {"model\\a.mdl", "panel\\panel.cfg", "aircraft.cfg"})
+    EXPECT_TRUE(disk.setAttributes(plane + file, {.readOnly = true}).ok());
   drive.write("C:\\Big\\behind.bmp", "a link");
   drive.link(plane + "big", "C:\\Big");
   compress();
@@ -59,6 +60,7 @@ TEST_F(PackageTest, AnAircraftGoesIntoItsPackageAndComesBackWithItsEdits) {
   expectIdle();
 
   compress("This Aircraft is already compressed!");
+  drive.remove(plane + "aircraft.cfg");
   drive.write(plane + "aircraft.cfg", "edited");
   uncompress();
   EXPECT_TRUE(windows.boxes.empty());
@@ -108,6 +110,7 @@ TEST_F(PackageTest, APackageOfAStrangerStaysWhenItHoldsMore) {
     uncompress("its Package stays");
     EXPECT_EQ(drive.read(plane + "model\\a.mdl"), "new");
     EXPECT_TRUE(drive.exists(package) && icon() == 7);
+    EXPECT_EQ(drive.tree("C:\\Temp\\SKVInstallTemp"), Tree{});
   }
 }
 
