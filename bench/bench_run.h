@@ -8,6 +8,7 @@
 #include <string>
 
 #include "core/app.h"
+#include "platform/desktop/qt_clipboard.h"
 #include "platform/desktop/qt_pictures.h"
 #include "platform/desktop/x11_screen.h"
 #include "platform/disk/drive_file_system.h"

@@ -8,6 +8,7 @@
 #include "platform/desktop/desktop_shell.h"
 #include "platform/desktop/file_settings_store.h"
 #include "platform/desktop/process_environment.h"
+#include "platform/desktop/qt_clipboard.h"
 #include "platform/desktop/qt_pictures.h"
 #include "platform/desktop/single_instance.h"
 #include "platform/desktop/system_clock.h"

@@ -19,6 +19,7 @@
 #include "core/app.h"
 #include "platform/desktop/file_settings_store.h"
 #include "platform/desktop/process_environment.h"
+#include "platform/desktop/qt_clipboard.h"
 #include "platform/desktop/qt_pictures.h"
 #include "platform/desktop/system_clock.h"
 #include "platform/desktop/x11_screen.h"

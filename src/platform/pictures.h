@@ -33,7 +33,8 @@ class Screen {
   // Brings the window with this title to the front, and waits until it is there when told to.
   // Fails when there is no such window, or when it does not come.
   virtual Outcome activate(std::string_view title, bool wait) = 0;
-  // The window that is active, with the frame that the desktop draws around it.
+  // The window that activate() found last, with the frame that the desktop draws around it and
+  // without what lies above it. It may be of any size, and gone or away again since: that fails.
   virtual Result<Pixels> captureActiveWindow() = 0;
 };
 

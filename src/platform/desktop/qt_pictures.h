@@ -1,4 +1,4 @@
-// Picture files by Qt's decoders, and the desktop's clipboard.
+// Picture files by Qt's decoders.
 #pragma once
 
 #include "platform/file_system.h"
@@ -13,13 +13,6 @@ class QtPictureReader : public PictureReader {
 
  private:
   const FileSystem& files_;
-};
-
-// Lives on the thread of the window.
-class QtClipboard : public Clipboard {
- public:
-  Result<Pixels> picture() override;
-  Outcome putPicture(const Pixels& picture) override;
 };
 
 }  // namespace skv

@@ -1,0 +1,15 @@
+// Between Qt's pictures and ours.
+#pragma once
+
+#include <QImage>
+
+#include "base/pixels.h"
+
+namespace skv {
+
+// From more pixels than this no picture is made; it is looked at before anything is allocated.
+inline constexpr long long mostPixels = 100'000'000;
+
+Pixels pixelsOf(const QImage& image);
+
+}  // namespace skv
