@@ -13,12 +13,12 @@
 //
 // Power cuts. Until flushDisk() has answered success, a file that was made or copied under a name
 // of its own may be lost or empty after a power cut, even if its name is there. What replaces an
-// older file (by copyFile, moveFile, commit or replaceFile) is on the disk before it takes the
-// name: the older file or the new one is found, whole. A move or rename on one disk leaves the file
-// under one of its names, and what was on the disk before stays there; a move between disks has its
-// copy on the disk, with its name, before the source goes. copyFileDurably and replaceFile are on
-// the disk when they return. All this holds for disks that keep the order of names, as those with a
-// journal do.
+// older file (by copyFile, moveFile, commit, replaceFile or replaceContent) is on the disk before
+// it takes the name: the older file or the new one is found, whole. A move or rename on one disk
+// leaves the file under one of its names, and what was on the disk before stays there; a move
+// between disks has its copy on the disk, with its name, before the source goes. copyFileDurably,
+// replaceFile and replaceContent are on the disk when they return. All this holds for disks that
+// keep the order of names, as those with a journal do.
 #pragma once
 
 #include <compare>
@@ -167,6 +167,10 @@ class FileSystem {
   // Replaces or makes the file whole: written beside its target, flushed to disk, renamed over it,
   // with the permissions of the file it replaces.
   virtual Outcome replaceFile(std::string_view path, std::string_view content) = 0;
+  // The same, but all that the file is to its folder stays: its attributes and the times of its
+  // last access, its last change and, where the disk lets one be set, its creation. One that is
+  // read-only is replaced as well and stays read-only. In a link's place comes a new file.
+  virtual Outcome replaceContent(std::string_view path, std::string_view content) = 0;
   // The folder must exist.
   virtual Result<std::unique_ptr<FileWriter>> createFile(std::string_view path) = 0;
   // Makes files of different names in one folder, each as createFile, write and commit do, which

@@ -153,6 +153,10 @@ Outcome FaultyFileSystem::replaceFile(Path path, Path content) {
   return flushed(path, change("replaceFile", &FileSystem::replaceFile, path, content));
 }
 
+Outcome FaultyFileSystem::replaceContent(Path path, Path content) {
+  return flushed(path, change("replaceContent", &FileSystem::replaceContent, path, content));
+}
+
 class FaultyFileSystem::Writer : public FileWriter {
  public:
   Writer(FaultyFileSystem& files, std::string_view path, std::unique_ptr<FileWriter> real)

@@ -96,6 +96,7 @@ class FaultyFileSystem : public FileSystem {
     return look("readFile", &FileSystem::readFile, path);
   }
   Outcome replaceFile(Path path, Path content) override;
+  Outcome replaceContent(Path path, Path content) override;
   Result<std::unique_ptr<FileWriter>> createFile(Path path) override;
   Result<double> freeBytes(Path path) const override {
     if (Outcome failure = fault("freeBytes", path, false); !failure.ok()) return failure;

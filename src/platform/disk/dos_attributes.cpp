@@ -8,6 +8,7 @@
 #include <charconv>
 #include <cstdint>
 #include <cstring>
+#include <initializer_list>
 
 #include "platform/disk/native_calls.h"
 
@@ -69,6 +70,13 @@ int copyStored(const char* name, int to, Read read) {
     retried(
         [&] { return ::fsetxattr(to, name, value.data(), static_cast<std::size_t>(length), 0); });
   return 0;
+}
+
+void copyStoredOf(const std::string& replaced, std::initializer_list<const char*> names, int to) {
+  for (const char* name : names)
+    copyStored(name, to, [&](char* value, std::size_t size) {
+      return ::lgetxattr(replaced.c_str(), name, value, size);
+    });
 }
 
 }  // namespace
@@ -187,10 +195,12 @@ int copyStoredAttributes(int from, int to) {
 }
 
 void copyStoredAttributes(const std::string& replaced, int to) {
-  for (const char* name : {attributeName, "system.posix_acl_access"})
-    copyStored(name, to, [&](char* value, std::size_t size) {
-      return ::lgetxattr(replaced.c_str(), name, value, size);
-    });
+  copyStoredOf(replaced, {attributeName, "system.posix_acl_access"}, to);
+}
+
+void copyStoredCreation(const std::string& replaced, int to) {
+  // As the drivers of NTFS and of Windows shares give it.
+  copyStoredOf(replaced, {"system.ntfs_crtime", "user.cifs.creationtime"}, to);
 }
 
 }  // namespace skv

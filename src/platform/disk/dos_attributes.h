@@ -63,4 +63,8 @@ int applyAttributes(const std::string& native, std::string_view name, const stru
 int copyStoredAttributes(int from, int to);
 void copyStoredAttributes(const std::string& replaced, int to);
 
+// Gives an open file the time of creation of the one at a native path, on disks that let it be set.
+// Those that keep it with the attributes have it from copyStoredAttributes.
+void copyStoredCreation(const std::string& replaced, int to);
+
 }  // namespace skv

@@ -56,7 +56,7 @@ struct Replaced {
 // What a new file at a native path would replace, when it may. `source`, when given, is what the
 // new file is a copy of: the same file in other letters or behind a link must not be harmed.
 Result<Replaced> replaceable(const std::string& native, std::string_view path,
-                             const struct stat* source) {
+                             const struct stat* source, bool overReadOnly = false) {
   Replaced target;
   if (::lstat(native.c_str(), &target.status) != 0)
     return errno == ENOENT ? Result<Replaced>(target) : systemFailure(errno, path);
@@ -67,7 +67,7 @@ Result<Replaced> replaceable(const std::string& native, std::string_view path,
                                               : systemFailure(errno, path);
   if (source != nullptr && sameFile(*source, behind))
     return Outcome::failure(err::permissionDenied, path);
-  if (S_ISDIR(behind.st_mode) || isReadOnly(target.status))
+  if (S_ISDIR(behind.st_mode) || (isReadOnly(target.status) && !overReadOnly))
     return Outcome::failure(err::pathFileAccess, path);
   return target;
 }
@@ -91,6 +91,12 @@ int takePermissions(int fd, const std::string& native, const struct stat& replac
   return setPermissions(fd, replaced.st_mode);
 }
 
+int takeTimes(int fd, const std::string& native, const struct stat& replaced) {
+  copyStoredCreation(native, fd);
+  const std::array<timespec, 2> times = {replaced.st_atim, replaced.st_mtim};
+  return errorOf([&] { return ::futimens(fd, times.data()); });
+}
+
 // Puts the content of a file at a native path on the disk.
 int flushFile(const std::string& native) {
   constexpr int flags = O_NOFOLLOW | O_NONBLOCK;
@@ -102,7 +108,8 @@ int flushFile(const std::string& native) {
 
 }  // namespace
 
-Result<PendingFile> DriveFileSystem::begin(std::string_view path, const struct stat* source) {
+Result<PendingFile> DriveFileSystem::begin(std::string_view path, const struct stat* source,
+                                           bool overReadOnly) {
   const auto parsed = paths_.parse(path);
   if (!parsed.ok()) return parsed.outcome();
   // Making a small file costs less than asking about its target, which publish() does anyway.
@@ -116,7 +123,7 @@ Result<PendingFile> DriveFileSystem::begin(std::string_view path, const struct s
   if (meansFolder(path)) return Outcome::failure(err::pathFileAccess, path);
   // Asked again when the file is complete; here it saves making one for nothing.
   if (place.value().taken) {
-    const auto target = replaceable(place.value().native(), path, source);
+    const auto target = replaceable(place.value().native(), path, source, overReadOnly);
     if (!target.ok()) return target.outcome();
   }
   PendingFile file(place.value().folder);
@@ -151,10 +158,14 @@ Outcome DriveFileSystem::giveName(PendingFile& file, std::string_view path, cons
   for (int attempt = 0;; ++attempt) {
     if (taken) {
       const std::string native = place.value().native();
-      const auto target = replaceable(native, path, how.source);
+      const auto target = replaceable(native, path, how.source, how.keepStamps);
       if (!target.ok()) return target.outcome();
       if (how.keepPermissions && target.value().stands) {
         if (const int error = takePermissions(file.fd(), native, target.value().status))
+          return systemFailure(error, path);
+      }
+      if (how.keepStamps && S_ISREG(target.value().status.st_mode)) {
+        if (const int error = takeTimes(file.fd(), native, target.value().status))
           return systemFailure(error, path);
       }
       if (const int error = how.durable ? 0 : file.flush()) return systemFailure(error, path);
@@ -171,11 +182,20 @@ Outcome DriveFileSystem::giveName(PendingFile& file, std::string_view path, cons
   return {};
 }
 
-Outcome DriveFileSystem::replaceFile(std::string_view path, std::string_view content) {
-  auto file = begin(path, nullptr);
+Outcome DriveFileSystem::replace(std::string_view path, std::string_view content, bool keepStamps) {
+  auto file = begin(path, nullptr, keepStamps);
   if (!file.ok()) return file.outcome();
   if (const int error = writeAll(file.value().fd(), content)) return systemFailure(error, path);
-  return publish(file.value(), path, {.keepPermissions = true, .durable = true});
+  return publish(file.value(), path,
+                 {.keepPermissions = true, .keepStamps = keepStamps, .durable = true});
+}
+
+Outcome DriveFileSystem::replaceFile(std::string_view path, std::string_view content) {
+  return replace(path, content, false);
+}
+
+Outcome DriveFileSystem::replaceContent(std::string_view path, std::string_view content) {
+  return replace(path, content, true);
 }
 
 class DriveFileSystem::Writer : public FileWriter {

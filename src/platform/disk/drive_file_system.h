@@ -56,6 +56,7 @@ class DriveFileSystem : public FileSystem {
   Result<FileState> fileState(std::string_view path) const override;
   Result<std::string> readFile(std::string_view path) const override;
   Outcome replaceFile(std::string_view path, std::string_view content) override;
+  Outcome replaceContent(std::string_view path, std::string_view content) override;
   // The writer must not outlive this file system.
   Result<std::unique_ptr<FileWriter>> createFile(std::string_view path) override;
   Outcome writeFiles(const std::string& folder, std::span<const NewFile> files,
@@ -88,12 +89,15 @@ class DriveFileSystem : public FileSystem {
   // How a finished file takes its name.
   struct Publishing {
     bool keepPermissions = false;  // of a file that is replaced
+    bool keepStamps = false;       // its times too, and it may be read-only
     bool durable = false;          // content and name are on the disk when the call returns
     std::optional<FileTime> modified = {};
     const struct stat* source = nullptr;  // of a copy: must not be the target itself
   };
   // `source` is what the new file is a copy of, nullptr for none.
-  Result<PendingFile> begin(std::string_view path, const struct stat* source);
+  Result<PendingFile> begin(std::string_view path, const struct stat* source,
+                            bool overReadOnly = false);
+  Outcome replace(std::string_view path, std::string_view content, bool keepStamps);
   Outcome publish(PendingFile& file, std::string_view path, const Publishing& how);
   // Its part under the lock.
   Outcome giveName(PendingFile& file, std::string_view path, const Publishing& how);
