@@ -12,6 +12,7 @@
 #include "platform/desktop/qt_pictures.h"
 #include "platform/desktop/x11_screen.h"
 #include "platform/disk/drive_file_system.h"
+#include "platform/mail/curl_mail_engine.h"
 #include "platform/zip/libzip_zipit.h"
 #include "sample/sample_simulator.h"
 #include "support/scripted_windows.h"
@@ -103,6 +104,7 @@ class BenchRun {
   QtPictureReader pictures{disk};
   QtClipboard clipboard;
   X11Screen screen;
+  CurlMailSystem mail;
   Windows windows{disk};
   App app{Platform{disk,
                    settings,
@@ -112,6 +114,7 @@ class BenchRun {
                    pictures,
                    clipboard,
                    screen,
+                   mail,
                    {"C:\\Program\\", "C:\\Temp"}},
           windows};
 };

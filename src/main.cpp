@@ -15,6 +15,7 @@
 #include "platform/desktop/x11_screen.h"
 #include "platform/disk/drive_file_system.h"
 #include "platform/disk/drives.h"
+#include "platform/mail/curl_mail_engine.h"
 #include "platform/zip/libzip_zipit.h"
 #include "ui/events.h"
 #include "ui/qt/call_to_front.h"
@@ -52,7 +53,8 @@ int main(int argc, char** argv) {
   skv::QtPictureReader pictures(files);
   skv::QtClipboard clipboard;
   skv::X11Screen screen;
-  skv::App app({files, settings, clock, shell, zip, pictures, clipboard, screen,
+  skv::CurlMailSystem mail;
+  skv::App app({files, settings, clock, shell, zip, pictures, clipboard, screen, mail,
                 skv::processEnvironment(files)},
                windows);
   skv::connectEvents(app);

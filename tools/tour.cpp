@@ -24,6 +24,7 @@
 #include "platform/desktop/system_clock.h"
 #include "platform/desktop/x11_screen.h"
 #include "platform/disk/drive_file_system.h"
+#include "platform/mail/curl_mail_engine.h"
 #include "platform/zip/libzip_zipit.h"
 #include "sample/sample_files.h"
 #include "sample/sample_settings.h"
@@ -324,6 +325,7 @@ bool run(const sample::SampleSimulator& sample, const fs::path& config, const fs
   QtPictureReader pictureReader{files};
   QtClipboard clipboard;
   X11Screen screen;
+  CurlMailSystem mail;
   const Outcome stored = sample::writeSettings(settings, sample, versionText(), clock.now());
   require(stored.ok(), stored.description());
 
@@ -336,6 +338,7 @@ bool run(const sample::SampleSimulator& sample, const fs::path& config, const fs
                    pictureReader,
                    clipboard,
                    screen,
+                   mail,
                    {"C:\\Program\\", "C:\\Temp"}},
           windows);
   connectEvents(app);

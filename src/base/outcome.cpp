@@ -34,6 +34,10 @@ std::string_view errorText(int number) {
       return "Cancel was selected.";
     case err::zip:
       return "ZIP archive error";
+    case err::mail:
+      return "Mail error";
+    case err::mailNotEncrypted:
+      return "The mail server offers no encryption";
     default:
       return "Application-defined or object-defined error";
   }

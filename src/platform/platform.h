@@ -8,6 +8,7 @@
 
 #include "base/outcome.h"
 #include "platform/file_system.h"
+#include "platform/mail_engine.h"
 #include "platform/pictures.h"
 #include "platform/zipit.h"
 
@@ -70,6 +71,7 @@ struct Platform {
   PictureReader& pictures;
   Clipboard& clipboard;
   Screen& screen;
+  MailSystem& mail;
   Environment environment;
 };
 

@@ -15,6 +15,7 @@
 #include "platform/zip/libzip_zipit.h"
 #include "support/faulty_file_system.h"
 #include "support/scripted_desktop.h"
+#include "support/scripted_mail.h"
 #include "support/scripted_windows.h"
 #include "support/temporary_drive.h"
 #include "support/text.h"
@@ -116,6 +117,7 @@ class ProgramWith : public ::testing::Test {
   QtPictureReader pictures{files};
   ScriptedClipboard clipboard;
   ScriptedScreen screen;
+  ScriptedMail mail;
   Windows windows = windowsOver(files);
   App app{Platform{files,
                    settings,
@@ -125,6 +127,7 @@ class ProgramWith : public ::testing::Test {
                    pictures,
                    clipboard,
                    screen,
+                   mail,
                    {"C:\\Program\\", "C:\\Temp"}},
           windows};
 };
