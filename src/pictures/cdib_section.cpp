@@ -4,6 +4,7 @@
 #include <chrono>
 #include <cstring>
 #include <limits>
+#include <new>
 #include <random>
 #include <utility>
 #include <vector>
@@ -143,10 +144,15 @@ void cDIBSection::ClearUp() {
 std::optional<cDIBSection> cDIBSection::Resample(int newHeight, int newWidth) const {
   cDIBSection target;
   if (!bits_ || !target.Create(newWidth, newHeight)) return std::nullopt;
-  if (newWidth == width_ && newHeight == height_)
+  if (newWidth == width_ && newHeight == height_) {
     target.LoadPictureBlt(*this);
-  else
+    return target;
+  }
+  try {
     ResampleInto(target);
+  } catch (const std::bad_alloc&) {
+    return std::nullopt;
+  }
   return target;
 }
 
