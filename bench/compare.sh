@@ -12,11 +12,12 @@ rounds=${1:-5}
 
 tools/install-dependencies.sh
 cmake --preset release >/dev/null
-cmake --build --preset release --target skyvault-bench-{op,scenery,start,move} skyvault-sample -- --quiet
+cmake --build --preset release --target skyvault-bench-{op,scenery,start,move,pictures} skyvault-sample -- --quiet
 op=$PWD/build/release/bench/skyvault-bench-op
 start=$PWD/build/release/bench/skyvault-bench-start
 scenery=$PWD/build/release/bench/skyvault-bench-scenery
 move=$PWD/build/release/bench/skyvault-bench-move
+pictures=$PWD/build/release/bench/skyvault-bench-pictures
 sample=$PWD/build/release/share/sample/skyvault-sample
 
 work=$(mktemp -d "${SKYVAULT_BENCH_DIR:-/var/tmp}/skyvault-compare-XXXXXX")
@@ -184,6 +185,17 @@ row "load the cache of 999 areas / 20 ms" "$(seconds "$cached")" "20 ms" "$(awk 
 listed=$("$scenery" "$work/areas" library 5000)
 row "load a library of 5,000 with its places / 60 ms" "$(seconds "$listed")" "60 ms" "$(awk "BEGIN { print $listed / 0.06 }")" 1
 rm -rf "$work/areas"
+
+# Pictures. Ours is the call in a running program, with its flush; cjpeg is started, reads the pixels
+# and is flushed.
+"$pictures" draw "$work/picture.ppm"
+no_picture() { rm -f "$work"/*.jpg; }
+ours_save() { "$pictures" save "$work/picture.ppm"; }
+theirs_save() { flushed "$work" cjpeg -quality 70 -outfile "$work/theirs.jpg" "$work/picture.ppm"; }
+beside "save 1920 x 1080 as JPEG / cjpeg -quality 70, sync -f" 1.1 ours_save theirs_save no_picture
+read -r ours theirs < <("$pictures" resample)
+row "Resample 1600 x 1200 to 3200 x 2400 / Qt's smooth scaling" "$(seconds "$ours")" "$(seconds "$theirs")" "$(awk "BEGIN { print $ours / $theirs }")" 1.0
+rm -f "$work/picture.ppm" "$work"/*.jpg
 
 # Memory.
 "$sample" large-zip "$work/huge.zip" 40 2000000000

@@ -12,7 +12,7 @@ packages=(
   libicu-dev                                    # letters, code pages
   libgtest-dev libbenchmark-dev                 # tests, measuring
   xvfb fonts-dejavu-core                        # the window without a screen
-  zip unzip                                     # the programs that we measure ourselves beside
+  zip unzip libjpeg-turbo-progs                 # the programs that we measure ourselves beside
 )
 
 missing=()
