@@ -8,11 +8,14 @@
 #include <string>
 
 #include "core/app.h"
+#include "platform/desktop/keychain_secrets.h"
 #include "platform/desktop/qt_clipboard.h"
 #include "platform/desktop/qt_pictures.h"
+#include "platform/desktop/wine_simulator_finder.h"
 #include "platform/desktop/x11_screen.h"
 #include "platform/disk/drive_file_system.h"
 #include "platform/mail/curl_mail_engine.h"
+#include "platform/mail/curl_web.h"
 #include "platform/zip/libzip_zipit.h"
 #include "sample/sample_simulator.h"
 #include "support/scripted_windows.h"
@@ -105,6 +108,9 @@ class BenchRun {
   QtClipboard clipboard;
   X11Screen screen;
   CurlMailSystem mail;
+  KeychainSecrets secrets;
+  CurlWeb web;
+  WineSimulatorFinder simulators{disk};
   Windows windows{disk};
   App app{Platform{disk,
                    settings,
@@ -115,6 +121,9 @@ class BenchRun {
                    clipboard,
                    screen,
                    mail,
+                   secrets,
+                   web,
+                   simulators,
                    {"C:\\Program\\", "C:\\Temp"}},
           windows};
 };

@@ -7,15 +7,18 @@
 #include "core/settings_keys.h"
 #include "platform/desktop/desktop_shell.h"
 #include "platform/desktop/file_settings_store.h"
+#include "platform/desktop/keychain_secrets.h"
 #include "platform/desktop/process_environment.h"
 #include "platform/desktop/qt_clipboard.h"
 #include "platform/desktop/qt_pictures.h"
 #include "platform/desktop/single_instance.h"
 #include "platform/desktop/system_clock.h"
+#include "platform/desktop/wine_simulator_finder.h"
 #include "platform/desktop/x11_screen.h"
 #include "platform/disk/drive_file_system.h"
 #include "platform/disk/drives.h"
 #include "platform/mail/curl_mail_engine.h"
+#include "platform/mail/curl_web.h"
 #include "platform/zip/libzip_zipit.h"
 #include "ui/events.h"
 #include "ui/qt/call_to_front.h"
@@ -54,8 +57,11 @@ int main(int argc, char** argv) {
   skv::QtClipboard clipboard;
   skv::X11Screen screen;
   skv::CurlMailSystem mail;
-  skv::App app({files, settings, clock, shell, zip, pictures, clipboard, screen, mail,
-                skv::processEnvironment(files)},
+  skv::KeychainSecrets secrets;
+  skv::CurlWeb web;
+  skv::WineSimulatorFinder simulators(files);
+  skv::App app({files, settings, clock, shell, zip, pictures, clipboard, screen, mail, secrets, web,
+                simulators, skv::processEnvironment(files)},
                windows);
   skv::connectEvents(app);
 

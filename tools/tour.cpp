@@ -18,13 +18,16 @@
 
 #include "core/app.h"
 #include "platform/desktop/file_settings_store.h"
+#include "platform/desktop/keychain_secrets.h"
 #include "platform/desktop/process_environment.h"
 #include "platform/desktop/qt_clipboard.h"
 #include "platform/desktop/qt_pictures.h"
 #include "platform/desktop/system_clock.h"
+#include "platform/desktop/wine_simulator_finder.h"
 #include "platform/desktop/x11_screen.h"
 #include "platform/disk/drive_file_system.h"
 #include "platform/mail/curl_mail_engine.h"
+#include "platform/mail/curl_web.h"
 #include "platform/zip/libzip_zipit.h"
 #include "sample/sample_files.h"
 #include "sample/sample_settings.h"
@@ -326,6 +329,9 @@ bool run(const sample::SampleSimulator& sample, const fs::path& config, const fs
   QtClipboard clipboard;
   X11Screen screen;
   CurlMailSystem mail;
+  KeychainSecrets secrets;
+  CurlWeb web;
+  WineSimulatorFinder simulators{files};
   const Outcome stored = sample::writeSettings(settings, sample, versionText(), clock.now());
   require(stored.ok(), stored.description());
 
@@ -339,6 +345,9 @@ bool run(const sample::SampleSimulator& sample, const fs::path& config, const fs
                    clipboard,
                    screen,
                    mail,
+                   secrets,
+                   web,
+                   simulators,
                    {"C:\\Program\\", "C:\\Temp"}},
           windows);
   connectEvents(app);

@@ -34,6 +34,8 @@ std::string_view errorText(int number) {
       return "Cancel was selected.";
     case err::zip:
       return "ZIP archive error";
+    case err::web:
+      return "The address could not be read";
     case err::mail:
       return "Mail error";
     case err::mailNotEncrypted:

@@ -29,6 +29,7 @@ inline constexpr int invalidPicture = 481;
 // The numbers of the closed components that the program once called.
 inline constexpr int cancelled = 32755;  // a file dialog that the user left by Cancel
 inline constexpr int zip = 31000;        // an archive that cannot be read or written
+inline constexpr int web = 31200;        // a text of the web
 inline constexpr int mail = 31100;       // a mail, a mailbox or a mail server
 // A mail server elsewhere offers no encryption, and nothing that matters has gone to it.
 inline constexpr int mailNotEncrypted = 31101;

@@ -10,6 +10,9 @@
 #include "platform/file_system.h"
 #include "platform/mail_engine.h"
 #include "platform/pictures.h"
+#include "platform/secrets.h"
+#include "platform/simulator_finder.h"
+#include "platform/web.h"
 #include "platform/zipit.h"
 
 namespace skv {
@@ -72,6 +75,9 @@ struct Platform {
   Clipboard& clipboard;
   Screen& screen;
   MailSystem& mail;
+  Secrets& secrets;
+  Web& web;
+  SimulatorFinder& simulators;
   Environment environment;
 };
 

@@ -154,6 +154,7 @@ void connectDialogs(App& app) {
   settings.Command1.click = [&app] { Command1_Click(app); };
   settings.btnQuit.click = [&app] { frmSettings_btnQuit_Click(app); };
   settings.btnOK.click = [&app] { frmSettings_btnOK_Click(app); };
+  settings.cmbFound.click = [&app] { cmbFound_Click(app); };
 
   auto& options = app.frmSCOptions;
   options.closed = [&app] { frmSCOptions_btnCancel_Click(app); };

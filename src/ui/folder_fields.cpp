@@ -22,15 +22,6 @@ FolderState stateOfSimulator(const FileSystem& files, const std::string& folder)
 
 }  // namespace
 
-std::string likelySimulator(const FileSystem& files) {
-  for (char drive = 'C'; drive <= 'Z'; ++drive)
-    for (const char* programs : {"Program Files", "Program Files (x86)"}) {
-      std::string folder = std::string{drive} + ":\\" + programs + "\\Microsoft Games\\FS2002\\";
-      if (presenceOf(files, folder + simulatorsMark) == Presence::there) return folder;
-    }
-  return {};
-}
-
 FolderState stateOf(const App& app, const FolderField& field) {
   const FileSystem& files = app.platform.files;
   const std::string& typed = (app.frmSettings.*field.box).text;

@@ -41,9 +41,6 @@ struct FolderState {
   bool wrong = false;
 };
 
-// Where the simulator's setup puts it, on the first drive on which it is; "" when it is on none.
-std::string likelySimulator(const FileSystem& files);
-
 // Whether what a field holds is right, in words for the user.
 FolderState stateOf(const App& app, const FolderField& field);
 

@@ -35,7 +35,14 @@ constexpr MailField mailFields[] = {
 
 constexpr const char* introduction =
     "FS Skyvault looks after the add-ons of one Flight Simulator 2002, so first name the folder in "
-    "which the simulator is installed. The right folder is known by the file Scenery.cfg in it.";
+    "which the simulator is installed. The right folder is known by the file Scenery.cfg in "
+    "it.\n\n";
+constexpr const char* noneFound =
+    "None was found in the usual places of this computer and its Wine prefixes. If the simulator "
+    "is "
+    "installed, choose its folder with the button \"...\"; if not, install it with Wine first.";
+constexpr const char* oneFound = "One was found, and its folder stands below.";
+constexpr const char* severalFound = "Several were found. Choose the one to look after:";
 
 // Picks a folder into a field and answers whether one was chosen. `start` is where the picker
 // opens, "" for the field's own folder.
@@ -62,6 +69,19 @@ void proposeHangar(App& app) {
 }
 void proposePacks(App& app) {
   propose(app, app.frmSettings.txtPacksDir, app.frmSettings.proposedPacks, "SKV-Packages\\");
+}
+
+// On a first start, what stands on this computer is what the user most likely wants.
+void proposeSimulators(App& app, bool first) {
+  auto& form = app.frmSettings;
+  const auto found = first ? app.platform.simulators.find() : std::vector<std::string>();
+  form.cmbFound.items = found;
+  form.cmbFound.visible = found.size() > 1;
+  form.cmbFound.listIndex = found.empty() ? -1 : 0;
+  form.lblIntro.caption = introduction + std::string(found.empty()       ? noneFound
+                                                     : found.size() == 1 ? oneFound
+                                                                         : severalFound);
+  if (!found.empty()) form.txtFSRoot.text = found.front();
 }
 
 void refuse(App& app, const std::string& text, ui::BoxIcon icon = ui::BoxIcon::exclamation) {
@@ -198,17 +218,23 @@ void frmSettings_Form_Load(App& app) {
   tabSettings_Click(app, 0);
   form.enabled = true;
   const bool first = app.starting && readSetting(app, setting::FSRoot).empty();
-  form.lblIntro.caption = introduction;
   form.lblIntro.visible = first;
   form.btnQuit.visible = first;
   for (const FolderField& field : folderFields)
     (form.*field.box).text = readSetting(app, field.key, field.fallback);
-  if (const std::string found = first ? likelySimulator(app.files()) : ""; !found.empty())
-    form.txtFSRoot.text = found;
   for (const MailField& field : mailFields) (form.*field.box).text = readSetting(app, field.key);
   form.OldPacksDir = form.txtPacksDir.text;
   form.proposedHangar.clear();
   form.proposedPacks.clear();
+  proposeSimulators(app, first);
+  showFolderStates(app);
+}
+
+void cmbFound_Click(App& app) {
+  auto& form = app.frmSettings;
+  form.txtFSRoot.text = form.cmbFound.items->at(static_cast<std::size_t>(form.cmbFound.listIndex));
+  proposeHangar(app);
+  proposePacks(app);
   showFolderStates(app);
 }
 

@@ -19,6 +19,7 @@ void frmSettings_Form_Unload(App& app);
 void tabSettings_Click(App& app, int index);
 // Another text in one of the folder fields: shows beside each whether it is right.
 void showFolderStates(App& app);
+void cmbFound_Click(App& app);  // frmSettings: another of the simulators found
 void txtFSRoot_LostFocus(App& app);
 void txtHangarDir_GotFocus(App& app);
 // The other folder fields: what was typed takes its final form.

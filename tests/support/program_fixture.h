@@ -118,6 +118,9 @@ class ProgramWith : public ::testing::Test {
   ScriptedClipboard clipboard;
   ScriptedScreen screen;
   ScriptedMail mail;
+  MemorySecrets secrets;
+  ScriptedWeb web;
+  ListedSimulators simulators;
   Windows windows = windowsOver(files);
   App app{Platform{files,
                    settings,
@@ -128,6 +131,9 @@ class ProgramWith : public ::testing::Test {
                    clipboard,
                    screen,
                    mail,
+                   secrets,
+                   web,
+                   simulators,
                    {"C:\\Program\\", "C:\\Temp"}},
           windows};
 };

@@ -1,11 +1,16 @@
-// The clipboard and the screen as a test sets them.
+// The clipboard, the screen and the simulators of a computer as a test sets them.
 #pragma once
 
+#include <functional>
+#include <map>
 #include <optional>
 #include <string>
 #include <vector>
 
 #include "platform/pictures.h"
+#include "platform/secrets.h"
+#include "platform/simulator_finder.h"
+#include "platform/web.h"
 
 namespace skv::test {
 
@@ -34,6 +39,40 @@ class ScriptedScreen : public Screen {
   }
   std::optional<Pixels> window;  // of the simulator; none: it does not run
   std::vector<std::string> activated;
+};
+
+class MemorySecrets : public Secrets {
+ public:
+  Result<std::string> read(std::string_view name) override {
+    if (!runs) return Outcome::failure(err::deviceUnavailable);
+    const auto found = kept.find(name);
+    return found == kept.end() ? std::string() : found->second;
+  }
+  Outcome write(std::string_view name, std::string_view password) override {
+    if (!runs) return Outcome::failure(err::deviceUnavailable);
+    kept[std::string(name)] = password;
+    return {};
+  }
+  bool runs = true;
+  std::map<std::string, std::string, std::less<>> kept;
+};
+
+class ScriptedWeb : public Web {
+ public:
+  Result<std::string> fetch(std::string_view url, const std::function<bool()>&) override {
+    fetched.emplace_back(url);
+    if (failure.ok()) return body;
+    return failure;
+  }
+  std::string body;
+  Outcome failure;
+  std::vector<std::string> fetched;
+};
+
+class ListedSimulators : public SimulatorFinder {
+ public:
+  std::vector<std::string> find() const override { return folders; }
+  std::vector<std::string> folders;
 };
 
 }  // namespace skv::test

@@ -8,6 +8,7 @@ FrmSettings::FrmSettings() : Form("frmSettings", "FS Skyvault Settings") {
   txtPOPPassword.password = true;
   frameEmail.visible = false;
   lblIntro.visible = false;
+  cmbFound.visible = false;
   btnQuit.visible = false;
 }
 

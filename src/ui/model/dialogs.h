@@ -22,6 +22,7 @@ struct FrmSettings : Form {
   Frame frameLocations{"frameLocations"};
   // What is asked for, in words; on a first start only.
   Label lblIntro{"lblIntro"};
+  ComboBox cmbFound{"cmbFound"};  // the simulators found, when there are several
   TextBox txtFSRoot{"txtFSRoot", "FS 2002 Installation Folder:"};
   Button btnBrowse{"btnBrowse", "..."};
   TextBox txtHangarDir{"txtHangarDir", "Hangar Base Folder:"};

@@ -1,3 +1,4 @@
+#include <QComboBox>
 #include <QGridLayout>
 #include <QGuiApplication>
 #include <QLabel>
@@ -79,6 +80,7 @@ QWidget* makeSettingsWindow(Bindings& bindings, FrmSettings& form, const FileSys
   column->setContentsMargins(18, 10, 18, 16);
   column->setSpacing(14);
   column->addWidget(paragraph(bindings, form, form.lblIntro));
+  column->addWidget(build.combo(form.cmbFound, QObject::tr("Simulators found")));
   auto* tabs = new QHBoxLayout;
   tabs->addWidget(build.tabs(form.tabSettings, QObject::tr("Settings")));
   tabs->addStretch();

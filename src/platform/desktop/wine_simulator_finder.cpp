@@ -1,0 +1,88 @@
+#include "platform/desktop/wine_simulator_finder.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <unordered_set>
+
+#include "base/paths.h"
+#include "platform/desktop/wine_prefixes.h"
+#include "platform/desktop/wine_registry.h"
+#include "platform/disk/drive_file_system.h"
+
+namespace skv {
+
+namespace {
+
+constexpr const char* mark = "Scenery.cfg";
+
+// Where the simulator's setup notes its folder; the second is a 64-bit prefix's name of the first.
+constexpr const char* registryKeys[] = {
+    R"(Software\Microsoft\Microsoft Games\Flight Simulator\8.0)",
+    R"(Software\Wow6432Node\Microsoft\Microsoft Games\Flight Simulator\8.0)",
+};
+constexpr const char* registryName = "EXE Path";
+
+// Below a drive: where the setup puts it, and where people do.
+constexpr const char* usualFolders[] = {
+    R"(Program Files\Microsoft Games\FS2002\)",
+    R"(Program Files (x86)\Microsoft Games\FS2002\)",
+    R"(Microsoft Games\FS2002\)",
+    R"(Games\FS2002\)",
+    R"(FS2002\)",
+};
+
+// The simulators found so far, as paths of the program's drives.
+class Found {
+ public:
+  explicit Found(const FileSystem& files) : files_(files) {}
+  // `folder` is a path of `drives`, with or without trailing backslash.
+  void look(const FileSystem& drives, const std::string& folder) {
+    if (!drives.attributes(withBackslash(folder) + mark).ok()) return;
+    const auto place = drives.nativePath(withBackslash(folder) + mark);
+    if (!place.ok()) return;
+    std::error_code error;
+    const auto native = std::filesystem::canonical(place.value(), error);
+    if (error || !seen_.insert(native.string()).second) return;
+    const std::string path = files_.windowsPath(place.value());
+    if (!path.empty()) folders_.push_back(folderAbove(path));
+  }
+  std::vector<std::string> folders() && { return std::move(folders_); }
+
+ private:
+  const FileSystem& files_;
+  std::unordered_set<std::string> seen_;
+  std::vector<std::string> folders_;
+};
+
+// The folder of a value, which names it or the program in it.
+std::string registryFolder(const std::string& prefix) {
+  for (const char* key : registryKeys)
+    if (const auto text = registryText(prefix + "/system.reg", key, registryName);
+        text && !text->empty())
+      return text->ends_with(".exe") || text->ends_with(".EXE") ? folderAbove(*text) : *text;
+  return {};
+}
+
+void lookAtUsualFolders(Found& found, const FileSystem& drives) {
+  for (char drive = 'C'; drive <= 'Z'; ++drive) {
+    const std::string root = {drive, ':', '\\'};
+    if (!drives.attributes(root).ok()) continue;
+    for (const char* folder : usualFolders) found.look(drives, root + folder);
+  }
+}
+
+}  // namespace
+
+std::vector<std::string> WineSimulatorFinder::find() const {
+  Found found(files_);
+  const std::vector<std::string> prefixes = winePrefixes();
+  for (const std::string& prefix : prefixes)
+    if (const std::string folder = registryFolder(prefix); !folder.empty())
+      found.look(DriveFileSystem(prefix + "/dosdevices"), folder);
+  lookAtUsualFolders(found, files_);
+  for (const std::string& prefix : prefixes)
+    lookAtUsualFolders(found, DriveFileSystem(prefix + "/dosdevices"));
+  return std::move(found).folders();
+}
+
+}  // namespace skv

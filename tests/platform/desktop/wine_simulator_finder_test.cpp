@@ -1,0 +1,107 @@
+#include "platform/desktop/wine_simulator_finder.h"
+
+#include <gtest/gtest.h>
+
+#include <sys/stat.h>
+
+#include <algorithm>
+
+#include "platform/disk/drive_file_system.h"
+#include "support/environment_variable.h"
+#include "support/temporary_drive.h"
+
+namespace skv::test {
+namespace {
+
+constexpr const char* registryHead =
+    "WINE REGISTRY Version 2\n;; All keys relative to \\\\Machine\n\n";
+
+// A home on drive C: of the test, and the prefixes in it.
+class WineSimulatorFinderTest : public ::testing::Test {
+ protected:
+  WineSimulatorFinderTest() {
+    drive.write("C:\\home\\.bashrc", "");
+    prefix("home\\.wine");
+  }
+  // Makes a prefix, whose drive C: is its drive_c.
+  void prefix(const std::string& folder) {
+    drive.write("C:\\" + folder + "\\drive_c\\windows\\win.ini", "");
+    drive.write("C:\\" + folder + "\\dosdevices\\x", "");
+    drive.link("C:\\" + folder + "\\dosdevices\\c:", "C:\\" + folder + "\\drive_c");
+  }
+  void simulator(const std::string& folder) { drive.write("C:\\" + folder + "\\Scenery.cfg", ""); }
+
+  TemporaryDrive drive;
+  DriveFileSystem files{drive.drives()};
+  Variable home{"HOME", drive.native() + "/home"};
+  Variable wine{"WINEPREFIX", ""};
+  Variable config{"XDG_CONFIG_HOME", ""};
+  Variable data{"XDG_DATA_HOME", ""};
+};
+
+TEST_F(WineSimulatorFinderTest, FindsWhatTheLaunchersKeep) {
+  const std::vector<std::string> places = {
+      "home\\Games\\one", "home\\.local\\share\\bottles\\bottles\\Old games",
+      "home\\.PlayOnLinux\\wineprefix\\fs",
+      "home\\.local\\share\\Steam\\steamapps\\compatdata\\4711\\pfx",
+      "home\\.var\\app\\com.usebottles.bottles\\data\\bottles\\bottles\\b",
+      // Named by a file of Lutris, of Steam.
+      "elsewhere\\lutris fs", "disk\\SteamLibrary\\steamapps\\compatdata\\1\\pfx"};
+  for (const std::string& place : places) {
+    prefix(place);
+    simulator(place + "\\drive_c\\program files\\MICROSOFT GAMES\\fs2002");
+  }
+  drive.write("C:\\home\\.config\\lutris\\games\\fs-1.yml",
+              "game:\n  exe: x\n  prefix: '" + drive.native() + "/elsewhere/lutris fs'\n");
+  drive.write("C:\\home\\.local\\share\\Steam\\steamapps\\libraryfolders.vdf",
+              "\"libraryfolders\"\n{\n\t\"1\"\n\t{\n\t\t\"path\"\t\t\"" + drive.native() +
+                  "/disk/SteamLibrary\"\n");
+  auto found = WineSimulatorFinder(files).find();
+  std::vector<std::string> expected;
+  for (const std::string& place : places)
+    expected.push_back("C:\\" + place + "\\drive_c\\program files\\MICROSOFT GAMES\\fs2002\\");
+  std::sort(found.begin(), found.end());
+  std::sort(expected.begin(), expected.end());
+  EXPECT_EQ(found, expected);
+}
+
+TEST_F(WineSimulatorFinderTest, AsksTheRegistryFirst) {
+  simulator("FS2002");  // on the program's own drive
+  simulator(
+      "home\\.wine\\drive_c\\Spiele\\Flug\xC3\xBC"
+      "bungen");
+  drive.write(
+      "C:\\home\\.wine\\system.reg",
+      std::string(registryHead) +
+          "[Software\\\\Microsoft\\\\Microsoft Games\\\\Flight Simulator\\\\7.0] 1\n"
+          "\"EXE Path\"=\"C:\\\\windows\"\n\n"
+          "[Software\\\\Wow6432Node\\\\microsoft\\\\Microsoft Games\\\\Flight Simulator\\\\8.0] 1\n"
+          "#time=1\n@=\"none\"\n\"App\"=dword:00000001\n"
+          "\"exe path\"=\"c:\\\\Spiele\\\\Flug\\x00fc"
+          "bungen\"\n");
+  EXPECT_EQ(WineSimulatorFinder(files).find(),
+            (std::vector<std::string>{"C:\\home\\.wine\\drive_c\\Spiele\\Flug\xC3\xBC"
+                                      "bungen\\",
+                                      "C:\\FS2002\\"}));
+}
+
+TEST_F(WineSimulatorFinderTest, IsNotLedAstray) {
+  prefix("home\\Games\\p");
+  // The folder is gone, the file is cut, no registry at all, a loop of links, a pipe.
+  drive.write("C:\\home\\.wine\\system.reg",
+              std::string(registryHead) +
+                  "[Software\\\\Microsoft\\\\Microsoft Games\\\\Flight Simulator\\\\8.0] 1\n"
+                  "\"EXE Path\"=\"C:\\\\gone\\\\\"\n");
+  for (const char* text : {"[", "\n[Software\\\\",
+                           "WINE REGISTRY\n[Software\\\\Microsoft\\\\Microsoft "
+                           "Games\\\\Flight Simulator\\\\8.0]\n\"EXE Path\"=\"C:\\\\\\x"}) {
+    drive.write("C:\\home\\Games\\p\\system.reg", text);
+    EXPECT_TRUE(WineSimulatorFinder(files).find().empty()) << text;
+  }
+  drive.link("C:\\home\\Games\\loop", "loop");
+  ASSERT_EQ(mkfifo((drive.native() + "/home/.wine-pipe").c_str(), 0600), 0);
+  EXPECT_TRUE(WineSimulatorFinder(files).find().empty());
+}
+
+}  // namespace
+}  // namespace skv::test
