@@ -98,6 +98,10 @@ bool ReadAndExtract::extract(const std::string& extractfolder, int yields) {
 bool AddToArchive(App& app, const std::string& archivefile, bool includesystemfiles) {
   const auto zip = app.platform.zip.load(app.files());
   connectEvents(app, *zip);
+  if (PathExists(app.files(), archivefile)) {
+    ReportError(app, Outcome::failure(err::fileExists, archivefile));
+    return false;
+  }
   if (ReportError(app, zip->setArchivefile(archivefile))) return false;
   zip->includesystemfiles = includesystemfiles;
   zip->compressionlevel = 9;

@@ -146,7 +146,10 @@ class PackageJob {
     if (!done(copied)) return false;
     if (!done(collect(app_, work_, app_.PackFileList))) return false;
     status("Compressing: " + name_ + packageEnd + " ...");
-    if (!AddToArchive(app_, package_, false)) return false;
+    if (!AddToArchive(app_, package_, false)) {
+      mark(PathExists(files_, package_));
+      return false;
+    }
     WalkReport kept;
     kept.note(files_.flushDisk(packages_), package_);
     if (kept.complete()) kept += verify();

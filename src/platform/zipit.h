@@ -50,7 +50,8 @@ class Zipit {
   virtual const std::vector<ZipEntry>& entries() const = 0;
 
   // Stores each file, named relative to the current folder of the file system, under exactly that
-  // name. Replaces an archive of that name; the archive appears under its name only when complete.
+  // name. Replaces the archive that was opened, and no other one that has come since; the archive
+  // appears under its name only when complete.
   virtual Outcome addfiles(const std::vector<std::string>& names) = 0;
   // Writes every named entry below extractfolder, making folders as needed, with the entry's time.
   // Nothing is ever written outside extractfolder. Stops at the first entry that cannot be

@@ -135,6 +135,19 @@ TEST_F(PackageTest, WhatComesWhileItIsPackedStays) {
   }
 }
 
+TEST_F(PackageTest, APackageThatComesMeanwhileStays) {
+  for (const char* moment : {"Compressing", "Processing"}) {
+    putAircraft();
+    windows.onYield = [&] {
+      if (form.lblStatus.caption.get().starts_with(moment)) drive.write(package, "another's");
+    };
+    compress("File already exists");
+    windows.onYield = {};
+    EXPECT_EQ(drive.read(package), "another's");
+    EXPECT_TRUE(aircraft() == whole && icon() == 7);
+  }
+}
+
 TEST_F(PackageTest, EitherTheFolderOrThePackageIsWholeWhateverEndsTheRun) {
   for (const bool back : {false, true})
     forEveryEnding(

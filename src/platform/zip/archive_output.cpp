@@ -28,12 +28,12 @@ ArchiveOutput::ArchiveOutput(const std::string& native, std::string shown)
 
 zip_source_t* ArchiveOutput::source() { return zip_source_function_create(answer, this, nullptr); }
 
-Outcome ArchiveOutput::publish() {
+Outcome ArchiveOutput::publish(bool replaces) {
   if (!writeOut()) return failure_;
   int error = file_.flush();
   // Only what replaces an older file needs a name of its own for a moment.
   if (error == 0) error = file_.publish(name_, false);
-  if (error == EEXIST) error = file_.publish(name_, true);
+  if (error == EEXIST && replaces) error = file_.publish(name_, true);
   if (error == 0) error = file_.flushFolder();
   return error == 0 ? Outcome() : systemFailure(error, shown_);
 }

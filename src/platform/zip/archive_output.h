@@ -25,8 +25,9 @@ class ArchiveOutput {
   // A new source for zip_open_from_source; this object must outlive it. nullptr when there is no
   // memory.
   zip_source_t* source();
-  // Puts what libzip has written on the disk and under its name, in the place of an older file.
-  Outcome publish();
+  // Puts what libzip has written on the disk and under its name. Without `replaces`
+  // another file of that name stays, and is a failure.
+  Outcome publish(bool replaces);
 
  private:
   static zip_int64_t answer(void* user, void* data, zip_uint64_t length, zip_source_cmd_t command);

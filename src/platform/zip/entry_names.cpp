@@ -11,6 +11,7 @@ namespace {
 
 constexpr int dosPage = 437;
 constexpr int ntfsHostOfPkware = 10;
+constexpr int ntfsHost = 11;
 constexpr int vfatHost = 14;
 
 // Page 437 has the letters of western languages here, and elsewhere frames, Greek and mathematics,

@@ -10,9 +10,6 @@
 
 namespace skv {
 
-// The host system under which our own archives are made: its names are in the system's code page.
-inline constexpr int ntfsHost = 11;
-
 // Names that are valid UTF-8 are that, flagged or not: text of another code page hardly ever is by
 // chance. Others are what the maker's system used: the system's code page on NTFS, else page 437,
 // unless bytes occur in the name that are no letters there; those are the system's page as well.

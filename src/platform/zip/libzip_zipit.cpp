@@ -132,7 +132,7 @@ Outcome LibzipZipit::addfiles(const std::vector<std::string>& names) {
 
 Outcome LibzipZipit::add(const std::vector<std::string>& names) {
   const std::string folder = withBackslash(files_.currentFolder());
-  Packing job{path_, {}, compressionlevel};
+  Packing job{path_, {}, compressionlevel, file_ != nullptr};
   for (const std::string& name : names) {
     std::string path = folder + name;
     const auto state = files_.fileState(path);
@@ -141,8 +141,7 @@ Outcome LibzipZipit::add(const std::vector<std::string>& names) {
     job.files.push_back({std::move(path), usedirectoryinfo ? name : fileName(name),
                          state.value().length, state.value().modified});
   }
-  return packFiles(files_, systemPage_, job,
-                   [this](int percent) { return report(AddProgress, percent); });
+  return packFiles(files_, job, [this](int percent) { return report(AddProgress, percent); });
 }
 
 Outcome LibzipZipit::extractfiles(const std::vector<std::string>& names) {

@@ -9,9 +9,9 @@
 #include <new>
 #include <utility>
 
+#include "base/text.h"
 #include "platform/zip/archive_file.h"
 #include "platform/zip/archive_output.h"
-#include "platform/zip/entry_names.h"
 #include "platform/zip/pack_ahead.h"
 
 namespace skv {
@@ -151,10 +151,8 @@ class PackedSource {
 
 class Packer {
  public:
-  Packer(FileSystem& files, const CodePage& systemPage, const Packing& packing,
-         const std::function<bool(int)>& progress)
+  Packer(FileSystem& files, const Packing& packing, const std::function<bool(int)>& progress)
       : files_(files),
-        systemPage_(systemPage),
         packing_(packing),
         job_{packing, progress, PackAhead(files, packing.level), {}} {}
 
@@ -170,7 +168,7 @@ class Packer {
     ArchiveOutput output(native.value(), packing_.archive);
     if (!output.failure().ok()) return output.failure();
     if (Outcome written = write(output); !written.ok()) return written;
-    return output.publish();
+    return output.publish(packing_.replaces);
   }
 
  private:
@@ -230,18 +228,18 @@ class Packer {
     if (stored || large)
       zip_set_file_compression(&archive, at, stored ? ZIP_CM_STORE : ZIP_CM_DEFLATE,
                                static_cast<zip_uint32_t>(std::max(packing_.level, 0)));
+    // Of a DOS archive backslashes are taken for folders by more archivers than of others.
+    constexpr zip_uint8_t dosHost = 0;
     constexpr zip_uint32_t dosArchive = 0x20;
-    zip_file_set_external_attributes(&archive, at, 0, ntfsHost, dosArchive);
+    zip_file_set_external_attributes(&archive, at, 0, dosHost, dosArchive);
     setTime(archive, at, file.modified);
     return {};
   }
 
-  // Names that the system's page holds stay 8-bit text, as every program of the time reads them.
-  zip_int64_t addNamed(zip_t& archive, const std::string& name, zip_source_t* source) const {
-    const std::string bytes = systemPage_.encode(name);
-    const bool plain = bytes == name || decodeEntryName(bytes, ntfsHost, systemPage_) == name;
-    return zip_file_add(&archive, plain ? bytes.c_str() : name.c_str(), source,
-                        plain ? ZIP_FL_ENC_RAW : ZIP_FL_ENC_UTF_8);
+  // Marked as UTF-8 where it is more than ASCII: no 8-bit page is the same to all archivers.
+  static zip_int64_t addNamed(zip_t& archive, const std::string& name, zip_source_t* source) {
+    return zip_file_add(&archive, name.c_str(), source,
+                        isUtf8(name) ? ZIP_FL_ENC_UTF_8 : ZIP_FL_ENC_RAW);
   }
 
   // DOS knows even seconds of local time; the field beside it has the second in UTC.
@@ -257,16 +255,15 @@ class Packer {
   }
 
   FileSystem& files_;
-  const CodePage& systemPage_;
   const Packing& packing_;
   Job job_;
 };
 
 }  // namespace
 
-Outcome packFiles(FileSystem& files, const CodePage& systemPage, const Packing& job,
+Outcome packFiles(FileSystem& files, const Packing& job,
                   const std::function<bool(int percent)>& progress) {
-  return guarded(job.archive, [&] { return Packer(files, systemPage, job, progress).run(); });
+  return guarded(job.archive, [&] { return Packer(files, job, progress).run(); });
 }
 
 }  // namespace skv

@@ -7,7 +7,6 @@
 #include <vector>
 
 #include "base/outcome.h"
-#include "base/text.h"
 #include "platform/file_system.h"
 
 namespace skv {
@@ -21,13 +20,14 @@ struct Packing {
   };
   std::string archive;  // Windows path of the new archive
   std::vector<File> files;
-  int level = 9;  // 0 (stored) to 9
+  int level = 9;          // 0 (stored) to 9
+  bool replaces = false;  // an archive of that name, which else stays and is a failure
 };
 
-// Packs on two processors and puts the archive under its name when it is complete, in the place of
-// an older one. `progress` is called often on the calling thread and answers whether to go on. On a
+// Packs on two processors and puts the archive under its name when it is complete.
+// `progress` is called often on the calling thread and answers whether to go on. On a
 // failure nothing is left.
-Outcome packFiles(FileSystem& files, const CodePage& systemPage, const Packing& job,
+Outcome packFiles(FileSystem& files, const Packing& job,
                   const std::function<bool(int percent)>& progress);
 
 }  // namespace skv
