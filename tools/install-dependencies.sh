@@ -8,6 +8,7 @@ packages=(
   qt6-base-dev qt6-svg-dev                      # the window
   libzip-dev libdeflate-dev zlib1g-dev          # archives
   libunarr-dev                                  # archives by rarer methods
+  libcurl4-openssl-dev ca-certificates          # mail servers, the version check
   libjpeg62-turbo-dev                           # pictures
   libicu-dev                                    # letters, code pages
   libgtest-dev libbenchmark-dev                 # tests, measuring

@@ -18,6 +18,7 @@
 #include "scenery/scenery_transfer.h"
 #include "scenery/scenery_view.h"
 #include "ui/dialogs/dir_select.h"
+#include "ui/help.h"
 #include "ui/settings.h"
 #include "ui/views.h"
 
@@ -128,6 +129,9 @@ void connectSceneryView(App& app) {
   form.optScenery.click = handler(optScenery_Click);
   form.optTextures.click = handler(optTextures_Click);
   form.mnuFileImportSceneries.click = handler(mnuFileImportSceneries_Click);
+  form.mnuHelpDownload.click = handler(mnuHelpDownload_Click);
+  form.mnuHelpManual.click = handler(mnuHelpManual_Click);
+  form.mnuHelpAbout.click = handler(mnuHelpAbout_Click);
   form.frameScenery.dblClick = [&app] { frameScenery_DblClick(app); };
   form.lblSepBar.mouseDown = [&app](ui::MouseButton button, int) {
     lblSepBar_MouseDown(app, button);
@@ -137,6 +141,9 @@ void connectSceneryView(App& app) {
 }
 
 void connectDialogs(App& app) {
+  app.frmSplash.btnClose.click = [&app] { frmSplash_btnClose_Click(app); };
+  app.frmSplash.Label5.click = [&app] { Label5_Click(app); };
+
   auto& settings = app.frmSettings;
   settings.closed = [&app] { frmSettings_Form_Unload(app); };
   settings.tabSettings.click = [&app](int index) { tabSettings_Click(app, index); };

@@ -13,6 +13,7 @@
 #include "core/working_folder.h"
 #include "scenery/scenery_view.h"
 #include "ui/dialogs/dir_select.h"
+#include "ui/help.h"
 #include "ui/list_memory.h"
 #include "ui/move_packages.h"
 #include "ui/settings.h"
@@ -221,6 +222,7 @@ void Form_Load(App& app) {
         {"The program ended before it had installed these archives. They are kept:" + keptArchives,
          ui::BoxIcon::information});
   offerToFinishMove(app);
+  if (!app.ending && updateCheckIsDue(app)) mnuHelpDownload_Click(app);
 }
 
 bool operationRuns(const App& app) { return !app.frmMain.enabled || app.hourglasses > 0; }

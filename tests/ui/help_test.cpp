@@ -1,0 +1,61 @@
+#include "ui/help.h"
+
+#include "core/settings_keys.h"
+#include "support/program_fixture.h"
+
+namespace skv::test {
+namespace {
+
+constexpr const char* server = "http://127.0.0.1:8000";
+
+class HelpTest : public ProgramTest {
+ protected:
+  HelpTest() { app.AppVersionText = "1.02.0021"; }
+  std::string lastCheck() { return readSetting(app, setting::LastVersionCheck); }
+};
+
+TEST_F(HelpTest, ANewerVersionIsOfferedAndOpenedInTheBrowser) {
+  web.body = "Newest version: 1.03.0001 <a href=>https://example.org/skv.zip> end";
+  // What follows the first colon begins with a blank here, which sorts before a digit.
+  windows.answers = {ui::Answer::ok};
+  checkForUpdate(app, server);
+  EXPECT_EQ(windows.boxes.back().text, "Your version is up to date!");
+
+  web.body = "Version:1.03.0001 >https://example.org/skv.zip\r\n";
+  windows.answers = {ui::Answer::yes};
+  checkForUpdate(app, server);
+  EXPECT_EQ(web.fetched.back(), "http://127.0.0.1:8000/home/tolmere/SKVVersion.txt");
+  EXPECT_EQ(windows.boxes.back().text,
+            "A newer version of SKV is available:\r\rYour version: 1.02.0021\rNew version: "
+            "1.03.0001\r\rDo you want to download the new version?");
+  EXPECT_EQ(shell.opened, std::vector<std::string>{"https://example.org/skv.zip"});
+  EXPECT_EQ(lastCheck(), "46350.5");
+  EXPECT_EQ(app.frmMain.lblStatus.caption, "");
+}
+
+TEST_F(HelpTest, NothingButAWebAddressReachesTheBrowser) {
+  for (const char* address : {"file:///etc/passwd", "C:\\evil.exe", "javascript:x", "mailto:x"}) {
+    web.body = "v:9.99.9999>" + std::string(address) + ">";
+    windows.answers = {ui::Answer::yes, ui::Answer::ok};
+    checkForUpdate(app, server);
+  }
+  EXPECT_TRUE(shell.opened.empty());
+}
+
+TEST_F(HelpTest, AFailedCheckIsToldAndMadeAgain) {
+  web.failure = Outcome::withText(err::web, "cut off");
+  windows.answers = {ui::Answer::ok};
+  checkForUpdate(app, server);
+  EXPECT_EQ(lastCheck(), "");
+  EXPECT_EQ(app.frmMain.lblStatus.caption, "");
+  EXPECT_TRUE(app.frmMain.mnuHelpDownload.enabled);
+
+  // A copy without a server says who keeps it up to date, and a start asks nobody.
+  EXPECT_FALSE(updateCheckIsDue(app));
+  windows.answers = {ui::Answer::ok};
+  mnuHelpDownload_Click(app);
+  EXPECT_EQ(web.fetched.size(), 1U);
+}
+
+}  // namespace
+}  // namespace skv::test
