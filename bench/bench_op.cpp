@@ -14,6 +14,7 @@
 
 #include "aircraft/aircraft_views.h"
 #include "aircraft/hangar_transfer.h"
+#include "aircraft/list_commands.h"
 #include "aircraft/list_files.h"
 #include "base/paths.h"
 #include "bench_run.h"
@@ -21,6 +22,7 @@
 #include "core/walktree.h"
 #include "core/zip_service.h"
 #include "packaging/aircraft_installer.h"
+#include "packaging/package_commands.h"
 #include "packaging/scenery_installer.h"
 #include "sample/sample_files.h"
 #include "scenery/scenery_transfer.h"
@@ -44,9 +46,17 @@ constexpr const char* usage =
     "       skyvault-bench-op <run folder> install-scenery <archive>\n"
     "       skyvault-bench-op <run folder> add-scenery <name>      \"Add to FS2002\" of "
     "Library/Scenery/<name>\n"
+    "       skyvault-bench-op <run folder> compress <name>         \"Compress\" of "
+    "Hangar/Aircraft/<name>\n"
+    "       skyvault-bench-op <run folder> uncompress <name>\n"
+    "       skyvault-bench-op <run folder> import aircraft|panels|sounds  of FS/aircraft, and "
+    "again\n"
+    "       skyvault-bench-op <run folder> delete <name>           FS/aircraft/<name>, with its "
+    "row\n"
     "       skyvault-bench-op <run folder> package <folder> <archive>\n"
     "       skyvault-bench-op <run folder> unpack <archive> <target>\n"
-    "prints seconds; unpack prints the megabytes by which the peak of memory rose as well\n";
+    "prints seconds; import those of the second import as well, unpack the megabytes by which the\n"
+    "peak of memory rose\n";
 
 using Clock = std::chrono::steady_clock;
 
@@ -92,11 +102,12 @@ class AnsweredWindows : public ui::qt::QtWindowing {
  public:
   using QtWindowing::QtWindowing;
   std::string archive, name;
+  ui::Answer answer = ui::Answer::no;
   std::vector<std::string> boxes;
 
   ui::Answer messageBox(const ui::Box& box) override {
     boxes.push_back(box.text);
-    return box.buttons == ui::BoxButtons::ok ? ui::Answer::ok : ui::Answer::no;
+    return box.buttons == ui::BoxButtons::ok ? ui::Answer::ok : answer;
   }
   std::optional<std::string> inputBox(const std::string&, const std::string&,
                                       const std::string&) override {
@@ -159,10 +170,7 @@ class Operation {
     return result;
   }
   double toSimulator(const std::string& name) {
-    sample::writeFile(run_.driveC() / "Hangar/SKV_AC.lst",
-                      name + "\1C:\\Hangar\\aircraft\\" + name + "\\\r\n");
-    mnuViewHangar_Click(app());
-    require(app().frmMain.lstAircraft.selected() == 1, "no row selected");
+    selectAlone(name, "Hangar", mnuViewHangar_Click);
     const double result = seconds([&] { btnHangar_Click(app()); });
     require(run_.windows.boxes.empty(), shown());
     return result;
@@ -185,6 +193,46 @@ class Operation {
     const double result = seconds([&] { btnAddSLtoFS_Click(app()); });
     require(run_.windows.boxes.empty(), shown());
     require(app().frmMain.lstInactScenery.smallIcon(1) == 2, "not in the simulator");
+    return result;
+  }
+  double compress(const std::string& name, void (*command)(App&) = mnuFilePackage_Click) {
+    selectAlone(name, "Hangar", mnuViewHangar_Click);
+    const bool packed = command == mnuFilePackage_Click;
+    const double result = seconds([&] { command(app()); });
+    require(run_.windows.boxes.empty(), shown());
+    require(exists(run_.driveC() / "Packs" / (name + packageEnd)) == packed, "no Package, or one");
+    require(exists(run_.driveC() / "Hangar/Main" / name / "Gauges/gauge00107.gau") != packed,
+            "the folders are not as they should be");
+    return result;
+  }
+  double uncompress(const std::string& name) { return compress(name, mnuFileUnpackage_Click); }
+  // Into an empty list, and once more.
+  std::pair<double, double> import(const std::string& what) {
+    const auto& form = app().frmMain;
+    const bool aircraft = what == "aircraft", panels = what == "panels";
+    const auto& list = aircraft ? form.lstAircraft : panels ? form.lstPanel : form.lstSound;
+    const auto command = aircraft ? mnuFileImportAC_Click
+                         : panels ? mnuFileImportPN_Click
+                                  : mnuFileImportSN_Click;
+    for (const char* file : {aircraftListFile, panelListFile, soundListFile})
+      std::filesystem::remove(run_.driveC() / "FS" / file);
+    mnuViewFSAircraft_Click(app());
+    require(list.count() == 0, "the list is not empty");
+    const double first = seconds([&] { command(app()); });
+    const int found = list.count();
+    require(found > 0, "nothing found");
+    const double second = seconds([&] { command(app()); });
+    require(list.count() == found, "found twice");
+    require(run_.windows.boxes.empty(), shown());
+    return {first, second};
+  }
+  double remove(const std::string& name) {
+    selectAlone(name, "FS", mnuViewFSAircraft_Click);
+    run_.windows.answer = ui::Answer::yes;
+    const double result = seconds([&] { btnDelAC_Click(app()); });
+    require(run_.windows.boxes.size() == 2, shown());
+    require(app().frmMain.lstAircraft.count() == 0, "the row is there");
+    require(!exists(run_.driveC() / "FS/aircraft" / name), "the folder is there");
     return result;
   }
   double package(const std::string& folder, const std::string& archive) {
@@ -220,6 +268,13 @@ class Operation {
     return seconds(
         [&] { require(WalkTree(app(), source, "", code, true).complete(), "not all walked"); });
   }
+  // The only row of a view.
+  void selectAlone(const std::string& name, const std::string& root, void (*view)(App&)) {
+    sample::writeFile(run_.driveC() / root / aircraftListFile,
+                      name + "\1C:\\" + root + "\\aircraft\\" + name + "\\\r\n");
+    view(app());
+    require(app().frmMain.lstAircraft.selected() == 1, "no row selected");
+  }
   std::string shown() const {
     return run_.windows.boxes.empty() ? "no box" : run_.windows.boxes.back();
   }
@@ -250,7 +305,16 @@ int perform(const std::vector<std::string>& words) {
     std::cout << operation.installScenery(words[2]);
   else if (name == "add-scenery" && count == 3)
     std::cout << operation.addScenery(words[2]);
-  else if (name == "package" && count == 4)
+  else if (name == "compress" && count == 3)
+    std::cout << operation.compress(words[2]);
+  else if (name == "uncompress" && count == 3)
+    std::cout << operation.uncompress(words[2]);
+  else if (name == "delete" && count == 3)
+    std::cout << operation.remove(words[2]);
+  else if (name == "import" && count == 3) {
+    const auto [first, again] = operation.import(words[2]);
+    std::cout << first << " " << again;
+  } else if (name == "package" && count == 4)
     std::cout << operation.package(words[2], words[3]);
   else if (name == "unpack" && count == 4) {
     const auto [time, rise] = operation.unpack(words[2], words[3]);

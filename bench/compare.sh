@@ -12,11 +12,11 @@ rounds=${1:-5}
 
 tools/install-dependencies.sh
 cmake --preset release >/dev/null
-cmake --build --preset release --target skyvault-bench-{op,scenery,start,move,pictures} skyvault-sample -- --quiet
+cmake --build --preset release --target skyvault-bench-{op,scenery,start,keys,pictures} skyvault-sample -- --quiet
 op=$PWD/build/release/bench/skyvault-bench-op
 start=$PWD/build/release/bench/skyvault-bench-start
 scenery=$PWD/build/release/bench/skyvault-bench-scenery
-move=$PWD/build/release/bench/skyvault-bench-move
+keys=$PWD/build/release/bench/skyvault-bench-keys
 pictures=$PWD/build/release/bench/skyvault-bench-pictures
 sample=$PWD/build/release/share/sample/skyvault-sample
 
@@ -44,6 +44,7 @@ row() {
 }
 
 # beside NAME LIMIT OURS THEIRS [PREPARE]: the last three are functions; PREPARE is not measured.
+# Leaves the medians in ours_took and theirs_took.
 beside() {
   local name=$1 limit=$2 ours=$3 theirs=$4 prepare=${5:-:} a=() b=() i
   for ((i = 0; i <= rounds; i++)); do
@@ -52,11 +53,12 @@ beside() {
     # The first round only warms the cache.
     ((i == 0)) || { a+=("$x"); b+=("$y"); }
   done
-  local ma mb
-  ma=$(printf '%s\n' "${a[@]}" | median)
-  mb=$(printf '%s\n' "${b[@]}" | median)
-  row "$name" "$(seconds "$ma")" "$(seconds "$mb")" "$(awk "BEGIN { print $ma / $mb }")" "$limit"
+  ours_took=$(printf '%s\n' "${a[@]}" | median)
+  theirs_took=$(printf '%s\n' "${b[@]}" | median)
+  ratio "$name" "$ours_took" "$theirs_took" "$limit"
 }
+# ratio NAME OURS THEIRS LIMIT: a row of seconds.
+ratio() { row "$1" "$(seconds "$2")" "$(seconds "$3")" "$(awk "BEGIN { print $2 / $3 }")" "$4"; }
 seconds() { awk "BEGIN { printf $1 < 1 ? \"%.1f ms\" : \"%.2f s\", $1 < 1 ? $1 * 1000 : $1 }"; }
 
 # times COMMAND...: the median of its rounds.
@@ -116,7 +118,34 @@ beside "pack the same at level 9 / zip -9 -r, sync -f" 0.3 ours_package theirs_p
 no_archives; ours_package >/dev/null; theirs_package >/dev/null
 own_bytes=$(stat -c %s "$work/ours.zip") zip_bytes=$(stat -c %s "$work/theirs.zip")
 row "size of the archive" "$own_bytes" "$zip_bytes" "$(awk "BEGIN { print $own_bytes / $zip_bytes }")" 1.005
-rm -rf "$work/tree" "$work/large.zip"; no_archives
+
+# The same as an aircraft of the Hangar, from the click to the thinned folder, and back.
+packages=$work/run/drive_c/Packs
+in_hangar() {
+  rm -rf "$hangar" "$packages"; mkdir -p "$hangar"/{Aircraft,Main/big}
+  cp -a "$work/tree/BigPlane" "$hangar/Aircraft/big"
+  cp -a "$work/tree/"{Gauges,Sound,Texture,Effects} "$hangar/Main/big/"
+}
+compressed=()
+for ((i = 0; i <= rounds; i++)); do
+  in_hangar; sync -f "$work"
+  x=$("$op" "$work/run" compress big)
+  ((i == 0)) || compressed+=("$x")
+done
+ratio "compress the same, verified and thinned / zip -9 -r, sync -f" \
+  "$(printf '%s\n' "${compressed[@]}" | median)" "$theirs_took" 0.3
+own_bytes=$(stat -c %s "$packages/big.zip")
+row "size of the Package" "$own_bytes" "$zip_bytes" "$(awk "BEGIN { print $own_bytes / $zip_bytes }")" 1
+mv "$packages/big.zip" "$work/big.zip"
+mv "$hangar" "$work/thin"
+in_package() {
+  rm -rf "$hangar" "$packages" "$work/to"; mkdir "$packages"
+  cp -a "$work/thin" "$hangar"; cp "$work/big.zip" "$packages/"
+}
+ours_uncompress() { "$op" "$work/run" uncompress big; }
+theirs_uncompress() { flushed "$work" unzip -q "$work/big.zip" -d "$work/to"; }
+beside "uncompress the same / unzip, sync -f" 0.5 ours_uncompress theirs_uncompress in_package
+rm -rf "$hangar" "$packages" "$work/to" "$work/thin" "$work/tree" "$work/"{big,large}.zip; no_archives
 
 # The same with 16,000 files of a few bytes, as sceneries have them.
 "$sample" large-tree "$work/tree" 16000 2000000
@@ -137,7 +166,23 @@ theirs_scan() { "$op" time find "$work/run5000/drive_c/FS/aircraft" -iname aircr
 beside "scan 5,000 aircraft folders / find -iname" 3 ours_scan theirs_scan
 few=$(times ours_scan) all=$(times "$op" "$work/run20000" scan)
 row "scan 20,000 / four times the scan of 5,000" "$(seconds "$all")" "$(seconds "$few") * 4" "$(awk "BEGIN { print $all / (4 * $few) }")" 1.25
+for kind in aircraft panels sounds; do
+  ours_import() { "$op" "$work/run5000" import "$kind" | tee -a "$work/imports"; }
+  case $kind in aircraft) config=aircraft.cfg ;; panels) config=panel.cfg ;; sounds) config=sound.cfg ;; esac
+  theirs_import() { "$op" time find "$work/run5000/drive_c/FS/aircraft" -iname "$config"; }
+  : >"$work/imports"
+  beside "import 5,000 $kind / find -iname" 2.2 ours_import theirs_import
+  ratio "import again / the first time" "$(tail -n +2 "$work/imports" | cut -d' ' -f2 | median)" "$ours_took" 1
+done
 rm -rf "$work/run5000"
+
+# Deleting a large one.
+"$sample" large-tree "$work/tree" 20000 2000000
+one_to_go() { rm -rf "$simulator"; mkdir -p "$simulator/aircraft"; cp -a "$work/tree" "$simulator/aircraft/big"; }
+ours_delete() { "$op" "$work/run" delete big; }
+theirs_delete() { "$op" time rm -r "$simulator/aircraft/big"; }
+beside "delete an aircraft of 20,000 files / rm -r" 1.2 ours_delete theirs_delete one_to_go
+rm -rf "$work/tree" "$simulator"
 
 list() { "$sample" list "$work/run20000/drive_c/FS/SKV_AC.lst" 'C:\FS\aircraft\' "$1"; times "$op" "$work/run20000" load; }
 few=$(list 10000) all=$(list 32767)
@@ -153,7 +198,10 @@ theirs_start() { "$start" empty; }
 beside "start to a window with 1,000 aircraft / empty Qt window" 2 ours_start theirs_start
 rm -rf "$work/window"
 
-moved=$(times "$move" "$work/areas" 999)
+selected=$(times "$keys" "$work/lists" select 10000)
+ratio "select an aircraft beside 10,000 panels, sounds / 10 ms" "$selected" 0.01 1
+rm -rf "$work/lists"
+moved=$(times "$keys" "$work/areas" move 999)
 row "move one of 999 areas, to the painted list / 5 ms" "$(seconds "$moved")" "5 ms" "$(awk "BEGIN { print $moved / 0.005 }")" 1
 rm -rf "$work/areas"
 
