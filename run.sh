@@ -13,7 +13,7 @@ tools/install-dependencies.sh
 quiet=--quiet
 [ ! -t 1 ] || quiet=
 cmake --preset release >/dev/null
-cmake --build --preset release --target fsskyvault skyvault-sample skyvault-tour -- $quiet
+cmake --build --preset release --target fsskyvault skyvault-data skyvault-sample skyvault-tour -- $quiet
 
 if [ -z "${DISPLAY:-}${WAYLAND_DISPLAY:-}" ]; then
   echo "No screen here: taking the tour offscreen, pictures in build/tour/"

@@ -12,7 +12,9 @@ packages=(
   libjpeg62-turbo-dev                           # pictures
   libicu-dev                                    # letters, code pages
   libgtest-dev libbenchmark-dev                 # tests, measuring
-  xvfb fonts-dejavu-core                        # the window without a screen
+  xvfb xdotool fonts-dejavu-core                # the window without a screen
+  librsvg2-bin dpkg-dev                         # icons, the Debian package
+  desktop-file-utils appstream                  # what a desktop is told, validated
   zip unzip libjpeg-turbo-progs                 # the programs that we measure ourselves beside
 )
 

@@ -1,0 +1,18 @@
+#!/usr/bin/env bash
+# Makes the Debian package build/release/fsskyvault_VERSION_ARCHITECTURE.deb. Install and remove it with
+#   sudo apt install ./build/release/fsskyvault_*.deb
+#   sudo apt remove fsskyvault
+set -euo pipefail
+cd "$(dirname "$0")/.."
+
+tools/install-dependencies.sh
+cmake --preset release >/dev/null
+cmake --build --preset release --target fsskyvault skyvault-data -- --quiet
+rm -f build/release/fsskyvault_*.deb
+cpack --config build/release/CPackConfig.cmake >/dev/null
+package=$(ls build/release/fsskyvault_*.deb)
+# Debian's own check, where it is installed.
+if command -v lintian >/dev/null; then
+  lintian --fail-on error,warning "$package"
+fi
+echo "$package"
