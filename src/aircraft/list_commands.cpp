@@ -93,8 +93,8 @@ class Deletion {
       return filesStay(may);
     for (;;) {
       const WalkReport report = deleteFolder(app_, folder);
-      if (report.stopped) return false;
       if (presenceOf(app_.files(), Folder_) == Presence::absent) return true;
+      if (app_.stopRequested) return false;
       if (app_.windows.messageBox({.text = "Close FS 2002 and click OK!",
                                    .icon = ui::BoxIcon::exclamation,
                                    .buttons = ui::BoxButtons::okCancel,

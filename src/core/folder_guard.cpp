@@ -189,7 +189,7 @@ Outcome mayBeEmptied(const App& app, const std::string& folder,
 bool mayBeMadeUnasked(const App& app, const std::string& folder) {
   const FileSystem& files = app.platform.files;
   // The folders in a store that stands may be empty themselves.
-  for (const std::string& store : {app.FSRoot, app.HangarDir})
+  for (const std::string& store : {app.HangarDir, app.FSRoot})
     if (!store.empty() && isOrHolds(store, folder) && folderExists(files, store))
       return diskIsThere(files, store);
   const bool inSimulator = !app.FSRoot.empty() && isOrHolds(app.FSRoot, folder);

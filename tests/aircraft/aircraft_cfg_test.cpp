@@ -196,13 +196,9 @@ TEST_F(AircraftCfgTest, EditsDoNotGoWithoutAQuestion) {
     bool variation;  // a click on another variation, or on another aircraft
     ui::Answer answer;
     int error = 0;  // of the save
-  } cases[] = {{false, ui::Answer::cancel},
-               {true, ui::Answer::cancel},
-               {false, ui::Answer::no},
-               {true, ui::Answer::no},
-               {false, ui::Answer::yes},
-               {true, ui::Answer::yes},
-               {false, ui::Answer::yes, err::diskFull}};
+  } cases[] = {{false, ui::Answer::cancel}, {true, ui::Answer::cancel},
+               {false, ui::Answer::no},     {false, ui::Answer::yes},
+               {true, ui::Answer::yes},     {false, ui::Answer::yes, err::diskFull}};
   for (const auto& [variation, answer, error] : cases) {
     const bool saves = answer == ui::Answer::yes && error == 0;
     const bool goes = saves || answer == ui::Answer::no;

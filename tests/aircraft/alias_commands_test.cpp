@@ -136,7 +136,7 @@ TEST_F(AliasCommandsTest, OnlyRealPanelsComeIntoTheLibraryByHand) {
   ui::raise(form.btnAddSN.click);
   expectTold("another physical sound. FS does not allow");
   picks(root + "plane\\panel");
-  windows.inputs = {"Łódź", "Ours\x01", "Loud"};
+  windows.inputs = {"Łódź", "Ours\x01", "none", "Loud"};
   ui::raise(form.btnAddPN.click);
   EXPECT_EQ(rows(form.lstPanel).back(), "Ours |" + root + "plane\\panel\\");
   EXPECT_TRUE(holds(drive.read("C:\\FS\\SKV_PN.lst"), line("Ours ", root + "plane\\panel\\")));
@@ -145,6 +145,15 @@ TEST_F(AliasCommandsTest, OnlyRealPanelsComeIntoTheLibraryByHand) {
   ui::raise(form.btnDelPN.click);
   EXPECT_EQ(form.lstPanel.count(), 4);
   EXPECT_FALSE(holds(drive.read("C:\\FS\\SKV_PN.lst"), "Ours"));
+
+  windows.onShow[&app.frmDirSelect] = [this] {
+    ui::raise(form.mnuViewHangar.click);
+    app.frmDirSelect.txtDir.text = root + "plane\\panel";
+    ui::raise(app.frmDirSelect.btnOK.click);
+  };
+  ui::raise(form.btnAddPN.click);
+  EXPECT_EQ(form.lstPanel.count(), 0) << "another list came up meanwhile";
+  mnuViewFSAircraft_Click(app);
 
   drive.write(root + "other\\sound.x\\sound.cfg", "");
   drive.write(root + "plane\\sound\\sound.cfg", real);
@@ -170,7 +179,8 @@ TEST_F(AliasCommandsTest, SynchronizesThePanelsFolderAndItsMirror) {
   EXPECT_EQ(drive.filesIn(root + "Panels"), (Lines{"a\\one", "b\\two"}));
   EXPECT_EQ(drive.filesIn("C:\\Hangar\\aircraft\\Panels"), (Lines{"a\\one", "b\\two"}));
   EXPECT_TRUE(windows.boxes.empty());
-  for (const char* folder : {"C:\\Hangar\\aircraft\\Panels\\", "C:\\", "C:\\Hangar\\"}) {
+  for (const char* folder :
+       {"C:\\Hangar\\aircraft\\Panels\\", "C:\\", "C:\\Hangar\\", "C:\\Hangar\\aircraft\\x\\x\\"}) {
     app.PanelsDir = folder;
     ui::raise(form.mnuFileSynchPN.click);
     expectTold("was not synchronized");

@@ -96,6 +96,10 @@ TEST_F(ListCommandsTest, DeletesInTheSimulator) {
                 fs + "a\\\r\rIts panel or sound is used by:\rB");
   EXPECT_EQ(windows.boxes[2].text, "Close FS 2002 and click OK!");
   EXPECT_EQ(form.lstAircraft.count(), 2);
+  windows.onYield = [&] { app.stopRequested = app.stopRequested || windows.boxes.size() == 3; };
+  EXPECT_EQ(remove(1, {yes, yes, ui::Answer::ok}), 3U) << "the user has closed the window";
+  EXPECT_EQ(form.lstAircraft.count(), 2);
+  windows.onYield = {};
   files.heal();
   EXPECT_EQ(remove(1, {yes, yes}), 2U);
   EXPECT_FALSE(drive.exists(fs + "a"));
@@ -103,6 +107,17 @@ TEST_F(ListCommandsTest, DeletesInTheSimulator) {
   EXPECT_EQ(drive.read("C:\\FS\\SKV_AC.lst"), line("B", fs + "b\\"));
   EXPECT_EQ(remove(1, {yes, no}), 2U);
   EXPECT_FALSE(form.btnDelAC.enabled);
+}
+
+TEST_F(ListCommandsTest, TheRowBehindADeletedOneIsShownAndItsEditsAreNotAskedFor) {
+  open(mnuViewFSAircraft_Click, fs);
+  form.lstAircraft.add("C", {fs + "c\\"});
+  form.lstAircraft.add("D", {fs + "d\\"});
+  form.txtACTitle.text = "edited";
+  for (const auto& [row, next] : {std::pair(1, "B"), {2, "D"}, {2, "B"}}) {
+    EXPECT_EQ(remove(row, {yes, no}), 2U);
+    EXPECT_EQ(form.lstAircraft.text(form.lstAircraft.selected()), next);
+  }
 }
 
 TEST_F(ListCommandsTest, DeletesInTheHangar) {
