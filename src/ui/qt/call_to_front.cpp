@@ -19,15 +19,19 @@ QWidget* windowToShow() {
 
 }  // namespace
 
+void bringToFront(QWidget& window) {
+  for (QWidget* each = &window; each; each = each->parentWidget())
+    if (each->isWindow() && each->isMinimized())
+      each->setWindowState(each->windowState() & ~Qt::WindowMinimized);
+  window.raise();
+  window.activateWindow();
+}
+
 void callToFront(const std::string& token) {
   QWidget* window = windowToShow();
   if (!window) return;
   if (!token.empty()) qputenv("XDG_ACTIVATION_TOKEN", QByteArray::fromStdString(token));
-  for (QWidget* each = window; each; each = each->parentWidget())
-    if (each->isWindow() && each->isMinimized())
-      each->setWindowState(each->windowState() & ~Qt::WindowMinimized);
-  window->raise();
-  window->activateWindow();
+  bringToFront(*window);
 }
 
 }  // namespace skv::ui::qt

@@ -10,6 +10,7 @@
 
 #include "ui/model/dialogs.h"
 #include "ui/qt/boxes.h"
+#include "ui/qt/call_to_front.h"
 #include "ui/qt/owned_dialogs.h"
 #include "ui/qt/screen_reader.h"
 #include "ui/qt/text.h"
@@ -131,7 +132,10 @@ void QtWindowing::show(Form& form, Form* owner) {
     return;
   }
   presentSplash();
+  // A new window gets the front by itself.
+  QWidget* shown = shownWindow(&form);
   present(form, owner);
+  if (shown) bringToFront(*shown);
 }
 
 void QtWindowing::presentSplash() {
