@@ -14,11 +14,11 @@
 #include "platform/desktop/single_instance.h"
 #include "platform/desktop/system_clock.h"
 #include "platform/desktop/wine_simulator_finder.h"
-#include "platform/desktop/x11_screen.h"
 #include "platform/disk/drive_file_system.h"
 #include "platform/disk/drives.h"
 #include "platform/mail/curl_mail_engine.h"
 #include "platform/mail/curl_web.h"
+#include "platform/x11/x11_screen.h"
 #include "platform/zip/libzip_zipit.h"
 #include "ui/events.h"
 #include "ui/qt/call_to_front.h"
@@ -55,7 +55,7 @@ int main(int argc, char** argv) {
   skv::LibzipEngine zip(codePage);
   skv::QtPictureReader pictures(files);
   skv::QtClipboard clipboard;
-  skv::X11Screen screen;
+  skv::X11Screen screen([&windows] { windows.yield(); });
   skv::CurlMailSystem mail;
   skv::KeychainSecrets secrets;
   skv::CurlWeb web;

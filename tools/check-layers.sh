@@ -21,6 +21,7 @@ ui/qt             base platform ui/model
 platform/disk     base platform
 platform/zip      base platform platform/disk
 platform/desktop  base platform platform/disk
+platform/x11      base platform
 platform/mail     base platform platform/disk
 '
 # main.cpp and nobody else chooses implementations, so it may include every room.

@@ -11,8 +11,10 @@ packages=(
   libcurl4-openssl-dev ca-certificates          # mail servers, the version check
   libjpeg62-turbo-dev                           # pictures
   libicu-dev                                    # letters, code pages
+  libxcb1-dev libxcb-composite0-dev             # windows of other programs
   libgtest-dev libbenchmark-dev                 # tests, measuring
   xvfb xdotool fonts-dejavu-core                # the window without a screen
+  openbox                                       # tests: windows as other programs have them
   librsvg2-bin dpkg-dev                         # icons, the Debian package
   desktop-file-utils appstream                  # what a desktop is told, validated
   zip unzip libjpeg-turbo-progs                 # the programs that we measure ourselves beside

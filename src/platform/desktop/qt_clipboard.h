@@ -5,7 +5,8 @@
 
 namespace skv {
 
-// Lives on the thread of the window.
+// Lives on the thread of the window. A program that holds the picture and does not answer is waited
+// for as long as Qt does, some seconds.
 class QtClipboard : public Clipboard {
  public:
   Result<Pixels> picture() override;

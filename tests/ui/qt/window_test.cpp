@@ -88,6 +88,18 @@ TEST_F(WindowTest, FieldsGoBothWaysAndEnterIsTypedAsBackslashN) {
   EXPECT_EQ(form.txtACDescription.text.get(), "one\\ntwo");
 }
 
+TEST_F(WindowTest, AWindowThatIsShownAgainComesToTheFront) {
+  showMain();
+  mainWindow()->showMinimized();
+  QWidget other;
+  other.show();
+  other.activateWindow();
+  settle();
+  windows.show(app.frmMain, nullptr);
+  settle();
+  EXPECT_TRUE(mainWindow()->isActiveWindow() && !mainWindow()->isMinimized());
+}
+
 TEST_F(WindowTest, ALongOperationIgnoresTheUserAndHearsAWishToClose) {
   showMain();
   fillAircraft(3);

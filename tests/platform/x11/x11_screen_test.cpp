@@ -1,0 +1,261 @@
+// Windows of another program, on an X server of the test's own.
+#include "platform/x11/x11_screen.h"
+
+#include <gtest/gtest.h>
+#include <sys/prctl.h>
+
+#include <QDeadlineTimer>
+#include <QProcess>
+#include <chrono>
+#include <csignal>
+#include <functional>
+#include <map>
+#include <thread>
+
+#include "platform/x11/x11_connection.h"
+#include "platform/x11/x11_image.h"
+#include "support/environment_variable.h"
+
+namespace skv {
+namespace {
+
+constexpr const char* title = "Microsoft Flight Simulator 2002";
+constexpr std::uint32_t red = 0xff0000, blue = 0x0000ff, green = 0x00ff00;
+
+bool comes(const std::function<bool()>& condition) {
+  for (int i = 0; i < 2000 && !condition(); ++i)
+    std::this_thread::sleep_for(std::chrono::milliseconds(10));
+  return condition();
+}
+
+class X11ScreenTest : public ::testing::Test {
+ protected:
+  // Answers the first line that the program prints. It ends with the test, whatever becomes of
+  // that.
+  static QByteArray start(QProcess& program, const char* name, const QStringList& words) {
+    program.setChildProcessModifier([] { ::prctl(PR_SET_PDEATHSIG, SIGKILL); });
+    program.start(name, words);
+    const QDeadlineTimer end(20000);
+    while (!program.canReadLine() &&
+           program.waitForReadyRead(static_cast<int>(end.remainingTime())))
+      ;
+    return program.readLine().trimmed();
+  }
+  void TearDown() override {
+    for (QProcess* program : {&manager, &server}) {
+      program->kill();
+      program->waitForFinished();
+    }
+  }
+  void serve(const QStringList& options) {
+    desk.reset();
+    TearDown();
+    const QByteArray number = start(server, "Xvfb", QStringList{"-displayfd", "1"} + options);
+    ASSERT_NE(number, "") << "Xvfb does not start";
+    display.emplace("DISPLAY", ":" + number.toStdString());
+    desk = X11Connection::open();
+    ASSERT_TRUE(desk);
+  }
+  // A window that is opened before it has started for good is overlooked.
+  void manage() {
+    ASSERT_EQ(start(manager, "openbox", {"--sm-disable", "--startup", "echo started"}), "started");
+  }
+  void setProperty(xcb_window_t window, const char* name, xcb_atom_t type,
+                   std::vector<std::uint32_t> values) {
+    xcb_change_property(desk->get(), XCB_PROP_MODE_REPLACE, window, desk->atom(name), type, 32,
+                        static_cast<std::uint32_t>(values.size()), values.data());
+  }
+  // Red, and blue in its right half. The server paints it, so that nobody has to.
+  xcb_window_t open(const std::string& name, int x, int y, int width = 200, int height = 150,
+                    bool above = false) {
+    const auto make = [&](xcb_window_t parent, int left, int top, int wide, std::uint32_t colour) {
+      const xcb_window_t window = xcb_generate_id(desk->get());
+      xcb_create_window(desk->get(), XCB_COPY_FROM_PARENT, window, parent,
+                        static_cast<std::int16_t>(left), static_cast<std::int16_t>(top),
+                        static_cast<std::uint16_t>(wide), static_cast<std::uint16_t>(height), 0,
+                        XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT, XCB_CW_BACK_PIXEL,
+                        &colour);
+      return window;
+    };
+    const xcb_window_t window = make(desk->root(), x, y, width, above ? green : red);
+    if (!above) xcb_map_window(desk->get(), make(window, width / 2, 0, width, blue));
+    xcb_change_property(desk->get(), XCB_PROP_MODE_REPLACE, window, XCB_ATOM_WM_NAME,
+                        XCB_ATOM_STRING, 8, static_cast<std::uint32_t>(name.size()), name.data());
+    std::vector<std::uint32_t> hints(18);
+    hints[0] = 1;  // the place is the user's
+    setProperty(window, "WM_NORMAL_HINTS", XCB_ATOM_WM_SIZE_HINTS, hints);
+    if (above)
+      setProperty(window, "_NET_WM_STATE", XCB_ATOM_ATOM, {desk->atom("_NET_WM_STATE_ABOVE")});
+    xcb_map_window(desk->get(), window);
+    xcb_flush(desk->get());
+    EXPECT_TRUE(comes([&] {
+      return desk->isViewable(window) && (manager.state() == QProcess::NotRunning ||
+                                          !desk->numbers(window, "_NET_FRAME_EXTENTS").empty());
+    }));
+    return window;
+  }
+  void tell(xcb_window_t window, const char* what, std::uint32_t value) {
+    xcb_client_message_event_t message{};
+    message.response_type = XCB_CLIENT_MESSAGE;
+    message.format = 32;
+    message.window = window;
+    message.type = desk->atom(what);
+    message.data.data32[0] = value;
+    xcb_send_event(desk->get(), 0, desk->root(), XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT,
+                   reinterpret_cast<const char*>(&message));
+    xcb_flush(desk->get());
+  }
+  void close(xcb_window_t window) {
+    xcb_destroy_window(desk->get(), window);
+    EXPECT_FALSE(desk->exists(window));
+  }
+  static std::uint32_t at(const Pixels& picture, int x, int y) {
+    if (x >= picture.width || y >= picture.height) return 0;
+    const auto* pixel =
+        &picture.rows[picture.rowBytes() * static_cast<std::size_t>(y) + 3 * std::size_t(x)];
+    return static_cast<std::uint32_t>(pixel[2] << 16 | pixel[1] << 8 | pixel[0]);
+  }
+
+  std::optional<test::Variable> display;
+  QProcess server, manager;
+  std::unique_ptr<X11Connection> desk;
+  int waits = 0;
+  X11Screen screen{[this] { ++waits; }};
+};
+
+TEST_F(X11ScreenTest, TakesTheWholeWindowWhereverItIs) {
+  serve({"-screen", "0", "640x480x24"});
+  manage();
+  tell(desk->root(), "_NET_NUMBER_OF_DESKTOPS", 3);
+  const std::map<std::string, std::function<void(xcb_window_t)>> situations = {
+      {"covered by a window that stays above",
+       [&](xcb_window_t) { open("cover", 0, 0, 500, 400, true); }},
+      {"minimised", [&](xcb_window_t window) { tell(window, "WM_CHANGE_STATE", 3); }},
+      {"on another desktop", [&](xcb_window_t window) { tell(window, "_NET_WM_DESKTOP", 2); }},
+      {"half off the screen",
+       [&](xcb_window_t window) {
+         const std::uint32_t left = 560;
+         xcb_configure_window(desk->get(), window, XCB_CONFIG_WINDOW_X, &left);
+       }},
+  };
+  for (const auto& [what, arrange] : situations) {
+    SCOPED_TRACE(what);
+    const xcb_window_t window = open(title, 60, 60);
+    arrange(window);
+    const bool goes = what[0] == 'm' || what[0] == 'o';
+    EXPECT_TRUE(comes([&] { return desk->isViewable(window) != goes; }));
+    EXPECT_EQ(screen.activate("MICROSOFT flight", true).description(), "");
+    EXPECT_EQ(desk->number(desk->root(), "_NET_ACTIVE_WINDOW"), window);
+    const auto frame = desk->numbers(window, "_NET_FRAME_EXTENTS");
+    ASSERT_EQ(frame.size(), 4U);
+    const auto picture = screen.captureActiveWindow();
+    ASSERT_TRUE(picture.ok()) << picture.outcome().description();
+    EXPECT_EQ(picture.value().width, static_cast<int>(200 + frame[0] + frame[1]));
+    EXPECT_EQ(picture.value().height, static_cast<int>(150 + frame[2] + frame[3]));
+    const int left = static_cast<int>(frame[0]), top = static_cast<int>(frame[2]);
+    EXPECT_EQ(at(picture.value(), left, top), red);
+    EXPECT_EQ(at(picture.value(), left + 99, top + 149), red);
+    EXPECT_EQ(at(picture.value(), left + 100, top), blue);
+    EXPECT_EQ(at(picture.value(), left + 199, top + 149), blue);
+    EXPECT_TRUE(comes([&] { return desk->number(desk->root(), "_NET_CURRENT_DESKTOP") == 0; }));
+    close(window);
+  }
+  EXPECT_GT(waits, 0);
+}
+
+TEST_F(X11ScreenTest, ChoosesAmongTitlesAndMissesWhatHasGone) {
+  serve({"-screen", "0", "640x480x24"});
+  manage();
+  const auto widthOf = [&] {
+    const auto picture = screen.captureActiveWindow();
+    return picture.ok() ? picture.value().width / 100 * 100 : 0;
+  };
+  EXPECT_FALSE(screen.activate(title, true).ok());
+  const xcb_window_t exact = open("microsoft FLIGHT simulator 2002", 0, 0, 100);
+  open(std::string(title) + " - notes", 30, 30, 200);
+  open(std::string("About ") + title, 60, 60, 300);
+  EXPECT_TRUE(screen.activate(title, true).ok());
+  EXPECT_EQ(widthOf(), 100);
+  const xcb_window_t upper = open(title, 90, 90, 400);
+  EXPECT_TRUE(screen.activate(title, true).ok());
+  EXPECT_TRUE(screen.activate(title, false).ok());
+  EXPECT_EQ(widthOf(), 400) << "the upper one of two";
+  EXPECT_TRUE(screen.activate(title, true).ok());
+  close(upper);
+  EXPECT_EQ(widthOf(), 0) << "closed before the picture";
+  close(exact);
+  EXPECT_TRUE(screen.activate(title, true).ok());
+  EXPECT_EQ(widthOf(), 200) << "the title begins with it";
+
+  open("later", 0, 0);
+  open("front", 0, 0);
+  EXPECT_TRUE(screen.activate("front", true).ok());
+  ::kill(static_cast<pid_t>(manager.processId()), SIGSTOP);
+  const auto begin = std::chrono::steady_clock::now();
+  EXPECT_FALSE(screen.activate("later", true).ok()) << "nobody brings it to the front";
+  EXPECT_GT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(2));
+}
+
+TEST_F(X11ScreenTest, WithoutWindowManagerOrComposition) {
+  struct Case {
+    QStringList options;
+    int x;
+    const char* edgesOf;  // a property that tells of the frame
+    int width;
+    std::uint32_t corner;
+  } const cases[] = {
+      {{"-screen", "0", "640x480x24"}, 540, "", 200, red},
+      {{"-screen", "0", "640x480x24", "-extension", "Composite"}, 540, "", 100, red},
+      {{"-screen", "0", "640x480x24"}, 20, "_NET_FRAME_EXTENTS", 205, 0xffffff},
+      {{"-screen", "0", "640x480x24"}, 20, "_GTK_FRAME_EXTENTS", 195, red},
+  };
+  for (const Case& each : cases) {
+    SCOPED_TRACE(each.options.back().toStdString() + each.edgesOf);
+    serve(each.options);
+    const xcb_window_t window = open(title, each.x, 20);
+    open("cover", 0, 0, 300, 300);
+    if (*each.edgesOf) setProperty(window, each.edgesOf, XCB_ATOM_CARDINAL, {2, 3, 20, 5});
+    EXPECT_TRUE(desk->exists(window));
+    EXPECT_EQ(screen.activate(title, true).description(), "");
+    const auto picture = screen.captureActiveWindow();
+    ASSERT_TRUE(picture.ok()) << picture.outcome().description();
+    EXPECT_EQ(picture.value().width, each.width);
+    EXPECT_EQ(at(picture.value(), 0, 0), each.corner);
+    EXPECT_EQ(at(picture.value(), 90, 30), red);
+    EXPECT_EQ(at(picture.value(), 110, 100), each.width > 100 ? blue : 0);
+  }
+}
+
+TEST_F(X11ScreenTest, WithoutServer) {
+  for (const char* nowhere : {"", ":4711", "no such display"}) {
+    const test::Variable none("DISPLAY", nowhere);
+    const Outcome outcome = screen.activate(title, true);
+    EXPECT_NE(outcome.description().find("no X server"), std::string::npos);
+    EXPECT_FALSE(screen.captureActiveWindow().ok());
+  }
+}
+
+TEST(X11PixelsTest, ReadsWhatServersHold) {
+  struct Case {
+    X11PixelFormat format;
+    std::vector<std::uint8_t> bytes;  // of 1 by 2 pixels: 0xff8040 and black
+    std::uint32_t expected;
+  } const cases[] = {
+      {{32, 32, true, 0xff0000, 0xff00, 0xff}, {0x40, 0x80, 0xff, 9, 0, 0, 0, 9}, 0xff8040},
+      {{32, 32, false, 0xff0000, 0xff00, 0xff}, {9, 0xff, 0x80, 0x40, 9, 0, 0, 0}, 0xff8040},
+      {{24, 32, true, 0xff0000, 0xff00, 0xff}, {0x40, 0x80, 0xff, 7, 0, 0, 0, 7}, 0xff8040},
+      {{16, 32, true, 0xf800, 0x7e0, 0x1f}, {0x08, 0xfc, 7, 7, 0, 0, 7, 7}, 0xff8242},
+      {{32, 32, true, 0x3ff00000, 0xffc00, 0x3ff}, {0x00, 0x05, 0xf8, 0x3f, 0, 0, 0, 0}, 0xff8040},
+  };
+  for (const Case& each : cases) {
+    const auto pixels = pixelsFrom(each.bytes, 1, 2, each.format);
+    ASSERT_TRUE(pixels);
+    EXPECT_EQ(pixels->rows[0] | pixels->rows[1] << 8 | pixels->rows[2] << 16, each.expected);
+    EXPECT_EQ(pixels->rows[4] | pixels->rows[5] | pixels->rows[6], 0);
+    EXPECT_FALSE(pixelsFrom(each.bytes, 1, 3, each.format));
+  }
+  EXPECT_FALSE(pixelsFrom(cases[0].bytes, 1, 1, {8, 32, true, 0, 0, 0}));
+}
+
+}  // namespace
+}  // namespace skv
