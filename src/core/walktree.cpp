@@ -270,8 +270,10 @@ class Walk {
 
   void remove(const File& file) {
     const std::string path = file.path();
-    files_.setAttributes(path, {}).skipped();
-    note(path, files_.deleteFile(path));
+    Outcome deleted = files_.deleteFile(path);
+    // Hardly any is read-only, and looking at each first costs a tenth of the time.
+    if (!deleted.ok() && files_.setAttributes(path, {}).ok()) deleted = files_.deleteFile(path);
+    note(path, deleted);
   }
 
   void purge(const File& file) {

@@ -150,6 +150,8 @@ class PackageJob {
       mark(PathExists(files_, package_));
       return false;
     }
+    // What lies here would be put on the disk as well, for nothing.
+    clearWorkingFolders(app_).skipped();
     WalkReport kept;
     kept.note(files_.flushDisk(packages_), package_);
     if (kept.complete()) kept += verify();

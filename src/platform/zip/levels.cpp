@@ -68,12 +68,15 @@ std::vector<std::string> somePieces(const FileSystem& files, const Kind& kind) {
   return pieces;
 }
 
-struct Choice {
-  int level = quick;
-  double thoroughPart = 0;  // of the kind's bytes
+// What a trial tells of a kind: how much smaller, for each of its bytes, the thorough level makes
+// it than the quick one, and by how many bytes the quick one stays behind the yardstick.
+struct Trial {
+  Kind* kind = nullptr;
+  bool hardlyPacks = false;
+  double gain = 0, excess = 0;
 };
 
-Choice choiceFor(const std::vector<std::string>& pieces, Deflater& deflater) {
+Trial trialOf(Kind& kind, const std::vector<std::string>& pieces, Deflater& deflater) {
   const auto packedSize = [&](int level) {
     std::size_t sum = 0;
     for (const std::string& piece : pieces) sum += deflater.pack(piece, level).size();
@@ -84,24 +87,45 @@ Choice choiceFor(const std::vector<std::string>& pieces, Deflater& deflater) {
     plain += static_cast<double>(piece.size());
     yardstick += static_cast<double>(sizeByZlib(piece));
   }
-  constexpr double hardlySmaller = 0.98, tolerance = 1.002;
-  if (yardstick >= hardlySmaller * plain) return {.level = glance};
-  const double excess = packedSize(quick) - tolerance * yardstick;
-  if (excess <= 0) return {};
-  const double gain = packedSize(quick) - packedSize(thorough);
-  constexpr double most = 0.5;  // more would cost more time than it is worth
-  return {.thoroughPart = gain > 0 ? std::min(most, excess / gain) : 0};
+  constexpr double hardlySmaller = 0.98, goal = 0.999;
+  if (yardstick >= hardlySmaller * plain) return {.kind = &kind, .hardlyPacks = true};
+  const double quickSize = packedSize(quick);
+  return {.kind = &kind,
+          .gain = (quickSize - packedSize(thorough)) / plain,
+          .excess = (quickSize - goal * yardstick) / plain * static_cast<double>(kind.bytes)};
 }
 
-// Spreads the thorough level over the kind.
-void apply(const Choice& choice, const Kind& kind) {
+// Spreads the thorough level over a part of the kind.
+void apply(double thoroughPart, const Kind& kind) {
   double due = 0;
   for (FileToPack* file : kind.files) {
     const auto size = static_cast<double>(file->size);
-    due += choice.thoroughPart * size;
-    const bool now = choice.thoroughPart > 0 && due >= size / 2;
-    if (now) due -= size;
-    file->level = now ? thorough : choice.level;
+    due += thoroughPart * size;
+    if (thoroughPart <= 0 || due < size / 2) continue;
+    due -= size;
+    file->level = thorough;
+  }
+}
+
+// Makes the archive as a whole as small as the yardstick would: where the thorough level gains most
+// of each byte, the least of them have to go through it.
+void apply(std::vector<Trial> trials) {
+  double excess = 0, most = 0;
+  for (const Trial& trial : trials) {
+    if (trial.hardlyPacks)
+      for (FileToPack* file : trial.kind->files) file->level = glance;
+    excess += trial.excess;
+    most += static_cast<double>(trial.kind->bytes);
+  }
+  most /= 2;  // more would cost more time than it is worth
+  std::ranges::sort(trials, std::ranges::greater(), &Trial::gain);
+  for (const Trial& trial : trials) {
+    if (excess <= 0 || most <= 0 || trial.gain <= 0) return;
+    const auto bytes = static_cast<double>(trial.kind->bytes);
+    const double due = std::min({bytes, most, excess / trial.gain});
+    apply(due / bytes, *trial.kind);
+    excess -= due * trial.gain;
+    most -= due;
   }
 }
 
@@ -121,8 +145,11 @@ void chooseLevels(const FileSystem& files, int level, std::span<FileToPack> toPa
   }
   constexpr std::uint64_t worthTrying = std::uint64_t{1} << 20U;
   Deflater deflater;
-  for (const auto& [extension, kind] : kinds)
-    if (kind.bytes >= worthTrying) apply(choiceFor(somePieces(files, kind), deflater), kind);
+  std::vector<Trial> trials;
+  for (auto& [extension, kind] : kinds)
+    if (kind.bytes >= worthTrying)
+      trials.push_back(trialOf(kind, somePieces(files, kind), deflater));
+  apply(std::move(trials));
 }
 
 void Deflater::Closer::operator()(libdeflate_compressor* one) const {

@@ -22,9 +22,9 @@ struct FileToPack {
 
 // Sets the levels for an archive of level 0 to 9. At 9 the archive gets at most as large as zlib's
 // highest level would make it, within half a percent, in a fraction of its time: most files are
-// smaller than that at a quick level already. Kinds of files that are not (drawn pictures) show in
-// a trial beside zlib with pieces of a few of them; of these a part gets the level that tries
-// everything, just large enough to make good for the rest.
+// smaller than that at a quick level already. What is missing (with drawn pictures much) shows in a
+// trial beside zlib with pieces of a few files of each kind. The kinds that gain most by it get the
+// level that tries everything, for just as many files as make good for the rest.
 void chooseLevels(const FileSystem& files, int level, std::span<FileToPack> toPack);
 
 // Packs at whatever level is asked for. For one thread.
