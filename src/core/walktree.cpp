@@ -112,16 +112,17 @@ class Walk {
     const std::string* last = nullptr;
     for (const FolderEntry& entry : listing.value()) {
       if (ends()) return subFolders;
-      const std::size_t waiting = copies_.size();
+      const std::size_t before = waiting();
       if (entry.folder)
         subFolders.push_back(entry.name);
       else if (isTwin(entry.name, std::exchange(last, &entry.name)))
         twins.push_back(&entry);
       else if (wanted(entry))
         (this->*rules_.work)({srcPath, dstPath, entry, overwrite});
-      if (copies_.size() == waiting) app_.windows.yield();
+      if (waiting() == before) app_.windows.yield();
     }
     sendCopies();
+    deleteFiles();
     // Whether a twin's target is taken shows when the first of the names has been sent.
     for (const FolderEntry* twin : twins) {
       if (ends()) break;
@@ -161,6 +162,18 @@ class Walk {
       return !ends();
     });
   }
+
+  // Likewise its deletions.
+  void deleteFiles() {
+    const auto paths = std::exchange(deletions_, {});
+    std::size_t told = 0;
+    files_.deleteFiles(paths, [&](const Outcome& deleted) {
+      note(paths[told++], deleted);
+      app_.windows.yield();
+      return !ends();
+    });
+  }
+  std::size_t waiting() const { return copies_.size() + deletions_.size(); }
 
   // Whether an entry's name differs in case alone from the one listed before it. Both have one
   // target, where the second must not take the place of the first.
@@ -268,14 +281,7 @@ class Walk {
     }
   }
 
-  void remove(const File& file) {
-    const std::string path = file.path();
-    Outcome deleted = files_.deleteFile(path);
-    // Hardly any is read-only, and looking at each first costs a tenth of the time.
-    if (!deleted.ok() && files_.setAttributes(path, {}).ok()) deleted = files_.deleteFile(path);
-    note(path, deleted);
-  }
-
+  void remove(const File& file) { deletions_.push_back(file.path()); }
   void purge(const File& file) {
     if (!staysWhenThinned(file.entry.name)) remove(file);
   }
@@ -356,6 +362,7 @@ class Walk {
   WalkReport report_;
   bool hit_ = false;
   std::vector<FileCopy> copies_;        // of the folder at hand
+  std::vector<std::string> deletions_;  // likewise
   std::vector<std::string> ancestors_;  // identities of the folders that the walk is in
 };
 

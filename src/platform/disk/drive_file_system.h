@@ -4,7 +4,7 @@
 //   drive_file_system.cpp  looks, attributes, folders, renaming, free space, flushing
 //   drive_listing.cpp      list()
 //   drive_content.cpp      reading, writing, copying and moving files
-//   drive_copies.cpp       copyFiles() by two threads
+//   drive_batches.cpp      copyFiles() and deleteFiles() by two threads
 //   disk_paths             from a Windows path to the place on disk, in whatever letters it stands
 //   folder_index           the names in a folder without regard to case, kept current
 //   windows_names          Windows paths taken apart; which names there can be
@@ -49,6 +49,8 @@ class DriveFileSystem : public FileSystem {
   Outcome moveFile(std::string_view from, std::string_view to) override;
   Outcome rename(std::string_view from, std::string_view to) override;
   Outcome deleteFile(std::string_view path) override;
+  void deleteFiles(const std::vector<std::string>& paths,
+                   const std::function<bool(const Outcome&)>& deleted) override;
   Outcome makeFolder(std::string_view path) override;
   Outcome removeFolder(std::string_view path) override;
   Result<std::uint64_t> fileLength(std::string_view path) const override;

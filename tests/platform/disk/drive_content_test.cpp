@@ -96,6 +96,30 @@ TEST_F(DriveContentTest, ManyCopiesAreToldInTheirOrder) {
   EXPECT_THROW(disk.copyFiles(copies, [](const Outcome&) -> bool { throw 1; }), int);
 }
 
+TEST_F(DriveContentTest, ManyDeletionsTakeReadOnlyFilesAndNoFolders) {
+  std::vector<std::string> paths;
+  for (int i = 0; i < 40; ++i) {
+    paths.push_back("C:\\S\\" + std::to_string(i));
+    if (i != 7) drive.write(paths.back(), "x");
+  }
+  setMode("C:\\S\\2", 0444);
+  drive.write("C:\\S\\7\\kept", "x");
+  std::size_t told = 0;
+  disk.deleteFiles(paths, [&](const Outcome& deleted) {
+    EXPECT_EQ(deleted.number(), told == 7 ? err::pathFileAccess : 0) << told;
+    ++told;
+    return true;
+  });
+  EXPECT_EQ(told, paths.size());
+  EXPECT_EQ(drive.tree("C:\\S"), (Tree{"7\\", "7\\kept"}));
+
+  drive.clear("C:\\S");
+  for (const std::string& path : paths) drive.write(path, "x");
+  told = 0;
+  disk.deleteFiles(paths, [&](const Outcome&) { return ++told == 0; });
+  EXPECT_EQ(drive.tree("C:\\S").size(), paths.size() - told) << "no deletion that is not told";
+}
+
 TEST_F(DriveContentTest, AReadOnlyFileStaysAsItIs) {
   drive.write("C:\\new", content);
   drive.write("C:\\ro", "old");
