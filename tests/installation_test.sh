@@ -4,6 +4,9 @@
 #   tests/installation_test.sh BUILD
 set -euo pipefail
 
+# Whatever hangs, this ends it with all that it has started.
+[ -n "${bounded:-}" ] || bounded=yes exec timeout 100 "$0" "$@"
+
 build=$(realpath "$1")
 source=$(realpath "$(dirname "$0")/..")
 work=$(mktemp -d)

@@ -14,6 +14,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <numeric>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -106,7 +107,7 @@ class Manual {
 
   // The first heading is the title, and the contents follow it.
   void writeHeading(const QTextBlock& block, int level) {
-    if (chapters_++ == 0) {
+    if (!std::exchange(titled_, true)) {
       out_ += "\\pard\\plain\\qc\\sa60\\f0\\fs56\\b\\cf1 " + escaped(block.text()) + "\\par\n";
       writeContents();
       return;
@@ -218,7 +219,7 @@ class Manual {
   const QTextDocument& text_;
   const QString pictures_;
   QByteArray out_;
-  int chapters_ = 0;
+  bool titled_ = false;
   bool whole_ = true;
 };
 

@@ -26,9 +26,11 @@ set(CPACK_DEBIAN_PACKAGE_SECTION utils)
 set(CPACK_DEBIAN_PACKAGE_PRIORITY optional)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 set(CPACK_DEBIAN_COMPRESSION_TYPE xz)
-# The manual and folders open with the desktop's own programs.
+# The manual and folders open with the desktop's own programs. Who has no word processor gets a
+# small one.
 set(CPACK_DEBIAN_PACKAGE_DEPENDS xdg-utils)
-set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "libreoffice-writer | abiword, qt6-wayland")
+set(CPACK_DEBIAN_PACKAGE_RECOMMENDS
+    "ca-certificates, abiword | libreoffice-writer | calligrawords, qt6-wayland")
 set(CPACK_DEBIAN_PACKAGE_SUGGESTS wine)
 set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
 include(CPack)
