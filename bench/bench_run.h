@@ -62,7 +62,7 @@ inline void useOffscreenWithoutScreen() {
 // Windows for runs that measure the operations alone.
 class NoWindows : public test::ScriptedWindows {
  public:
-  explicit NoWindows(const FileSystem&) {}
+  NoWindows(const FileSystem&, const PictureReader&) {}
 };
 
 // Folders C:\FS\, C:\Hangar\, C:\Library\, C:\Packs\ and C:\Temp\ below `folder`/drive_c, made
@@ -111,7 +111,7 @@ class BenchRun {
   KeychainSecrets secrets;
   CurlWeb web;
   WineSimulatorFinder simulators{disk};
-  Windows windows{disk};
+  Windows windows{disk, pictures};
   App app{Platform{disk,
                    settings,
                    clock,

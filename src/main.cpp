@@ -33,7 +33,8 @@ int main(int argc, char** argv) {
   skv::ui::qt::dress(qtApplication);
 
   skv::DriveFileSystem files(skv::findDrivesFolder());
-  skv::ui::qt::QtWindowing windows(files);
+  skv::QtPictureReader pictures(files);
+  skv::ui::qt::QtWindowing windows(files, pictures);
   const auto onlyRun = skv::SingleInstance::acquire();
   if (!onlyRun.ok()) {
     const bool other = onlyRun.outcome().number() == skv::SingleInstance::alreadyRunning;
@@ -53,7 +54,6 @@ int main(int argc, char** argv) {
   const skv::CodePage codePage(static_cast<int>(
       skv::val(settings.read(skv::setting::CodePage.section, skv::setting::CodePage.key, "1252"))));
   skv::LibzipEngine zip(codePage);
-  skv::QtPictureReader pictures(files);
   skv::QtClipboard clipboard;
   skv::X11Screen screen([&windows] { windows.yield(); });
   skv::CurlMailSystem mail;

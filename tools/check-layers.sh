@@ -23,6 +23,7 @@ platform/zip      base platform platform/disk
 platform/desktop  base platform platform/disk
 platform/x11      base platform
 platform/mail     base platform platform/disk
+platform/wmf
 '
 # main.cpp and nobody else chooses implementations, so it may include every room.
 

@@ -12,6 +12,7 @@ packages=(
   libjpeg62-turbo-dev                           # pictures
   libicu-dev                                    # letters, code pages
   libxcb1-dev libxcb-composite0-dev             # windows of other programs
+  libwmf-dev libseccomp-dev                     # metafiles, drawn in a process that may do little
   libgtest-dev libbenchmark-dev                 # tests, measuring
   xvfb xdotool fonts-dejavu-core                # the window without a screen
   openbox                                       # tests: windows as other programs have them

@@ -335,7 +335,7 @@ bool run(const sample::SampleSimulator& sample, const fs::path& config, const fs
   const Outcome stored = sample::writeSettings(settings, sample, versionText(), clock.now());
   require(stored.ok(), stored.description());
 
-  ui::qt::QtWindowing windows(files);
+  ui::qt::QtWindowing windows(files, pictureReader);
   App app(Platform{files,
                    settings,
                    clock,

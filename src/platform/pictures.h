@@ -1,6 +1,8 @@
 // Pictures of the outside world: in files, in the desktop's clipboard, on the screen.
 #pragma once
 
+#include <stop_token>
+#include <string>
 #include <string_view>
 
 #include "base/outcome.h"
@@ -14,8 +16,14 @@ class PictureReader {
   // The picture of a file, by its content, whatever its name says: JPEG, GIF (the first of its
   // pictures), BMP or WMF, upright. `path` is a Windows path. With `longestSide` above 0 it comes
   // no larger than that many pixels either way, which costs less than reading the whole; it is not
-  // made larger. Any thread may call.
-  virtual Result<Pixels> read(std::string_view path, int longestSide = 0) const = 0;
+  // made larger. Fails with invalidPicture when the file is none of these, damaged, cut short or
+  // larger than 100 million pixels, and with err::cancelled soon after `stop` was asked for. Any
+  // thread may call.
+  virtual Result<Pixels> read(std::string_view path, int longestSide = 0,
+                              std::stop_token stop = {}) const = 0;
+  // A text that is another one when another file stands at the path or the file has changed; ""
+  // when there is none. Any thread may call.
+  virtual std::string state(std::string_view path) const = 0;
 };
 
 class Clipboard {

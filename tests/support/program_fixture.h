@@ -100,9 +100,9 @@ class ProgramWith : public ::testing::Test {
                        {"General/PacksDir", app.PacksDir},
                        {"General/AppVersion", versionText()}};
   }
-  static Windows windowsOver(FileSystem& files) {
-    if constexpr (std::is_constructible_v<Windows, FileSystem&>)
-      return Windows(files);
+  static Windows windowsOver(FileSystem& files, PictureReader& pictures) {
+    if constexpr (std::is_constructible_v<Windows, FileSystem&, PictureReader&>)
+      return Windows(files, pictures);
     else
       return Windows();
   }
@@ -114,14 +114,14 @@ class ProgramWith : public ::testing::Test {
   FixedClock clock;
   RecordingShell shell;
   LibzipEngine zip{CodePage(1252)};
-  QtPictureReader pictures{files};
+  QtPictureReader pictures{files, METAFILE_PROGRAM};
   ScriptedClipboard clipboard;
   ScriptedScreen screen;
   ScriptedMail mail;
   MemorySecrets secrets;
   ScriptedWeb web;
   ListedSimulators simulators;
-  Windows windows = windowsOver(files);
+  Windows windows = windowsOver(files, pictures);
   App app{Platform{files,
                    settings,
                    clock,

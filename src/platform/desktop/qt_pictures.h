@@ -8,11 +8,16 @@ namespace skv {
 
 class QtPictureReader : public PictureReader {
  public:
-  explicit QtPictureReader(const FileSystem& files) : files_(files) {}
-  Result<Pixels> read(std::string_view path, int longestSide = 0) const override;
+  // `metafileProgram`: the native path of the program that draws metafiles, by default the one that
+  // belongs to this program.
+  explicit QtPictureReader(const FileSystem& files, std::string metafileProgram = {});
+  Result<Pixels> read(std::string_view path, int longestSide = 0,
+                      std::stop_token stop = {}) const override;
+  std::string state(std::string_view path) const override;
 
  private:
   const FileSystem& files_;
+  std::string metafileProgram_;
 };
 
 }  // namespace skv

@@ -67,7 +67,7 @@ class Windowing {
   virtual void setPointer(Pointer pointer) = 0;
   virtual void setFocus(Control& control) = 0;
   virtual void copyText(const std::string& text) = 0;  // to the desktop's clipboard
-  // Opens a menu at the mouse.
+  // Opens a menu at the mouse, or at the control from which a key has asked for it.
   virtual void popUp(MenuItem& menu) = 0;
 
   // Lets pending events run: any operation may run inside the call.

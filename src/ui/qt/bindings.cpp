@@ -1,5 +1,6 @@
 #include "ui/qt/bindings.h"
 
+#include <QContextMenuEvent>
 #include <QCoreApplication>
 #include <QEvent>
 #include <QKeyEvent>
@@ -34,7 +35,9 @@ void Binding::note() {
   if (control_ && !noted_) all_.note(*this);
 }
 
-Bindings::Bindings() { QCoreApplication::instance()->installEventFilter(this); }
+Bindings::Bindings(const PictureReader& pictures) : pictures_(pictures) {
+  QCoreApplication::instance()->installEventFilter(this);
+}
 
 void Bindings::note(Binding& binding) {
   binding.noted_ = true;
@@ -94,6 +97,7 @@ bool Bindings::eventFilter(QObject* receiver, QEvent* event) {
       flush();
       return false;
     case QEvent::KeyPress:
+      menuPlace_.reset();
       flush();
       if (!isBlocked(receiver)) return false;
       if (static_cast<QKeyEvent*>(event)->keyCombination() == (Qt::CTRL | Qt::Key_Q))
@@ -102,6 +106,10 @@ bool Bindings::eventFilter(QObject* receiver, QEvent* event) {
     case QEvent::MouseButtonPress:
     case QEvent::MouseButtonDblClick:
     case QEvent::ContextMenu:
+      menuPlace_.reset();
+      if (const auto* menu = static_cast<QContextMenuEvent*>(event);
+          menu->type() == QEvent::ContextMenu && menu->reason() == QContextMenuEvent::Keyboard)
+        menuPlace_ = menu->globalPos();
       flush();
       return isBlocked(receiver);
     // A button's or key's release passes: a widget that was pressed before must see its end.

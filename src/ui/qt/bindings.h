@@ -6,12 +6,15 @@
 #pragma once
 
 #include <QObject>
+#include <QPoint>
 #include <functional>
+#include <optional>
 #include <unordered_map>
 #include <utility>
 #include <vector>
 
 #include "ui/model/controls.h"
+#include "ui/qt/picture_loader.h"
 
 class QWidget;
 
@@ -63,7 +66,7 @@ class Binding : public QObject {
 
 class Bindings : public QObject {
  public:
-  Bindings();
+  explicit Bindings(const PictureReader& pictures);
 
   // Brings all widgets up to date.
   void flush();
@@ -72,6 +75,10 @@ class Bindings : public QObject {
   // A window that takes no input. It still hears a wish to close it, by key or close box.
   void setBlocked(QWidget* window, bool blocked);
   static void detachAll(QWidget& window);
+
+  PictureLoader& pictures() { return pictures_; }
+  // Where on the screen a menu belongs that a key has asked for; none when the mouse has.
+  std::optional<QPoint> menuPlace() const { return menuPlace_; }
 
   bool event(QEvent* event) override;
   bool eventFilter(QObject* receiver, QEvent* event) override;
@@ -87,6 +94,8 @@ class Bindings : public QObject {
   bool posted_ = false;
   std::unordered_map<const Control*, Binding*> byControl_;
   std::vector<QWidget*> blocked_;
+  std::optional<QPoint> menuPlace_;
+  PictureLoader pictures_;
 };
 
 }  // namespace skv::ui::qt

@@ -1,12 +1,12 @@
 #include "ui/qt/picture_view.h"
 
 #include <QContextMenuEvent>
+#include <QDropEvent>
 #include <QFile>
-#include <QFileInfo>
-#include <QImageReader>
+#include <QMimeData>
 #include <QMouseEvent>
 #include <QPainter>
-#include <QPainterPath>
+#include <QUrl>
 #include <QVBoxLayout>
 
 #include "ui/qt/icons.h"
@@ -15,18 +15,38 @@
 namespace skv::ui::qt {
 
 namespace {
-// A larger picture is read smaller: no window shows more of it.
-constexpr int mostPixels = 2400;
+
 constexpr qreal corner = 6;
+constexpr int border = 3;
+// A picture that comes within it follows the old one without a gap.
+constexpr std::chrono::milliseconds longestOutdated{120};
+
+// The place on disk of the one file that is dragged; "" when it is anything else.
+QString draggedFile(const QMimeData& data) {
+  const QList<QUrl> urls = data.urls();
+  return urls.size() == 1 ? urls.first().toLocalFile() : QString();
+}
+
 }  // namespace
 
 PictureView::PictureView(Bindings& bindings, Form& form, Image& image, const FileSystem& files,
                          const QString& accessibleName, const QString& placeholder)
-    : image_(image), files_(files), placeholder_(placeholder) {
+    : image_(image), files_(files), loader_(bindings.pictures()), placeholder_(placeholder) {
   setAccessibleName(accessibleName);
   setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Ignored);
+  patience_.setSingleShot(true);
+  patience_.setInterval(longestOutdated);
+  QObject::connect(&patience_, &QTimer::timeout, this, [this] {
+    outdated_ = true;
+    picture_ = {};
+    update();
+  });
   binding_ = new Binding(bindings, form, image, this, [this] { refresh(); });
+  // The loader may go before a window that was put away.
+  binding_->onDetach = [this] { stopLoading(); };
 }
+
+PictureView::~PictureView() { stopLoading(); }
 
 void PictureView::setOverlay(QWidget* label) {
   auto* column = new QVBoxLayout(this);
@@ -35,86 +55,103 @@ void PictureView::setOverlay(QWidget* label) {
 }
 
 void PictureView::refresh() {
-  load();
-  setAccessibleDescription(picture_.isNull() ? tr("No picture") : shown(image_.picture));
+  look();
+  describe();
   setFocusPolicy(image_.click || image_.mouseDown ? Qt::StrongFocus : Qt::NoFocus);
-  setCursor(image_.click && !picture_.isNull() ? Qt::PointingHandCursor : Qt::ArrowCursor);
+  setAcceptDrops(image_.fileDropped != nullptr);
   setEnabled(image_.enabled);
   setVisible(image_.visible);
   update();
 }
 
-void PictureView::load() {
-  if (image_.pixels.get())
-    showMemory();
-  else
-    readFile();
+void PictureView::describe() {
+  setAccessibleDescription(shown_.none()       ? tr("No picture")
+                           : picture_.isNull() ? tr("This picture cannot be shown")
+                           : shown_.pixels     ? tr("New picture")
+                                               : shown(shown_.path));
+  setCursor(image_.click && !picture_.isNull() ? Qt::PointingHandCursor : Qt::ArrowCursor);
 }
 
-void PictureView::readFile() {
-  const auto place = files_.nativePath(image_.picture.get());
-  const QString path =
-      image_.picture == "" || !place.ok() ? QString() : QFile::decodeName(place.value().c_str());
-  const QFileInfo file(path);
-  const QDateTime time = path.isEmpty() ? QDateTime() : file.lastModified();
-  const qint64 length = path.isEmpty() ? -1 : file.size();
-  if (!shownPixels_ && loaded_ == image_.picture.get() && time == fileTime_ &&
-      length == fileLength_)
+void PictureView::stopLoading() {
+  stop_.request_stop();
+  loading_ = false;
+  patience_.stop();
+}
+
+void PictureView::look() {
+  const qreal ratio = devicePixelRatio();
+  const WantedPicture now{image_.pixels.get() ? std::string() : image_.picture.get(), image_.pixels,
+                          (size() - QSize(2 * border, 2 * border)) * ratio};
+  if (now.none()) {
+    stopLoading();
+    if (!shown_.none() || outdated_) take({});
     return;
-  shownPixels_ = nullptr;
-  loaded_ = image_.picture;
-  fileTime_ = time;
-  fileLength_ = length;
-  scaled_ = {};
-  picture_ = {};
-  if (path.isEmpty()) return;
-  QImageReader reader(path);
-  reader.setDecideFormatFromContent(true);
-  reader.setAutoTransform(true);
-  if (const QSize size = reader.size(); size.width() > mostPixels || size.height() > mostPixels)
-    reader.setScaledSize(size.scaled(mostPixels, mostPixels, Qt::KeepAspectRatio));
-  picture_ = reader.read();
+  }
+  if (now.room.isEmpty() || (loading_ && now == wanted_)) return;
+  stop_.request_stop();
+  if (now.pixels && now == shown_) {
+    stopLoading();
+    return;
+  }
+  if (now.sameSource(shown_))
+    patience_.stop();
+  else if (!patience_.isActive() && !outdated_)
+    patience_.start();
+  loading_ = true;
+  wanted_ = now;
+  stop_ = std::stop_source();
+  loader_.load(now, now == shown_ && !outdated_ ? shownState_ : std::string(), stop_.get_token(),
+               [this](const auto& picture) { arrived(picture); });
 }
 
-void PictureView::showMemory() {
-  if (shownPixels_ == image_.pixels.get()) return;
-  shownPixels_ = image_.pixels;
-  loaded_.clear();
-  scaled_ = {};
-  picture_ = QImage(shownPixels_->rows.data(), shownPixels_->width, shownPixels_->height,
-                    static_cast<qsizetype>(shownPixels_->rowBytes()), QImage::Format_BGR888);
+void PictureView::arrived(const std::shared_ptr<const LoadedPicture>& picture) {
+  loading_ = false;
+  patience_.stop();
+  if (picture) take(*picture);
+}
+
+void PictureView::take(const LoadedPicture& picture) {
+  outdated_ = false;
+  shown_ = picture.wanted;
+  shownState_ = picture.state;
+  picture_ = QPixmap::fromImage(picture.image);
+  describe();
+  update();
+}
+
+bool PictureView::event(QEvent* event) {
+  // Another program may have had the screen, and changed the file.
+  if (event->type() == QEvent::WindowActivate && binding_->attached()) look();
+  return QWidget::event(event);
 }
 
 void PictureView::paintEvent(QPaintEvent*) {
-  if (binding_->attached()) load();
+  if (binding_->attached()) look();
   QPainter painter(this);
   if (!isEnabled()) painter.setOpacity(0.5);
   painter.setRenderHint(QPainter::Antialiasing);
-  painter.setPen(hasFocus() ? palette().color(QPalette::Link) : palette().color(QPalette::Mid));
+  const qreal line = hasFocus() ? 2 : 1;
+  const qreal inset = line / 2;
+  painter.setPen(QPen(palette().color(hasFocus() ? QPalette::Link : QPalette::Mid), line));
   painter.setBrush(palette().color(QPalette::Base));
-  painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), corner, corner);
+  painter.drawRoundedRect(QRectF(rect()).adjusted(inset, inset, -inset, -inset), corner, corner);
   if (picture_.isNull()) {
-    paintPlaceholder(painter);
+    if (!outdated_) paintPlaceholder(painter);
     return;
   }
+  // Of another size than the room only until the one of that size has come.
   const qreal ratio = devicePixelRatio();
-  const QSize room = (size() - QSize(6, 6)) * ratio;
-  const QSize target = picture_.size().scaled(room, Qt::KeepAspectRatio);
-  if (target.isEmpty()) return;
-  if (scaled_.size() != target) {
-    scaled_ = QPixmap::fromImage(
-        picture_.scaled(target, Qt::IgnoreAspectRatio, Qt::SmoothTransformation));
-    scaled_.setDevicePixelRatio(ratio);
-  }
-  const QSizeF seen = scaled_.deviceIndependentSize();
-  painter.drawPixmap(QPointF((width() - seen.width()) / 2, (height() - seen.height()) / 2),
-                     scaled_);
+  const QSizeF room = size() - QSize(2 * border, 2 * border);
+  const QSizeF seen = shown_.room == room.toSize() * ratio
+                          ? QSizeF(picture_.size()) / ratio
+                          : QSizeF(picture_.size()).scaled(room, Qt::KeepAspectRatio);
+  const QPointF corners((width() - seen.width()) / 2, (height() - seen.height()) / 2);
+  painter.drawPixmap(QRectF(corners, seen), picture_, QRectF(picture_.rect()));
 }
 
 void PictureView::paintPlaceholder(QPainter& painter) {
   const int side = qBound(32, qMin(width(), height()) * 2 / 5, 140);
-  const QString words =
-      loaded_.empty() && !shownPixels_ ? tr("No picture") : tr("This picture cannot be shown");
+  const QString words = shown_.none() ? tr("No picture") : tr("This picture cannot be shown");
   const int line = fontMetrics().height();
   const bool withWords = height() > side + 3 * line;
   const int top = (height() - side - (withWords ? line + 8 : 0)) / 2;
@@ -137,7 +174,8 @@ void PictureView::mouseReleaseEvent(QMouseEvent* event) {
 }
 
 void PictureView::keyPressEvent(QKeyEvent* event) {
-  if (event->key() == Qt::Key_Space || event->key() == Qt::Key_Return)
+  const int key = event->key();
+  if (key == Qt::Key_Space || key == Qt::Key_Return || key == Qt::Key_Enter)
     binding_->fire(image_.click);
   else
     QWidget::keyPressEvent(event);
@@ -146,6 +184,25 @@ void PictureView::keyPressEvent(QKeyEvent* event) {
 void PictureView::contextMenuEvent(QContextMenuEvent* event) {
   if (event->reason() == QContextMenuEvent::Keyboard)
     binding_->fire(image_.mouseDown, MouseButton::right);
+}
+
+void PictureView::dragEnterEvent(QDragEnterEvent* event) {
+  if (!binding_->accepts() || draggedFile(*event->mimeData()).isEmpty()) return;
+  // Whatever the other program offers: its file stays where it is.
+  event->setDropAction(Qt::CopyAction);
+  event->accept();
+}
+
+void PictureView::dropEvent(QDropEvent* event) {
+  const QString file = draggedFile(*event->mimeData());
+  if (file.isEmpty()) return;
+  event->setDropAction(Qt::CopyAction);
+  event->accept();
+  // Later: the other program waits for the end of this event, and boxes may come up.
+  QTimer::singleShot(0, this, [this, file] {
+    const std::string path = files_.windowsPath(QFile::encodeName(file).toStdString());
+    if (!path.empty()) binding_->fire(image_.fileDropped, path);
+  });
 }
 
 }  // namespace skv::ui::qt

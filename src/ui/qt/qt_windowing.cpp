@@ -45,7 +45,8 @@ class QtWindowing::WithoutHourglass {
   bool suspended_;
 };
 
-QtWindowing::QtWindowing(const FileSystem& files) : files_(files) {
+QtWindowing::QtWindowing(const FileSystem& files, const PictureReader& pictures)
+    : files_(files), bindings_(pictures) {
   describeToScreenReaders();
   QGuiApplication::setQuitOnLastWindowClosed(false);
   splashTimer_.setSingleShot(true);
@@ -212,7 +213,7 @@ void QtWindowing::copyText(const std::string& text) {
 void QtWindowing::popUp(MenuItem& menu) {
   if (auto* widget = qobject_cast<QMenu*>(bindings_.widgetOf(menu))) {
     bindings_.flush();
-    if (menu.available()) widget->popup(QCursor::pos());
+    if (menu.available()) widget->popup(bindings_.menuPlace().value_or(QCursor::pos()));
   }
 }
 

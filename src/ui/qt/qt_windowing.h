@@ -9,6 +9,7 @@
 #include <string>
 
 #include "platform/file_system.h"
+#include "platform/pictures.h"
 #include "ui/model/windowing.h"
 #include "ui/qt/bindings.h"
 #include "ui/qt/form_makers.h"
@@ -22,7 +23,7 @@ namespace skv::ui::qt {
 // the forms may go first.
 class QtWindowing : public Windowing {
  public:
-  explicit QtWindowing(const FileSystem& files);
+  QtWindowing(const FileSystem& files, const PictureReader& pictures);
   ~QtWindowing() override;
 
   // Which forms have windows here. One that has none stops the program with a word.
