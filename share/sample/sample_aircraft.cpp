@@ -1,8 +1,10 @@
 #include "sample/sample_aircraft.h"
 
+#include <algorithm>
 #include <set>
 
 #include "sample/sample_formats.h"
+#include "sample/sample_pictures.h"
 
 namespace skv::sample {
 namespace {
@@ -65,8 +67,26 @@ Files panelFiles(const Design& design) {
     const std::string folder = partFolder("panel", suffix);
     files.push_back({folder + "/panel.cfg", panelCfg(design, suffix)});
     files.push_back({folder + "/panel.bmp", panelBmp(320, 240, design.folder + folder)});
+    if (design.pictures != Pictures::none)
+      files.push_back({folder + "/panel.jpg", panelJpeg(design.folder + folder)});
     if (suffix.empty())
       files.push_back({folder + "/radio.bmp", panelBmp(160, 120, design.folder + "radio")});
+  }
+  return files;
+}
+
+// Taken from the side by the author: one for the aircraft, or one of each of the first repaints.
+Files pictureFiles(const Design& design) {
+  constexpr std::size_t repaints = 2;
+  Files files;
+  for (std::size_t i = 0; i < std::min(repaints, design.variations.size()); ++i) {
+    const Variation& it = design.variations[i];
+    const std::string folder =
+        design.pictures == Pictures::one ? "" : partFolder("texture", it.texture) + "/";
+    files.push_back(
+        {folder + design.air + ".jpg",
+         aircraftJpeg({0xf0, 0xf0, 0xec}, paintOf(it.airline), design.folder + folder)});
+    if (design.pictures == Pictures::one) break;
   }
   return files;
 }
@@ -172,6 +192,7 @@ Files aircraftFiles(const Design& design) {
   }
   append(files, panelFiles(design));
   append(files, soundFiles(design));
+  if (design.pictures != Pictures::none) append(files, pictureFiles(design));
   return files;
 }
 

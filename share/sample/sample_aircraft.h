@@ -22,6 +22,9 @@ struct Part {
   std::string alias;  // not empty: the plain folder is a pointer to this, relative to aircraft\ .
 };
 
+// What the author has taken pictures of.
+enum class Pictures { none, one, repaints };
+
 struct Design {
   std::string folder;  // below aircraft\ .
   std::string maker, type;
@@ -30,6 +33,7 @@ struct Design {
   std::string story;  // may hold line breaks
   Part panel, sound;
   std::vector<Variation> variations;
+  Pictures pictures = Pictures::none;
 
   std::string name() const { return maker + " " + type; }
   std::string title(std::size_t variation) const;

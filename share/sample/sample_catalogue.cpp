@@ -1,5 +1,6 @@
 // The table of invented aircraft; how they become files stands in sample_aircraft.cpp.
 #include <stdexcept>
+#include <utility>
 
 #include "sample/sample_aircraft.h"
 
@@ -12,6 +13,20 @@ Part alias(std::string folder) { return {{}, std::move(folder)}; }
 
 // Parts that only the installer's other archives bring along.
 const Part none{};
+
+// The others have none, as most old add-ons.
+void takePictures(std::vector<Design>& all) {
+  for (Design& design : all)
+    for (const auto& [folder, pictures] : {std::pair("corvane_c410", Pictures::repaints),
+                                           {"velmont_v90", Pictures::repaints},
+                                           {"halden_h2", Pictures::one},
+                                           {"pelham_p40", Pictures::one},
+                                           {"skerry_s2", Pictures::one},
+                                           {"ardent_a1", Pictures::repaints},
+                                           {"pallas_p8", Pictures::one},
+                                           {"calder_c22", Pictures::one}})
+      if (design.folder == folder) design.pictures = pictures;
+}
 
 }  // namespace
 
@@ -154,6 +169,7 @@ std::vector<Design> simulatorAircraft() {
                  own,
                  own,
                  {{"Rescue", "Z-11R", 112, "rescue"}, {"Vineyard Tours", "Z-11V", 0, ""}}});
+  takePictures(all);
   return all;
 }
 
@@ -186,6 +202,7 @@ std::vector<Design> hangarAircraft() {
                  own,
                  own,
                  {{"Night Mail", "NM-8", 8, ""}, {"Private", "P-8001", 0, "private"}}});
+  takePictures(all);
   return all;
 }
 
@@ -211,6 +228,7 @@ std::vector<Design> makeDownloaded() {
   add("kestrel_k1", "Kestrelline", "K1", own, {{"Private", "K-1", 0, ""}});
   add("lorimer_l3", "Lorimer", "L3", own, {{"Academy of Flight", "AC-L3", 3, ""}});
   add("lorimer_l4", "Lorimer", "L4", own, {{"Academy of Flight", "AC-L4", 4, ""}});
+  takePictures(all);
   return all;
 }
 

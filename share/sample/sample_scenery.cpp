@@ -1,6 +1,7 @@
 #include "sample/sample_scenery.h"
 
 #include "sample/sample_formats.h"
+#include "sample/sample_pictures.h"
 
 namespace skv::sample {
 namespace {
@@ -119,6 +120,8 @@ Files sceneryFiles(const std::string& name) {
   for (std::uint32_t i = 0; i < 1 + parts / 3; ++i)
     files.push_back(
         {"Texture/ground" + std::to_string(i + 1) + ".bmp", groundBmp(name + std::to_string(i))});
+  for (const char* pictured : {"Zephyr Coast", "Port Haven", "Lake Harbour", "Silver Strand"})
+    if (name == pictured) files.push_back({"SKVscrn.jpg", sceneryJpeg(name)});
   files.push_back({"readme.txt", windowsText(name + "\n\nCopy this folder to ADDON SCENERY and add "
                                                     "an area to the scenery library.\n")});
   return files;

@@ -5,6 +5,7 @@
 #include "sample/sample_aircraft.h"
 #include "sample/sample_files.h"
 #include "sample/sample_formats.h"
+#include "sample/sample_pictures.h"
 #include "sample/sample_scenery.h"
 #include "sample/zip_file.h"
 
@@ -67,7 +68,8 @@ void writeToHangar(const fs::path& simulator, const Design& design, bool packedA
   for (const SampleFile& file : files) fs::create_directories((hangar / file.path).parent_path());
   if (packedAway)
     std::erase_if(files, [](const SampleFile& file) {
-      return !file.path.ends_with(".cfg") && !file.path.ends_with(".txt");
+      return !file.path.ends_with(".cfg") && !file.path.ends_with(".txt") &&
+             !file.path.ends_with(".jpg");
     });
   writeFiles(hangar, files);
 }
@@ -114,7 +116,8 @@ Files centralPanels() {
   return {{"Panels/glass/panel.cfg",
            windowsText("[Window Titles]\nWindow00=Glass\n\n[Window00]\nfile=panel.bmp\nposition=7\n"
                        "visible=1\ngauge00=basic_six!Attitude, 40,40\n")},
-          {"Panels/glass/panel.bmp", panelBmp(320, 240, "glass")}};
+          {"Panels/glass/panel.bmp", panelBmp(320, 240, "glass")},
+          {"Panels/glass/glass.jpg", panelJpeg("glass")}};
 }
 
 }  // namespace
@@ -149,6 +152,9 @@ SampleSimulator makeSample(const fs::path& folder) {
     writeFiles(sample.simulator / "ADDON SCENERY" / name, sceneryFiles(name));
   writeLibrary(sample.simulator);
   writeFiles(sample.simulator / "aircraft", centralPanels());
+  writeFiles(
+      sample.driveC / "Program/ACPics",
+      {{"T-3 Amphibian.jpg", aircraftJpeg({0xf0, 0xf0, 0xec}, paintOf("Tern"), "specimen")}});
 
   const std::string simulatorRoot = sample.FSRoot + "aircraft\\";
   const std::string hangarRoot = sample.HangarDir + "aircraft\\";
