@@ -10,6 +10,7 @@
 #include "core/folder_guard.h"
 #include "core/stores.h"
 #include "core/view.h"
+#include "pictures/shown_pictures.h"
 
 namespace skv {
 
@@ -61,8 +62,7 @@ void showAircraftView(App& app, View view) {
   rememberAircraft(app);
   const bool fromScenery = app.frmMain.frameScenery.visible;
   showView(app, view);
-  app.frmMain.imgAircraft.picture = "";
-  app.frmMain.imgPanel.picture = "";
+  clearAircraftPictures(app);
   loadLists(app, view);
   if (fromScenery) app.windows.setFocus(app.frmMain.lstAircraft);
 }

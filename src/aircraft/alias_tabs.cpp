@@ -4,6 +4,7 @@
 #include "aircraft/aircraft_cfg.h"
 #include "base/paths.h"
 #include "core/disk_queries.h"
+#include "pictures/shown_pictures.h"
 
 namespace skv {
 
@@ -53,20 +54,33 @@ std::string fillTab(App& app, ProfileReader& reader, const AddonKind& kind) {
   return used;
 }
 
-void showLibraryRow(App& app, const AddonKind& kind) {
+// Answers the folder of the library row's panel or sound, "" without a row.
+std::string showLibraryRow(App& app, const AddonKind& kind) {
   showAliasCommands(app);
   const auto& list = app.frmMain.*kind.list;
-  if (list.selected() == 0) return;
+  if (list.selected() == 0) return {};
   std::string folder = list.subItem(list.selected(), 1);
   if (!PathExists(app.files(), folder + kind.file)) folder += partFolder(kind.part, "");
   ProfileReader reader(app.files(), app.codePage);
   showStatus(app, reader, folder, kind);
+  return folder;
+}
+
+// The folder of the variation's textures, "" without a variation. Its value is a name of one
+// folder: what leads elsewhere is none.
+std::string textureFolder(App& app) {
+  if (app.infoSource.values.empty()) return {};
+  const std::string name = partFolder("texture", variationValue(app, "texture"));
+  return isElementName(withoutBackslash(name)) ? app.infoSource.folder + name : std::string();
 }
 
 }  // namespace
 
 void FillPanelTab(App& app, ProfileReader& reader) {
+  app.TexDir = textureFolder(app);
+  showAircraftPicture(app);
   app.PanelPicDir = fillTab(app, reader, panelKind);
+  showPanelPicture(app);
   const std::string folder = selectedAircraftFolder(app);
   app.frmMain.btnACRestoreOriginal.enabled =
       !folder.empty() && PathExists(app.files(), folder + originalAircraftCfg);
@@ -85,7 +99,13 @@ void showAliasCommands(App& app) {
   }
 }
 
-void lstPanel_Click(App& app) { showLibraryRow(app, panelKind); }
+void lstPanel_Click(App& app) {
+  const std::string folder = showLibraryRow(app, panelKind);
+  if (folder.empty()) return;
+  app.PanelPicDir = folder;
+  showLibraryPanelPicture(app);
+}
+
 void lstSound_Click(App& app) { showLibraryRow(app, soundKind); }
 
 }  // namespace skv

@@ -67,6 +67,7 @@ struct App {
   std::string SceneryLib;      // scenery library, "" for none
   std::string SceneryPacksPath;
   std::string LastZIPDir;  // folder of the last ZIP picked
+  std::string LastPicDir;  // folder of the last picture picked in this run
   struct {
     std::string FirstName, LastName;
   } SenderIdentity;
@@ -110,14 +111,18 @@ struct App {
   int LayoutWidth = 0, LayoutHeight = 0;
   double LayoutAspect = 0;
 
-  // The folder whose panel picture shows, with trailing backslash.
-  std::string PanelPicDir;
+  // Where the own pictures of the variation and of the panel that shows belong, with trailing
+  // backslash; "" without one. That of a scenery is the tag of imgScenery.
+  std::string TexDir, PanelPicDir;
+  // The image on which the user last pressed the right mouse button; null before that.
+  ui::Image* PicTarget = nullptr;
 
   ui::FrmMain frmMain;
   ui::FrmSplash frmSplash;
   ui::FrmSettings frmSettings;
   ui::FrmDirSelect frmDirSelect;
   ui::FrmSCOptions frmSCOptions;
+  ui::FrmShowPic frmShowPic;
 
   FileSystem& files() { return platform.files; }
   // Runs on after a failed step, which stays noted as the current error. Answers whether it went

@@ -124,20 +124,28 @@ Outcome cannotBeLookedAt(const std::string& folder, const Outcome& look) {
   return refusal(folder, "cannot be looked at. " + look.description());
 }
 
-// Whether the folder lies strictly inside its store, as far as the folder above it.
-Outcome liesInStore(const App& app, const FolderUse& use) {
-  const std::string& folder = use.folder;
-  if (!isFull(folder) || !isFull(use.store)) return refusal(folder, "is no full path of a folder.");
-  if (!isOrHolds(use.store, folder) || isOrHolds(folder, use.store))
-    return refusal(folder, "does not lie in \"" + use.store + "\".");
+// Whether the folder is its store or lies in it, by path; and whether `led` to by that path does so
+// on disk.
+Outcome leadsIntoStore(const App& app, const FolderUse& use, const std::string& led) {
+  if (!isFull(use.folder) || !isFull(use.store))
+    return refusal(use.folder, "is no full path of a folder.");
+  if (!isOrHolds(use.store, use.folder))
+    return refusal(use.folder, "does not lie in \"" + use.store + "\".");
   const FileSystem& files = app.platform.files;
   const auto storePlace = placeOf(files, use.store);
-  const auto placeAbove = placeOf(files, folderAbove(folder));
+  const auto place = placeOf(files, led);
   if (!storePlace.ok()) return cannotBeLookedAt(use.store, storePlace.outcome());
-  if (!placeAbove.ok()) return cannotBeLookedAt(folder, placeAbove.outcome());
-  if (!leadsInto(storePlace.value(), placeAbove.value()))
-    return refusal(folder, "leads out of \"" + use.store + "\".");
+  if (!place.ok()) return cannotBeLookedAt(use.folder, place.outcome());
+  if (!leadsInto(storePlace.value(), place.value()))
+    return refusal(use.folder, "leads out of \"" + use.store + "\".");
   return {};
+}
+
+// Whether the folder lies strictly inside its store, as far as the folder above it.
+Outcome liesInStore(const App& app, const FolderUse& use) {
+  if (isOrHolds(use.folder, use.store))
+    return refusal(use.folder, "does not lie in \"" + use.store + "\".");
+  return leadsIntoStore(app, use, folderAbove(use.folder));
 }
 
 // A folder that may lie anywhere.
@@ -173,6 +181,10 @@ Outcome mayBeFilled(const App& app, const FolderUse& use) {
   const auto place = placeOf(app.platform.files, use.folder);
   if (!place.ok()) return cannotBeLookedAt(use.folder, place.outcome());
   return holdsNothingKept(app, use.folder, place.value(), use.others);
+}
+
+Outcome mayHoldOwnFile(const App& app, const FolderUse& use) {
+  return leadsIntoStore(app, use, use.folder);
 }
 
 Outcome mayBeCopied(const App& app, const std::string& folder) {

@@ -34,6 +34,10 @@ Outcome mayBeDeleted(const App& app, const std::string& folder,
 // it leads to; it may leave the store, as a user's own link to a larger disk does.
 Outcome mayBeFilled(const App& app, const FolderUse& use);
 
+// Whether a file that the program names itself may be written and deleted in the folder: that is
+// its store or lies in it, and no link leads out of that.
+Outcome mayHoldOwnFile(const App& app, const FolderUse& use);
+
 // Whether a folder that may lie anywhere is one add-on and no store, so that it can be copied.
 Outcome mayBeCopied(const App& app, const std::string& folder);
 

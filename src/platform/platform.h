@@ -63,6 +63,9 @@ struct Environment {
   std::string programFolder;  // Windows path of the folder of the program file
   std::string TEMP;       // Windows path; never the machine's shared folder unless the user set it
   std::string home = {};  // Windows path of the user's home, "" when no drive reaches it
+  // Windows path of what an installation has apart from the program file, "" when it has not: the
+  // specimen pictures, the manual. With trailing backslash.
+  std::string dataFolder = {};
 };
 
 struct Platform {

@@ -3,9 +3,9 @@
 #include <cstdlib>
 
 #include "base/paths.h"
-#include "core/disk_queries.h"
 #include "core/long_operation.h"
 #include "core/stores.h"
+#include "pictures/shown_pictures.h"
 #include "scenery/scenery_database.h"
 #include "scenery/scenery_places.h"
 #include "scenery/scenery_row.h"
@@ -14,13 +14,9 @@ namespace skv {
 
 namespace {
 
-constexpr const char* pictureFile = "SKVscrn.jpg";
-
-void showPictureOf(App& app, const std::string& folder) {
-  auto& image = app.frmMain.imgScenery;
-  const std::string picture = folder + pictureFile;
-  image.tag = folder;
-  image.picture = PathExists(app.files(), picture) ? picture : std::string();
+void showPictureIn(App& app, const std::string& folder) {
+  app.frmMain.imgScenery.tag = folder;
+  showSceneryPicture(app);
 }
 
 // Whether the row and its neighbour have changed places.
@@ -60,7 +56,7 @@ void lstScenery_ItemClick(App& app) {
   const int row = list.selected();
   if (row == 0) return;
   app.frmMain.lblSceneryTitle.caption = list.text(row);
-  showPictureOf(app, sceneryFolder(app, list.subItem(row, sceneryColumn::Folder)) + "\\");
+  showPictureIn(app, sceneryFolder(app, list.subItem(row, sceneryColumn::Folder)) + "\\");
 }
 
 void lstInactScenery_ItemClick(App& app) {
@@ -69,12 +65,12 @@ void lstInactScenery_ItemClick(App& app) {
   if (row == 0) return;
   app.frmMain.lblSceneryTitle.caption = list.text(row);
   const std::string& folder = list.subItem(row, sceneryColumn::Folder);
-  if (!folder.empty()) showPictureOf(app, sceneryRootOf(app.SceneryLib) + leafOf(folder) + "\\");
+  if (!folder.empty()) showPictureIn(app, sceneryRootOf(app.SceneryLib) + leafOf(folder) + "\\");
 }
 
 void ftreeScenery_SelectionChange(App& app) {
   const std::string& folder = app.frmMain.ftreeScenery.folder;
-  if (!folder.empty()) showPictureOf(app, withBackslash(folder));
+  if (!folder.empty()) showPictureIn(app, withBackslash(folder));
 }
 
 }  // namespace skv

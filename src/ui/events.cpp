@@ -11,6 +11,8 @@
 #include "packaging/aircraft_installer.h"
 #include "packaging/package_commands.h"
 #include "packaging/scenery_installer.h"
+#include "pictures/picture_commands.h"
+#include "pictures/picture_viewer.h"
 #include "scenery/scenery_library.h"
 #include "scenery/scenery_menu.h"
 #include "scenery/scenery_options.h"
@@ -140,6 +142,30 @@ void connectSceneryView(App& app) {
   form.lblSepBar.mouseUp = [&app](ui::MouseButton button, int) { lblSepBar_MouseUp(app, button); };
 }
 
+void connectPictures(App& app) {
+  auto& form = app.frmMain;
+  form.imgAircraft.click = [&app] { imgAircraft_Click(app); };
+  form.imgPanel.click = [&app] { imgPanel_Click(app); };
+  form.imgScenery.click = [&app] { imgScenery_Click(app); };
+  form.imgAircraft.mouseDown = [&app](ui::MouseButton button) {
+    imgAircraft_MouseDown(app, button);
+  };
+  form.imgPanel.mouseDown = [&app](ui::MouseButton button) { imgPanel_MouseDown(app, button); };
+  form.imgScenery.mouseDown = [&app](ui::MouseButton button) { imgScenery_MouseDown(app, button); };
+  form.lstACVersions.mouseDown = [&app](ui::MouseButton button) {
+    lstACVersions_MouseDown(app, button);
+  };
+  for (ui::Image* image : {&form.imgAircraft, &form.imgPanel, &form.imgScenery})
+    image->fileDropped = [&app, image](const std::string& path) {
+      takePictureFile(app, *image, path);
+    };
+  form.mnuPicSnap.click = [&app] { mnuPicSnap_Click(app); };
+  form.mnuPicClip.click = [&app] { mnuPicClip_Click(app); };
+  form.mnuPicFile.click = [&app] { mnuPicFile_Click(app); };
+  form.mnuPicDel.click = [&app] { mnuPicDel_Click(app); };
+  app.frmShowPic.imgShowPic.click = [&app] { imgShowPic_Click(app); };
+}
+
 void connectDialogs(App& app) {
   app.frmSplash.btnClose.click = [&app] { frmSplash_btnClose_Click(app); };
   app.frmSplash.Label5.click = [&app] { Label5_Click(app); };
@@ -190,6 +216,7 @@ void connectEvents(App& app) {
   connectMenus(app);
   connectAircraftViews(app);
   connectSceneryView(app);
+  connectPictures(app);
   connectDialogs(app);
 }
 

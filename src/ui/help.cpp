@@ -2,6 +2,7 @@
 
 #include "base/text.h"
 #include "core/messages.h"
+#include "core/program_folder.h"
 #include "core/settings_keys.h"
 
 namespace skv {
@@ -121,7 +122,7 @@ bool updateCheckIsDue(const App& app) {
 
 void mnuHelpDownload_Click(App& app) { checkForUpdate(app, updateServer()); }
 
-void mnuHelpManual_Click(App& app) { ShellOpen(app, app.AppDir + manual); }
+void mnuHelpManual_Click(App& app) { ShellOpen(app, shippedWith(app, manual)); }
 
 void mnuHelpAbout_Click(App& app) {
   auto& form = app.frmSplash;

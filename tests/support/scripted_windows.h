@@ -80,6 +80,7 @@ class ScriptedWindows : public ui::Windowing {
 
   void setPointer(ui::Pointer pointer) override { pointers.push_back(pointer); }
   void setFocus(ui::Control&) override {}
+  int longestScreenSide() const override { return 1920; }
   void copyText(const std::string& text) override { copied = text; }
   void popUp(ui::MenuItem&) override {}
 

@@ -8,16 +8,28 @@ namespace skv {
 
 namespace {
 
-std::string programFolder() {
+namespace fs = std::filesystem;
+
+fs::path programFolder() {
   std::error_code error;
-  return std::filesystem::read_symlink("/proc/self/exe", error).parent_path().string();
+  return fs::read_symlink("/proc/self/exe", error).parent_path();
+}
+
+// "/usr/share/fsskyvault/" for the program "/usr/bin/fsskyvault".
+std::string dataFolder(const FileSystem& files) {
+  const fs::path folder = programFolder().parent_path() / "share" / "fsskyvault";
+  std::error_code error;
+  const std::string path =
+      fs::is_directory(folder, error) ? files.windowsPath(folder.string()) : "";
+  return path.empty() || path.ends_with('\\') ? path : path + '\\';
 }
 
 }  // namespace
 
 Environment processEnvironment(const FileSystem& files) {
   Environment environment;
-  environment.programFolder = files.windowsPath(programFolder());
+  environment.programFolder = files.windowsPath(programFolder().string());
+  environment.dataFolder = dataFolder(files);
   environment.home = files.windowsPath(homeFolder());
   environment.TEMP = environmentValue("TEMP");
   if (environment.TEMP.starts_with('/')) environment.TEMP = files.windowsPath(environment.TEMP);

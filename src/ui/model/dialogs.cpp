@@ -18,4 +18,6 @@ FrmSCOptions::FrmSCOptions() : Form("frmSCOptions", "FS Skyvault - Scenery Optio
   for (ListView* list : {&lstFlatten, &lstExclude}) list->labelEdit = list->editByTyping = true;
 }
 
+FrmShowPic::FrmShowPic() : Form("frmShowPic", "FS Skyvault - Show Picture") {}
+
 }  // namespace skv::ui

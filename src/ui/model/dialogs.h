@@ -77,4 +77,10 @@ struct FrmSCOptions : Form {
   bool Cancelled = false;
 };
 
+// A picture at its full size.
+struct FrmShowPic : Form {
+  FrmShowPic();
+  Image imgShowPic{"imgShowPic"};  // shows pixels; the window takes their size
+};
+
 }  // namespace skv::ui

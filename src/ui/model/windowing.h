@@ -66,6 +66,8 @@ class Windowing {
 
   virtual void setPointer(Pointer pointer) = 0;
   virtual void setFocus(Control& control) = 0;
+  // Of the main window's screen, in the pixels that it really has.
+  virtual int longestScreenSide() const = 0;
   virtual void copyText(const std::string& text) = 0;  // to the desktop's clipboard
   // Opens a menu at the mouse, or at the control from which a key has asked for it.
   virtual void popUp(MenuItem& menu) = 0;

@@ -17,5 +17,7 @@ QWidget* makeSplashWindow(Bindings& bindings, FrmSplash& form, const FileSystem&
                           QWidget* owner);
 QWidget* makeSceneryOptionsWindow(Bindings& bindings, FrmSCOptions& form, const FileSystem& files,
                                   QWidget* owner);
+QWidget* makeShowPicWindow(Bindings& bindings, FrmShowPic& form, const FileSystem& files,
+                           QWidget* owner);
 
 }  // namespace skv::ui::qt

@@ -13,6 +13,7 @@ FormMakers::FormMakers() {
   add(makeDirSelectWindow);
   add(makeSplashWindow);
   add(makeSceneryOptionsWindow);
+  add(makeShowPicWindow);
 }
 
 QWidget* FormMakers::make(Bindings& bindings, Form& form, const FileSystem& files,

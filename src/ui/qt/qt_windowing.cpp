@@ -4,9 +4,11 @@
 #include <QClipboard>
 #include <QEventLoop>
 #include <QMenu>
+#include <QScreen>
 #include <QTimer>
 #include <QWidget>
 #include <algorithm>
+#include <cmath>
 
 #include "ui/model/dialogs.h"
 #include "ui/qt/boxes.h"
@@ -204,6 +206,13 @@ void QtWindowing::setFocus(Control& control) {
   widget->window()->raise();
   widget->window()->activateWindow();
   widget->setFocus();
+}
+
+int QtWindowing::longestScreenSide() const {
+  const QWidget* window = boxOwner();
+  const QScreen* screen = window ? window->screen() : QGuiApplication::primaryScreen();
+  const QSizeF size = QSizeF(screen->size()) * screen->devicePixelRatio();
+  return static_cast<int>(std::ceil(std::max(size.width(), size.height())));
 }
 
 void QtWindowing::copyText(const std::string& text) {

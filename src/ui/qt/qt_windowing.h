@@ -49,6 +49,7 @@ class QtWindowing : public Windowing {
   void unload(Form& form) override;
   void setPointer(Pointer pointer) override;
   void setFocus(Control& control) override;
+  int longestScreenSide() const override;
   void copyText(const std::string& text) override;
   void popUp(MenuItem& menu) override;
   void yield() override;

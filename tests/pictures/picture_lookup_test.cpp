@@ -1,0 +1,98 @@
+#include "pictures/picture_fixture.h"
+
+namespace skv {
+namespace {
+
+using test::PictureTest;
+
+TEST_F(PictureTest, AnAircraftShowsTheFirstThatThereIs) {
+  const std::string specimen = "C:\\Program\\ACPics\\p-1.JPG";
+  // From the last place that is looked at to the first.
+  for (const std::string& picture : {specimen, plane + "top.jpg", textures + "b.gif",
+                                     textures + "Z.Jpg", textures + "a.JPG", own}) {
+    put({picture});
+    open();
+    EXPECT_EQ(form.imgAircraft.picture, picture);
+    EXPECT_EQ(form.lblACSpecimen.visible, picture == specimen);
+  }
+  form.lstACVersions.select(2);
+  ui::raise(form.lstACVersions.click);
+  EXPECT_EQ(form.imgAircraft.picture, plane + "top.jpg") << "of a folder without textures";
+  put({plane + "texture.abc\\.jpg", plane + "texture.abc\\x.jpeg", plane + "texture.abc\\k.jpg"});
+  ui::raise(form.lstACVersions.click);
+  EXPECT_EQ(form.imgAircraft.picture, plane + "texture.abc\\k.jpg");
+  EXPECT_TRUE(disk.setAttributes(plane + "texture.abc\\k.jpg", {.hidden = true}).ok());
+  files.failWhen("list", plane, err::deviceIo);
+  ui::raise(form.lstACVersions.click);
+  EXPECT_EQ(form.imgAircraft.picture, "");
+}
+
+TEST_F(PictureTest, WhatOthersWroteLeadsToNoOtherFolder) {
+  put({"C:\\FS\\x.jpg", "C:\\Program\\x.jpg", "C:\\Program\\ACPics\\P-1.jpg", "C:\\Other\\x.jpg",
+       textures + "deep\\x.jpg"});
+  for (const char* const type : {"..\\x", "*", "P?1", "..\\..\\Other\\x", "C:\\Other\\x"}) {
+    writeAircraft("", "", type);
+    open();
+    EXPECT_EQ(form.imgAircraft.picture, "") << type;
+  }
+  for (const char* const texture : {"\\..\\..\\..", "x\\..\\..\\..\\..\\Other", "*", "con", "a:b",
+                                    "x\\..\\..\\texture\\deep"}) {
+    writeAircraft(texture, "", "none");
+    open();
+    EXPECT_EQ(form.imgAircraft.picture, "") << texture;
+    EXPECT_FALSE(offers(form.imgAircraft)) << texture;
+  }
+}
+
+TEST_F(PictureTest, APanelShowsItsOwnPictureAndALibraryRowTheFirst) {
+  put({panel + "a.jpg", own, other + "panel.cfg", other + "a.jpg", other + "SKVscrn.jpg"});
+  open();
+  EXPECT_EQ(form.imgPanel.picture, panel + "a.jpg");
+  pointPanelAt("OTHER\\panel");
+  EXPECT_EQ(form.imgPanel.picture, "C:\\FS\\aircraft\\OTHER\\panel\\SKVscrn.jpg");
+  form.lstPanel.select(1);
+  ui::raise(form.lstPanel.click);
+  EXPECT_EQ(form.imgPanel.picture, other + "a.jpg");
+  EXPECT_EQ(app.PanelPicDir, other) << "what shows is what a command works on";
+  form.lstAircraft.clear();
+  ui::raise(form.lstAircraft.click);
+  EXPECT_TRUE(form.imgPanel.picture == "" && form.imgAircraft.picture == "");
+  EXPECT_FALSE(offers(form.imgAircraft) || offers(form.imgPanel));
+}
+
+TEST_F(PictureTest, SpecimensOfAnInstallationLieApart) {
+  app.platform.environment.dataFolder = "C:\\Share\\";
+  put({"C:\\Share\\ACPics\\P-1.jpg"});
+  open();
+  EXPECT_EQ(form.imgAircraft.picture, "C:\\Share\\ACPics\\P-1.jpg");
+  put({"C:\\Program\\ACPics\\P-1.jpg"});
+  open();
+  EXPECT_EQ(form.imgAircraft.picture, "C:\\Program\\ACPics\\P-1.jpg");
+}
+
+TEST_F(PictureTest, TheViewerShowsWhatTheImageShows) {
+  int opened = 0;
+  auto& viewer = app.frmShowPic;
+  windows.onShow[&viewer] = [&] {
+    ++opened;
+    ASSERT_TRUE(viewer.imgShowPic.pixels.get());
+    EXPECT_EQ(viewer.imgShowPic.pixels.get()->width, 40);
+    ui::raise(viewer.imgShowPic.click);
+  };
+  ui::raise(form.imgAircraft.click);
+  put({own});
+  open();
+  ui::raise(form.imgAircraft.click);
+  EXPECT_EQ(opened, 0);
+  EXPECT_TRUE(test::holds(form.lblStatus.notice, "cannot be shown"));
+  paste(form.imgAircraft);
+  EXPECT_FALSE(form.imgAircraft.pixels.get());
+  ui::raise(form.imgAircraft.click);
+  form.imgPanel.pixels = std::make_shared<const Pixels>(test::plain(40, 2));
+  ui::raise(form.imgPanel.click);
+  EXPECT_EQ(opened, 2);
+  EXPECT_FALSE(viewer.visible || viewer.imgShowPic.pixels.get());
+}
+
+}  // namespace
+}  // namespace skv
