@@ -1,6 +1,8 @@
 // The composition root: the only place that names what the interfaces are made of.
 #include <QApplication>
+#include <QScopeGuard>
 #include <QSocketNotifier>
+#include <QThreadPool>
 #include <QTimer>
 
 #include "core/app.h"
@@ -31,6 +33,9 @@ int main(int argc, char** argv) {
   QApplication::setDesktopFileName(QStringLiteral("fsskyvault"));
   QApplication qtApplication(argc, argv);
   skv::ui::qt::dress(qtApplication);
+  // It looks through the fonts on the side, for which the application has to be there: a start that
+  // ends at once waits for that.
+  const auto fontsSeen = qScopeGuard([] { QThreadPool::globalInstance()->waitForDone(); });
 
   skv::DriveFileSystem files(skv::findDrivesFolder());
   skv::QtPictureReader pictures(files);
