@@ -14,8 +14,10 @@
 #include <QTabBar>
 #include <QTest>
 #include <QTimer>
+#include <algorithm>
 #include <iostream>
 
+#include "ui/qt/picture_view.h"
 #include "ui/qt/status_view.h"
 
 namespace skv::tour {
@@ -29,6 +31,11 @@ QModelIndex index(const std::string& name, int row, int column) {
   if (!result.isValid())
     throw Wrong(name + " has no row " + std::to_string(row) + ", column " + std::to_string(column));
   return result;
+}
+
+bool showsItsPicture(const QWidget* widget) {
+  const auto* view = dynamic_cast<const ui::qt::PictureView*>(widget);
+  return !view || view->settled();
 }
 
 std::string flat(QString text) {
@@ -65,6 +72,10 @@ void User::stage(const std::string& text) { std::cout << "* " << text << std::en
 
 void User::picture(const std::string& name) {
   settle();
+  // Pictures are read beside the window's thread.
+  require(QTest::qWaitFor(
+              [] { return std::ranges::all_of(QApplication::allWidgets(), showsItsPicture); }),
+          "a picture is still not shown");
   // The windows as they lie on each other; menus and boxes are windows of their own.
   QRect area;
   QList<QWidget*> windows;
