@@ -27,6 +27,10 @@ class SlowReader : public PictureReader {
     }
     while (!gate.tryAcquire(1, 5))
       if (stop.stop_requested()) return Outcome::failure(err::cancelled);
+    if (stop.stop_requested()) {
+      gate.release();  // it was meant for the one that is wanted
+      return Outcome::failure(err::cancelled);
+    }
     if (path == "broken") return Outcome::failure(err::invalidPicture);
     const int colour = std::stoi(std::string(path), nullptr, 16);
     Pixels pixels{4, 4, {}};
