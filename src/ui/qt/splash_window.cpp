@@ -70,6 +70,8 @@ QWidget* makeSplashWindow(Bindings& bindings, FrmSplash& form, const FileSystem&
     text->addWidget(build.label(*line));
   QPushButton* close = build.button(form.btnClose);
   close->setDefault(true);
+  close->setFocus();
+  text->addSpacing(10);
   text->addWidget(close, 0, Qt::AlignRight);
   column->addLayout(text);
   return window;
