@@ -18,7 +18,9 @@ void FindPictureAmongTextures(benchmark::State& state) {
   // The last place in the folder that is looked at.
   sample::writeFile(textures / "z.gif", "x");
   const AircraftPlaces places{.TexDir = "C:\\FS\\aircraft\\plane\\texture\\",
-                              .Folder = "C:\\FS\\aircraft\\plane\\"};
+                              .Folder = "C:\\FS\\aircraft\\plane\\",
+                              .specimens = {},
+                              .type = {}};
   AircraftPicture found;
   while (state.KeepRunning()) found = findAircraftPicture(run.app.files(), places);
   if (found.file != places.TexDir + "z.gif") state.SkipWithError("the picture was not found");
