@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Installs the built program into a throw-away folder, looks at what came, and starts it from there
-# on a made-up simulator: the window comes, and Ctrl+Q ends the run in order.
+# on a made-up simulator: the window comes, Help opens the manual, and Ctrl+Q ends the run in order.
 #   tests/installation_test.sh BUILD
 set -euo pipefail
 
@@ -67,7 +67,12 @@ export HOME="$work/home" WINEPREFIX="$work/home" QT_QPA_PLATFORM=xcb
 export XDG_CONFIG_HOME="$HOME/config" XDG_CACHE_HOME="$HOME/cache" XDG_DATA_HOME="$HOME/data"
 unset SKYVAULT_DRIVES TEMP WAYLAND_DISPLAY
 
-mkfifo "$work/display"
+# What the program opens with the desktop's programs, it tells this one.
+mkfifo "$work/display" "$work/opened"
+mkdir "$work/path"
+printf '#!/bin/sh\necho "$1" >"%s"\n' "$work/opened" >"$work/path/xdg-open"
+chmod +x "$work/path/xdg-open"
+PATH="$work/path:$PATH"
 Xvfb -displayfd 3 -screen 0 1024x768x24 -nolisten tcp 3>"$work/display" 2>/dev/null &
 x_server=$!
 read -r number <"$work/display"
@@ -81,6 +86,10 @@ kill -0 $program || fail "the program is gone: $(cat "$work/errors")"
 
 # A second start finds the first one and ends.
 bin/fsskyvault || fail "the second start"
+
+xdotool windowfocus --sync "$window" key alt+h key u
+read -r opened <"$work/opened"
+[ "$opened" = "$work/usr/share/fsskyvault/Skyvault.doc" ] || fail "the manual opened is $opened"
 
 xdotool windowfocus --sync "$window" key ctrl+q
 wait $program || fail "the program ended with $?: $(cat "$work/errors")"

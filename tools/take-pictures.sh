@@ -6,8 +6,8 @@ set -euo pipefail
 cd "$(dirname "$0")/.."
 
 # picture=stage. A picture that the text shows and that is missing here stops the manual's build.
-# Mail and pictures have no stage of the tour yet: theirs are to be added here, and to the chapters
-# "Packages by mail" and "Pictures" of share/manual.md as ![caption](picture.png).
+# Mail has no stage of the tour yet: its pictures are to be added here, and to the chapter "Packages
+# by mail" of share/manual.md as ![caption](picture.png).
 pictures=(
   aircraft=aircraft
   edit=edit
@@ -15,6 +15,7 @@ pictures=(
   name=name
   hangar=installed
   compressed=compressed
+  picture-menu=picture-menu
   scenery=scenery-moved
   scenery-options=scenery-options
 )
