@@ -10,10 +10,12 @@ packages=(
   libunarr-dev                                  # archives by rarer methods
   libcurl4-openssl-dev ca-certificates          # mail servers, the version check
   libjpeg62-turbo-dev                           # pictures
+  libgmime-3.0-dev libxml2-dev                  # mails, and those that are written in HTML
   libicu-dev                                    # letters, code pages
   libxcb1-dev libxcb-composite0-dev             # windows of other programs
   libwmf-dev libseccomp-dev                     # metafiles, drawn in a process that may do little
   libgtest-dev libbenchmark-dev                 # tests, measuring
+  dovecot-pop3d python3-aiosmtpd openssl        # the mail servers of the tests
   xvfb xdotool fonts-dejavu-core                # the window without a screen
   openbox                                       # tests: windows as other programs have them
   librsvg2-bin dpkg-dev                         # icons, the Debian package

@@ -3,6 +3,7 @@
 
 #include <chrono>
 #include <string>
+#include <vector>
 
 #include "platform/mail_engine.h"
 
@@ -14,6 +15,7 @@ struct MailOptions {
   // Native path of the folder for mails under way, made where it is missing; "": below the user's
   // cache.
   std::string workFolder = {};
+  std::vector<int> tlsPorts = {465, 995};  // where encryption begins at once
   std::chrono::milliseconds connectTime{30'000};
   std::chrono::milliseconds silenceTime{60'000};
 };

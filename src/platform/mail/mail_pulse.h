@@ -1,0 +1,48 @@
+// What a long call of the mail engine owes to its caller: signs of life, and an ear for the wish to
+// end.
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+
+#include "platform/mail_engine.h"
+
+namespace skv {
+
+class MailPulse {
+ public:
+  explicit MailPulse(const MailEngine& engine) : engine_(engine) {}
+
+  // To be called at least every few milliseconds. Answers false, and from then on, once the caller
+  // wants the call to end.
+  bool beat() {
+    const auto now = std::chrono::steady_clock::now();
+    if (stopped_ || now - last_ < interval) return !stopped_;
+    if (engine_.Yield && !engine_.Yield()) stopped_ = true;
+    last_ = std::chrono::steady_clock::now();
+    return !stopped_;
+  }
+  void tell(std::uint64_t done, std::uint64_t whole) {
+    const int percent = whole == 0 ? 0 : static_cast<int>(done >= whole ? 100 : done * 100 / whole);
+    if (percent == percent_) return;
+    percent_ = percent;
+    if (engine_.Progress) engine_.Progress(percent);
+  }
+  // A new call begins.
+  void restart() {
+    stopped_ = false;
+    percent_ = -1;
+  }
+  static Outcome cancelled() { return Outcome::failure(err::cancelled); }
+
+  // Between two signs of life, and the longest time to wait for anything without one.
+  static constexpr std::chrono::milliseconds interval{20};
+
+ private:
+  const MailEngine& engine_;
+  std::chrono::steady_clock::time_point last_{};
+  int percent_ = -1;
+  bool stopped_ = false;
+};
+
+}  // namespace skv

@@ -1,0 +1,290 @@
+#include "platform/mail/pop3_mailbox.h"
+
+#include <algorithm>
+#include <charconv>
+#include <unordered_map>
+
+#include "base/text.h"
+#include "platform/disk/native_calls.h"
+
+namespace skv {
+
+namespace {
+
+// Nobody has more mails, and nobody sends larger ones.
+constexpr std::uint64_t mostMails = 1'000'000;
+constexpr std::uint64_t largestMail = std::uint64_t{2} << 30U;
+// Of headers: what is looked at, and what may come before the server is not listened to any more.
+constexpr std::size_t keptHead = std::size_t{1} << 16U;
+constexpr std::uint64_t longestHead = std::uint64_t{16} << 20U;
+
+std::uint64_t leadingNumber(std::string_view text) {
+  std::uint64_t number = 0;
+  std::from_chars(text.data(), text.data() + text.size(), number);
+  return number;
+}
+
+// Of the headers alone, and without those by which a server marks what it has shown.
+std::size_t printOf(std::string_view head) {
+  std::string kept;
+  for (std::size_t at = 0; at < head.size();) {
+    const std::size_t end = std::min(head.find('\n', at), head.size() - 1) + 1;
+    const std::string_view line = head.substr(at, end - at);
+    at = end;
+    if (trim(line).empty()) break;
+    const std::string name = lowerAscii(line.substr(0, line.find(':')));
+    if (name != "status" && name != "x-status") kept += line;
+  }
+  return std::hash<std::string>()(kept);
+}
+
+}  // namespace
+
+void Pop3Mailbox::setAccess(const ServerAccess& access) {
+  if (access_ && access_->host.name == access.host.name && access_->ports == access.ports &&
+      access_->user == access.user && access_->password == access.password) {
+    access_->plainAllowed = access.plainAllowed;
+    return;
+  }
+  close();
+  access_ = access;
+  topMissing_ = false;
+}
+
+Outcome Pop3Mailbox::refused(const Pop3Answer& answer) const {
+  return serverFailure(*access_, "refuses", answer.words);
+}
+
+Outcome Pop3Mailbox::connect() {
+  if (session_) return {};
+  auto session = Pop3Session::open(*access_, options_, pulse_);
+  if (!session.ok()) return session.outcome();
+  const auto status = session.value()->command("STAT");
+  if (!status.ok()) return status.outcome();
+  if (!status.value().agreed) return refused(status.value());
+  const std::uint64_t count = leadingNumber(status.value().words);
+  if (count > mostMails)
+    return serverFailure(*access_, "counts what cannot be", status.value().words);
+  session_ = std::move(session).value();
+  count_ = static_cast<int>(count);
+  ++sessions_;
+  entries_.clear();
+  entriesLoaded_ = false;
+  return {};
+}
+
+// Work that may be done again: a session that was open before may have been ended by the server
+// meanwhile, and a new one is tried then.
+template <class Work>
+Outcome Pop3Mailbox::inSession(Work work) {
+  const bool wasOpen = session_ != nullptr;
+  Outcome done = connect();
+  if (!done.ok()) return done;
+  done = work();
+  if (session_ || !wasOpen || done.ok() || done.number() == err::cancelled) return done;
+  if (Outcome again = connect(); !again.ok()) return again;
+  return work();
+}
+
+Result<int> Pop3Mailbox::count() {
+  const Outcome counted = inSession([this] {
+    const auto alive = session_->command("STAT");
+    if (!alive.ok()) drop();
+    if (!alive.ok()) return alive.outcome();
+    if (!alive.value().agreed) return refused(alive.value());
+    count_ = static_cast<int>(std::min(leadingNumber(alive.value().words), mostMails));
+    return Outcome();
+  });
+  if (!counted.ok()) return counted;
+  return count_;
+}
+
+Outcome Pop3Mailbox::loadEntries() {
+  if (entriesLoaded_) return {};
+  std::unordered_map<int, Entry> found;
+  std::vector<int> order;
+  const auto take = [&](const char* command, auto note) -> Outcome {
+    const auto listing = session_->list(command);
+    if (!listing.ok()) {
+      drop();
+      return listing.outcome();
+    }
+    for (const auto& [number, value] : listing.value().entries) {
+      const auto [entry, isNew] = found.try_emplace(number, Entry{number, {}, 0});
+      if (isNew) order.push_back(number);
+      note(entry->second, value);
+    }
+    return {};
+  };
+  Outcome taken = take("UIDL", [](Entry& entry, const std::string& uid) { entry.uid = uid; });
+  if (taken.ok() && order.size() != static_cast<std::size_t>(count_))
+    taken = take("LIST",
+                 [](Entry& entry, const std::string& size) { entry.size = leadingNumber(size); });
+  if (!taken.ok()) return taken;
+  for (int number = 1; order.empty() && number <= count_; ++number)
+    entries_.push_back({number, {}, 0});
+  std::ranges::sort(order);
+  for (const int number : order) entries_.push_back(found[number]);
+  entriesLoaded_ = true;
+  return {};
+}
+
+// A server without TOP sends the whole mail; what is not looked at goes as it comes.
+Result<std::vector<MailHead>> Pop3Mailbox::headsOf(const std::vector<Entry>& entries, int lines) {
+  std::vector<MailHead> heads;
+  std::vector<std::size_t> without;
+  const auto note = [&](std::size_t index, std::string text) {
+    MailHead& head = heads[index];
+    head.key = {entries[index].uid,    entries[index].size,
+                printOf(text),         lines,
+                entries[index].number, sessions_};
+    head.text = std::move(text);
+  };
+  heads.resize(entries.size());
+  std::vector<std::string> commands;
+  if (!topMissing_)
+    for (const Entry& entry : entries)
+      commands.push_back("TOP " + std::to_string(entry.number) + " " + std::to_string(lines));
+  Outcome asked =
+      session_->longCommands(commands, longestHead, keptHead,
+                             [&](std::size_t index, const Pop3Answer& answer, std::string text) {
+                               if (answer.agreed)
+                                 note(index, std::move(text));
+                               else
+                                 without.push_back(index);
+                               pulse_.tell(index + 1, entries.size());
+                             });
+  if (asked.ok() && topMissing_)
+    for (std::size_t index = 0; index < entries.size(); ++index) without.push_back(index);
+  for (std::size_t at = 0; asked.ok() && at < without.size(); ++at) {
+    const std::size_t index = without[at];
+    std::string text;
+    const auto answer = session_->longCommand(
+        "RETR " + std::to_string(entries[index].number), largestMail, [&](std::string_view piece) {
+          text += piece.substr(0, keptHead - std::min(keptHead, text.size()));
+        });
+    asked = answer.outcome();
+    if (!answer.ok() || !answer.value().agreed) continue;
+    topMissing_ = without.size() == entries.size();
+    note(index, std::move(text));
+    pulse_.tell(index + 1, entries.size());
+  }
+  if (!asked.ok()) {
+    drop();
+    return asked;
+  }
+  // What the server did not show, it does not have.
+  std::erase_if(heads, [](const MailHead& head) { return head.key.number == 0; });
+  return heads;
+}
+
+Result<std::vector<MailHead>> Pop3Mailbox::heads(int lines) {
+  std::vector<MailHead> heads;
+  const Outcome fetched = inSession([&]() -> Outcome {
+    if (Outcome loaded = loadEntries(); !loaded.ok()) return loaded;
+    heads.clear();
+    // The first one alone shows whether the server knows TOP: many end a session that asks too
+    // often for what they do not know.
+    const auto second = entries_.begin() + (entries_.empty() ? 0 : 1);
+    for (const auto& part :
+         {std::vector(entries_.begin(), second), std::vector(second, entries_.end())}) {
+      auto read = headsOf(part, lines);
+      if (!read.ok()) return read.outcome();
+      std::ranges::move(read.value(), std::back_inserter(heads));
+    }
+    return {};
+  });
+  if (!fetched.ok()) return fetched;
+  return heads;
+}
+
+// More than one where mails are alike in all that is known of them.
+Result<std::vector<int>> Pop3Mailbox::numbersOf(const MailKey& key) {
+  if (Outcome loaded = loadEntries(); !loaded.ok()) return loaded;
+  std::vector<int> numbers;
+  std::vector<Entry> alike;
+  for (const Entry& entry : entries_) {
+    if (!key.uid.empty() && entry.uid == key.uid) numbers.push_back(entry.number);
+    if (key.uid.empty() && entry.uid.empty() && entry.size == key.size) alike.push_back(entry);
+  }
+  if (alike.empty()) return numbers;
+  const auto heads = headsOf(alike, key.lines);
+  if (!heads.ok()) return heads.outcome();
+  for (const MailHead& head : heads.value())
+    if (head.key.print == key.print) numbers.push_back(head.key.number);
+  return numbers;
+}
+
+// 0 for a mail that is no longer there.
+Result<int> Pop3Mailbox::find(const MailKey& key) {
+  if (key.session == sessions_) return key.number;
+  const auto numbers = numbersOf(key);
+  if (!numbers.ok()) return numbers.outcome();
+  return numbers.value().empty() ? 0 : numbers.value().front();
+}
+
+Outcome Pop3Mailbox::fetch(const MailKey& key, int file) {
+  return inSession([&]() -> Outcome {
+    const auto number = find(key);
+    if (!number.ok()) return number.outcome();
+    const Outcome gone = Outcome::failure(err::mail, "the mail is no longer in the mailbox");
+    if (number.value() == 0) return gone;
+    const std::string which = " " + std::to_string(number.value());
+    auto answer = session_->command("LIST" + which);
+    std::uint64_t size = 0;
+    if (answer.ok()) {
+      const std::string& words = answer.value().words;
+      size = leadingNumber(words.substr(std::min(words.find(' ') + 1, words.size())));
+      int error = ::ftruncate(file, 0) == 0 && ::lseek(file, 0, SEEK_SET) == 0 ? 0 : errno;
+      std::uint64_t done = 0;
+      answer = session_->longCommand("RETR" + which, largestMail, [&](std::string_view piece) {
+        if (error == 0) error = writeAll(file, piece);
+        pulse_.tell(done += piece.size(), size);
+      });
+      if (answer.ok() && error != 0) return systemFailure(error, options_.workFolder);
+    }
+    if (!answer.ok()) {
+      drop();
+      return answer.outcome();
+    }
+    return answer.value().agreed ? Outcome() : refused(answer.value());
+  });
+}
+
+Outcome Pop3Mailbox::remove(const MailKey& key) {
+  Outcome failure;
+  // How many mails like this one there were when the server's last word on them was lost.
+  std::optional<std::size_t> inDoubt;
+  for (int attempt = 0; attempt < 3; ++attempt) {
+    const bool known = session_ && key.session == sessions_;
+    if (failure = connect(); !failure.ok()) return failure;
+    const auto numbers = numbersOf(key);
+    if (!numbers.ok()) {
+      failure = numbers.outcome();
+      if (failure.number() == err::cancelled) return failure;
+      continue;
+    }
+    const std::vector<int>& alike = numbers.value();
+    if (alike.empty() || (inDoubt && alike.size() < *inDoubt)) return {};
+    const bool itself = known && std::ranges::find(alike, key.number) != alike.end();
+    const int number = itself ? key.number : alike.front();
+    auto answer = session_->command("DELE " + std::to_string(number));
+    const bool marked = answer.ok() && answer.value().agreed;
+    if (marked) {
+      inDoubt = alike.size();
+      answer = session_->command("QUIT");
+    }
+    if (marked || !answer.ok()) drop();
+    if (answer.ok()) return answer.value().agreed ? Outcome() : refused(answer.value());
+    failure = answer.outcome();
+    if (failure.number() == err::cancelled) return failure;
+  }
+  return failure;
+}
+
+void Pop3Mailbox::close() {
+  if (session_) session_->command("QUIT").outcome().skipped();
+  drop();
+}
+
+}  // namespace skv

@@ -1,0 +1,187 @@
+#include "platform/mail/received_mail.h"
+
+#include <algorithm>
+#include <array>
+
+#include "base/paths.h"
+#include "base/text.h"
+#include "platform/mail/mail_parts.h"
+#include "platform/mail/mail_words.h"
+
+namespace skv {
+
+namespace {
+
+constexpr std::size_t longestBody = std::size_t{4} << 20U;
+constexpr std::size_t pieceSize = std::size_t{1} << 16U;
+
+// The name without the folders that other systems' programs put before it.
+std::string lastElement(std::string_view name) {
+  const std::size_t separator = name.find_last_of("/\\");
+  return trim(separator == std::string_view::npos ? name : name.substr(separator + 1));
+}
+
+std::string_view orEmpty(const char* text) { return text == nullptr ? "" : text; }
+
+class ReceivedMail : public MailMessage {
+ public:
+  ReceivedMail(MailFile where, GOwned<GMimeMessage> message, FileSystem& files, MailPulse& pulse)
+      : where_(std::move(where)),
+        message_(std::move(message)),
+        parts_(partsOf(g_mime_message_get_mime_part(message_.get()))),
+        files_(files),
+        pulse_(pulse) {}
+
+  std::string GetSubject() const override {
+    char* headers = g_mime_object_get_headers(GMIME_OBJECT(message_.get()), nullptr);
+    std::string subject = decodedHeader(headerIn(orEmpty(headers), "Subject"));
+    g_free(headers);
+    return subject;
+  }
+
+  Result<std::string> GetBody() const override {
+    if (parts_.text == nullptr) return std::string();
+    const auto [bytes, cut] = textBytes();
+    GMimeContentType* type = g_mime_object_get_content_type(GMIME_OBJECT(parts_.text));
+    std::string text = decodedText(
+        bytes, std::string(orEmpty(g_mime_content_type_get_parameter(type, "charset"))));
+    if (g_mime_content_type_is_type(type, "text", "html") != 0) text = textOfHtml(text);
+    text = plainText(text);
+    if (cut) text += "\n[...]";
+    return text;
+  }
+
+  Result<int> AttachmentCount() const override {
+    return static_cast<int>(parts_.attachments.size());
+  }
+
+  Result<std::string> AttachmentName(int index) const override {
+    if (!has(index)) return Outcome::failure(err::invalidProcedureCall);
+    return lastElement(at(index).name);
+  }
+
+  Outcome SaveAttachment(int index, std::string_view folder) const override {
+    if (!has(index)) return Outcome::failure(err::invalidProcedureCall);
+    const std::string name = lastElement(at(index).name);
+    if (!isElementName(name) || std::ranges::any_of(name, isForbiddenInNames))
+      return Outcome::failure(err::badFileName, onOneLine(name));
+    pulse_.restart();
+    auto file = files_.createFile(withBackslash(folder) + name);
+    if (!file.ok()) return file.outcome();
+    Outcome written = at(index).uuencoded ? writeUuencoded(at(index), *file.value())
+                                          : writePart(at(index), *file.value());
+    if (!written.ok()) return written;
+    if (Outcome named = file.value()->commit({}); !named.ok()) return named;
+    return files_.flushDisk(folder);
+  }
+
+ private:
+  bool has(int index) const {
+    return index >= 0 && index < static_cast<int>(parts_.attachments.size());
+  }
+  const MailPart& at(int index) const {
+    return parts_.attachments[static_cast<std::size_t>(index)];
+  }
+
+  // Of the mail's text, without the files that stand in it.
+  std::pair<std::string, bool> textBytes() const {
+    std::string bytes;
+    const auto stream = decodedStream(parts_.text);
+    std::uint64_t offset = 0;
+    auto skipped = parts_.attachments.begin();
+    std::array<char, pieceSize> buffer;
+    for (;;) {
+      const ssize_t got = g_mime_stream_read(stream.get(), buffer.data(), buffer.size());
+      if (got <= 0) return {std::move(bytes), false};
+      std::string_view piece(buffer.data(), static_cast<std::size_t>(got));
+      while (!piece.empty()) {
+        skipped = std::find_if(skipped, parts_.attachments.end(), [&](const MailPart& part) {
+          return part.uuencoded && part.part == parts_.text && part.range.end > offset;
+        });
+        const bool none = skipped == parts_.attachments.end();
+        const bool inside = !none && offset >= skipped->range.begin;
+        const std::uint64_t until =
+            none ? offset + piece.size() : (inside ? skipped->range.end : skipped->range.begin);
+        const std::size_t length = std::min<std::uint64_t>(piece.size(), until - offset);
+        if (!inside) bytes += piece.substr(0, length);
+        piece.remove_prefix(length);
+        offset += length;
+      }
+      if (bytes.size() > longestBody) {
+        bytes.resize(longestBody);
+        return {std::move(bytes), true};
+      }
+    }
+  }
+
+  // Passes the decoded bytes of a part on, piece by piece.
+  template <class Take>
+  Outcome readPart(GMimePart* part, std::uint64_t length, Take take) const {
+    const auto stream = decodedStream(part);
+    std::vector<char> buffer(pieceSize);
+    std::uint64_t done = 0;
+    for (;;) {
+      if (!pulse_.beat()) return MailPulse::cancelled();
+      const ssize_t got = g_mime_stream_read(stream.get(), buffer.data(), buffer.size());
+      if (got < 0) return Outcome::failure(err::deviceIo, "reading the mail");
+      if (got == 0) return {};
+      done += static_cast<std::uint64_t>(got);
+      pulse_.tell(done, length);
+      if (Outcome taken = take(std::span(buffer).first(static_cast<std::size_t>(got))); !taken.ok())
+        return taken;
+    }
+  }
+
+  // What a part is likely to hold: base64 is a third longer than its bytes.
+  static std::uint64_t likelyLength(GMimePart* part) {
+    GMimeDataWrapper* content = g_mime_part_get_content(part);
+    if (content == nullptr) return 0;
+    const auto raw = g_mime_stream_length(g_mime_data_wrapper_get_stream(content));
+    return raw < 0 ? 0 : static_cast<std::uint64_t>(raw) * 3 / 4;
+  }
+
+  Outcome writePart(const MailPart& attachment, FileWriter& file) const {
+    return readPart(attachment.part, likelyLength(attachment.part),
+                    [&](std::span<const char> bytes) { return file.write(bytes); });
+  }
+
+  Outcome writeUuencoded(const MailPart& attachment, FileWriter& file) const {
+    const GOwned<GMimeFilter> decoder(
+        g_mime_filter_basic_new(GMIME_CONTENT_ENCODING_UUENCODE, FALSE));
+    const PartRange range = attachment.range;
+    std::uint64_t offset = 0;
+    return readPart(attachment.part, range.end, [&](std::span<char> bytes) -> Outcome {
+      const std::uint64_t begin = std::clamp(range.begin, offset, offset + bytes.size());
+      const std::uint64_t end = std::clamp(range.end, offset, offset + bytes.size());
+      const auto inside = bytes.subspan(begin - offset, end - begin);
+      offset += bytes.size();
+      if (inside.empty()) return {};
+      char* out = nullptr;
+      std::size_t length = 0, before = 0;
+      g_mime_filter_filter(decoder.get(), inside.data(), inside.size(), 0, &out, &length, &before);
+      return file.write({out, length});
+    });
+  }
+
+  const MailFile where_;
+  const GOwned<GMimeMessage> message_;
+  const MailParts parts_;
+  FileSystem& files_;
+  MailPulse& pulse_;
+};
+
+}  // namespace
+
+Result<std::unique_ptr<MailMessage>> readMail(MailFile where, FileSystem& files, MailPulse& pulse) {
+  const GOwned<GMimeStream> stream(
+      g_mime_stream_fs_new_with_bounds(where.file->get(), where.begin, where.end));
+  g_mime_stream_fs_set_owner(GMIME_STREAM_FS(stream.get()), FALSE);
+  const GOwned<GMimeParser> parser(g_mime_parser_new_with_stream(stream.get()));
+  g_mime_parser_set_persist_stream(parser.get(), TRUE);
+  GOwned<GMimeMessage> message(g_mime_parser_construct_message(parser.get(), nullptr));
+  if (!message) return Outcome::failure(err::mail, "this is no mail");
+  return std::unique_ptr<MailMessage>(
+      std::make_unique<ReceivedMail>(std::move(where), std::move(message), files, pulse));
+}
+
+}  // namespace skv

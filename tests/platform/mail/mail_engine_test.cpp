@@ -1,0 +1,314 @@
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+#include "platform/disk/drive_file_system.h"
+#include "platform/mail/curl_mail_engine.h"
+#include "platform/mail/mail_servers.h"
+#include "support/faulty_file_system.h"
+#include "support/temporary_drive.h"
+#include "support/text.h"
+
+namespace skv::test {
+namespace {
+
+using namespace std::chrono_literals;
+
+std::string mailOf(const std::string& subject, const std::string& rest = "\r\nBody\r\n") {
+  return "From: a@example.com\r\nSubject: " + subject + "\r\n" + rest;
+}
+
+struct EngineTest : ::testing::Test {
+  std::unique_ptr<MailEngine> load(const std::string& caFile = {},
+                                   const std::vector<int>& tlsPorts = {},
+                                   std::chrono::milliseconds silence = 20s) {
+    system = std::make_unique<CurlMailSystem>(
+        MailOptions{caFile, drive.native() + "/work", tlsPorts, 20s, silence});
+    return system->load(files);
+  }
+  // For a server that answers every login.
+  std::unique_ptr<MailEngine> loadFor(const RudeServer& server,
+                                      std::chrono::milliseconds silence = 20s) {
+    auto engine = load({}, {}, silence);
+    engine->SetPopHost(server.host());
+    engine->SetPopUserName("pilot");
+    engine->SetPopPassword("secret word");
+    return engine;
+  }
+  static std::vector<std::string> subjects(const MailBundle& bundle) {
+    std::vector<std::string> found;
+    for (int at = 0; at < bundle.MessageCount(); ++at)
+      found.push_back(bundle.MessageAt(at).value()->GetSubject());
+    return found;
+  }
+  TemporaryDrive drive;
+  DriveFileSystem disk{drive.drives()};
+  FaultyFileSystem files{disk};
+  std::unique_ptr<CurlMailSystem> system;
+};
+
+TEST_F(EngineTest, MovesAPackageThroughRealServers) {
+  MailServers servers;
+  std::string package;
+  for (unsigned at = 0; at < 300'000; ++at) package += static_cast<char>(at * at >> 3U);
+  drive.write("C:\\Packs\\Rome.zip", package);
+  auto engine = load(servers.caFile(), servers.tlsPorts());
+  int beats = 0, percent = 0;
+  engine->Yield = [&] { return ++beats > 0; };
+  engine->Progress = [&](int now) { percent = now; };
+
+  const auto mail = engine->NewMessage();
+  ASSERT_TRUE(mail->AddRecipient("bob@example.com", "bob@example.com").ok());
+  ASSERT_TRUE(mail->SetFromAddress("ann@example.com").ok());
+  mail->SetFromName("Ann Other");
+  mail->SetSubject("/FSSkyvaultPack/SC/Rome.zip");
+  mail->SetBody(".\r\nHello\r\n..two\r\n");
+  EXPECT_EQ(mail->AddAttachment("C:\\Packs\\Rome.zip").valueOr(""), "application/zip");
+  engine->SetSmtpHost(servers.smtp());
+  EXPECT_TRUE(holds(engine->SendMail(*mail).description(), "refuses"));  // wants a login
+  engine->SetSmtpUserName("pilot");
+  engine->SetSmtpPassword("wrong word");
+  const Outcome denied = engine->SendMail(*mail);
+  EXPECT_TRUE(holds(denied.description(), "refuses the login"));
+  EXPECT_EQ(denied.description().find("wrong word"), std::string::npos);
+  engine->SetSmtpPassword("secret word");
+  for (const std::string& host : {servers.smtp(), servers.smtps()}) {
+    engine->SetSmtpHost(host);
+    const Outcome sent = engine->SendMail(*mail);
+    EXPECT_TRUE(sent.ok()) << sent.description();
+  }
+  EXPECT_GT(beats, 0);
+  EXPECT_EQ(percent, 100);
+  const auto letters = servers.sent();
+  ASSERT_EQ(letters.size(), 2U);
+  const std::size_t gap = letters[0].find("\r\n");
+  EXPECT_EQ(letters[0].substr(0, gap), "[127.0.0.1] ann@example.com bob@example.com");
+
+  ASSERT_TRUE(mail->AddRecipient("", "nobody@example.com").ok());
+  EXPECT_TRUE(holds(engine->SendMail(*mail).description(), "There is no such pilot"));
+  EXPECT_EQ(servers.sent().size(), 2U);
+
+  servers.putIntoMailbox(mailOf("first"));
+  servers.putIntoMailbox(letters[0].substr(gap + 2));
+  servers.putIntoMailbox(mailOf("last"));
+  engine->SetPopUserName("pilot");
+  engine->SetPopPassword("wrong word");
+  engine->SetPopHost(servers.pop3());
+  EXPECT_TRUE(holds(engine->MailboxCount().outcome().description(), "refuses the login"));
+  engine->SetPopPassword("secret word");
+  ASSERT_EQ(engine->MailboxCount().valueOr(-1), 3)
+      << engine->MailboxCount().outcome().description();
+  const auto heads = engine->FetchHeaders(10);
+  ASSERT_EQ(subjects(*heads.value()),
+            (std::vector<std::string>{"first", "/FSSkyvaultPack/SC/Rome.zip", "last"}));
+  const MailMessage& head = *heads.value()->MessageAt(1).value();
+
+  ASSERT_TRUE(engine->DeleteMail(*heads.value()->MessageAt(0).value()).ok());
+  EXPECT_EQ(servers.mailsInMailbox(), 2);  // gone already, and the numbers have changed
+  const auto full = engine->FetchFullMail(head);
+  ASSERT_TRUE(full.ok()) << full.outcome().description();
+  EXPECT_EQ(full.value()->GetBody().valueOr(""), ".\nHello\n..two\n");
+  ASSERT_EQ(full.value()->AttachmentCount().valueOr(0), 1);
+  EXPECT_EQ(full.value()->AttachmentName(0).valueOr(""), "Rome.zip");
+  ASSERT_TRUE(disk.makeFolder("C:\\Temp").ok());
+  files.failWhen("write", "", err::diskFull);
+  EXPECT_EQ(full.value()->SaveAttachment(0, "C:\\Temp").number(), err::diskFull);
+  files.heal();
+  EXPECT_TRUE(drive.filesIn("C:\\Temp").empty());
+  ASSERT_TRUE(full.value()->SaveAttachment(0, "C:\\Temp").ok());
+  files.powerCut(FaultyFileSystem::Lost::contents);
+  EXPECT_EQ(drive.read("C:\\Temp\\Rome.zip"), package);
+  EXPECT_TRUE(std::filesystem::is_empty(drive.native() + "/work"));
+
+  ASSERT_TRUE(engine->DeleteMail(head).ok());
+  EXPECT_TRUE(engine->DeleteMail(head).ok());  // is gone, as it should be
+  EXPECT_TRUE(holds(engine->FetchFullMail(head).outcome().description(), "no longer"));
+  engine->SetPopHost(servers.pop3s());
+  EXPECT_EQ(engine->MailboxCount().valueOr(-1), 1);
+
+  // Without the certificate in the store the server is anybody.
+  engine = load();
+  engine->SetPopHost(servers.pop3());
+  engine->SetPopUserName("pilot");
+  engine->SetPopPassword("secret word");
+  EXPECT_TRUE(holds(engine->MailboxCount().outcome().description(), "cannot prove"));
+}
+
+// A mailbox of a server in a test, of the plainest kind.
+struct Mailbox {
+  std::vector<std::string> mails;
+  bool knowsTop = true, knowsUidl = true;
+  std::string cutAt;  // the command on which the server hangs up, having done what it says
+  int cuts = 0;       // how often
+  std::vector<bool> marked = std::vector<bool>(mails.size());
+  int sessions = 0;
+
+  std::optional<std::string> operator()(const std::string& line) {
+    const std::string verb = line.substr(0, 4);
+    const std::size_t number = line.size() > 5 ? std::strtoul(&line[4], nullptr, 10) : 0;
+    std::string answer = reply(verb, number);
+    if (!cutAt.empty() && verb == cutAt && cuts > 0 && --cuts >= 0) return {};
+    return answer;
+  }
+
+ private:
+  std::string reply(const std::string& verb, std::size_t number) {
+    if (verb.empty()) {
+      ++sessions;
+      marked.assign(mails.size(), false);
+      return "+OK ready\r\n";
+    }
+    if (verb == "CAPA") return "-ERR what?\r\n";
+    if (verb == "STAT") return "+OK " + std::to_string(mails.size()) + " 0\r\n";
+    if (verb == "QUIT") {
+      for (std::size_t at = mails.size(); at-- > 0;)
+        if (marked[at]) mails.erase(mails.begin() + static_cast<std::ptrdiff_t>(at));
+    }
+    if ((verb == "UIDL" && knowsUidl) || (verb == "LIST" && number == 0)) {
+      std::string all = "+OK\r\n";
+      for (std::size_t at = 0; at < mails.size(); ++at)
+        all += std::to_string(at + 1) + " " +
+               (verb == "UIDL" ? "id" + std::to_string(std::hash<std::string>()(mails[at]))
+                               : std::to_string(mails[at].size())) +
+               "\r\n";
+      return all + ".\r\n";
+    }
+    if (verb == "UIDL" || (verb == "TOP " && !knowsTop)) return "-ERR what?\r\n";
+    if (verb == "TOP " || verb == "RETR" || verb == "DELE") {
+      if (number < 1 || number > mails.size()) return "-ERR no such mail\r\n";
+      if (verb != "DELE") return "+OK\r\n" + mails[number - 1] + ".\r\n";
+      marked[number - 1] = true;
+    }
+    return "+OK\r\n";
+  }
+};
+
+// The connection breaks at each command in turn. What was deleted is gone, what was not is there,
+// and nothing else is touched.
+TEST_F(EngineTest, DeletesWhatItShouldOverBrokenConnections) {
+  for (const bool uidl : {true, false})
+    for (const char* cutAt : {"", "STAT", "UIDL", "LIST", "TOP ", "DELE", "QUIT"})
+      for (const int cuts : {1, 9}) {
+        SCOPED_TRACE(std::string(cutAt) + (uidl ? " with UIDL " : " ") + std::to_string(cuts));
+        Mailbox box{{mailOf("a"), mailOf("b"), mailOf("a"), mailOf("c")}, true, uidl, "", cuts};
+        RudeServer server([&](const std::string& line) { return box(line); });
+        auto engine = loadFor(server);
+        const auto heads = engine->FetchHeaders(10);
+        ASSERT_TRUE(heads.ok()) << heads.outcome().description();
+        ASSERT_EQ(subjects(*heads.value()), (std::vector<std::string>{"a", "b", "a", "c"}));
+        ASSERT_TRUE(engine->DeleteMail(*heads.value()->MessageAt(1).value()).ok());
+        ASSERT_EQ(box.mails.size(), 3U);
+        box.cutAt = cutAt;
+        const Outcome deleted = engine->DeleteMail(*heads.value()->MessageAt(2).value());
+        EXPECT_TRUE(deleted.ok() || cuts > 1 || box.cutAt == "STAT") << deleted.description();
+        box.cutAt.clear();
+        if (deleted.ok()) {
+          EXPECT_EQ(box.mails.size(), 2U);
+          EXPECT_TRUE(engine->DeleteMail(*heads.value()->MessageAt(3).value()).ok());
+          EXPECT_EQ(box.mails, std::vector{mailOf("a")});
+        } else {
+          EXPECT_NE(deleted.description(), "");
+          EXPECT_GE(box.mails.size(), 2U);
+        }
+      }
+}
+
+TEST_F(EngineTest, DoesWithoutTopAndWithoutUidl) {
+  Mailbox box{{mailOf("a"), mailOf("/x/Rome.zip", "\r\n..\r\nBody\r\n")}, false, false, "", 0};
+  RudeServer server([&](const std::string& line) { return box(line); });
+  auto engine = loadFor(server);
+  const auto heads = engine->FetchHeaders(10);
+  ASSERT_TRUE(heads.ok()) << heads.outcome().description();
+  ASSERT_EQ(subjects(*heads.value()), (std::vector<std::string>{"a", "/x/Rome.zip"}));
+  const auto full = engine->FetchFullMail(*heads.value()->MessageAt(1).value());
+  EXPECT_EQ(full.value()->GetBody().valueOr(""), ".\nBody\n");
+  engine->Disconnect();
+  EXPECT_EQ(server.heard().back(), "QUIT");
+  EXPECT_EQ(box.sessions, 1);
+}
+
+TEST_F(EngineTest, GivesUpOnServersThatMisbehave) {
+  const std::string all = [] {
+    std::string bytes;
+    for (int byte = 255; byte >= 0; --byte) bytes += static_cast<char>(byte);
+    return bytes;
+  }();
+  const std::string flood(std::size_t{32} << 20U, 'x');
+  std::string lines = "+OK\r\n";
+  while (lines.size() < (std::size_t{80} << 20U)) lines += "X-Header: and another one\r\n";
+  struct {
+    const char *on, *told;
+    std::optional<std::string> answer;
+  } const cases[] = {
+      {"", "does not answer", ""},
+      {"", "", {}},
+      {"", "", all + "\r\n"},
+      {"", "", "+OK " + flood},
+      {"PASS", "refuses the login: no * for you", "-ERR no secret word for you\r\n"},
+      {"STAT", "does not answer", ""},
+      {"STAT", "has broken off", {}},
+      {"STAT", "no POP3", all + "\r\n"},
+      {"STAT", "without an end", "+OK " + flood},
+      {"STAT", "counts what cannot be", "+OK 99999999999 1\r\n"},
+      {"UIDL", "does not answer", "+OK\r\n1 a\r\n"},
+      {"TOP ", "without an end", lines},
+      {"TOP ", "does not answer", "+OK\r\nSubject: x\r\n"},
+  };
+  for (const auto& [on, told, answer] : cases) {
+    SCOPED_TRACE(std::string(on) + " " + told);
+    Mailbox box{{mailOf("a")}, true, true, "", 0};
+    RudeServer server([&, on = std::string(on), answer = answer](const std::string& line) {
+      return line.substr(0, 4) == on ? answer : box(line);
+    });
+    auto engine = loadFor(server, 400ms);
+    const Outcome failed = engine->FetchHeaders(10).outcome();
+    EXPECT_EQ(failed.number(), err::mail);
+    EXPECT_TRUE(holds(failed.description(), told));
+    EXPECT_TRUE(holds(failed.description(), server.host()));
+  }
+}
+
+TEST_F(EngineTest, EndsWhenItsCallerDoes) {
+  RudeServer silent([](const std::string&) { return ""; });
+  auto engine = loadFor(silent);
+  int beats = 0;
+  Outcome inside;
+  engine->Yield = [&] {
+    inside = engine->MailboxCount().outcome();
+    return ++beats < 3;
+  };
+  EXPECT_EQ(engine->MailboxCount().outcome().number(), err::cancelled);
+  EXPECT_TRUE(holds(inside.description(), "under way"));
+}
+
+TEST_F(EngineTest, TellsNothingToServersElsewhereThatDoNotEncrypt) {
+  const std::string address = otherAddress();
+  if (address.empty()) GTEST_SKIP() << "a machine without a network";
+  Mailbox box{{mailOf("a")}, true, true, "", 0};
+  RudeServer pop([&](const std::string& line) { return box(line); }, address);
+  RudeServer smtp(
+      [](const std::string& line) {
+        return line == "DATA"             ? "354 go on\r\n"
+               : line.starts_with("EHLO") ? "250 hello\r\n"
+                                          : "250 OK\r\n";
+      },
+      address);
+  auto engine = loadFor(pop);
+  engine->SetSmtpHost(smtp.host());
+  const auto mail = engine->NewMessage();
+  ASSERT_TRUE(mail->AddRecipient("", "bob@example.com").ok());
+  ASSERT_TRUE(mail->SetFromAddress("ann@example.com").ok());
+
+  EXPECT_EQ(engine->MailboxCount().outcome().number(), err::mailNotEncrypted);
+  EXPECT_EQ(engine->SendMail(*mail).number(), err::mailNotEncrypted);
+  for (const std::string& line : pop.heard()) EXPECT_TRUE(line == "CAPA" || line == "QUIT") << line;
+  for (const std::string& line : smtp.heard())
+    EXPECT_TRUE(line.starts_with("EHLO") || line == "QUIT") << line;
+
+  engine->AllowPlain(address);
+  EXPECT_EQ(engine->MailboxCount().valueOr(-1), 1);
+  EXPECT_TRUE(engine->SendMail(*mail).ok());
+}
+
+}  // namespace
+}  // namespace skv::test
