@@ -59,8 +59,8 @@ class MailMessage {
   // Writes the attachment under its name into the folder, a Windows path with or without trailing
   // backslash. It is whole and flushed to the disk when the call answers success, and replaces an
   // older file of its name; a failure leaves that as it was. Fails with badFileName when the name
-  // is none that the disk takes as it is, err::mail when the mail ends within the attachment or it
-  // cannot be decoded. Calls Yield and Progress of the engine that the mail came from.
+  // is none that the disk takes as it is. What is broken in the mail is saved as far as it can be
+  // read. Calls Yield and Progress of the engine that the mail came from.
   virtual Outcome SaveAttachment(int index, std::string_view folder) const = 0;
 };
 

@@ -27,9 +27,9 @@ constexpr int submissionPort = 587, relayPort = 25;
 class HeadMail : public MailMessage {
  public:
   explicit HeadMail(const MailHead& head) : key(head.key) {
-    const std::size_t gap = std::min(head.text.find("\r\n\r\n"), head.text.size());
-    subject_ = decodedHeader(headerIn(head.text.substr(0, gap), "Subject"));
-    const std::string lines = head.text.substr(std::min(gap + 4, head.text.size()), keptLines);
+    const std::size_t gap = std::min(head.text.find("\n\r\n"), head.text.size());
+    subject_ = decodedHeader(headerIn(head.text, "Subject"));
+    const std::string lines = head.text.substr(std::min(gap + 3, head.text.size()), keptLines);
     lines_ = plainText(isUtf8(lines) ? lines : CodePage(1252).decode(lines));
   }
   std::string GetSubject() const override { return subject_; }
@@ -69,10 +69,6 @@ class CurlMailEngine : public MailEngine {
  public:
   CurlMailEngine(FileSystem& files, const MailOptions& options)
       : files_(files), options_(options), mailbox_(options_, pulse_) {}
-  ~CurlMailEngine() override {
-    Yield = nullptr;
-    Disconnect();
-  }
 
   void AllowPlain(std::string_view host) override {
     if (const auto read = readMailHost(host)) plainHosts_.insert(read->name);
@@ -142,9 +138,8 @@ class CurlMailEngine : public MailEngine {
       const auto shared = std::make_shared<const Descriptor>(std::move(file).value());
       if (Outcome got = mailbox_.fetch(known->key, shared->get()); !got.ok()) return got;
       const off_t length = ::lseek(shared->get(), 0, SEEK_END);
-      auto read = readMail({shared, 0, length}, files_, pulse_);
-      if (read.ok()) full = std::move(read).value();
-      return read.outcome();
+      full = readMail({shared, 0, length}, files_, pulse_);
+      return {};
     });
     if (!fetched.ok()) return fetched;
     return full;
@@ -206,6 +201,8 @@ class CurlMailEngine : public MailEngine {
     if (!host)
       return Outcome::withText(
           err::mail, "This is no " + std::string(protocol) + " Mailhost: " + onOneLine(text));
+    if (onOneLine(user) != user || onOneLine(password) != password)
+      return Outcome::withText(err::mail, "The user name or the password holds a line end.");
     return ServerAccess{*host, {}, user, password, plainHosts_.contains(host->name)};
   }
 

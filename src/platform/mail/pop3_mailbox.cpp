@@ -283,7 +283,7 @@ Outcome Pop3Mailbox::remove(const MailKey& key) {
 }
 
 void Pop3Mailbox::close() {
-  if (session_) session_->command("QUIT").outcome().skipped();
+  if (session_) session_->farewell();
   drop();
 }
 

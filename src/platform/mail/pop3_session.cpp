@@ -14,6 +14,8 @@ constexpr std::size_t bufferSize = std::size_t{1} << 18U;
 constexpr std::size_t longestAnswerLine = 8192;
 constexpr std::uint64_t longestListing = std::uint64_t{64} << 20U;
 constexpr std::uint64_t longestCapabilities = std::uint64_t{1} << 16U;
+// A farewell is a courtesy.
+constexpr std::chrono::seconds farewellTime{2};
 // Commands on their way at once. Their answers wait in the network's buffers, so that the server is
 // never idle; the commands themselves are so short that they never fill one.
 constexpr std::size_t window = 64;
@@ -51,6 +53,11 @@ Outcome Pop3Session::askForPipelining() {
 Result<Pop3Answer> Pop3Session::command(std::string_view line) {
   if (Outcome sent = link_->send(std::string(line) + "\r\n"); !sent.ok()) return sent;
   return readAnswer();
+}
+
+void Pop3Session::farewell() {
+  link_->setPatience(farewellTime);
+  command("QUIT").outcome().skipped();
 }
 
 Result<Pop3Answer> Pop3Session::longCommand(std::string_view line, std::uint64_t limit,
@@ -137,6 +144,7 @@ Result<Pop3Answer> Pop3Session::readAnswer() {
 Outcome Pop3Session::readLines(std::uint64_t limit, const Sink& sink) {
   bool lineBegins = true;
   std::uint64_t taken = 0;
+  auto lineSince = std::chrono::steady_clock::now();
   for (;;) {
     const std::string_view text = unread();
     std::size_t at = 0, from = 0;
@@ -167,6 +175,9 @@ Outcome Pop3Session::readLines(std::uint64_t limit, const Sink& sink) {
     if (ended) return {};
     taken += at;
     if (taken > limit) return serverFailure(access_, "answers without an end");
+    const auto now = std::chrono::steady_clock::now();
+    if (text.find('\n') != std::string_view::npos) lineSince = now;
+    if (now - lineSince > lineTime_) return serverFailure(access_, "does not answer");
     if (Outcome more = readMore(); !more.ok()) return more;
   }
 }

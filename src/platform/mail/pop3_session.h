@@ -34,6 +34,10 @@ class Pop3Session {
 
   Result<Pop3Answer> command(std::string_view line);
 
+  // QUIT, with a moment's patience for the answer to it. Only where nothing was deleted: what
+  // deletes is command("QUIT").
+  void farewell();
+
   // An answer of several lines, as it comes: whole pieces of it, dots in front of lines taken off.
   // `sink` may not fail: it keeps what goes wrong to itself.
   using Sink = std::function<void(std::string_view)>;

@@ -172,16 +172,15 @@ class ReceivedMail : public MailMessage {
 
 }  // namespace
 
-Result<std::unique_ptr<MailMessage>> readMail(MailFile where, FileSystem& files, MailPulse& pulse) {
+std::unique_ptr<MailMessage> readMail(MailFile where, FileSystem& files, MailPulse& pulse) {
   const GOwned<GMimeStream> stream(
       g_mime_stream_fs_new_with_bounds(where.file->get(), where.begin, where.end));
   g_mime_stream_fs_set_owner(GMIME_STREAM_FS(stream.get()), FALSE);
   const GOwned<GMimeParser> parser(g_mime_parser_new_with_stream(stream.get()));
   g_mime_parser_set_persist_stream(parser.get(), TRUE);
   GOwned<GMimeMessage> message(g_mime_parser_construct_message(parser.get(), nullptr));
-  if (!message) return Outcome::failure(err::mail, "this is no mail");
-  return std::unique_ptr<MailMessage>(
-      std::make_unique<ReceivedMail>(std::move(where), std::move(message), files, pulse));
+  if (!message) message.reset(g_mime_message_new(FALSE));
+  return std::make_unique<ReceivedMail>(std::move(where), std::move(message), files, pulse);
 }
 
 }  // namespace skv

@@ -21,8 +21,8 @@ struct MailFile {
   std::int64_t end = 0;
 };
 
-// Attachments are saved through `files`. Both outlive the message. Fails with err::mail when there
-// is not even a header.
-Result<std::unique_ptr<MailMessage>> readMail(MailFile where, FileSystem& files, MailPulse& pulse);
+// Attachments are saved through `files`. Both outlive the message. Whatever the bytes are, they are
+// some mail, be it an empty one.
+std::unique_ptr<MailMessage> readMail(MailFile where, FileSystem& files, MailPulse& pulse);
 
 }  // namespace skv

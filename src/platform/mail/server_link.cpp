@@ -196,7 +196,7 @@ class CurlCall {
   }
 
   const ServerAccess access;
-  const MailOptions options;
+  MailOptions options;
   MailPulse& pulse;
   CURL* const easy;
 
@@ -353,6 +353,8 @@ Result<std::unique_ptr<ServerLink>> ServerLink::open(const ServerAccess& access,
   if (!call.ok()) return call.outcome();
   return std::unique_ptr<ServerLink>(new ServerLink(std::move(call).value()));
 }
+
+void ServerLink::setPatience(std::chrono::milliseconds time) { call_->options.silenceTime = time; }
 
 Outcome ServerLink::wait(short events, Time since) {
   if (!call_->pulse.beat()) return MailPulse::cancelled();

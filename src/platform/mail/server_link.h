@@ -47,6 +47,8 @@ class ServerLink {
   // Both fail when the connection is lost, and with err::cancelled. What is left of a connection
   // after that is of no use.
   Outcome send(std::string_view bytes);
+  // How long the server may be silent from now on.
+  void setPatience(std::chrono::milliseconds time);
   // Waits for one byte at least, and answers how many came.
   Result<std::size_t> receive(std::span<char> buffer);
 

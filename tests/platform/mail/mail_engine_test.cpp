@@ -246,6 +246,8 @@ TEST_F(EngineTest, GivesUpOnServersThatMisbehave) {
       {"", "", "+OK " + flood},
       {"PASS", "refuses the login: no * for you", "-ERR no secret word for you\r\n"},
       {"STAT", "does not answer", ""},
+      {"STAT", "does not answer", "~+OK 1 " + std::string(50, '0')},
+      {"UIDL", "does not answer", "~+OK\r\n1 " + std::string(50, 'x')},
       {"STAT", "has broken off", {}},
       {"STAT", "no POP3", all + "\r\n"},
       {"STAT", "without an end", "+OK " + flood},

@@ -110,9 +110,11 @@ void RudeServer::talk(int client) {
   std::string unread;
   const auto say = [&](const std::string& line) {
     const auto reply = answer_(line);
-    for (std::size_t at = 0; reply && at < reply->size() && !ending_;) {
-      const ssize_t sent =
-          ::send(client, reply->data() + at, reply->size() - at, MSG_NOSIGNAL | MSG_DONTWAIT);
+    const bool slowly = reply && reply->starts_with('~');
+    for (std::size_t at = slowly ? 1 : 0; reply && at < reply->size() && !ending_;) {
+      const ssize_t sent = ::send(client, reply->data() + at, slowly ? 1 : reply->size() - at,
+                                  MSG_NOSIGNAL | MSG_DONTWAIT);
+      if (slowly) ::usleep(50'000);
       if (sent > 0) at += static_cast<std::size_t>(sent);
       if (sent < 0 && errno != EAGAIN) return false;
       if (sent < 0) ::usleep(1000);
