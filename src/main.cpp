@@ -24,6 +24,7 @@
 #include "platform/zip/libzip_zipit.h"
 #include "ui/events.h"
 #include "ui/qt/call_to_front.h"
+#include "ui/qt/language.h"
 #include "ui/qt/qt_windowing.h"
 #include "ui/qt/theme.h"
 #include "ui/startup.h"
@@ -32,6 +33,7 @@ int main(int argc, char** argv) {
   QApplication::setApplicationName(QStringLiteral("fsskyvault"));
   QApplication::setDesktopFileName(QStringLiteral("fsskyvault"));
   QApplication qtApplication(argc, argv);
+  skv::ui::qt::speakTheDesktopsLanguage(qtApplication);
   skv::ui::qt::dress(qtApplication);
   // It looks through the fonts on the side, for which the application has to be there: a start that
   // ends at once waits for that.

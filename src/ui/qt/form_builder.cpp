@@ -41,7 +41,7 @@ QPushButton* FormBuilder::button(Button& button, const QString& accessibleName) 
   widget->setAutoDefault(false);
   if (button.caption == "...") widget->setProperty("small", true);
   auto* binding = new Binding(bindings_, form_, button, widget, [widget, &button, accessibleName] {
-    widget->setText(shown(button.caption));
+    widget->setText(captioned(button.caption));
     widget->setAccessibleName(accessibleName.isEmpty() ? spoken(button.caption) : accessibleName);
     // A command without an operation is in its place, and says so.
     widget->setEnabled(button.enabled && button.click != nullptr);
@@ -58,7 +58,7 @@ QPushButton* FormBuilder::button(Button& button, const QString& accessibleName) 
 QRadioButton* FormBuilder::option(OptionButton& option) {
   auto* widget = new QRadioButton;
   auto* binding = new Binding(bindings_, form_, option, widget, [widget, &option] {
-    widget->setText(shown(option.caption));
+    widget->setText(captioned(option.caption));
     widget->setAccessibleName(spoken(option.caption));
     widget->setChecked(option.value);
     widget->setEnabled(option.enabled);
@@ -76,7 +76,7 @@ QRadioButton* FormBuilder::option(OptionButton& option) {
 CaptionLabel* FormBuilder::label(Label& label) {
   auto* widget = new CaptionLabel;
   auto* binding = new Binding(bindings_, form_, label, widget, [widget, &label] {
-    widget->setCaption(shown(label.caption), label.colour);
+    widget->setCaption(captioned(label.caption), label.colour);
     widget->setClickable(label.click != nullptr);
     widget->setEnabled(label.enabled);
     widget->setVisible(label.visible);
@@ -91,7 +91,7 @@ QComboBox* FormBuilder::combo(ComboBox& box, const QString& accessibleName) {
   auto* binding = new Binding(bindings_, form_, box, widget, [widget, &box] {
     const QSignalBlocker quiet(widget);
     QStringList items;
-    for (const std::string& item : box.items.get()) items << shown(item);
+    for (const std::string& item : box.items.get()) items << captioned(item);
     QStringList old;
     for (int i = 0; i < widget->count(); ++i) old << widget->itemText(i);
     if (items != old) {
@@ -126,7 +126,7 @@ QTabBar* FormBuilder::tabs(TabStrip& strip, const QString& accessibleName) {
     while (widget->count() > count) widget->removeTab(widget->count() - 1);
     while (widget->count() < count) widget->addTab({});
     for (int i = 0; i < count; ++i)
-      widget->setTabText(i, shown(captions[static_cast<std::size_t>(i)]));
+      widget->setTabText(i, captioned(captions[static_cast<std::size_t>(i)]));
     widget->setCurrentIndex(strip.value);
     widget->setEnabled(strip.enabled);
     widget->setVisible(strip.visible);
@@ -161,7 +161,7 @@ QWidget* FormBuilder::folders(FolderTree& tree, const QString& accessibleName) {
 }
 
 QLabel* FormBuilder::labelOf(TextBox& box, QWidget* field) {
-  auto* label = new QLabel(shown(box.label));
+  auto* label = new QLabel(captioned(box.label));
   label->setTextFormat(Qt::PlainText);
   label->setBuddy(field);
   return label;

@@ -77,7 +77,7 @@ void FormWindow::refresh() {
     binding_->note();
     return;
   }
-  window_.setWindowTitle(shown(form_.caption));
+  window_.setWindowTitle(captioned(form_.caption));
   block();
   if (!form_.visible) hideAway();
   place();

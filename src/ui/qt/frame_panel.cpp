@@ -24,7 +24,7 @@ FramePanel::FramePanel(Bindings& bindings, Form& form, Frame& frame, bool card)
 
 void FramePanel::refresh() {
   caption_->setVisible(frame_.caption != "");
-  caption_->setCaption(shown(frame_.caption), frame_.colour);
+  caption_->setCaption(captioned(frame_.caption), frame_.colour);
   setAccessibleName(spoken(frame_.caption));
   setEnabled(frame_.enabled);
   setVisible(frame_.visible);

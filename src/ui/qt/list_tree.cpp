@@ -343,7 +343,9 @@ void ListTree::contextMenuEvent(QContextMenuEvent* event) {
   }
 }
 
-QString ListTree::words() const { return list_.emptyText == "" ? hint_ : shown(list_.emptyText); }
+QString ListTree::words() const {
+  return list_.emptyText == "" ? hint_ : captioned(list_.emptyText);
+}
 
 void ListTree::paintEvent(QPaintEvent* event) {
   QTreeView::paintEvent(event);

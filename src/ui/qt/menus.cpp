@@ -13,13 +13,13 @@ namespace {
 QString lettered(const MenuItem& item, const std::vector<MenuItem*>& siblings) {
   QString taken;
   for (const MenuItem* sibling : siblings)
-    if (const QString caption = shown(sibling->caption); caption.contains(QLatin1Char('&')))
+    if (const QString caption = captioned(sibling->caption); caption.contains(QLatin1Char('&')))
       taken += caption.at(caption.indexOf(QLatin1Char('&')) + 1).toLower();
   const auto isFree = [&](QChar letter) {
     return letter.isLetterOrNumber() && !taken.contains(letter.toLower());
   };
   for (const MenuItem* sibling : siblings) {
-    QString caption = shown(sibling->caption);
+    QString caption = captioned(sibling->caption);
     if (sibling->separator || caption.contains(QLatin1Char('&'))) {
       if (sibling == &item) return caption;
       continue;
@@ -35,7 +35,7 @@ QString lettered(const MenuItem& item, const std::vector<MenuItem*>& siblings) {
     }
     if (sibling == &item) return caption;
   }
-  return shown(item.caption);
+  return captioned(item.caption);
 }
 
 void follow(QAction& action, const MenuItem& item, const std::vector<MenuItem*>& siblings) {
@@ -64,7 +64,7 @@ void addEntry(Bindings& bindings, Form& form, MenuItem& item, QWidget& menu,
 
 QMenu* makeMenu(Bindings& bindings, Form& form, MenuItem& item, QWidget* owner,
                 const std::vector<MenuItem*>& siblings) {
-  auto* menu = new QMenu(shown(item.caption), owner);
+  auto* menu = new QMenu(captioned(item.caption), owner);
   new Binding(bindings, form, item, menu,
               [menu, &item, &siblings] { follow(*menu->menuAction(), item, siblings); });
   for (MenuItem* entry : item.entries) {

@@ -157,7 +157,7 @@ QVariant RowsModel::headerData(int section, Qt::Orientation orientation, int rol
   if (orientation != Qt::Horizontal || !list_ || section >= columnCount()) return {};
   if (role == Qt::TextAlignmentRole) return int{Qt::AlignLeft | Qt::AlignVCenter};
   if (role != Qt::DisplayRole) return {};
-  return shown(list_->columns()[static_cast<std::size_t>(columnAt(section))].title);
+  return captioned(list_->columns()[static_cast<std::size_t>(columnAt(section))].title);
 }
 
 Qt::ItemFlags RowsModel::flags(const QModelIndex& index) const {

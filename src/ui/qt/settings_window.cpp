@@ -35,7 +35,7 @@ QLabel* paragraph(Bindings& bindings, Form& form, Label& label) {
   widget->setTextFormat(Qt::PlainText);
   widget->setWordWrap(true);
   new Binding(bindings, form, label, widget, [widget, &label] {
-    widget->setText(shown(label.caption));
+    widget->setText(captioned(label.caption));
     widget->setVisible(label.visible);
   });
   return widget;

@@ -1,0 +1,72 @@
+#include "ui/qt/language.h"
+
+#include <QApplication>
+#include <QLibraryInfo>
+#include <QLocale>
+#include <QStringList>
+#include <QTranslator>
+
+#include "ui/qt/text.h"
+
+// Of a static library; outside of any namespace.
+static void initTranslations() { Q_INIT_RESOURCE(translations); }
+
+namespace skv::ui::qt {
+
+namespace {
+
+constexpr const char* context = "FSSkyvault";
+
+// The program's texts are few, and each means one thing: all have one context, whatever class they
+// are shown by.
+class ProgramsTranslator : public QTranslator {
+ public:
+  using QTranslator::QTranslator;
+  QString translate(const char*, const char* source, const char* disambiguation,
+                    int n) const override {
+    return QTranslator::translate(context, source, disambiguation, n);
+  }
+};
+
+// Captions that end in a value.
+constexpr const char* withValue[] = {"Version %1", "Alias: %1", "There is no drive %1"};
+
+QString translated(const QString& text) {
+  return QCoreApplication::translate(context, text.toUtf8().constData());
+}
+
+QString translatedParagraph(const QString& text) {
+  for (const char* pattern : withValue) {
+    const QString whole = QString::fromUtf8(pattern);
+    const QString words = whole.chopped(2);
+    if (text.startsWith(words)) return translated(whole).arg(text.mid(words.size()));
+  }
+  return translated(text);
+}
+
+}  // namespace
+
+void speakTheDesktopsLanguage(QApplication& application) {
+  initTranslations();
+  auto* own = new ProgramsTranslator(&application);
+  if (!own->load(QLocale(), QStringLiteral("fsskyvault"), QStringLiteral("_"),
+                 QStringLiteral(":/translations")))
+    return;
+  // Below it what Qt says itself: the file dialog, the menu of a text field.
+  auto* qt = new QTranslator(&application);
+  if (qt->load(QLocale(), QStringLiteral("qtbase"), QStringLiteral("_"),
+               QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
+    QCoreApplication::installTranslator(qt);
+  QCoreApplication::installTranslator(own);
+}
+
+QString captioned(const std::string& caption) {
+  const QString text = shown(caption);
+  if (text.isEmpty()) return text;
+  const QString gap = QStringLiteral("\n\n");
+  QStringList paragraphs = text.split(gap);
+  for (QString& paragraph : paragraphs) paragraph = translatedParagraph(paragraph);
+  return paragraphs.join(gap);
+}
+
+}  // namespace skv::ui::qt
