@@ -9,12 +9,11 @@
 
 #include "core/app.h"
 #include "platform/desktop/keychain_secrets.h"
+#include "platform/desktop/lazy_net.h"
 #include "platform/desktop/qt_clipboard.h"
 #include "platform/desktop/qt_pictures.h"
 #include "platform/desktop/wine_simulator_finder.h"
 #include "platform/disk/drive_file_system.h"
-#include "platform/mail/curl_mail_engine.h"
-#include "platform/mail/curl_web.h"
 #include "platform/x11/x11_screen.h"
 #include "platform/zip/libzip_zipit.h"
 #include "sample/sample_simulator.h"
@@ -107,9 +106,8 @@ class BenchRun {
   QtPictureReader pictures{disk};
   QtClipboard clipboard;
   X11Screen screen;
-  CurlMailSystem mail;
+  LazyNet net;
   KeychainSecrets secrets;
-  CurlWeb web;
   WineSimulatorFinder simulators{disk};
   Windows windows{disk, pictures};
   App app{Platform{disk,
@@ -120,9 +118,9 @@ class BenchRun {
                    pictures,
                    clipboard,
                    screen,
-                   mail,
+                   net,
                    secrets,
-                   web,
+                   net,
                    simulators,
                    {"C:\\Program\\", "C:\\Temp"}},
           windows};

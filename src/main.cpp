@@ -10,6 +10,7 @@
 #include "platform/desktop/desktop_shell.h"
 #include "platform/desktop/file_settings_store.h"
 #include "platform/desktop/keychain_secrets.h"
+#include "platform/desktop/lazy_net.h"
 #include "platform/desktop/process_environment.h"
 #include "platform/desktop/qt_clipboard.h"
 #include "platform/desktop/qt_pictures.h"
@@ -18,8 +19,6 @@
 #include "platform/desktop/wine_simulator_finder.h"
 #include "platform/disk/drive_file_system.h"
 #include "platform/disk/drives.h"
-#include "platform/mail/curl_mail_engine.h"
-#include "platform/mail/curl_web.h"
 #include "platform/x11/x11_screen.h"
 #include "platform/zip/libzip_zipit.h"
 #include "ui/events.h"
@@ -63,11 +62,10 @@ int main(int argc, char** argv) {
   skv::LibzipEngine zip(codePage);
   skv::QtClipboard clipboard;
   skv::X11Screen screen([&windows] { windows.yield(); });
-  skv::CurlMailSystem mail;
+  skv::LazyNet net;
   skv::KeychainSecrets secrets;
-  skv::CurlWeb web;
   skv::WineSimulatorFinder simulators(files);
-  skv::App app({files, settings, clock, shell, zip, pictures, clipboard, screen, mail, secrets, web,
+  skv::App app({files, settings, clock, shell, zip, pictures, clipboard, screen, net, secrets, net,
                 simulators, skv::processEnvironment(files)},
                windows);
   skv::connectEvents(app);

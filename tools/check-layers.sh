@@ -20,7 +20,7 @@ ui                base platform ui/model core ui/dialogs aircraft scenery packag
 ui/qt             base platform ui/model
 platform/disk     base platform
 platform/zip      base platform platform/disk
-platform/desktop  base platform platform/disk
+platform/desktop  base platform platform/disk platform/mail
 platform/x11      base platform
 platform/mail     base platform platform/disk
 platform/wmf

@@ -102,7 +102,8 @@ class MailEngine {
 class MailSystem {
  public:
   virtual ~MailSystem() = default;
-  // An engine that reads and writes attachments in `files`, which outlives it.
+  // An engine that reads and writes attachments in `files`, which outlives it. nullptr when the
+  // program's part for the net is missing: an installation that is not whole.
   virtual std::unique_ptr<MailEngine> load(FileSystem& files) = 0;
 };
 
