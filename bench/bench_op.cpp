@@ -53,6 +53,7 @@ constexpr const char* usage =
     "again\n"
     "       skyvault-bench-op <run folder> delete <name>           FS/aircraft/<name>, with its "
     "row\n"
+    "       skyvault-bench-op <run folder> find-simulators         in the prefixes of $HOME\n"
     "       skyvault-bench-op <run folder> package <folder> <archive>\n"
     "       skyvault-bench-op <run folder> unpack <archive> <target>\n"
     "prints seconds; import those of the second import as well, unpack the megabytes by which the\n"
@@ -235,6 +236,12 @@ class Operation {
     require(!exists(run_.driveC() / "FS/aircraft" / name), "the folder is there");
     return result;
   }
+  double findSimulators() {
+    std::vector<std::string> found;
+    const double result = seconds([&] { found = app().platform.simulators.find(); });
+    require(found.size() == 2, std::to_string(found.size()) + " simulators found");
+    return result;
+  }
   double package(const std::string& folder, const std::string& archive) {
     require(app().step(app().files().setCurrentFolder(windowsPath(folder))), "current folder");
     const double result = seconds([&] {
@@ -311,6 +318,8 @@ int perform(const std::vector<std::string>& words) {
     std::cout << operation.uncompress(words[2]);
   else if (name == "delete" && count == 3)
     std::cout << operation.remove(words[2]);
+  else if (name == "find-simulators" && count == 2)
+    std::cout << operation.findSimulators();
   else if (name == "import" && count == 3) {
     const auto [first, again] = operation.import(words[2]);
     std::cout << first << " " << again;

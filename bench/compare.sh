@@ -190,6 +190,36 @@ row "load a list of 10,000 aircraft / 100 ms" "$(seconds "$few")" "100 ms" "$(aw
 row "load 32,767 / 3.28 times the load of 10,000" "$(seconds "$all")" "$(seconds "$few") * 3.28" "$(awk "BEGIN { print $all / (3.2767 * $few) }")" 1.25
 rm -rf "$work/run20000"
 
+# Ten prefixes of 50,000 files, each with a registry of some 5 MB: in two of them lies a simulator.
+prefixes=$work/home/.local/share/wineprefixes
+make_prefix() {
+  mkdir -p "$prefixes/p0/dosdevices" "$prefixes/p0/drive_c/windows"
+  ln -s ../drive_c "$prefixes/p0/dosdevices/c:"
+  ln -s / "$prefixes/p0/dosdevices/z:"
+  (cd "$prefixes/p0/drive_c/windows" && seq -f 'd%03g' 500 | xargs mkdir &&
+    for folder in d*; do seq -f "$folder/f%g" 100; done | xargs touch)
+  awk 'BEGIN {
+    print "WINE REGISTRY Version 2"
+    for (i = 0; i < 45000; ++i)
+      printf "\n[Software\\\\Classes\\\\CLSID\\\\{%08x}] 1\n#time=1d6\n@=\"A class of this machine\"\n", i
+  }' >"$prefixes/p0/system.reg"
+  for i in {1..9}; do cp -al "$prefixes/p0" "$prefixes/p$i"; done
+  local simulator
+  for simulator in "p4/drive_c/Program Files/Microsoft Games/FS2002" "p9/drive_c/Flight"; do
+    mkdir -p "$prefixes/$simulator"
+    touch "$prefixes/$simulator/Scenery.cfg"
+  done
+  cp --remove-destination "$prefixes/p0/system.reg" "$prefixes/p9/system.reg"
+  printf '\n[Software\\\\Microsoft\\\\Microsoft Games\\\\Flight Simulator\\\\8.0] 1\n"EXE Path"="C:\\\\Flight"\n' \
+    >>"$prefixes/p9/system.reg"
+}
+make_prefix
+mkdir -p "$work/finder/drive_c"
+find_simulators() { HOME=$work/home "$op" "$work/finder" find-simulators; }
+found=$(times find_simulators)
+ratio "find the simulators of ten prefixes of 50,000 files / 200 ms" "$found" 0.2 1
+rm -rf "$work/home" "$work/finder"
+
 # The window.
 many window 1000
 "$sample" list "$work/window/drive_c/FS/SKV_AC.lst" 'C:\FS\aircraft\' 1000
