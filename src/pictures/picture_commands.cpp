@@ -7,6 +7,7 @@
 #include "core/disk_queries.h"
 #include "core/long_operation.h"
 #include "core/messages.h"
+#include "pictures/picture_reading.h"
 #include "pictures/picture_store.h"
 #include "pictures/shown_pictures.h"
 
@@ -184,7 +185,8 @@ void takePictureFile(App& app, ui::Image& image, const std::string& path) {
     return;
   }
   const LongOperation busy(app);
-  auto picture = app.platform.pictures.read(path);
+  auto picture = readPicture(app, path);
+  if (app.ending) return;
   if (!ReportError(app, picture.outcome())) give(app, image, std::move(picture).value(), false);
 }
 

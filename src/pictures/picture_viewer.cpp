@@ -1,9 +1,10 @@
 #include "pictures/picture_viewer.h"
 
 #include <memory>
+#include <string>
 #include <utility>
 
-#include "core/long_operation.h"
+#include "pictures/picture_reading.h"
 
 namespace skv {
 
@@ -14,18 +15,17 @@ using Shown = std::shared_ptr<const Pixels>;
 // Null when there is no picture. No larger than the screen shows it: that costs less to read.
 Shown pictureOf(App& app, const ui::Image& image) {
   if (image.pixels.get() || image.picture == "") return image.pixels;
-  const HourglassPointer busy(app);
-  auto read = app.platform.pictures.read(image.picture.get(), app.windows.longestScreenSide());
+  const std::string file = image.picture;
+  auto read = readPicture(app, file, app.windows.longestScreenSide());
   if (read.ok()) return std::make_shared<const Pixels>(std::move(read).value());
-  app.frmMain.lblStatus.notice =
-      image.picture.get() + " cannot be shown. " + read.outcome().description();
+  app.frmMain.lblStatus.notice = file + " cannot be shown. " + read.outcome().description();
   return nullptr;
 }
 
 void showInFull(App& app, const ui::Image& image) {
   const Shown picture = pictureOf(app, image);
   auto& viewer = app.frmShowPic;
-  if (!picture || viewer.visible) return;
+  if (!picture || viewer.visible || app.ending) return;
   viewer.imgShowPic.pixels = picture;
   app.windows.showModal(viewer, &app.frmMain);
   app.windows.unload(viewer);
