@@ -24,10 +24,12 @@ constexpr long long mostPixels = 100'000'000;
 
 Outcome noServer() {
   return Outcome::withText(err::deviceUnavailable,
-                           "There is no X server, so no window of another program can be reached");
+                           "There is no X server, so no window of another program can be reached.");
 }
 
-Outcome noWindow(std::string_view why) { return Outcome::failure(err::invalidProcedureCall, why); }
+Outcome noWindow(std::string_view why) {
+  return Outcome::withText(err::invalidProcedureCall, std::string(why));
+}
 
 // From now on the server keeps the whole of the window, whatever covers it or sticks out of the
 // screen, until the connection ends. A compositing window manager has asked for the same already,
@@ -56,7 +58,7 @@ Pixels onWhite(const Pixels& picture, const PixelRect& part, const PixelRect& wh
 Result<Pixels> fromComposer(const X11Connection& server, const FramedWindow& framed) {
   const xcb_pixmap_t pixmap = xcb_generate_id(server.get());
   if (!server.succeeds(xcb_composite_name_window_pixmap_checked(server.get(), framed.top, pixmap)))
-    return noWindow("the window is not kept by the server");
+    return noWindow("The window is not kept by the server.");
   const PixelRect part = framed.seen.within(framed.outer);
   auto image = imageOf(server, pixmap, framed.visual,
                        {part.x + framed.border, part.y + framed.border, part.width, part.height});
@@ -68,16 +70,16 @@ Result<Pixels> fromComposer(const X11Connection& server, const FramedWindow& fra
 
 Result<Pixels> capture(const X11Connection& server, xcb_window_t window) {
   const auto framed = framedWindow(server, window);
-  if (!framed) return noWindow("the window has gone");
-  if (!server.isViewable(framed->top)) return noWindow("the window is not on the screen");
-  if (framed->seen.within(framed->outer).empty()) return noWindow("the window has no size");
+  if (!framed) return noWindow("The window has gone.");
+  if (!server.isViewable(framed->top)) return noWindow("The window is not on the screen.");
+  if (framed->seen.within(framed->outer).empty()) return noWindow("The window has no size.");
   if (static_cast<long long>(framed->seen.width) * framed->seen.height > mostPixels)
     return Outcome::failure(err::invalidPicture, "more than 100 million pixels");
   if (server.composes())
     if (auto whole = fromComposer(server, *framed); whole.ok()) return whole;
   // As it is seen: without what sticks out of the screen, which has no pixels.
   const PixelRect part = framed->seen.within(framed->outer).within(framed->desktop);
-  if (part.empty()) return noWindow("the window is not on the screen");
+  if (part.empty()) return noWindow("The window is not on the screen.");
   return imageOf(server, framed->top, framed->visual, part);
 }
 
@@ -118,7 +120,7 @@ Outcome X11Screen::activate(std::string_view title, bool wait) {
   const std::shared_ptr<X11Connection> server = server_;
   if (!server) return noServer();
   const auto window = findWindow(*server, title, window_);
-  if (!window) return noWindow("no window \"" + std::string(title) + "\"");
+  if (!window) return noWindow("There is no window \"" + std::string(title) + "\".");
   if (window_ != *window) keepWhole(*server, *window);
   window_ = *window;
   if (!before_) before_ = std::make_unique<X11Front>(currentFront(*server));
@@ -128,7 +130,7 @@ Outcome X11Screen::activate(std::string_view title, bool wait) {
   if (!comesToFront(*server, *window)) {
     giveBack(*server);
     server_.reset();
-    return noWindow("the window does not come to the front");
+    return noWindow("The window does not come to the front.");
   }
   (void)waitUntil([] { return false; }, drawingTime);
   return {};
@@ -137,7 +139,7 @@ Outcome X11Screen::activate(std::string_view title, bool wait) {
 Result<Pixels> X11Screen::captureActiveWindow() {
   const std::shared_ptr<X11Connection> server = std::exchange(server_, nullptr);
   const xcb_window_t window = std::exchange(window_, 0);
-  if (!server || !window) return noWindow("no window was activated");
+  if (!server || !window) return noWindow("No window was activated.");
   auto picture = capture(*server, window);
   giveBack(*server);
   return picture;
