@@ -63,12 +63,30 @@ bool cDIBSection::Create(int width, int height) {
 }
 
 bool cDIBSection::CreateDIB(int width, int height) {
-  if (width <= 0 || height <= 0) return false;
+  if (!isPossible(width, height)) return false;
+  return hold(
+      std::calloc(static_cast<std::size_t>(height), static_cast<std::size_t>(scanLine(width))),
+      width, height);
+}
+
+bool cDIBSection::createUnfilled(int width, int height) {
+  ClearUp();
+  if (!isPossible(width, height)) return false;
+  const auto rowBytes = static_cast<std::size_t>(scanLine(width));
+  if (!hold(std::malloc(static_cast<std::size_t>(height) * rowBytes), width, height)) return false;
+  const std::size_t used = static_cast<std::size_t>(width) * 3;
+  for (int y = 0; y < height; ++y) std::memset(row(y) + used, 0, rowBytes - used);
+  return true;
+}
+
+bool cDIBSection::isPossible(int width, int height) {
   constexpr std::int64_t mostBytes = std::numeric_limits<std::int32_t>::max();
-  if (scanLine(width) > mostBytes / height) return false;
-  bits_.reset(static_cast<std::uint8_t*>(
-      std::calloc(static_cast<std::size_t>(height), static_cast<std::size_t>(scanLine(width)))));
-  if (!bits_) return false;
+  return width > 0 && height > 0 && scanLine(width) <= mostBytes / height;
+}
+
+bool cDIBSection::hold(void* bits, int width, int height) {
+  bits_.reset(static_cast<std::uint8_t*>(bits));
+  if (!bits) return false;
   width_ = width;
   height_ = height;
   return true;
@@ -143,7 +161,7 @@ void cDIBSection::ClearUp() {
 
 std::optional<cDIBSection> cDIBSection::Resample(int newHeight, int newWidth) const {
   cDIBSection target;
-  if (!bits_ || !target.Create(newWidth, newHeight)) return std::nullopt;
+  if (!bits_ || !target.createUnfilled(newWidth, newHeight)) return std::nullopt;
   if (newWidth == width_ && newHeight == height_) {
     target.LoadPictureBlt(*this);
     return target;

@@ -72,6 +72,10 @@ class cDIBSection {
     return (std::int64_t{width} * 3 + 3) & ~std::int64_t{3};
   }
   bool CreateDIB(int width, int height);
+  // As Create, but the pixels are whatever the memory holds.
+  bool createUnfilled(int width, int height);
+  static bool isPossible(int width, int height);
+  bool hold(void* bits, int width, int height);
   std::uint8_t* row(int fromTop) const;
   void ResampleInto(cDIBSection& target) const;
 

@@ -46,8 +46,8 @@ inline std::uint8_t mixed(std::uint8_t a, std::uint8_t b, float share) {
 
 // Both are loops that the compiler turns into vector instructions, twice where a processor may have
 // wider ones; which it has is found out when the program starts.
-#if defined(__x86_64__) && defined(__gnu_linux__)
-#define FOR_EACH_PROCESSOR __attribute__((target_clones("avx2", "default")))
+#if defined(__x86_64__) && defined(__gnu_linux__) && !defined(__clang__)
+#define FOR_EACH_PROCESSOR __attribute__((target_clones("arch=x86-64-v4", "avx2", "default")))
 #else
 #define FOR_EACH_PROCESSOR
 #endif

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -92,6 +94,28 @@ TEST(CDIBSectionTest, CopiesAreCutToWhatBothPicturesHave) {
   cDIBSection itself = ofMemory(1, 3, {3, 3, 3, 0, 2, 2, 2, 0, 1, 1, 1, 0});
   itself.PaintPicture(itself, 0, 1);
   EXPECT_EQ(memoryOf(itself), (Bytes{2, 2, 2, 0, 1, 1, 1, 0, 1, 1, 1, 0}));
+}
+
+TEST(CDIBSectionTest, NoiseIsGreyOrOfGreenAndRedAndAnotherEachTime) {
+  cDIBSection dib;
+  ASSERT_TRUE(dib.Create(41, 30));
+  for (const bool grey : {true, false}) {
+    dib.RandomiseBits(grey);
+    const Bytes noise = memoryOf(dib);
+    std::array<std::set<int>, 3> values;
+    int equal = 0;
+    for (const Bytes& row : rowsOf(dib))
+      for (std::size_t i = 0; i < row.size(); i += 3) {
+        for (std::size_t c = 0; c < 3; ++c) values[c].insert(row[i + c]);
+        equal += row[i + 1] == row[i + 2] && (!grey || row[i] == row[i + 1]);
+      }
+    EXPECT_EQ(values[0].size() == 1 && values[0].contains(0), !grey);
+    for (const std::size_t c : {1, 2})
+      EXPECT_TRUE(values[c].size() > 200 && *values[c].begin() < 9 && *values[c].rbegin() > 246);
+    EXPECT_TRUE(grey ? equal == 1230 : equal < 60) << equal;
+    dib.RandomiseBits(grey);
+    EXPECT_NE(memoryOf(dib), noise);
+  }
 }
 
 // The values come from another program, which rounds each step of the sums to single precision.
