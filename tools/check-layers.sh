@@ -22,7 +22,7 @@ platform/disk     base platform
 platform/zip      base platform platform/disk
 platform/desktop  base platform platform/disk platform/mail
 platform/x11      base platform
-platform/mail     base platform platform/disk
+platform/mail     base platform platform/disk platform/desktop
 platform/wmf
 '
 # main.cpp and nobody else chooses implementations, so it may include every room.

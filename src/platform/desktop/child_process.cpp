@@ -41,7 +41,9 @@ std::vector<char*> argumentsOf(std::vector<std::string>& command) {
 }
 
 // In a new process.
-void readNothing() { ::dup2(::open("/dev/null", O_RDWR | O_CLOEXEC), STDIN_FILENO); }
+void readFrom(int input) {
+  ::dup2(input >= 0 ? input : ::open("/dev/null", O_RDWR | O_CLOEXEC), STDIN_FILENO);
+}
 
 // What comes until the other end closes, or the deadline. Answers whether it closed in time.
 bool readUntil(Clock::time_point deadline, int fd, std::string& text) {
@@ -58,22 +60,19 @@ bool readUntil(Clock::time_point deadline, int fd, std::string& text) {
   }
 }
 
-// The exit status byte that came through the pipe of `start`, none when none came in time.
-std::optional<int> statusFrom(const Descriptor& report, milliseconds time) {
-  std::string bytes;
-  readUntil(Clock::now() + time, report.get(), bytes);
-  if (bytes.empty()) return std::nullopt;
-  return static_cast<unsigned char>(bytes[0]);
-}
+struct Started {
+  // Tells one byte: that the program could not be run, or, when its end is to be told, its exit
+  // status. Closes as soon as there is nothing to tell any more.
+  Descriptor report = Descriptor();
+  pid_t group = -1;
+};
 
-// Starts the program as a child of the system's first process. The descriptor tells one byte: that
-// it could not be run, or, when its end is to be told, its exit status. It closes as soon as there
-// is nothing to tell any more. After a fork in a program with threads only calls of the system are
-// safe, so everything is ready before.
-Descriptor start(std::vector<std::string> command, bool tellEnd) {
+// Starts the program as a child of the system's first process. After a fork in a program with
+// threads only calls of the system are safe, so everything is ready before.
+Started start(std::vector<std::string> command, bool tellEnd, int input = -1, int errors = -1) {
   const std::string program = command.empty() ? std::string() : findProgram(command[0]);
   auto pipe = makePipe();
-  if (program.empty() || !pipe) return Descriptor();
+  if (program.empty() || !pipe) return {};
   auto arguments = argumentsOf(command);
   const int report = pipe->writing.get();
   const auto tell = [report](int status) {
@@ -82,10 +81,12 @@ Descriptor start(std::vector<std::string> command, bool tellEnd) {
   };
 
   const pid_t child = ::fork();
-  if (child < 0) return Descriptor();
+  if (child < 0) return {};
   if (child == 0) {
     ::setsid();
     if (::fork() != 0) ::_exit(0);
+    readFrom(input);
+    if (errors >= 0) ::dup2(errors, STDERR_FILENO);
     if (tellEnd) {
       // The one who waits must not keep anything else of this process alive, least of all its lock.
       ::close_range(STDERR_FILENO + 1, static_cast<unsigned>(report - 1), 0);
@@ -97,14 +98,13 @@ Descriptor start(std::vector<std::string> command, bool tellEnd) {
         ::_exit(0);
       }
     }
-    readNothing();
     ::execv(program.c_str(), arguments.data());
     if (!tellEnd) tell(cannotRun);
     ::_exit(cannotRun);
   }
   int status = 0;
   retried([&] { return ::waitpid(child, &status, 0); });
-  return std::move(pipe->reading);
+  return {std::move(pipe->reading), child};
 }
 
 }  // namespace
@@ -125,14 +125,37 @@ std::string findProgram(const std::string& name) {
 }
 
 bool startDetached(std::vector<std::string> command) {
-  const Descriptor report = start(std::move(command), false);
+  const Descriptor report = start(std::move(command), false).report;
   constexpr milliseconds longEnough{2000};
-  return report.valid() && !statusFrom(report, longEnough);
+  std::string failure;
+  if (report.valid()) readUntil(Clock::now() + longEnough, report.get(), failure);
+  return report.valid() && failure.empty();
+}
+
+Helper::Helper(std::vector<std::string> command, int input, int errors) {
+  Started started = start(std::move(command), true, input, errors);
+  report_ = std::move(started.report);
+  group_ = started.group;
+  if (!report_.valid()) status_ = cannotRun;
+}
+
+std::optional<int> Helper::status(milliseconds time) {
+  if (status_) return status_;
+  std::string bytes;
+  const bool closed = readUntil(Clock::now() + time, report_.get(), bytes);
+  // One that closed without a word was ended by somebody.
+  if (!bytes.empty() || closed)
+    status_ = bytes.empty() ? cannotRun : static_cast<unsigned char>(bytes[0]);
+  return status_;
+}
+
+void Helper::end() {
+  // The group lives as long as there is no report.
+  if (!status(milliseconds(0))) ::kill(-group_, SIGTERM);
 }
 
 std::optional<int> startHelper(std::vector<std::string> command, milliseconds time) {
-  const Descriptor report = start(std::move(command), true);
-  return report.valid() ? statusFrom(report, time) : cannotRun;
+  return Helper(std::move(command)).status(time);
 }
 
 std::string firstLineOf(std::vector<std::string> command, milliseconds time) {
@@ -143,7 +166,7 @@ std::string firstLineOf(std::vector<std::string> command, milliseconds time) {
   const pid_t child = ::fork();
   if (child < 0) return {};
   if (child == 0) {
-    readNothing();
+    readFrom(-1);
     ::dup2(pipe->writing.get(), STDOUT_FILENO);
     ::execv(program.c_str(), arguments.data());
     ::_exit(cannotRun);

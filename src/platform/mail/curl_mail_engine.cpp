@@ -3,14 +3,18 @@
 #include <gmime/gmime.h>
 
 #include <algorithm>
+#include <limits>
 #include <set>
 
 #include "base/text.h"
 #include "platform/disk/user_folders.h"
+#include "platform/mail/mail_folders.h"
 #include "platform/mail/mail_host.h"
+#include "platform/mail/mail_program.h"
 #include "platform/mail/mail_pulse.h"
 #include "platform/mail/mail_words.h"
 #include "platform/mail/outgoing_mail.h"
+#include "platform/mail/outlook_folder.h"
 #include "platform/mail/pop3_mailbox.h"
 #include "platform/mail/received_mail.h"
 #include "platform/mail/server_link.h"
@@ -99,7 +103,13 @@ class CurlMailEngine : public MailEngine {
           access.value(), envelope.value(), [&] { return message->encoded(); }, options_, pulse_);
     });
   }
-  Outcome SendMailByOutlook(const OutgoingMail&) override { return missing(); }
+  Outcome SendMailByOutlook(const OutgoingMail& mail) override {
+    return alone([&]() -> Outcome {
+      const auto* message = dynamic_cast<const OutgoingMessage*>(&mail);
+      if (message == nullptr) return Outcome::failure(err::invalidProcedureCall);
+      return handToMailProgram(*message, workFolder(), pulse_);
+    });
+  }
 
   void SetPopUserName(std::string_view user) override { popUser_ = user; }
   void SetPopPassword(std::string_view password) override { popPassword_ = password; }
@@ -160,16 +170,27 @@ class CurlMailEngine : public MailEngine {
     }).skipped();
   }
 
-  void SetFetchLimit(int) override {}
-  void SetOutlookFilter(std::string_view) override {}
-  Result<std::unique_ptr<MailBundle>> FetchOutlookFolder(std::string_view) override {
-    return missing();
+  void SetFetchLimit(int mails) override { fetchLimit_ = std::max(mails, 0); }
+  void SetOutlookFilter(std::string_view expression) override { outlookFilter_ = expression; }
+  Result<std::unique_ptr<MailBundle>> FetchOutlookFolder(std::string_view folder) override {
+    std::unique_ptr<MailBundle> bundle;
+    const Outcome done = alone([&]() -> Outcome {
+      auto fetched = fetchOutlookFolder(
+          {std::string(folder), outlookFilter_, static_cast<std::size_t>(fetchLimit_)},
+          workFolder(), files_, pulse_);
+      if (fetched.ok()) bundle = std::move(fetched).value();
+      return fetched.outcome();
+    });
+    if (!done.ok()) return done;
+    return bundle;
   }
-  std::vector<std::string> OutlookFolders() override { return {}; }
+  std::vector<std::string> OutlookFolders() override {
+    std::vector<std::string> names;
+    for (MailFolder& folder : localMailFolders()) names.push_back(std::move(folder.name));
+    return names;
+  }
 
  private:
-  static Outcome missing() { return Outcome::failure(err::mail, "not built yet"); }
-
   // Yield may run any operation of the program: it must not come back in here.
   template <class Work>
   Outcome alone(Work work) {
@@ -219,6 +240,8 @@ class CurlMailEngine : public MailEngine {
   std::string smtpHost_, smtpUser_, smtpPassword_;
   std::string popHost_, popUser_, popPassword_;
   int popPort_ = popPort;
+  int fetchLimit_ = std::numeric_limits<int>::max();
+  std::string outlookFilter_;
 };
 
 }  // namespace
