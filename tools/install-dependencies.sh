@@ -10,7 +10,7 @@ packages=(
   libunarr-dev                                  # archives by rarer methods
   libcurl4-openssl-dev ca-certificates          # mail servers, the version check
   libjpeg62-turbo-dev                           # pictures
-  libgmime-3.0-dev libxml2-dev                  # mails, and those that are written in HTML
+  libgmime-3.0-dev libglib2.0-dev libxml2-dev   # mails, and those that are written in HTML
   libicu-dev                                    # letters, code pages
   libxcb1-dev libxcb-composite0-dev             # windows of other programs
   libwmf-dev libseccomp-dev                     # metafiles, drawn in a process that may do little

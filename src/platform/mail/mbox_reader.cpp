@@ -103,7 +103,9 @@ class MboxScan {
         if (Outcome read = advance(dropped); !read.ok()) return read;
       } else {
         const bool cut = open_ && window_.shrunk();
-        endMail(window_.end());
+        const std::string_view text = window_.text();
+        const std::size_t last = text.ends_with('\n') ? emptyLineAt(text.size() - 1) : text.npos;
+        endMail(window_.offset() + static_cast<std::int64_t>(std::min(last, text.size())));
         if (cut) found_.pop_back();
         break;
       }

@@ -1,0 +1,129 @@
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+
+#include "platform/disk/drive_file_system.h"
+#include "platform/mail/curl_mail_engine.h"
+#include "platform/mail/mail_program.h"
+#include "support/environment_variable.h"
+#include "support/temporary_drive.h"
+
+namespace skv::test {
+namespace {
+
+namespace fs = std::filesystem;
+using namespace std::chrono_literals;
+
+// Programs of its own on the search path, and no bus.
+struct MailProgramTest : ::testing::Test {
+  MailProgramTest() {
+    engine->Yield = [this] { return ++beats < stopAt; };
+    drive.write("C:\\Packs\\Rome.zip", std::string(200'000, 'z'));
+    fs::create_directory(programs);
+  }
+  // Each notes its words, one a line, and what it reads.
+  void program(const std::string& name, const std::string& end) {
+    std::ofstream(programs + "/" + name) << "#!/bin/sh\nprintf '%s\\n' \"$@\" > " << notes(name)
+                                         << "\n/bin/cat > " << notes(name) << ".read\n"
+                                         << end << "\n";
+    fs::permissions(programs + "/" + name, fs::perms::owner_all);
+  }
+  std::string notes(const std::string& name) const { return drive.native() + "/" + name; }
+  std::string noted(const std::string& name) const { return drive.read("C:\\" + name); }
+
+  Outcome send(const std::string& address = "anna@example.org",
+               const std::string& attachment = "Rome.zip", HandOverTimes times = {}) {
+    mail.emplace(disk);
+    EXPECT_TRUE(mail->SetFromAddress("me@example.org").ok());
+    if (Outcome added = mail->AddRecipient(address, address); !added.ok()) return added;
+    mail->SetSubject("--attach=/etc/passwd");
+    mail->SetBody("Hi,\r\n.\r\nbye' & $(id)\r\n");
+    EXPECT_TRUE(mail->AddAttachment("C:\\Packs\\Rome.zip").ok());
+    EXPECT_TRUE(mail->SetAttachmentName(0, attachment).ok());
+    return handToMailProgram(*mail, drive.native() + "/work", pulse, times);
+  }
+
+  TemporaryDrive drive;
+  const std::string programs = drive.native() + "/programs";
+  Variable path{"PATH", programs}, bus{"DBUS_SESSION_BUS_ADDRESS", ""},
+      runtime{"XDG_RUNTIME_DIR", ""};
+  DriveFileSystem disk{drive.drives()};
+  CurlMailSystem system;
+  std::unique_ptr<MailEngine> engine = system.load(disk);
+  MailPulse pulse{*engine};
+  std::optional<OutgoingMessage> mail;
+  int beats = 0, stopAt = 1'000'000;
+};
+
+TEST_F(MailProgramTest, HandsTheMailToTheDesktop) {
+  program("xdg-email", "exit 0");
+  program("sendmail", "exit 0");
+  ASSERT_TRUE(send().ok());
+  EXPECT_EQ(noted("xdg-email"),
+            "--utf8\n--subject\n--attach=/etc/passwd\n--body\nHi,\n.\n"
+            "bye' & $(id)\n\n--attach\n" +
+                drive.native() + "/Packs/Rome.zip\nanna@example.org\n");
+  EXPECT_FALSE(drive.exists("C:\\sendmail"));
+  EXPECT_FALSE(drive.exists("C:\\work\\outbox"));
+
+  // Under another name, which stands for as long as the mail may wait for its sending.
+  const std::string old = drive.native() + "/work/outbox/attachment-old1";
+  fs::create_directories(old + "/x");
+  fs::last_write_time(old, fs::file_time_type::clock::now() - 24h * 8);
+  ASSERT_TRUE(send("anna@example.org", "Rome, Italy's.zip").ok());
+  const std::string words = noted("xdg-email");
+  const std::size_t at = words.find("\n--attach\n") + 10;
+  const std::string standing = words.substr(at, words.find('\n', at) - at);
+  EXPECT_TRUE(standing.ends_with("/Rome_ Italy_s.zip")) << standing;
+  EXPECT_EQ(fs::file_size(standing), 200'000U);
+  EXPECT_FALSE(fs::exists(old));
+
+  program("xdg-email", "exec /bin/sleep 3");
+  EXPECT_TRUE(send("anna@example.org", "Rome.zip", {200ms, 1s}).ok());  // it is the mail program
+  program("xdg-email", "exit 1");
+  EXPECT_EQ(send().number(), err::mail);
+  EXPECT_FALSE(drive.exists("C:\\sendmail"));
+}
+
+TEST_F(MailProgramTest, HandsTheMailToSendmail) {
+  for (const char* without : {"", "exit 3", "exit 4"}) {
+    if (*without != 0) program("xdg-email", without);
+    program("sendmail", "exit 0");
+    ASSERT_TRUE(send().ok());
+    EXPECT_EQ(noted("sendmail"), "-i\n-fme@example.org\n--\nanna@example.org\n");
+    const std::string sent = noted("sendmail.read");
+    EXPECT_NE(sent.find("\nTo: \"anna@example.org\" <anna@example.org>\n"), std::string::npos);
+    EXPECT_NE(sent.find("\n.\nbye' & $(id)\n"), std::string::npos) << sent.substr(0, 900);
+    EXPECT_EQ(sent.find('\r'), std::string::npos);
+    EXPECT_GT(sent.size(), 260'000U);
+    EXPECT_TRUE(sent.ends_with("--\n"));
+    fs::remove(notes("sendmail"));
+  }
+
+  for (const char* address : {"-oQ@example.org", "a@example.org b@example.org", "-t",
+                              "a@example.org\nBcc: b@example.org", "a@example.org,b@example.org"}) {
+    EXPECT_EQ(send(address).number(), err::mail) << address;
+    EXPECT_FALSE(drive.exists("C:\\sendmail")) << address;
+  }
+  program("sendmail", "echo 'no such user' >&2; exit 67");
+  const Outcome refused = send();
+  EXPECT_EQ(refused.number(), err::mail);
+  EXPECT_NE(refused.description().find("no such user"), std::string::npos);
+
+  beats = 0;
+  program("sendmail", "/bin/sleep 20; echo late > " + notes("late"));
+  EXPECT_EQ(send("anna@example.org", "Rome.zip", {1s, 300ms}).number(), err::mail);
+  EXPECT_GT(beats, 5);  // the window lives
+  stopAt = beats + 8;
+  EXPECT_EQ(send().number(), err::cancelled);
+}
+
+TEST_F(MailProgramTest, SaysThatThereIsNoMailProgram) {
+  if (fs::exists("/usr/sbin/sendmail") || fs::exists("/usr/lib/sendmail")) GTEST_SKIP();
+  EXPECT_EQ(send().number(), err::mail);
+  drive.remove("C:\\Packs\\Rome.zip");
+}
+
+}  // namespace
+}  // namespace skv::test
