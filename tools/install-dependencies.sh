@@ -9,6 +9,7 @@ packages=(
   libzip-dev libdeflate-dev zlib1g-dev          # archives
   libunarr-dev                                  # archives by rarer methods
   libcurl4-openssl-dev ca-certificates          # mail servers, the version check
+  qtkeychain-qt6-dev                            # passwords in the desktop's keeping
   libjpeg62-turbo-dev                           # pictures
   libgmime-3.0-dev libglib2.0-dev libxml2-dev   # mails, and those that are written in HTML
   libicu-dev                                    # letters, code pages

@@ -33,6 +33,7 @@
 #include "sample/sample_settings.h"
 #include "sample/sample_simulator.h"
 #include "tour_addons.h"
+#include "tour_mail.h"
 #include "tour_pictures.h"
 #include "tour_scenery.h"
 #include "tour_user.h"
@@ -71,6 +72,7 @@ class Tour {
     AddonRoad(sample_, user_).take();
     PictureRoad(sample_, user_).take();
     settings();
+    MailRoad(sample_, user_).take();
     SceneryRoad(sample_, user_).take();
     user_.press(Qt::Key_F, Qt::ControlModifier);
   }

@@ -813,5 +813,41 @@ Datei, Package/ZIP installieren bringt eines aus einer ZIP-Datei in den Hangar.<
         <source>%1 %</source>
         <translation>%1 %</translation>
     </message>
+    <message>
+        <source>No mail folders found on this computer</source>
+        <translation>Keine Mailordner auf diesem Rechner gefunden</translation>
+    </message>
+    <message>
+        <source>Choose one of the mail folders found...</source>
+        <translation>Einen der gefundenen Mailordner wählen...</translation>
+    </message>
+    <message>
+        <source>"Outlook" stands for the mail program of this computer, such as Thunderbird.</source>
+        <translation>"Outlook" steht für das Mailprogramm dieses Rechners, etwa Thunderbird.</translation>
+    </message>
+    <message>
+        <source>The server's name, or name:port</source>
+        <translation>Name des Servers, oder Name:Port</translation>
+    </message>
+    <message>
+        <source>Empty when the server asks for no login</source>
+        <translation>Leer, wenn der Server keine Anmeldung verlangt</translation>
+    </message>
+    <message>
+        <source>Nothing is selected in the list</source>
+        <translation>In der Liste ist nichts gewählt</translation>
+    </message>
+    <message>
+        <source>To your mail program, such as Thunderbird</source>
+        <translation>An das Mailprogramm, etwa Thunderbird</translation>
+    </message>
+    <message>
+        <source>No SMTP Mailhost is set yet: File, Settings (F2), EMail</source>
+        <translation>Noch kein SMTP-Server: Datei, Einstellungen (F2), EMail</translation>
+    </message>
+    <message>
+        <source>Through the SMTP Mailhost %1</source>
+        <translation>Über den SMTP-Server %1</translation>
+    </message>
 </context>
 </TS>

@@ -96,8 +96,9 @@ struct App {
   double SizeTotal = 0;  // bytes
   std::vector<std::string> PackFileList;
 
-  std::string PendingZIP;  // an archive handed over by mail, "" for none
-  bool ZipDone = false;    // the extraction is over
+  // An archive handed over by mail, "" for none. A run that fails leaves it where it is.
+  std::string PendingZIP;
+  bool ZipDone = false;  // the extraction is over
 
   int hourglasses = 0;  // operations that want the pointer to be one; see long_operation.h
   // The user wants the running operation to end after the file it is at.
@@ -123,6 +124,8 @@ struct App {
   ui::FrmDirSelect frmDirSelect;
   ui::FrmSCOptions frmSCOptions;
   ui::FrmShowPic frmShowPic;
+  ui::FrmMailPack frmMailPack;
+  ui::FrmIdentity frmIdentity;
 
   FileSystem& files() { return platform.files; }
   // Runs on after a failed step, which stays noted as the current error. Answers whether it went

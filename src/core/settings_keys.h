@@ -44,12 +44,22 @@ inline constexpr Setting SortKey{lists, "SortKey"};
 inline constexpr Setting SortOrder{lists, "SortOrder"};
 inline constexpr Setting POPUserName{mail, "POPUserName"};
 inline constexpr Setting POPPassword{mail, "POPPassword"};
+// Where a password is kept: "desktop", or "" for the setting itself.
+inline constexpr Setting POPPasswordPlace{mail, "POPPasswordPlace"};
 inline constexpr Setting POPHost{mail, "POPHost"};
+inline constexpr Setting POPPort{mail, "POPPort"};
 inline constexpr Setting SMTPHost{mail, "SMTPHost"};
+inline constexpr Setting SMTPUserName{mail, "SMTPUserName"};
+inline constexpr Setting SMTPPassword{mail, "SMTPPassword"};
+inline constexpr Setting SMTPPasswordPlace{mail, "SMTPPasswordPlace"};
 inline constexpr Setting OutlookFolder{mail, "OutlookFolder"};
 inline constexpr Setting FirstName{mail, "FirstName"};
 inline constexpr Setting LastName{mail, "LastName"};
+inline constexpr Setting EMail{mail, "EMail"};
+inline constexpr Setting MailType{mail, "Type"};  // index in cmbMailType
 }  // namespace setting
+
+inline constexpr int usualPOPPort = 110;
 
 inline std::string readSetting(const App& app, const Setting& setting,
                                std::string_view fallback = {}) {

@@ -67,8 +67,7 @@ bool AddonArchive::askName() {
   for (;;) {
     const auto answer =
         app_.windows.inputBox("Foldername for aircraft:", ui::programTitle, offered);
-    cancelled_ = !answer;
-    if (cancelled_) return false;
+    if (!answer) return false;
     name_ = *answer;
     const std::string fault = faultOfAddonName(app_, store_.addons, name_);
     if (fault.empty()) break;
@@ -200,7 +199,6 @@ void AddonArchive::giveUp() {
   if (stillThere()) {
     status("Cleaning temporary folder...");
     clearWorkingFolders(app_).skipped();
-    keepMailedArchive();
   } else if (unpacks_) {
     app_.windows.messageBox(
         {"\"" + path_ + "\" cannot be found any more. What was unpacked of it stays in \"" +
@@ -209,21 +207,6 @@ void AddonArchive::giveUp() {
          ui::BoxIcon::exclamation});
   }
   status(remains);
-}
-
-// The next installation would take it away with the working folder.
-void AddonArchive::keepMailedArchive() {
-  if (!isOrHolds(app_.InstallTempDir, path_)) return;
-  const auto kept = keepArchive(app_, path_);
-  const std::string text =
-      kept.ok() ? "The archive is kept as \"" + kept.value() + "\"."
-                : "The archive lies in \"" + path_ +
-                      "\". Copy it before the next installation: " + kept.outcome().description();
-  if (cancelled_ && kept.ok())
-    app_.frmMain.lblStatus.notice = text;
-  else
-    app_.windows.messageBox(
-        {text, kept.ok() ? ui::BoxIcon::information : ui::BoxIcon::exclamation});
 }
 
 }  // namespace skv

@@ -5,8 +5,8 @@
 //   InstallTempDir\_37927.6458333333\SKVgauges.zip\...       those of an archive inside it
 //
 // A search that starts at InstallTempDir sees both as one tree. An archive that came by mail lies
-// in InstallTempDir itself and is the user's only copy: it goes with the working folder when the
-// add-on is in its store, and is kept elsewhere when it is not.
+// in InstallTempDir itself: it goes with the working folder when the add-on is in its store, and
+// when it is not, it stays for the one who handed it over.
 #pragma once
 
 #include <string>
@@ -52,7 +52,6 @@ class AddonArchive {
   void noteRenamed(const ReadAndExtract& job, const std::string& embedded);
   bool unpackOneEmbedded(const std::string& folder, const std::string& name);
   Outcome deleteEmbedded(const std::string& folder, const std::string& name);
-  void keepMailedArchive();
   void status(const std::string& text) { app_.frmMain.lblStatus.caption = text; }
 
   App& app_;
@@ -60,7 +59,6 @@ class AddonArchive {
   const std::string runFolder_;  // unique to the run, with trailing backslash
   std::string path_;             // of the archive
   std::string name_;             // of the add-on's folder, as the user confirmed it
-  bool cancelled_ = false;       // in the name box
   bool nameTaken_ = false;
   int renamed_ = 0;
   std::string renamedNames_;  // a line for each

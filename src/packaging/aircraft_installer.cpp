@@ -36,7 +36,7 @@ class Installation {
         store_{hangarDir_, acRoot(), "Aircraft"},
         archive_(app, store_) {}
 
-  void run();
+  bool run();
 
  private:
   bool place();
@@ -66,21 +66,23 @@ class Installation {
   int gauges_ = 0;
 };
 
-void Installation::run() {
+bool Installation::run() {
   const LongOperation busy(app_);
-  if (!archive_.choose()) return;
+  if (!archive_.choose()) return false;
   if (!archive_.askName()) {
     archive_.giveUp();
     if (archive_.nameTaken()) listIfMissing();
-    return;
+    return false;
   }
   placement_.emplace(app_, store_, archive_.name());
-  if (archive_.unpack() && placement_->makeFolders(sharedFolders) && archive_.unpackEmbedded() &&
-      place() && settle())
+  const bool installed = archive_.unpack() && placement_->makeFolders(sharedFolders) &&
+                         archive_.unpackEmbedded() && place() && settle();
+  if (installed)
     finish();
   else
     undo();
   app_.error.clear();
+  return installed;
 }
 
 bool Installation::place() {
@@ -209,13 +211,13 @@ void Installation::undo() {
 
 }  // namespace
 
-void mnuFileInstallAC_Click(App& app) {
+bool mnuFileInstallAC_Click(App& app) {
   // The settings may have named another Hangar since the view was opened.
   if (inFSView(app) || app.ListDir != app.HangarDir) {
     mnuViewHangar_Click(app);
     app.windows.yield();
   }
-  Installation(app).run();
+  return Installation(app).run();
 }
 
 }  // namespace skv

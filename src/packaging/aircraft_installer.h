@@ -9,7 +9,8 @@
 
 namespace skv {
 
-// Takes PendingZIP when it is set, and asks with a file dialog when it is not.
-void mnuFileInstallAC_Click(App& app);
+// Takes PendingZIP when it is set, and asks with a file dialog when it is not. Answers whether the
+// aircraft is installed; the user has been told why not.
+bool mnuFileInstallAC_Click(App& app);
 
 }  // namespace skv

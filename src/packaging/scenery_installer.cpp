@@ -31,21 +31,23 @@ class Installation {
         store_{app.SceneryLib, sceneryRootOf(app.SceneryLib), "Scenery"},
         archive_(app, store_) {}
 
-  void run() {
+  bool run() {
     const LongOperation busy(app_);
-    if (!archive_.choose()) return;
+    if (!archive_.choose()) return false;
     if (!archive_.askName()) {
       archive_.giveUp();
       if (archive_.nameTaken()) listIfMissing();
-      return;
+      return false;
     }
     placement_.emplace(app_, store_, archive_.name());
-    if (archive_.unpack() && makeFolders() && archive_.unpackEmbedded() && place() &&
-        placement_->settle())
+    const bool installed = archive_.unpack() && makeFolders() && archive_.unpackEmbedded() &&
+                           place() && placement_->settle();
+    if (installed)
       finish();
     else
       undo();
     app_.error.clear();
+    return installed;
   }
 
  private:
@@ -152,16 +154,17 @@ class Installation {
 
 }  // namespace
 
-void mnuFileInstallSC_Click(App& app) {
+bool mnuFileInstallSC_Click(App& app) {
   if (app.SceneryLib.empty()) {
     app.windows.messageBox(
         {"No folder is set for the scenery library. File, Settings (F2) is the "
          "place.",
          ui::BoxIcon::exclamation});
-    return;
+    return false;
   }
-  Installation(app).run();
+  const bool installed = Installation(app).run();
   showSceneryCommands(app);
+  return installed;
 }
 
 }  // namespace skv

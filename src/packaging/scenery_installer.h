@@ -11,7 +11,8 @@
 
 namespace skv {
 
-// Takes PendingZIP, or asks for an archive. The view stays what it is.
-void mnuFileInstallSC_Click(App& app);
+// Takes PendingZIP, or asks for an archive. The view stays what it is. Answers whether the scenery
+// is installed; the user has been told why not.
+bool mnuFileInstallSC_Click(App& app);
 
 }  // namespace skv

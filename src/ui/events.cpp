@@ -8,6 +8,9 @@
 #include "aircraft/hangar_transfer.h"
 #include "aircraft/list_commands.h"
 #include "aircraft/list_files.h"
+#include "mail/identity.h"
+#include "mail/mail_installers.h"
+#include "mail/mail_pack.h"
 #include "packaging/aircraft_installer.h"
 #include "packaging/package_commands.h"
 #include "packaging/scenery_installer.h"
@@ -21,6 +24,7 @@
 #include "scenery/scenery_view.h"
 #include "ui/dialogs/dir_select.h"
 #include "ui/help.h"
+#include "ui/mail_settings.h"
 #include "ui/settings.h"
 #include "ui/views.h"
 
@@ -34,6 +38,9 @@ void connectMenus(App& app) {
   form.mnuFilePackage.click = [&app] { mnuFilePackage_Click(app); };
   form.mnuFileUnpackage.click = [&app] { mnuFileUnpackage_Click(app); };
   form.mnuFileInstallSC.click = [&app] { mnuFileInstallSC_Click(app); };
+  form.mnuFileMailPack.click = [&app] { mnuFileMailPack_Click(app); };
+  form.mnuFileInstallFromEmailPOP.click = [&app] { mnuFileInstallFromEmailPOP_Click(app); };
+  form.mnuFileInstallFromEmailOLK.click = [&app] { mnuFileInstallFromEmailOLK_Click(app); };
   form.mnuFileQuit.click = [&app] { ui::raise(app.frmMain.closed); };
   form.mnuFileSettings.click = [&app] { mnuFileSettings_Click(app); };
   form.mnuViewFSAircraft.click = [&app] { leaveForAircraft(app, mnuViewFSAircraft_Click); };
@@ -189,6 +196,13 @@ void connectDialogs(App& app) {
   settings.btnOK.click = [&app] { frmSettings_btnOK_Click(app); };
   settings.cmbFound.click = [&app] { cmbFound_Click(app); };
 
+  settings.cmbOutlookFolders.click = [&app] { cmbOutlookFolders_Click(app); };
+  settings.btnOutlookFile.click = [&app] { btnOutlookFile_Click(app); };
+  settings.btnOutlookDir.click = [&app] { btnOutlookDir_Click(app); };
+  settings.btnIdentity.click = [&app] {
+    askIdentity(app, app.frmSettings, app.frmIdentity.txtFirstName);
+  };
+
   auto& options = app.frmSCOptions;
   options.closed = [&app] { frmSCOptions_btnCancel_Click(app); };
   options.btnOK.click = [&app] { frmSCOptions_btnOK_Click(app); };
@@ -208,6 +222,20 @@ void connectDialogs(App& app) {
   picker.btnMkDir.click = [&app] { frmDirSelect_btnMkDir_Click(app); };
 }
 
+void connectMailDialogs(App& app) {
+  auto& pack = app.frmMailPack;
+  pack.userActed = [&pack] { pack.lblStatus.notice = ""; };
+  pack.closed = [&app] { frmMailPack_Close(app); };
+  pack.cmbMailType.click = [&app] { cmbMailType_Click(app); };
+  pack.btnSend.click = [&app] { btnSend_Click(app); };
+  pack.btnCancel.click = [&app] { frmMailPack_btnCancel_Click(app); };
+
+  auto& identity = app.frmIdentity;
+  identity.closed = [&app] { frmIdentity_btnCancel_Click(app); };
+  identity.btnOK.click = [&app] { frmIdentity_btnOK_Click(app); };
+  identity.btnCancel.click = [&app] { frmIdentity_btnCancel_Click(app); };
+}
+
 }  // namespace
 
 void connectEvents(App& app) {
@@ -218,6 +246,7 @@ void connectEvents(App& app) {
   connectSceneryView(app);
   connectPictures(app);
   connectDialogs(app);
+  connectMailDialogs(app);
 }
 
 }  // namespace skv

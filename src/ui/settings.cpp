@@ -10,6 +10,7 @@
 #include "ui/dialogs/dir_select.h"
 #include "ui/dialogs/folder_text.h"
 #include "ui/folder_fields.h"
+#include "ui/mail_settings.h"
 #include "ui/move_packages.h"
 #include "ui/startup.h"
 
@@ -18,20 +19,6 @@ namespace skv {
 namespace {
 
 constexpr const char* boxTitle = "FS Skyvault - Settings";
-
-struct MailField {
-  Setting key;
-  ui::TextBox ui::FrmSettings::*box;
-};
-
-// In the order in which they are stored.
-constexpr MailField mailFields[] = {
-    {setting::POPUserName, &ui::FrmSettings::txtPOPUserName},
-    {setting::POPPassword, &ui::FrmSettings::txtPOPPassword},
-    {setting::POPHost, &ui::FrmSettings::txtPOPHost},
-    {setting::SMTPHost, &ui::FrmSettings::txtSMTPHost},
-    {setting::OutlookFolder, &ui::FrmSettings::txtOutlookFolder},
-};
 
 constexpr const char* introduction =
     "FS Skyvault looks after the add-ons of one Flight Simulator 2002, so first name the folder in "
@@ -147,15 +134,6 @@ bool storeFolders(App& app) {
   return true;
 }
 
-bool storeMail(App& app) {
-  std::vector<StoredValue> values;
-  for (const auto& [key, box] : mailFields)
-    values.push_back({key.section, key.key, (app.frmSettings.*box).text.get()});
-  const Outcome stored = app.platform.settings.writeTogether(values);
-  if (!stored.ok()) tellFailure(app, "The mail settings could not be stored:", stored);
-  return stored.ok();
-}
-
 void make(App& app, const std::string& folder) {
   if (PathExists(app.files(), folder)) return;
   MakePath(app.files(), folder);
@@ -222,7 +200,7 @@ void frmSettings_Form_Load(App& app) {
   form.btnQuit.visible = first;
   for (const FolderField& field : folderFields)
     (form.*field.box).text = readSetting(app, field.key, field.fallback);
-  for (const MailField& field : mailFields) (form.*field.box).text = readSetting(app, field.key);
+  loadMailSettings(app);
   form.OldPacksDir = form.txtPacksDir.text;
   form.proposedHangar.clear();
   form.proposedPacks.clear();
@@ -248,6 +226,7 @@ void tabSettings_Click(App& app, int index) {
   if (index != 0 && index != 1) return;
   app.frmSettings.frameLocations.visible = index == 0;
   app.frmSettings.frameEmail.visible = index == 1;
+  if (index == 1) listOutlookFolders(app);
 }
 
 void showFolderStates(App& app) {
@@ -333,7 +312,7 @@ void frmSettings_btnOK_Click(App& app) {
   }
   if (!(foldersOf(app) == before) && !app.ending) reloadLists(app);
 
-  if (!storeMail(app) || app.ending) return;
+  if (!storeMailSettings(app) || app.ending) return;
   if (!app.starting) app.frmMain.visible = true;
   app.windows.hide(form);
 }

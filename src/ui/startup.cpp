@@ -257,7 +257,9 @@ void Form_Unload(App& app) {
   form.visible = false;
   app.windows.unload(app.frmSplash);
   cancelFolderChoice(app);
-  app.windows.unload(app.frmSettings);
+  for (ui::Form* other :
+       std::initializer_list<ui::Form*>{&app.frmIdentity, &app.frmMailPack, &app.frmSettings})
+    app.windows.unload(*other);
   ui::yieldTimes(app.windows, yieldsAtEnd);
 }
 

@@ -50,10 +50,11 @@ class MemorySecrets : public Secrets {
   }
   Outcome write(std::string_view name, std::string_view password) override {
     if (!runs) return Outcome::failure(err::deviceUnavailable);
+    if (refuses) return Outcome::failure(err::permissionDenied);
     kept[std::string(name)] = password;
     return {};
   }
-  bool runs = true;
+  bool runs = true, refuses = false;
   std::map<std::string, std::string, std::less<>> kept;
 };
 

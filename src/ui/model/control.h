@@ -49,6 +49,7 @@ class Control {
 
   Property<bool> visible{*this, true};
   Property<bool> enabled{*this, true};
+  std::string hint;  // a tool tip, set before a window is made; "" for none
 
   // Set by the front-end; called after every change of the control's data. May be called many times
   // in a row, so a front-end notes the change and draws later.

@@ -1,9 +1,15 @@
 // The secondary windows, as data.
 #pragma once
 
+#include <optional>
+
 #include "ui/model/controls.h"
 
 namespace skv::ui {
+
+// For the controls by which "Outlook" is chosen.
+inline constexpr const char* outlookMeans =
+    "\"Outlook\" stands for the mail program of this computer, such as Thunderbird.";
 
 struct FrmSplash : Form {
   FrmSplash();
@@ -37,8 +43,15 @@ struct FrmSettings : Form {
   TextBox txtPOPUserName{"txtPOPUserName", "POP Username:"};
   TextBox txtPOPPassword{"txtPOPPassword", "POP Password:"};
   TextBox txtPOPHost{"txtPOPHost", "POP Mailhost:"};
+  TextBox txtPOPPort{"txtPOPPort", "POP Port:"};
   TextBox txtSMTPHost{"txtSMTPHost", "SMTP Mailhost:"};
+  TextBox txtSMTPUserName{"txtSMTPUserName", "SMTP Username:"};
+  TextBox txtSMTPPassword{"txtSMTPPassword", "SMTP Password:"};
   TextBox txtOutlookFolder{"txtOutlookFolder", "Outlook Inbox Folder:"};
+  ComboBox cmbOutlookFolders{"cmbOutlookFolders"};  // a heading, then the folders found
+  Button btnOutlookFile{"btnOutlookFile", "Mail File..."};
+  Button btnOutlookDir{"btnOutlookDir", "Mail Folder..."};
+  Button btnIdentity{"btnIdentity", "&Sender..."};
   // Beside each folder: whether it is right.
   Label lblFSRootState{"lblFSRootState"};
   Label lblHangarState{"lblHangarState"};
@@ -52,6 +65,39 @@ struct FrmSettings : Form {
   // What the program has put into empty fields. While a field still holds it, it follows the
   // simulator's folder.
   std::string proposedHangar, proposedPacks;
+  // The passwords as the dialog has found them; none: one is kept and could not be read.
+  std::optional<std::string> foundPOPPassword, foundSMTPPassword;
+};
+
+// Who sends Packages.
+struct FrmIdentity : Form {
+  FrmIdentity();
+  TextBox txtFirstName{"txtFirstName", "First Name:"};
+  TextBox txtLastName{"txtLastName", "Last Name:"};
+  TextBox txtEMail{"txtEMail", "EMail Address:"};
+  Button btnOK{"btnOK", "OK"};
+  Button btnCancel{"btnCancel", "Cancel"};
+};
+
+struct FrmMailPack : Form {
+  FrmMailPack();
+  Image imgAC{"imgAC"};
+  Label lblAddon{"lblAddon"};  // what is sent
+  TextBox txtEMail{"txtEMail", "EMail Address:"};
+  TextBox txtMsg{"txtMsg", "Message:"};
+  ComboBox cmbMailType{"cmbMailType"};
+  Label lblMailType{"lblMailType"};  // what the way chosen there does
+  StatusLine lblStatus{"lblStatus"};
+  Button btnSend{"btnSend", "&Send"};
+  Button btnCancel{"btnCancel", "&Cancel"};
+
+  // The add-on that the dialog was opened for: its row in lstInactScenery or lstAircraft, and its
+  // folder's name. The row may be gone.
+  bool scenery = false;
+  ListView::RowId row = 0;
+  std::string Name;
+  bool sending = false;
+  bool closing = false;  // goes when the mail that is being sent has come to its end
 };
 
 struct FrmDirSelect : Form {

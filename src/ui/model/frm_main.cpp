@@ -1,5 +1,7 @@
 #include "ui/model/frm_main.h"
 
+#include "ui/model/dialogs.h"
+
 namespace skv::ui {
 
 std::vector<ListView::Column> libraryColumns() { return {{"Name:", 6350}, {"Folder:", 2117}}; }
@@ -45,6 +47,7 @@ FrmMain::FrmMain() : Form("frmMain", "FS Skyvault") {
   for (ListView* list : {&lstAircraft, &lstPanel, &lstSound}) list->labelEdit = true;
   lstScenery.checkBoxes = true;
   txtACDescription.multiLine = true;
+  mnuFileInstallFromEmailOLK.hint = outlookMeans;
 
   lblACSpecimen.visible = false;
   lblListLoading.visible = false;

@@ -20,4 +20,9 @@ QWidget* makeSceneryOptionsWindow(Bindings& bindings, FrmSCOptions& form, const 
 QWidget* makeShowPicWindow(Bindings& bindings, FrmShowPic& form, const FileSystem& files,
                            QWidget* owner);
 
+QWidget* makeMailPackWindow(Bindings& bindings, FrmMailPack& form, const FileSystem& files,
+                            QWidget* owner);
+QWidget* makeIdentityWindow(Bindings& bindings, FrmIdentity& form, const FileSystem& files,
+                            QWidget* owner);
+
 }  // namespace skv::ui::qt

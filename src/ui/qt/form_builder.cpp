@@ -34,6 +34,11 @@ class PressedByEnter : public QPushButton {
   }
 };
 
+void describe(QWidget& widget, const Control& control) {
+  widget.setToolTip(captioned(control.hint));
+  widget.setAccessibleDescription(captioned(control.hint));
+}
+
 }  // namespace
 
 QPushButton* FormBuilder::button(Button& button, const QString& accessibleName) {
@@ -88,6 +93,7 @@ CaptionLabel* FormBuilder::label(Label& label) {
 QComboBox* FormBuilder::combo(ComboBox& box, const QString& accessibleName) {
   auto* widget = new QComboBox;
   widget->setAccessibleName(accessibleName);
+  describe(*widget, box);
   auto* binding = new Binding(bindings_, form_, box, widget, [widget, &box] {
     const QSignalBlocker quiet(widget);
     QStringList items;
@@ -111,8 +117,13 @@ QComboBox* FormBuilder::combo(ComboBox& box, const QString& accessibleName) {
 }
 
 QWidget* FormBuilder::textBox(TextBox& box) {
-  if (box.multiLine) return new TextArea(bindings_, form_, box);
-  return new TextLine(bindings_, form_, box);
+  QWidget* widget = nullptr;
+  if (box.multiLine)
+    widget = new TextArea(bindings_, form_, box);
+  else
+    widget = new TextLine(bindings_, form_, box);
+  describe(*widget, box);
+  return widget;
 }
 
 QTabBar* FormBuilder::tabs(TabStrip& strip, const QString& accessibleName) {

@@ -14,6 +14,8 @@ FormMakers::FormMakers() {
   add(makeSplashWindow);
   add(makeSceneryOptionsWindow);
   add(makeShowPicWindow);
+  add(makeMailPackWindow);
+  add(makeIdentityWindow);
 }
 
 QWidget* FormMakers::make(Bindings& bindings, Form& form, const FileSystem& files,

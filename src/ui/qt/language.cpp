@@ -29,7 +29,8 @@ class ProgramsTranslator : public QTranslator {
 };
 
 // Captions that end in a value.
-constexpr const char* withValue[] = {"Version %1", "Alias: %1", "There is no drive %1"};
+constexpr const char* withValue[] = {"Version %1", "Alias: %1", "There is no drive %1",
+                                     "Through the SMTP Mailhost %1"};
 
 QString translated(const QString& text) {
   return QCoreApplication::translate(context, text.toUtf8().constData());

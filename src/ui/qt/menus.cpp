@@ -40,6 +40,7 @@ QString lettered(const MenuItem& item, const std::vector<MenuItem*>& siblings) {
 
 void follow(QAction& action, const MenuItem& item, const std::vector<MenuItem*>& siblings) {
   action.setText(lettered(item, siblings));
+  action.setToolTip(captioned(item.hint));
   action.setEnabled(item.enabled && item.available());
   action.setVisible(item.visible);
   action.setCheckable(item.checked);
@@ -65,6 +66,7 @@ void addEntry(Bindings& bindings, Form& form, MenuItem& item, QWidget& menu,
 QMenu* makeMenu(Bindings& bindings, Form& form, MenuItem& item, QWidget* owner,
                 const std::vector<MenuItem*>& siblings) {
   auto* menu = new QMenu(captioned(item.caption), owner);
+  menu->setToolTipsVisible(true);
   new Binding(bindings, form, item, menu,
               [menu, &item, &siblings] { follow(*menu->menuAction(), item, siblings); });
   for (MenuItem* entry : item.entries) {

@@ -13,6 +13,7 @@
 #include "ui/qt/form_builder.h"
 #include "ui/qt/form_window.h"
 #include "ui/qt/frame_panel.h"
+#include "ui/qt/language.h"
 #include "ui/qt/scroll_room.h"
 #include "ui/qt/text.h"
 
@@ -41,8 +42,8 @@ QLabel* paragraph(Bindings& bindings, Form& form, Label& label) {
   return widget;
 }
 
-FramePanel* page(FormBuilder& build, Frame& frame, std::initializer_list<Row> rows) {
-  FramePanel* panel = build.frame(frame, false);
+// The fields of a page, and the first line below them.
+std::pair<QGridLayout*, int> fields(FormBuilder& build, std::initializer_list<Row> rows) {
   auto* grid = new QGridLayout;
   grid->setHorizontalSpacing(8);
   grid->setVerticalSpacing(3);
@@ -60,12 +61,43 @@ FramePanel* page(FormBuilder& build, Frame& frame, std::initializer_list<Row> ro
     ++line;
     if (row.state) grid->addWidget(build.label(*row.state), line++, 1, 1, 2);
   }
+  return {grid, line};
+}
+
+FramePanel* page(FormBuilder& build, Frame& frame, QGridLayout* grid) {
+  FramePanel* panel = build.frame(frame, false);
   panel->body()->addLayout(grid);
   panel->body()->addStretch();
   QSizePolicy policy = panel->sizePolicy();
   policy.setRetainSizeWhenHidden(true);
   panel->setSizePolicy(policy);
   return panel;
+}
+
+FramePanel* mailPage(FormBuilder& build, FrmSettings& form) {
+  const auto [grid, line] = fields(build, {{&form.txtPOPUserName},
+                                           {&form.txtPOPPassword},
+                                           {&form.txtPOPHost},
+                                           {&form.txtPOPPort},
+                                           {&form.txtSMTPHost},
+                                           {&form.txtSMTPUserName},
+                                           {&form.txtSMTPPassword},
+                                           {&form.txtOutlookFolder}});
+  auto* folders = new QHBoxLayout;
+  folders->setSpacing(8);
+  folders->addWidget(build.combo(form.cmbOutlookFolders, QObject::tr("Mail folders found")), 1);
+  folders->addWidget(build.button(form.btnOutlookFile));
+  folders->addWidget(build.button(form.btnOutlookDir));
+  grid->addLayout(folders, line, 1);
+  auto* meaning = new QLabel(captioned(outlookMeans));
+  meaning->setWordWrap(true);
+  grid->addWidget(meaning, line + 1, 1);
+  auto* identity = new QHBoxLayout;
+  identity->setContentsMargins(0, 8, 0, 0);
+  identity->addWidget(build.button(form.btnIdentity, QObject::tr("Sender of Packages")));
+  identity->addStretch();
+  grid->addLayout(identity, line + 2, 1);
+  return page(build, form.frameEmail, grid);
 }
 
 }  // namespace
@@ -87,20 +119,16 @@ QWidget* makeSettingsWindow(Bindings& bindings, FrmSettings& form, const FileSys
   column->addLayout(tabs);
 
   auto* pages = new QGridLayout;
-  pages->addWidget(page(build, form.frameLocations,
-                        {{&form.txtFSRoot, &form.btnBrowse, &form.lblFSRootState},
-                         {&form.txtHangarDir, &form.btnBrowseHangar, &form.lblHangarState},
-                         {&form.txtPacksDir, &form.btnBrowsePacks, &form.lblPacksState},
-                         {&form.txtCentralPanel, &form.btnBrowsePanel, &form.lblPanelState},
-                         {&form.txtSceneryLib, &form.Command1, &form.lblSceneryState}}),
-                   0, 0);
-  pages->addWidget(page(build, form.frameEmail,
-                        {{&form.txtPOPUserName},
-                         {&form.txtPOPPassword},
-                         {&form.txtPOPHost},
-                         {&form.txtSMTPHost},
-                         {&form.txtOutlookFolder}}),
-                   0, 0);
+  pages->addWidget(
+      page(build, form.frameLocations,
+           fields(build, {{&form.txtFSRoot, &form.btnBrowse, &form.lblFSRootState},
+                          {&form.txtHangarDir, &form.btnBrowseHangar, &form.lblHangarState},
+                          {&form.txtPacksDir, &form.btnBrowsePacks, &form.lblPacksState},
+                          {&form.txtCentralPanel, &form.btnBrowsePanel, &form.lblPanelState},
+                          {&form.txtSceneryLib, &form.Command1, &form.lblSceneryState}})
+               .first),
+      0, 0);
+  pages->addWidget(mailPage(build, form), 0, 0);
   column->addLayout(pages, 1);
 
   auto* foot = new QHBoxLayout;

@@ -99,7 +99,7 @@ void TextArea::keyPressEvent(QKeyEvent* event) {
       insertPlainText(*instead);
       return;
     }
-    if (key == enterKey) return;
+    if (key == enterKey && !box_.lineBreaks) return;
   }
   QPlainTextEdit::keyPressEvent(event);
 }
@@ -119,7 +119,8 @@ void TextArea::insertFromMimeData(const QMimeData* source) {
   text.replace(QStringLiteral("\r\n"), QStringLiteral("\n"));
   text.replace(QLatin1Char('\r'), QLatin1Char('\n'));
   text.replace(QChar::ParagraphSeparator, QLatin1Char('\n'));
-  text.replace(QLatin1Char('\n'), replacement(box_, enterKey).value_or(QStringLiteral(" ")));
+  if (!box_.lineBreaks)
+    text.replace(QLatin1Char('\n'), replacement(box_, enterKey).value_or(QStringLiteral(" ")));
   insertPlainText(text);
 }
 

@@ -22,8 +22,8 @@ class TextLine : public QLineEdit {
   Binding* binding_;
 };
 
-// Wraps long text. It holds no line breaks: what is pasted goes through the box's key handler, a
-// line break as the Enter key.
+// Wraps long text. Where the box holds no line breaks, what is pasted goes through its key handler,
+// a line break as the Enter key.
 class TextArea : public QPlainTextEdit {
  public:
   TextArea(Bindings& bindings, Form& form, TextBox& box);

@@ -74,7 +74,8 @@ TEST_F(BoxTest, TheStatedButtonIsTheDefault) {
 
 TEST_F(BoxTest, EveryFormHasAWindowAndAnUnknownOneStopsTheProgram) {
   for (const ui::Form* form : std::initializer_list<const ui::Form*>{
-           &app.frmMain, &app.frmSettings, &app.frmDirSelect, &app.frmSplash, &app.frmSCOptions})
+           &app.frmMain, &app.frmSettings, &app.frmDirSelect, &app.frmSplash, &app.frmSCOptions,
+           &app.frmMailPack, &app.frmIdentity})
     EXPECT_TRUE(windows.makers().knows(*form)) << form->name();
   ui::Form stranger("frmStranger");
   EXPECT_DEATH(windows.show(stranger, nullptr), "frmStranger");

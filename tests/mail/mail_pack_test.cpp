@@ -1,0 +1,212 @@
+#include "mail/mail_pack.h"
+
+#include "aircraft/aircraft_views.h"
+#include "support/scenery_fixture.h"
+
+namespace skv::test {
+
+class MailPackTest : public SceneryTest {
+ protected:
+  MailPackTest() {
+    settings.values["Mail/EMail"] = "anna@example.org";
+    settings.values["Mail/FirstName"] = app.SenderIdentity.FirstName = "Anna";
+    settings.values["Mail/LastName"] = app.SenderIdentity.LastName = "Berg";
+    settings.values["Mail/SMTPHost"] = "smtp.example.com";
+    drive.write("C:\\Hangar\\aircraft\\Cessna\\aircraft.cfg", "[fltsim.0]\r\ntitle=The Cessna\r\n");
+    drive.write("C:\\Hangar\\aircraft\\Cessna\\model\\c.mdl", "model");
+    drive.write("C:\\Hangar\\SKV_AC.lst", line("The Cessna", "C:\\Hangar\\aircraft\\Cessna\\") +
+                                              line("Other", "C:\\Hangar\\aircraft\\Other\\"));
+    showHangar();
+  }
+  void showHangar() {
+    mnuViewHangar_Click(app);
+    select(form.lstAircraft, 1);
+    windows.boxes.clear();
+  }
+  void openPack() {
+    click(form.mnuFileMailPack);
+    EXPECT_TRUE(pack.visible);
+    pack.txtEMail.text = "ben@example.net";
+  }
+  // Answers what was told.
+  Tree send() {
+    windows.boxes.clear();
+    mail.calls.clear();
+    ui::raise(pack.btnSend.click);
+    expectIdle();
+    EXPECT_TRUE(pack.btnSend.enabled && pack.btnCancel.enabled && !pack.sending);
+    EXPECT_FALSE(pack.lblStatus.showsProgress);
+    return windows.boxTexts();
+  }
+  void makePackage() { drive.write("C:\\Packs\\Cessna.zip", "as it is"); }
+
+  ui::FrmMailPack& pack = app.frmMailPack;
+};
+
+TEST_F(MailPackTest, AnAircraftThatHasNoPackageIsPackedAndSent) {
+  form.imgAircraft.picture = "C:\\a.jpg";
+  openPack();
+  EXPECT_EQ(pack.imgAC.picture, "C:\\a.jpg");
+  EXPECT_EQ(pack.lblAddon.caption, "Aircraft: Cessna.zip");
+  pack.txtMsg.text = "Hello Ben,\n\nhere it is.";
+  EXPECT_EQ(send(), Tree{});
+  ASSERT_EQ(mail.sent.size(), 1U);
+  const SentMail& sent = mail.sent[0];
+  EXPECT_EQ(sent.subject, "/FSSkyvaultPack/AC/Cessna.zip");
+  EXPECT_EQ(sent.to + sent.displayName, "ben@example.netben@example.net");
+  EXPECT_EQ(sent.fromName + "|" + sent.from, "Anna Berg|anna@example.org");
+  EXPECT_EQ(sent.body, "Hello Ben,\r\n\r\nhere it is.\r\n\r\n" + std::string(40, '=') +
+                           "\r\nThis Flight Simulator Addon has been packaged\r\n"
+                           "and sent to you from within FS Skyvault.\r\n"
+                           "If you do not have this great software yet,\r\n"
+                           "you  may download it here:\r\n"
+                           "https://www.example.org/modules.php?name=Downloads&d_op=getit&lid=15"
+                           "\r\n");
+  ASSERT_EQ(sent.attachments.size(), 1U);
+  EXPECT_EQ(sent.attachments[0].name, "Cessna.zip");
+  EXPECT_EQ(sent.attachments[0].content, drive.read("C:\\Packs\\Cessna.zip"));
+  EXPECT_TRUE(sent.attachments[0].content.starts_with("PK"));
+  EXPECT_FALSE(drive.exists("C:\\Hangar\\aircraft\\Cessna\\model\\c.mdl"));
+  EXPECT_TRUE(pack.visible && pack.lblStatus.caption == "");
+  EXPECT_EQ(pack.txtMsg.text, "Hello Ben,\n\nhere it is.") << "ready for the next one";
+
+  makePackage();
+  pack.txtMsg.text = "";
+  send();
+  EXPECT_EQ(mail.sent.back().attachments[0].content, "as it is");
+  EXPECT_TRUE(mail.sent.back().body.starts_with("\r\n\r\n====="));
+}
+
+TEST_F(MailPackTest, ASceneryGoesByTheWayThatIsRemembered) {
+  drive.write("C:\\Lib\\Scenery\\Rome\\Scenery\\r.bgl", "r");
+  putLibrary("Rome|ADDON SCENERY\\Rome||||||\r\n");
+  select(form.lstInactScenery, 1);
+  form.imgScenery.picture = "C:\\r.jpg";
+  drive.write("C:\\Packs\\Scenery\\Rome.zip", "scenery");
+  settings.values["Mail/SMTPUserName"] = "anna";
+  openPack();
+  pack.cmbMailType.listIndex = 1;
+  ui::raise(pack.cmbMailType.click);
+  EXPECT_EQ(settings.values["Mail/Type"], "1");
+  ui::raise(pack.btnCancel.click);
+  EXPECT_FALSE(pack.visible);
+  openPack();
+  EXPECT_EQ(pack.cmbMailType.items.get(), (Tree{"POP3", "Outlook"}));
+  EXPECT_EQ(pack.cmbMailType.listIndex, 1);
+  EXPECT_EQ(send(), Tree{});
+  ASSERT_EQ(mail.handedOver.size(), 1U);
+  EXPECT_EQ(mail.handedOver[0].subject, "/FSSkyvaultPack/SC/Rome.zip");
+  EXPECT_EQ(mail.handedOver[0].attachments[0].content, "scenery");
+  EXPECT_TRUE(std::ranges::none_of(
+      mail.calls, [](const std::string& call) { return call.starts_with("SetSmtp"); }));
+
+  // The add-on of the dialog, whatever is on screen by now.
+  showHangar();
+  send();
+  EXPECT_EQ(mail.handedOver.back().subject, "/FSSkyvaultPack/SC/Rome.zip");
+  drive.remove("C:\\Packs\\Scenery\\Rome.zip");
+  send();
+  expectTold("\"Rome\" has no Package, and none can be made");
+  EXPECT_EQ(mail.handedOver.size(), 2U);
+}
+
+TEST_F(MailPackTest, TheHangarAloneAndASenderAreNeeded) {
+  mnuViewFSAircraft_Click(app);
+  click(form.mnuFileMailPack, "This feature works from Hangar only!");
+  open();
+  click(form.mnuFileMailPack, "This feature works from Hangar only!");
+  EXPECT_FALSE(pack.visible);
+
+  showHangar();
+  for (const char* key : {"EMail", "FirstName", "LastName"})
+    settings.values["Mail/" + std::string(key)].clear();
+  click(form.mnuFileMailPack);
+  EXPECT_EQ(windows.boxTexts(),
+            (Tree{"You must specify your EMail address!", "You must specify your Firstname!",
+                  "You must specify your Lastname!"}));
+  EXPECT_TRUE(pack.visible);
+  pack.closed();
+  windows.boxes.clear();
+  windows.onShow[&app.frmIdentity] = [&] {
+    auto& identity = app.frmIdentity;
+    identity.txtEMail.text = "nobody";
+    ui::raise(identity.btnOK.click);
+    EXPECT_TRUE(identity.visible) << "that is no address";
+    identity.txtEMail.text = " zoe@example.org ";
+    identity.txtFirstName.text = "Zoe";
+    identity.txtLastName.text = "Young";
+    ui::raise(identity.btnOK.click);
+  };
+  makePackage();
+  openPack();
+  EXPECT_EQ(windows.boxes.size(), 2U) << "one dialog for all three";
+  send();
+  EXPECT_EQ(mail.sent.back().fromName + "|" + mail.sent.back().from, "Zoe Young|zoe@example.org");
+}
+
+TEST_F(MailPackTest, AFailedStepIsToldAndTheDialogStaysReady) {
+  makePackage();
+  openPack();
+  const auto fault = Outcome::withText(err::mail, "refused");
+  for (const auto& [operation, status] :
+       {std::pair("AddRecipient", ""),
+        {"SetFromAddress", ""},
+        {"AddAttachment", "Attaching Cessna.zip ... Please wait!"},
+        {"SetAttachmentName", "Attaching Cessna.zip ... Please wait!"},
+        {"SendMail", "Sending  Cessna.zip ... Please wait!"}}) {
+    SCOPED_TRACE(operation);
+    pack.lblStatus.caption = "";
+    mail.failAt(operation, 1, fault);
+    EXPECT_EQ(send(), Tree{"Error #31100\r\nrefused"});
+    EXPECT_EQ(pack.lblStatus.caption, status);
+    EXPECT_TRUE(mail.sent.empty() && pack.visible);
+  }
+  settings.values["Mail/SMTPHost"] = "";
+  mail.failAt("SendMail", 1, fault);
+  EXPECT_TRUE(holds(send().at(0), "refused\r\nThere is no \"SMTP Mailhost:\" yet"));
+  app.frmMain.enabled = false;  // another operation runs
+  ui::raise(pack.btnSend.click);
+  EXPECT_TRUE(holds(windows.boxTexts().back(), "still at work"));
+  app.frmMain.enabled = true;
+  send();
+  EXPECT_EQ(mail.sent.size(), 1U);
+}
+
+TEST_F(MailPackTest, TheLoginGoesToTheServerThatTheUserHasAllowed) {
+  makePackage();
+  settings.values["Mail/SMTPUserName"] = "anna";
+  settings.values["Mail/SMTPPassword"] = "secret";
+  mail.unencrypted = {"smtp.example.com"};
+  openPack();
+  EXPECT_EQ(send().size(), 1U);
+  EXPECT_TRUE(mail.sent.empty() && pack.lblStatus.caption == "");
+  windows.answers = {yes};
+  EXPECT_EQ(send().size(), 1U);
+  EXPECT_EQ(mail.sent.size(), 1U);
+  EXPECT_EQ(std::ranges::count(mail.calls, "SetSmtpPassword secret"), 1);
+  mail.plainHosts.clear();
+  EXPECT_EQ(send(), Tree{});
+  secrets.runs = false;
+  EXPECT_TRUE(holds(send().at(0), "SMTP password cannot be read"));
+  EXPECT_EQ(mail.sent.size(), 2U);
+}
+
+TEST_F(MailPackTest, TheDialogThatIsClosedHalfWayStopsTheMail) {
+  makePackage();
+  openPack();
+  windows.onYield = [&] {
+    if (windows.yields % 500 != 0 || !pack.sending) return;
+    EXPECT_FALSE(form.enabled || pack.btnSend.enabled || pack.btnCancel.enabled);
+    pack.closed();
+  };
+  send();
+  EXPECT_EQ(mail.sent.size(), 1U) << "No: it goes on";
+  EXPECT_TRUE(pack.visible);
+  windows.answers = {yes};
+  send();
+  EXPECT_EQ(mail.sent.size(), 1U);
+  EXPECT_FALSE(pack.visible);
+  EXPECT_EQ(form.lblStatus.notice, "\"Cessna.zip\" was not sent");
+}
+
+}  // namespace skv::test
