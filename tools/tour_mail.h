@@ -1,6 +1,9 @@
-// The stages of the tour that have to do with Packages by mail. The mail that is written is not
-// sent.
+// The stages of the tour that have to do with Packages by mail. Nothing leaves the machine: what
+// comes lies in a mail folder of the tour's own, and the mail that is written is not sent.
 #pragma once
+
+#include <filesystem>
+#include <string>
 
 #include "sample/sample_simulator.h"
 #include "tour_user.h"
@@ -15,6 +18,10 @@ class MailRoad {
  private:
   void accounts();
   void write();
+  void install();
+
+  // A mail folder with an add-on's archive in it.
+  std::filesystem::path inbox() const { return sample_.driveC / "Inbox"; }
 
   const sample::SampleSimulator& sample_;
   User& user_;
