@@ -2,6 +2,7 @@
 
 #include <filesystem>
 #include <fstream>
+#include <thread>
 
 #include "platform/disk/drive_file_system.h"
 #include "platform/mail/curl_mail_engine.h"
@@ -112,11 +113,13 @@ TEST_F(MailProgramTest, HandsTheMailToSendmail) {
   EXPECT_NE(refused.description().find("no such user"), std::string::npos);
 
   beats = 0;
-  program("sendmail", "/bin/sleep 20; echo late > " + notes("late"));
-  EXPECT_EQ(send("anna@example.org", "Rome.zip", {1s, 300ms}).number(), err::mail);
+  program("sendmail", "/bin/sleep 1.2; echo late > " + notes("late"));
+  EXPECT_EQ(send("anna@example.org", "Rome.zip", {1s, 200ms}).number(), err::mail);
   EXPECT_GT(beats, 5);  // the window lives
   stopAt = beats + 8;
   EXPECT_EQ(send().number(), err::cancelled);
+  std::this_thread::sleep_for(1300ms);
+  EXPECT_FALSE(drive.exists("C:\\late"));  // what was told to have failed is not sent later
 }
 
 TEST_F(MailProgramTest, SaysThatThereIsNoMailProgram) {

@@ -162,6 +162,8 @@ TEST_F(OutlookFolderTest, ReadsAMailAsItWasSent) {
     EXPECT_EQ(before.st_atim.tv_nsec, after.st_atim.tv_nsec);
     EXPECT_EQ(before.st_ctim.tv_nsec, after.st_ctim.tv_nsec);
   }
+  write("/box", withCrLf(mail("/FSSkyvault") + mail("x")));
+  EXPECT_EQ(body(home + "/box"), "Body\n");
 }
 
 // A mail program marks a mail as read, rewrites the file, or takes the mail away.
