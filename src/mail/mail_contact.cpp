@@ -24,6 +24,13 @@ std::string plainKey(const std::string& host) { return "Plain " + hostOf(host); 
 
 std::unique_ptr<MailEngine> makeMailEngine(App& app, ui::StatusLine& line) {
   auto engine = app.platform.mail.load(app.files());
+  if (!engine) {
+    app.windows.messageBox(
+        {"The part of FS Skyvault for mails, skyvault-net.so, is missing. "
+         "Install the program anew.",
+         ui::BoxIcon::exclamation});
+    return nullptr;
+  }
   engine->Progress = [&line](int percent) { line.setProgress(percent); };
   engine->Yield = [&app] {
     app.windows.yield();

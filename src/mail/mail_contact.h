@@ -11,7 +11,7 @@
 namespace skv {
 
 // An engine that lets the window live, shows its progress on `line` and ends in order when the user
-// wants the operation to end.
+// wants the operation to end. nullptr, and told, when the program has no part for mails.
 std::unique_ptr<MailEngine> makeMailEngine(App& app, ui::StatusLine& line);
 
 // Whether the running operation may go on.

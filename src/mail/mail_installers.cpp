@@ -59,6 +59,7 @@ class MailRun {
         engine_(makeMailEngine(app, line_)) {}
 
   void run() {
+    if (!engine_) return;
     const LongOperation busy(app_);
     walk();
     bundle_.reset();

@@ -137,6 +137,7 @@ class Sending {
       if (done.ok()) done = outcome;
     };
     engine_ = makeMailEngine(app_, form_.lblStatus);
+    if (!engine_) return false;
     mail_ = engine_->NewMessage();
     if (!outlook_) step(prepareHost());
     if (failed(done)) return false;

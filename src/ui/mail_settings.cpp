@@ -84,7 +84,7 @@ void listOutlookFolders(App& app) {
   auto& box = app.frmSettings.cmbOutlookFolders;
   if (!box.items->empty()) return;
   const auto engine = app.platform.mail.load(app.files());
-  std::vector<std::string> items = engine->OutlookFolders();
+  std::vector<std::string> items = engine ? engine->OutlookFolders() : std::vector<std::string>();
   items.insert(items.begin(), items.empty() ? "No mail folders found on this computer"
                                             : "Choose one of the mail folders found...");
   box.enabled = items.size() > 1;
