@@ -540,12 +540,8 @@
         <translation>Flugzeuge: FS 2002</translation>
     </message>
     <message>
-        <source>Aircraft: Hangar</source>
-        <translation>Flugzeuge: Hangar</translation>
-    </message>
-    <message>
-        <source>Hangar:</source>
-        <translation>Hangar:</translation>
+        <source>Aircraft: HANGAR</source>
+        <translation>Flugzeuge: HANGAR</translation>
     </message>
     <message>
         <source>Original</source>
@@ -778,6 +774,90 @@ File, Install Package/ZIP adds one from a ZIP to the Hangar.</source>
 Datei, Package/ZIP installieren bringt eines aus einer ZIP-Datei in den Hangar.</translation>
     </message>
     <message>
+        <source>To your mail program, such as Thunderbird</source>
+        <translation>An Ihr Mailprogramm, etwa Thunderbird</translation>
+    </message>
+    <message>
+        <source>No SMTP Mailhost is set yet: File, Settings (F2), EMail</source>
+        <translation>Noch kein SMTP-Server: Datei, Einstellungen (F2), E-Mail</translation>
+    </message>
+    <message>
+        <source>Through the SMTP Mailhost %1</source>
+        <translation>Über den SMTP-Server %1</translation>
+    </message>
+    <message>
+        <source>Nothing is selected in the list</source>
+        <translation>In der Liste ist nichts gewählt</translation>
+    </message>
+    <message>
+        <source>Aircraft: %1</source>
+        <translation>Flugzeug: %1</translation>
+    </message>
+    <message>
+        <source>Scenery: %1</source>
+        <translation>Szenerie: %1</translation>
+    </message>
+    <message>
+        <source>No mail folders found on this computer</source>
+        <translation>Keine Mailordner auf diesem Rechner gefunden</translation>
+    </message>
+    <message>
+        <source>Choose one of the mail folders found...</source>
+        <translation>Einen der gefundenen Mailordner wählen...</translation>
+    </message>
+    <message>
+        <source>"Outlook" stands for the mail program of this computer, such as Thunderbird.</source>
+        <translation>"Outlook" steht für das Mailprogramm dieses Rechners, etwa Thunderbird.</translation>
+    </message>
+    <message>
+        <source>The server's name, or name:port</source>
+        <translation>Der Name des Servers, oder Name:Port</translation>
+    </message>
+    <message>
+        <source>Empty when the server asks for no login</source>
+        <translation>Leer, wenn der Server keine Anmeldung verlangt</translation>
+    </message>
+    <message>
+        <source>The simulator's folder is not set.</source>
+        <translation>Der Ordner des Simulators ist nicht eingestellt.</translation>
+    </message>
+    <message>
+        <source>The scenery database has no areas.</source>
+        <translation>Die Szenerie-Datenbank hat keine Areas.</translation>
+    </message>
+    <message>
+        <source>No folder is set for the scenery library.</source>
+        <translation>Für die Szenerie-Bibliothek ist kein Ordner eingestellt.</translation>
+    </message>
+    <message>
+        <source>No aircraft is selected.</source>
+        <translation>Kein Flugzeug ist gewählt.</translation>
+    </message>
+    <message>
+        <source>File, Settings (F2) is the place.</source>
+        <translation>Datei, Einstellungen (F2) ist der Ort dafür.</translation>
+    </message>
+    <message>
+        <source>The Hangar is empty.</source>
+        <translation>Der Hangar ist leer.</translation>
+    </message>
+    <message>
+        <source>"To Hangar..." among the simulator's aircraft copies one into it.</source>
+        <translation>"In den Hangar..." bei den Flugzeugen des Simulators kopiert eines hinein.</translation>
+    </message>
+    <message>
+        <source>There are no aircraft in the simulator.</source>
+        <translation>Im Simulator gibt es keine Flugzeuge.</translation>
+    </message>
+    <message>
+        <source>File, Install Package/ZIP, Aircraft unpacks one.</source>
+        <translation>Datei, Package/ZIP installieren, Flugzeug packt eines aus.</translation>
+    </message>
+    <message>
+        <source>F5 tries again.</source>
+        <translation>F5 versucht es noch einmal.</translation>
+    </message>
+    <message>
         <source>Move up</source>
         <translation>Nach oben</translation>
     </message>
@@ -812,42 +892,6 @@ Datei, Package/ZIP installieren bringt eines aus einer ZIP-Datei in den Hangar.<
     <message>
         <source>%1 %</source>
         <translation>%1 %</translation>
-    </message>
-    <message>
-        <source>No mail folders found on this computer</source>
-        <translation>Keine Mailordner auf diesem Rechner gefunden</translation>
-    </message>
-    <message>
-        <source>Choose one of the mail folders found...</source>
-        <translation>Einen der gefundenen Mailordner wählen...</translation>
-    </message>
-    <message>
-        <source>"Outlook" stands for the mail program of this computer, such as Thunderbird.</source>
-        <translation>"Outlook" steht für das Mailprogramm dieses Rechners, etwa Thunderbird.</translation>
-    </message>
-    <message>
-        <source>The server's name, or name:port</source>
-        <translation>Name des Servers, oder Name:Port</translation>
-    </message>
-    <message>
-        <source>Empty when the server asks for no login</source>
-        <translation>Leer, wenn der Server keine Anmeldung verlangt</translation>
-    </message>
-    <message>
-        <source>Nothing is selected in the list</source>
-        <translation>In der Liste ist nichts gewählt</translation>
-    </message>
-    <message>
-        <source>To your mail program, such as Thunderbird</source>
-        <translation>An das Mailprogramm, etwa Thunderbird</translation>
-    </message>
-    <message>
-        <source>No SMTP Mailhost is set yet: File, Settings (F2), EMail</source>
-        <translation>Noch kein SMTP-Server: Datei, Einstellungen (F2), EMail</translation>
-    </message>
-    <message>
-        <source>Through the SMTP Mailhost %1</source>
-        <translation>Über den SMTP-Server %1</translation>
     </message>
 </context>
 </TS>

@@ -29,20 +29,22 @@ class ProgramsTranslator : public QTranslator {
 };
 
 // Captions that end in a value.
-constexpr const char* withValue[] = {"Version %1", "Alias: %1", "There is no drive %1",
-                                     "Through the SMTP Mailhost %1"};
+constexpr const char* withValue[] = {"Version %1",           "Alias: %1",
+                                     "There is no drive %1", "Through the SMTP Mailhost %1",
+                                     "Aircraft: %1",         "Scenery: %1"};
 
 QString translated(const QString& text) {
   return QCoreApplication::translate(context, text.toUtf8().constData());
 }
 
-QString translatedParagraph(const QString& text) {
+QString translatedLine(const QString& text) {
+  if (QString whole = translated(text); whole != text) return whole;
   for (const char* pattern : withValue) {
     const QString whole = QString::fromUtf8(pattern);
     const QString words = whole.chopped(2);
     if (text.startsWith(words)) return translated(whole).arg(text.mid(words.size()));
   }
-  return translated(text);
+  return text;
 }
 
 }  // namespace
@@ -62,12 +64,10 @@ void speakTheDesktopsLanguage(QApplication& application) {
 }
 
 QString captioned(const std::string& caption) {
-  const QString text = shown(caption);
-  if (text.isEmpty()) return text;
-  const QString gap = QStringLiteral("\n\n");
-  QStringList paragraphs = text.split(gap);
-  for (QString& paragraph : paragraphs) paragraph = translatedParagraph(paragraph);
-  return paragraphs.join(gap);
+  QStringList lines = shown(caption).split(QLatin1Char('\n'));
+  for (QString& line : lines)
+    if (!line.isEmpty()) line = translatedLine(line);
+  return lines.join(QLatin1Char('\n'));
 }
 
 }  // namespace skv::ui::qt
