@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <chrono>
 
 #include "pictures/picture_fixture.h"
 #include "support/every_call.h"
@@ -89,6 +90,25 @@ TEST_F(PictureTest, AFileOfAnyFormatIsStoredAsJpegAndABrokenOneIsTold) {
   put({"C:\\In\\bad.jpg"});
   ui::raise(form.imgPanel.fileDropped, "C:\\In\\bad.jpg");
   expectTold("Error #481\r\n");
+  expectIdle();
+}
+
+TEST_F(PictureTest, TheWindowGoesOnWhileAPictureIsReadAndItsEndIsNotHeldUp) {
+  // A metafile of so many large ellipses that they take many seconds.
+  std::string endless("\1\0\x09\0\0\3\0\0\0\0\0\0\7\0\0\0\0\0\5\0\0\0\x0c\2\x10\x27\x10\x27", 28);
+  for (int i = 0; i < 200000; ++i) endless.append("\7\0\0\0\x18\4\x10\x27\x10\x27\0\0\0\0", 14);
+  drive.write("C:\\In\\a.wmf", endless.append("\3\0\0\0\0\0", 6));
+  int yields = 0;
+  windows.onYield = [&] {
+    EXPECT_FALSE(form.enabled);
+    app.ending = ++yields >= 3;
+  };
+  const auto begin = std::chrono::steady_clock::now();
+  ui::raise(form.imgAircraft.fileDropped, "C:\\In\\a.wmf");
+  EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(8));
+  EXPECT_GE(yields, 3);
+  EXPECT_FALSE(drive.exists(own));
+  EXPECT_TRUE(windows.boxes.empty());
   expectIdle();
 }
 
