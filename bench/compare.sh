@@ -12,17 +12,20 @@ rounds=${1:-5}
 
 tools/install-dependencies.sh
 cmake --preset release >/dev/null
-cmake --build --preset release --target skyvault-bench-{op,scenery,start,keys,pictures} skyvault-sample -- --quiet
+cmake --build --preset release --target skyvault-bench-{op,scenery,start,keys,pictures,mail} skyvault-sample -- --quiet
 op=$PWD/build/release/bench/skyvault-bench-op
 start=$PWD/build/release/bench/skyvault-bench-start
 scenery=$PWD/build/release/bench/skyvault-bench-scenery
 keys=$PWD/build/release/bench/skyvault-bench-keys
 pictures=$PWD/build/release/bench/skyvault-bench-pictures
+mail=$PWD/build/release/bench/skyvault-bench-mail
 sample=$PWD/build/release/share/sample/skyvault-sample
 
 work=$(mktemp -d "${SKYVAULT_BENCH_DIR:-/var/tmp}/skyvault-compare-XXXXXX")
 screen=
-trap 'rm -rf "$work"; [ -z "$screen" ] || kill "$screen"' EXIT
+servers=
+stop_servers() { [ -z "$servers" ] || { exec {hold}>&-; wait "$servers" || true; servers=; }; }
+trap 'stop_servers; rm -rf "$work"; [ -z "$screen" ] || kill "$screen"' EXIT
 missed=0
 
 # The window as its users have it: on an X server, one without a screen where there is none.
@@ -279,5 +282,68 @@ rm -f "$work/picture.ppm" "$work"/*.jpg
 "$sample" large-zip "$work/huge.zip" 40 2000000000
 read -r _ rise < <("$op" "$work/run" unpack "$work/huge.zip" "$work/to")
 row "peak of memory while unpacking 2 GB, above idle / 64 MB" "$(printf '%.1f MB' "$rise")" "64 MB" "$(awk "BEGIN { print $rise / 64 }")" 1
+rm -rf "$work/huge.zip" "$work/to"
+
+# Mail, to and from servers on this machine. curl moves the mail as it is; we make it of the Package
+# and take it apart.
+mail_rows() {
+  local rounds=2 pop smtp ca=$work/servers/ca.pem i
+  mkfifo "$work/hold"
+  mkdir "$work/servers" "$work/to"
+  chmod 755 "$work"  # for Dovecot, which serves under another name
+  /usr/bin/python3 -W ignore tests/platform/mail/mail_servers.py "$work/servers" \
+    <"$work/hold" >"$work/ports" 2>/dev/null &
+  servers=$!
+  exec {hold}>"$work/hold"
+  for _ in {1..300}; do [ -s "$work/ports" ] && break; sleep 0.1; done
+  read -r pop _ smtp _ <"$work/ports"
+
+  head -c 100000000 /dev/urandom >"$work/Large.zip"
+  {
+    printf '%s\r\n' 'From: ann@example.com' 'Subject: /FSSkyvaultPack/AC/Large.zip' \
+      'MIME-Version: 1.0' 'Content-Type: multipart/mixed; boundary=B' '' '--B' '' 'Hello' '--B' \
+      'Content-Type: application/zip; name=Large.zip' 'Content-Transfer-Encoding: base64' \
+      'Content-Disposition: attachment; filename=Large.zip' ''
+    base64 -w 76 "$work/Large.zip" | sed 's/$/\r/'
+    printf '%s\r\n' '--B--'
+  } >"$work/mail"
+  local by_curl=(curl -sS --ssl-reqd --cacert "$ca" -u 'pilot:secret word')
+
+  no_letters() { rm -f "$work/servers/out/"*; }
+  ours_send() { TMPDIR=$work "$mail" send "localhost:$smtp" "$ca" "$work/Large.zip"; }
+  theirs_send() {
+    "$op" time "${by_curl[@]}" -T "$work/mail" --mail-from ann@example.com \
+      --mail-rcpt bob@example.com "smtp://localhost:$smtp"
+  }
+  beside "send a Package of 100 MB / curl" 1.3 ours_send theirs_send no_letters
+  peak "sending" "$(TMPDIR=$work "$mail" memory send "localhost:$smtp" "$ca" "$work/Large.zip")"
+  no_letters
+
+  letter() { install -m 666 "$1" "$work/servers/maildir/new/$2"; }
+  letter "$work/mail" 1
+  nothing_fetched() { rm -f "$work/to/"* "$work/got"; }
+  ours_fetch() { TMPDIR=$work "$mail" fetch "localhost:$pop" "$ca" "$work/to"; }
+  theirs_fetch() { flushed "$work" "${by_curl[@]}" -o "$work/got" "pop3://localhost:$pop/1"; }
+  beside "fetch a Package of 100 MB / curl, sync -f" 1.3 ours_fetch theirs_fetch nothing_fetched
+  peak "fetching" "$(TMPDIR=$work "$mail" memory fetch "localhost:$pop" "$ca" "$work/to")"
+  nothing_fetched
+  rm -f "$work/mail" "$work/Large.zip" "$work/servers/maildir/"{new,cur}/*
+
+  printf '%s\r\n' 'From: ann@example.com' 'Subject: /FSSkyvaultPack/AC/Rome.zip' '' 'Hello' >"$work/ours"
+  printf '%s\r\n' 'From: ann@example.com' 'Subject: Lunch?' '' 'Hello' >"$work/other"
+  for ((i = 0; i < 4990; i++)); do letter "$work/other" "other$i"; done
+  our_mails() { for ((i = 0; i < 10; i++)); do letter "$work/ours" "ours$RANDOM$RANDOM"; done; }
+  ours_mailbox() { TMPDIR=$work "$mail" run "localhost:$pop" "$ca"; }
+  theirs_mailbox() { /usr/bin/python3 bench/mailbox_by_hand.py "$pop" "$ca"; }
+  beside "mailbox of 5,000, 10 of ours / the commands by hand" 1.5 ours_mailbox theirs_mailbox our_mails
+  stop_servers
+}
+# peak WHAT BYTES
+peak() { row "peak of memory while $1 it, above idle / 64 MB" "$(awk "BEGIN { printf \"%.1f MB\", $2 / 1e6 }")" "64 MB" "$(awk "BEGIN { print $2 / 64e6 }")" 1; }
+if [ -x /usr/sbin/dovecot ] && /usr/bin/python3 -c 'import aiosmtpd' 2>/dev/null; then
+  mail_rows
+else
+  echo "The rows of mail are left out: they want Dovecot and aiosmtpd." >&2
+fi
 
 exit $missed

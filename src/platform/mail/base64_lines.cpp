@@ -25,6 +25,23 @@ char* encodeTriple(const unsigned char* in, char* out) {
   return out + 4;
 }
 
+constexpr std::uint32_t noCharacter = std::uint32_t{1} << 24U;
+
+// The bits of a character at each of the four places of its group.
+constexpr auto values = [] {
+  std::array<std::array<std::uint32_t, 256>, 4> table{};
+  for (auto& place : table) place.fill(noCharacter);
+  for (std::uint32_t value = 0; value < 64; ++value)
+    for (unsigned place = 0; place < 4; ++place)
+      table[place][static_cast<unsigned char>(alphabet[value])] = value << (18 - 6 * place);
+  return table;
+}();
+
+char* putBytes(std::uint32_t bits, int count, char* out) {
+  for (int byte = 0; byte < count; ++byte) *out++ = static_cast<char>(bits >> (16 - 8 * byte));
+  return out;
+}
+
 }  // namespace
 
 std::uint64_t base64Length(std::uint64_t bytes) {
@@ -49,6 +66,40 @@ std::size_t base64Lines(std::span<const unsigned char> bytes, char* out) {
     bytes = bytes.subspan(length);
   }
   return static_cast<std::size_t>(out - begin);
+}
+
+std::size_t Base64Decoder::decode(std::span<const char> text, char* out) {
+  char* const begin = out;
+  const auto* at = reinterpret_cast<const unsigned char*>(text.data());  // NOLINT(*-cast)
+  const auto* const end = at + text.size();
+  while (at < end) {
+    // Whole groups of four, up to the line end.
+    while (held_ == 0 && end - at >= 4) {
+      const std::uint32_t bits =
+          values[0][at[0]] | values[1][at[1]] | values[2][at[2]] | values[3][at[3]];
+      if ((bits & noCharacter) != 0) break;
+      out = putBytes(bits, 3, out);
+      at += 4;
+    }
+    if (at == end) break;
+    const unsigned char character = *at++;
+    if (character == '=') out += finish(out);
+    const std::uint32_t bits = values[static_cast<std::size_t>(held_)][character];
+    if (bits == noCharacter) continue;
+    bits_ |= bits;
+    if (++held_ < 4) continue;
+    out = putBytes(bits_, 3, out);
+    bits_ = 0;
+    held_ = 0;
+  }
+  return static_cast<std::size_t>(out - begin);
+}
+
+std::size_t Base64Decoder::finish(char* out) {
+  char* const end = putBytes(bits_, std::max(held_ - 1, 0), out);
+  bits_ = 0;
+  held_ = 0;
+  return static_cast<std::size_t>(end - out);
 }
 
 }  // namespace skv

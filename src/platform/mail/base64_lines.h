@@ -17,4 +17,17 @@ std::uint64_t base64Length(std::uint64_t bytes);
 // large enough.
 std::size_t base64Lines(std::span<const unsigned char> bytes, char* out);
 
+// Reads base64 as it comes, piece by piece, whatever stands between its characters.
+class Base64Decoder {
+ public:
+  // Answers how many bytes it has written to `out`, which holds as many as `text` and one more.
+  std::size_t decode(std::span<const char> text, char* out);
+  // What a text without its "=" leaves: up to two bytes.
+  std::size_t finish(char* out);
+
+ private:
+  std::uint32_t bits_ = 0;
+  int held_ = 0;  // characters whose bits wait for the others of their four
+};
+
 }  // namespace skv

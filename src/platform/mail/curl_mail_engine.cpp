@@ -31,10 +31,8 @@ constexpr int submissionPort = 587, relayPort = 25;
 class HeadMail : public MailMessage {
  public:
   explicit HeadMail(const MailHead& head) : key(head.key) {
-    const std::size_t gap = std::min(head.text.find("\n\r\n"), head.text.size());
-    subject_ = decodedHeader(headerIn(head.text, "Subject"));
-    const std::string lines = head.text.substr(std::min(gap + 3, head.text.size()), keptLines);
-    lines_ = plainText(isUtf8(lines) ? lines : CodePage(1252).decode(lines));
+    subject_ = decodedHeader(head.subject);
+    lines_ = plainText(isUtf8(head.lines) ? head.lines : CodePage(1252).decode(head.lines));
   }
   std::string GetSubject() const override { return subject_; }
   Result<std::string> GetBody() const override { return lines_; }
@@ -45,7 +43,6 @@ class HeadMail : public MailMessage {
   const MailKey key;
 
  private:
-  static constexpr std::size_t keptLines = 1024;
   static Outcome none() { return Outcome::failure(err::invalidProcedureCall); }
   std::string subject_, lines_;
 };
@@ -56,7 +53,7 @@ class HeadBundle : public MailBundle {
     mails_.reserve(heads.size());
     for (MailHead& head : heads) {
       mails_.push_back(std::make_unique<HeadMail>(head));
-      head.text = {};
+      head = {};
     }
   }
   int MessageCount() const override { return static_cast<int>(mails_.size()); }
@@ -149,7 +146,7 @@ class CurlMailEngine : public MailEngine {
       if (Outcome got = mailbox_.fetch(known->key, shared->get()); !got.ok()) return got;
       const off_t length = ::lseek(shared->get(), 0, SEEK_END);
       full = readMail({shared, 0, length}, files_, pulse_);
-      return {};
+      return pulse_.beat() ? Outcome() : MailPulse::cancelled();
     });
     if (!fetched.ok()) return fetched;
     return full;

@@ -8,6 +8,8 @@
 #include <string>
 #include <vector>
 
+#include "platform/mail/mail_pulse.h"
+
 namespace skv {
 
 struct GObjectFree {
@@ -33,12 +35,12 @@ struct MailParts {
   std::vector<MailPart> attachments;
 };
 
-MailParts partsOf(GMimeObject* mail);
+// Ends early when the caller of the pulse wants that.
+MailParts partsOf(GMimeObject* mail, MailPulse& pulse);
 
-// The decoded bytes of a part, from their beginning.
+bool isBase64(GMimePart* part);
+// The bytes of a part, from their beginning, as they were sent or decoded.
+GOwned<GMimeStream> rawStream(GMimePart* part);
 GOwned<GMimeStream> decodedStream(GMimePart* part);
-
-// The files that stand uuencoded in a text: from the line "begin 644 name" to the line "end".
-std::vector<MailPart> uuencodedIn(GMimePart* text);
 
 }  // namespace skv

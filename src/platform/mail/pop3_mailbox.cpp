@@ -6,6 +6,7 @@
 
 #include "base/text.h"
 #include "platform/disk/native_calls.h"
+#include "platform/mail/mail_words.h"
 
 namespace skv {
 
@@ -16,6 +17,7 @@ constexpr std::uint64_t mostMails = 1'000'000;
 constexpr std::uint64_t largestMail = std::uint64_t{2} << 30U;
 // Of headers: what is looked at, and what may come before the server is not listened to any more.
 constexpr std::size_t keptHead = std::size_t{1} << 16U;
+constexpr std::size_t longestSubject = 4096, keptLines = 1024;
 constexpr std::uint64_t longestHead = std::uint64_t{16} << 20U;
 
 std::uint64_t leadingNumber(std::string_view text) {
@@ -133,27 +135,30 @@ Outcome Pop3Mailbox::loadEntries() {
 Result<std::vector<MailHead>> Pop3Mailbox::headsOf(const std::vector<Entry>& entries, int lines) {
   std::vector<MailHead> heads;
   std::vector<std::size_t> without;
-  const auto note = [&](std::size_t index, std::string text) {
+  const auto note = [&](std::size_t index, const std::string& text) {
     MailHead& head = heads[index];
     head.key = {entries[index].uid,    entries[index].size,
                 printOf(text),         lines,
                 entries[index].number, sessions_};
-    head.text = std::move(text);
+    // Thousands of these are held at once.
+    head.subject = headerIn(text, "Subject").substr(0, longestSubject);
+    const std::size_t gap = std::min(text.find("\n\r\n"), text.size());
+    head.lines = text.substr(std::min(gap + 3, text.size()), keptLines);
   };
   heads.resize(entries.size());
   std::vector<std::string> commands;
   if (!topMissing_)
     for (const Entry& entry : entries)
       commands.push_back("TOP " + std::to_string(entry.number) + " " + std::to_string(lines));
-  Outcome asked =
-      session_->longCommands(commands, longestHead, keptHead,
-                             [&](std::size_t index, const Pop3Answer& answer, std::string text) {
-                               if (answer.agreed)
-                                 note(index, std::move(text));
-                               else
-                                 without.push_back(index);
-                               pulse_.tell(index + 1, entries.size());
-                             });
+  Outcome asked = session_->longCommands(
+      commands, longestHead, keptHead,
+      [&](std::size_t index, const Pop3Answer& answer, const std::string& text) {
+        if (answer.agreed)
+          note(index, text);
+        else
+          without.push_back(index);
+        pulse_.tell(index + 1, entries.size());
+      });
   if (asked.ok() && topMissing_)
     for (std::size_t index = 0; index < entries.size(); ++index) without.push_back(index);
   for (std::size_t at = 0; asked.ok() && at < without.size(); ++at) {
@@ -166,7 +171,7 @@ Result<std::vector<MailHead>> Pop3Mailbox::headsOf(const std::vector<Entry>& ent
     asked = answer.outcome();
     if (!answer.ok() || !answer.value().agreed) continue;
     topMissing_ = without.size() == entries.size();
-    note(index, std::move(text));
+    note(index, text);
     pulse_.tell(index + 1, entries.size());
   }
   if (!asked.ok()) {

@@ -28,7 +28,8 @@ struct MailKey {
 
 struct MailHead {
   MailKey key;
-  std::string text;  // the headers, and what came of the body
+  std::string subject;  // as it was sent
+  std::string lines;    // what came of the body
 };
 
 class Pop3Mailbox {

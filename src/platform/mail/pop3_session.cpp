@@ -70,7 +70,7 @@ Result<Pop3Answer> Pop3Session::longCommand(std::string_view line, std::uint64_t
 
 Outcome Pop3Session::longCommands(
     const std::vector<std::string>& lines, std::uint64_t limit, std::size_t kept,
-    const std::function<void(std::size_t, const Pop3Answer&, std::string)>& answered) {
+    const std::function<void(std::size_t, const Pop3Answer&, const std::string&)>& answered) {
   const std::size_t ahead = pipelining_ ? window : 1;
   std::size_t sent = 0;
   for (std::size_t at = 0; at < lines.size(); ++at) {
@@ -89,7 +89,7 @@ Outcome Pop3Session::longCommands(
       });
       if (!read.ok()) return read;
     }
-    answered(at, answer.value(), std::move(text));
+    answered(at, answer.value(), text);
   }
   return {};
 }

@@ -45,9 +45,9 @@ class Pop3Session {
   // The same for many commands, with the next ones under way while the server answers the first,
   // where it takes that. `answered` gets the answers in their order, with the first `kept` bytes of
   // each.
-  Outcome longCommands(
-      const std::vector<std::string>& lines, std::uint64_t limit, std::size_t kept,
-      const std::function<void(std::size_t index, const Pop3Answer&, std::string)>& answered);
+  Outcome longCommands(const std::vector<std::string>& lines, std::uint64_t limit, std::size_t kept,
+                       const std::function<void(std::size_t index, const Pop3Answer&,
+                                                const std::string&)>& answered);
 
   // The lines of UIDL or LIST: number and value. Not agreed: none.
   struct Listing {

@@ -2,23 +2,40 @@
 
 #include <algorithm>
 #include <array>
+#include <future>
 
 #include "base/paths.h"
 #include "base/text.h"
+#include "platform/disk/native_calls.h"
+#include "platform/mail/base64_lines.h"
 #include "platform/mail/mail_parts.h"
 #include "platform/mail/mail_words.h"
+#include "platform/mail/parse_guard.h"
 
 namespace skv {
 
 namespace {
 
 constexpr std::size_t longestBody = std::size_t{4} << 20U;
-constexpr std::size_t pieceSize = std::size_t{1} << 16U;
+constexpr std::size_t textPiece = std::size_t{1} << 14U;
+constexpr std::size_t filePiece = std::size_t{1} << 18U;
 
 // The name without the folders that other systems' programs put before it.
 std::string lastElement(std::string_view name) {
   const std::size_t separator = name.find_last_of("/\\");
   return trim(separator == std::string_view::npos ? name : name.substr(separator + 1));
+}
+
+// Puts one file and its name on the disk: 0 or the system's error number.
+int flushFile(const std::string& native) {
+  const Descriptor file = openFile(native, O_RDONLY | O_NOFOLLOW | O_NONBLOCK);
+  if (!file.valid()) return errno;
+  if (const int error = errorOf([&] { return ::fsync(file.get()); })) return error;
+  const Descriptor folder =
+      openFile(native.substr(0, native.rfind('/') + 1), O_RDONLY | O_DIRECTORY);
+  if (!folder.valid()) return errno;
+  const int error = errorOf([&] { return ::fsync(folder.get()); });
+  return error == EINVAL ? 0 : error;  // a disk that has nothing to flush
 }
 
 std::string_view orEmpty(const char* text) { return text == nullptr ? "" : text; }
@@ -28,7 +45,7 @@ class ReceivedMail : public MailMessage {
   ReceivedMail(MailFile where, GOwned<GMimeMessage> message, FileSystem& files, MailPulse& pulse)
       : where_(std::move(where)),
         message_(std::move(message)),
-        parts_(partsOf(g_mime_message_get_mime_part(message_.get()))),
+        parts_(partsOf(g_mime_message_get_mime_part(message_.get()), pulse)),
         files_(files),
         pulse_(pulse) {}
 
@@ -66,13 +83,14 @@ class ReceivedMail : public MailMessage {
     if (!isElementName(name) || std::ranges::any_of(name, isForbiddenInNames))
       return Outcome::failure(err::badFileName, onOneLine(name));
     pulse_.restart();
-    auto file = files_.createFile(withBackslash(folder) + name);
+    const std::string path = withBackslash(folder) + name;
+    auto file = files_.createFile(path);
     if (!file.ok()) return file.outcome();
     Outcome written = at(index).uuencoded ? writeUuencoded(at(index), *file.value())
                                           : writePart(at(index), *file.value());
     if (!written.ok()) return written;
     if (Outcome named = file.value()->commit({}); !named.ok()) return named;
-    return files_.flushDisk(folder);
+    return flushed(path);
   }
 
  private:
@@ -83,13 +101,24 @@ class ReceivedMail : public MailMessage {
     return parts_.attachments[static_cast<std::size_t>(index)];
   }
 
+  // This file alone: a flush of the whole disk would put the mail itself on it as well. The file
+  // has its name, so that a wish to end comes too late.
+  Outcome flushed(const std::string& path) const {
+    const auto native = files_.nativePath(path);
+    if (!native.ok()) return native.outcome();
+    auto flush = std::async(std::launch::async, &flushFile, native.value());
+    while (flush.wait_for(MailPulse::interval) != std::future_status::ready) pulse_.beat();
+    const int error = flush.get();
+    return error == 0 ? Outcome() : systemFailure(error, path);
+  }
+
   // Of the mail's text, without the files that stand in it.
   std::pair<std::string, bool> textBytes() const {
     std::string bytes;
     const auto stream = decodedStream(parts_.text);
     std::uint64_t offset = 0;
     auto skipped = parts_.attachments.begin();
-    std::array<char, pieceSize> buffer;
+    std::array<char, textPiece> buffer;
     for (;;) {
       const ssize_t got = g_mime_stream_read(stream.get(), buffer.data(), buffer.size());
       if (got <= 0) return {std::move(bytes), false};
@@ -117,18 +146,24 @@ class ReceivedMail : public MailMessage {
   // Passes the decoded bytes of a part on, piece by piece.
   template <class Take>
   Outcome readPart(GMimePart* part, std::uint64_t length, Take take) const {
-    const auto stream = decodedStream(part);
-    std::vector<char> buffer(pieceSize);
+    const bool base64 = isBase64(part);
+    const auto stream = base64 ? rawStream(part) : decodedStream(part);
+    std::vector<char> buffer(filePiece), plain(base64 ? filePiece + 1 : 0);
+    Base64Decoder decoder;
     std::uint64_t done = 0;
     for (;;) {
       if (!pulse_.beat()) return MailPulse::cancelled();
-      const ssize_t got = g_mime_stream_read(stream.get(), buffer.data(), buffer.size());
+      // Beyond its end a stretch of a file answers a failure.
+      const ssize_t got = g_mime_stream_eos(stream.get()) != 0
+                              ? 0
+                              : g_mime_stream_read(stream.get(), buffer.data(), buffer.size());
       if (got < 0) return Outcome::failure(err::deviceIo, "reading the mail");
-      if (got == 0) return {};
-      done += static_cast<std::uint64_t>(got);
+      std::span<char> bytes = std::span(buffer).first(static_cast<std::size_t>(got));
+      if (base64 && got > 0) bytes = std::span(plain).first(decoder.decode(bytes, plain.data()));
+      if (base64 && got == 0) bytes = std::span(plain).first(decoder.finish(plain.data()));
+      done += bytes.size();
       pulse_.tell(done, length);
-      if (Outcome taken = take(std::span(buffer).first(static_cast<std::size_t>(got))); !taken.ok())
-        return taken;
+      if (Outcome taken = take(bytes); got == 0 || !taken.ok()) return taken;
     }
   }
 
@@ -173,9 +208,8 @@ class ReceivedMail : public MailMessage {
 }  // namespace
 
 std::unique_ptr<MailMessage> readMail(MailFile where, FileSystem& files, MailPulse& pulse) {
-  const GOwned<GMimeStream> stream(
-      g_mime_stream_fs_new_with_bounds(where.file->get(), where.begin, where.end));
-  g_mime_stream_fs_set_owner(GMIME_STREAM_FS(stream.get()), FALSE);
+  ParseGuard guard(pulse);
+  const GOwned<GMimeStream> stream(guard.streamOf(where.file->get(), where.begin, where.end));
   const GOwned<GMimeParser> parser(g_mime_parser_new_with_stream(stream.get()));
   g_mime_parser_set_persist_stream(parser.get(), TRUE);
   GOwned<GMimeMessage> message(g_mime_parser_construct_message(parser.get(), nullptr));

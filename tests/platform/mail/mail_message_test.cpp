@@ -1,4 +1,5 @@
 #include <gtest/gtest.h>
+#include <malloc.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -21,7 +22,10 @@ struct MessageTest : ::testing::Test {
   // `text` has "\n" at its line ends.
   std::unique_ptr<MailMessage> received(const std::string& text) {
     std::string mail;
-    for (const char c : text) mail += c == '\n' ? "\r\n" : std::string(1, c);
+    for (const char c : text) {
+      if (c == '\n') mail += '\r';
+      mail += c;
+    }
     auto file = makeWorkFile(drive.native() + "/work");
     EXPECT_TRUE(file.ok());
     EXPECT_EQ(writeAll(file.value().get(), mail), 0);
@@ -138,6 +142,41 @@ TEST_F(MessageTest, ReadsMailsAsTheyAre) {
   while (vast.size() < (std::size_t{6} << 20U)) vast += "<div>And one line more\n";
   const std::string body = received(vast)->GetBody().valueOr("");
   EXPECT_TRUE(body.size() < (std::size_t{4} << 20U) && body.ends_with("\n[...]"));
+}
+
+// What a stranger repeats a million times costs no memory without a bound, and can be stopped.
+TEST_F(MessageTest, BearsMailsThatAreMadeToHurt) {
+  const std::string top = "Content-Type: multipart/mixed; boundary=B\n\n";
+  const struct {
+    const char* what;
+    std::string begin, again;
+  } cases[] = {
+      {"parts", top, "--B\nContent-Disposition: attachment; filename=a.zip\n\n"},
+      {"bare parts", top, "--B\n\n"},
+      {"headers in a part", top + "--B\n", "X: y\n"},
+      {"one header", top + "--B\nX: ", "one and the same line without an end "},
+      {"headers of a forwarded mail", "Content-Type: message/rfc822\n\n", "X: y\n"},
+      {"files in a text", "\n", "begin 644 a.zip\n#0V%T\nend\n"},
+  };
+  const auto inUse = [] {
+    const auto memory = ::mallinfo2();
+    return memory.uordblks + memory.hblkhd;
+  };
+  for (const auto& [what, begin, again] : cases) {
+    SCOPED_TRACE(what);
+    std::string mail = begin;
+    while (mail.size() < (std::size_t{16} << 20U)) mail += again;
+    const std::size_t before = inUse();
+    const auto read = received(mail);
+    EXPECT_LT(inUse(), before + (std::size_t{48} << 20U));
+    EXPECT_LE(read->AttachmentCount().valueOr(-1), 100'000);
+
+    engine->Yield = [] { return false; };
+    EXPECT_LE(received(mail)->AttachmentCount().valueOr(-1), 100'000);
+    EXPECT_FALSE(pulse.beat());
+    engine->Yield = nullptr;
+    pulse.restart();
+  }
 }
 
 TEST_F(MessageTest, WritesMailsThatComeBackAsTheyWere) {

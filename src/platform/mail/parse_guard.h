@@ -1,0 +1,36 @@
+// What keeps the parsing of a stranger's mail within bounds: it reads through a stream that lives
+// on signs of life and ends early where the mail grows in memory, be it by millions of parts, by
+// headers without an end or by what nobody has thought of.
+#pragma once
+
+#include <gmime/gmime.h>
+#include <sys/types.h>
+
+#include <cstddef>
+#include <cstdint>
+#include <span>
+
+#include "platform/mail/mail_pulse.h"
+
+namespace skv {
+
+class ParseGuard {
+ public:
+  explicit ParseGuard(MailPulse& pulse) : pulse_(pulse), before_(inUse()) {}
+
+  // A stretch of a file, for the parser alone: what it keeps of it, it reads without this guard,
+  // which outlives the stream. The descriptor stays the caller's.
+  GMimeStream* streamOf(int file, std::int64_t begin, std::int64_t end);
+
+  // Whether to read on after these bytes.
+  bool mayReadOn(std::span<const char> bytes);
+
+ private:
+  static std::size_t inUse();
+  MailPulse& pulse_;
+  std::size_t before_;
+  std::size_t unjudged_ = 0;
+  bool ended_ = false;
+};
+
+}  // namespace skv
