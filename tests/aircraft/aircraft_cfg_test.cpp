@@ -176,21 +176,6 @@ TEST_F(AircraftCfgTest, BoxesThatShowNothingOrSomethingElseAreNotSaved) {
   expectTold("\"\u0141\u017a\"");  // names the characters
 }
 
-TEST_F(AircraftCfgTest, WhatStandsWithoutARowOrABoxToFillTakesNoInput) {
-  drive.remove(current);
-  lstAircraft_Click(app);
-  EXPECT_FALSE(form.btnSaveACInfo.enabled || form.txtACTitle.enabled);
-  EXPECT_EQ(form.lstACVersions.count(), 0);
-  EXPECT_EQ(form.txtACTitle.text, "");
-  form.lstAircraft.clear();
-  lstAircraft_Click(app);
-  EXPECT_FALSE(form.btnHangar.enabled);
-  form.txtPanel.text = "vfr";
-  btnSaveACInfo_Click(app);
-  btnACRestoreOriginal_Click(app);
-  EXPECT_TRUE(windows.boxes.empty());
-}
-
 TEST_F(AircraftCfgTest, EditsDoNotGoWithoutAQuestion) {
   const struct {
     bool variation;  // a click on another variation, or on another aircraft

@@ -172,23 +172,5 @@ TEST_F(AircraftViewsTest, NoHangarIsMadeInThePlaceOfOneOnADiskThatIsAway) {
   EXPECT_TRUE(windows.boxes.empty());
 }
 
-TEST_F(AircraftViewsTest, ARowsMenuActsOnIt) {
-  mnuViewFSAircraft_Click(app);
-  select(2);
-  form.mnuListOpen.click();
-  form.mnuListCfg.click();
-  form.mnuListCopy.click();
-  form.mnuListRename.click();
-  form.mnuListHangar.click();
-  EXPECT_TRUE(drive.exists("C:\\Hangar\\Aircraft\\b\\aircraft.cfg"));
-  list.clear();
-  for (ui::MenuItem* entry : {&form.mnuListOpen, &form.mnuListCopy, &form.mnuListRename})
-    entry->click();  // without a row
-  EXPECT_EQ(shell.opened, Lines{"C:\\FS\\aircraft\\b\\"});
-  EXPECT_EQ(shell.edited, Lines{"C:\\FS\\aircraft\\b\\\\Aircraft.cfg"});
-  EXPECT_EQ(windows.copied, "C:\\FS\\aircraft\\b\\");
-  EXPECT_EQ(list.labelEditWishes(), 1U);
-}
-
 }  // namespace
 }  // namespace skv

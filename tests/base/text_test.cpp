@@ -16,27 +16,6 @@ TEST(TextTest, EveryByteComesBackFromACodePage) {
   }
 }
 
-TEST(TextTest, CodePagesTellTheirCharacters) {
-  const struct {
-    int page;
-    const char* bytes;
-    const char* text;
-  } cases[] = {
-      {1252, "\x80 \xe9 \x9f", "\u20ac \u00e9 \u0178"},
-      {1250, "\xb9 \xe8", "\u0105 \u010d"},
-      {932, "\x83\x5c\xb1z", "\u30bd\uff71z"},
-      {99999, "\x80", "\u20ac"},  // an unknown page is 1252
-  };
-  for (const auto& [page, bytes, text] : cases) {
-    EXPECT_EQ(CodePage(page).decode(bytes), text) << page;
-    EXPECT_EQ(CodePage(page).encode(text), bytes) << page;
-  }
-  EXPECT_EQ(CodePage(1252).encode("\u4e2d \u0105 \U0001f600"), "? ? ?");
-  EXPECT_EQ(CodePage(1250).encode("\u00f8"), "?");
-  EXPECT_EQ(CodePage(1252).lacking("\u0141\u00f3d\u017a \u0141\u017a"), "\u0141\u017a");
-  EXPECT_EQ(CodePage(1250).lacking("\u0141\u00f3d\u017a"), "");
-}
-
 TEST(TextTest, ValReadsTheLeadingNumber) {
   for (const char* row : {"12|12", " 1 2 .5x|12.5", "-3|-3", "+.5|0.5", "1,5|1", "1.2.3|1.2",
                           "1e3|1000", "1D2|100", "2e|2", "2e-x|2", "37614.75 |37614.75"})

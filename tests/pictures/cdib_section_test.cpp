@@ -78,24 +78,6 @@ TEST(CDIBSectionTest, APictureGoesInFromTheTopAndOutToTheClipboardAgain) {
   EXPECT_FALSE(dib.CopyToClipboard(false, clipboard));
 }
 
-TEST(CDIBSectionTest, CopiesAreCutToWhatBothPicturesHave) {
-  const cDIBSection source = ofMemory(2, 2, {7, 7, 7, 8, 8, 8, 0, 0, 1, 1, 1, 2, 2, 2, 0, 0});
-  const auto topLeft = [](const cDIBSection& dib) { return rowsOf(dib).back()[0]; };
-  cDIBSection target;
-  ASSERT_TRUE(target.Create(3, 1));
-  target.LoadPictureBlt(source, 1, 1);
-  EXPECT_EQ(rowsOf(target), (std::vector<Bytes>{{8, 8, 8, 0, 0, 0, 0, 0, 0}}));
-  source.PaintPicture(target, -1, 0, -1, -1, 0, 1);
-  EXPECT_EQ(topLeft(target), 8);
-  source.PaintPicture(target, 1, -1);
-  EXPECT_EQ(rowsOf(target), (std::vector<Bytes>{{8, 8, 8, 7, 7, 7, 8, 8, 8}}));
-  source.PaintPicture(target, 2147483647, 2147483647, 2147483647, 2147483647, -2147483647, 5);
-  EXPECT_EQ(topLeft(target), 8);
-  cDIBSection itself = ofMemory(1, 3, {3, 3, 3, 0, 2, 2, 2, 0, 1, 1, 1, 0});
-  itself.PaintPicture(itself, 0, 1);
-  EXPECT_EQ(memoryOf(itself), (Bytes{2, 2, 2, 0, 1, 1, 1, 0, 1, 1, 1, 0}));
-}
-
 TEST(CDIBSectionTest, NoiseIsGreyOrOfGreenAndRedAndAnotherEachTime) {
   cDIBSection dib;
   ASSERT_TRUE(dib.Create(41, 30));

@@ -131,27 +131,6 @@ TEST_F(SettingsTest, WhatCannotBeStoredChangesNothing) {
   EXPECT_EQ(windows.boxes.size(), 4U);
 }
 
-TEST_F(SettingsTest, OkLeavesTheSelectedAircraftSelected) {
-  drive.write("C:\\FS\\SKV_AC.lst",
-              line("a", "C:\\FS\\aircraft\\a\\") + line("b", "C:\\FS\\aircraft\\b\\"));
-  drive.write("C:\\FS\\aircraft\\b\\aircraft.cfg", "[fltsim.0]\r\ntitle=the b\r\n");
-  mnuViewFSAircraft_Click(app);
-  auto& list = app.frmMain.lstAircraft;
-  list.select(2);
-  drive.write("C:\\new\\b.zip", "");
-  acceptPackages("C:\\new");
-  EXPECT_EQ(list.selected(), 2);
-  EXPECT_EQ(list.smallIcon(2), 1 + 1 + 2) << "in the simulator, and now as a Package";
-  EXPECT_EQ(app.frmMain.lstACVersions.count(), 1);
-  EXPECT_EQ(app.SceneryPacksPath, "C:\\new\\Scenery\\");
-  EXPECT_TRUE(drive.exists("C:\\new\\Scenery"));
-
-  drive.write("C:\\FS2\\Scenery.cfg", "");
-  accept(form.txtFSRoot, "C:\\FS2");
-  EXPECT_EQ(app.ListDir, "C:\\FS2\\");
-  EXPECT_EQ(list.count(), 0);
-}
-
 TEST_F(SettingsTest, PackagesMoveWhenTheUserWishes) {
   drive.write("C:\\Packs\\a.ZIP", "a");
   drive.write("C:\\Packs\\Scenery\\sub\\b.txt", "b");

@@ -93,25 +93,6 @@ TEST_F(StartupTest, TheRememberedRowIsTheAircraft) {
   EXPECT_EQ(form.lstAircraft.text(form.lstAircraft.selected()), "b") << "left from the Hangar";
 }
 
-TEST_F(StartupTest, ListsLookAsTheyDidAtTheEndOfTheLastRun) {
-  Form_Load(app);
-  form.lstAircraft.setColumnWidth(0, 4000);
-  form.lstAircraft.sort(1, ui::SortOrder::descending);
-  form.divInfo.share = 650;
-  startAgain();
-  form.lstAircraft.setColumnWidth(0, 6350);
-  form.lstAircraft.sort(0, ui::SortOrder::ascending);
-  form.divInfo.share = 500;
-  Form_Load(app);
-  EXPECT_EQ(form.lstAircraft.columns()[0].width, 4000);
-  EXPECT_EQ(rows(form.lstAircraft)[0], "b|C:\\FS\\aircraft\\b\\");
-  EXPECT_EQ(form.lstAircraft.sortOrder(), ui::SortOrder::descending);
-  EXPECT_EQ(form.divInfo.share, 650);
-  mnuViewHangar_Click(app);
-  mnuViewFSAircraft_Click(app);
-  EXPECT_EQ(rows(form.lstAircraft)[0], "b|C:\\FS\\aircraft\\b\\") << "the order holds in all views";
-}
-
 TEST_F(StartupTest, SettingsThatCannotBeReadAreAskedForAgain) {
   settings.failedReads = 2;
   windows.answers = {ui::Answer::yes, ui::Answer::yes};

@@ -196,36 +196,6 @@ TEST_F(X11ScreenTest, ChoosesAmongTitlesAndMissesWhatHasGone) {
   EXPECT_GT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(2));
 }
 
-TEST_F(X11ScreenTest, WithoutWindowManagerOrComposition) {
-  struct Case {
-    QStringList options;
-    int x;
-    const char* edgesOf;  // a property that tells of the frame
-    int width;
-    std::uint32_t corner;
-  } const cases[] = {
-      {{"-screen", "0", "640x480x24"}, 540, "", 200, red},
-      {{"-screen", "0", "640x480x24", "-extension", "Composite"}, 540, "", 100, red},
-      {{"-screen", "0", "640x480x24"}, 20, "_NET_FRAME_EXTENTS", 205, 0xffffff},
-      {{"-screen", "0", "640x480x24"}, 20, "_GTK_FRAME_EXTENTS", 195, red},
-  };
-  for (const Case& each : cases) {
-    SCOPED_TRACE(each.options.back().toStdString() + each.edgesOf);
-    serve(each.options);
-    const xcb_window_t window = open(title, each.x, 20);
-    open("cover", 0, 0, 300, 300);
-    if (*each.edgesOf) setProperty(window, each.edgesOf, XCB_ATOM_CARDINAL, {2, 3, 20, 5});
-    EXPECT_TRUE(desk->exists(window));
-    EXPECT_EQ(screen.activate(title, true).description(), "");
-    const auto picture = screen.captureActiveWindow();
-    ASSERT_TRUE(picture.ok()) << picture.outcome().description();
-    EXPECT_EQ(picture.value().width, each.width);
-    EXPECT_EQ(at(picture.value(), 0, 0), each.corner);
-    EXPECT_EQ(at(picture.value(), 90, 30), red);
-    EXPECT_EQ(at(picture.value(), 110, 100), each.width > 100 ? blue : 0);
-  }
-}
-
 TEST_F(X11ScreenTest, WithoutServer) {
   for (const char* nowhere : {"", ":4711", "no such display"}) {
     const test::Variable none("DISPLAY", nowhere);

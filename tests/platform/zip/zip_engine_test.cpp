@@ -113,27 +113,6 @@ TEST_F(ZipEngineTest, ReadsNamesAsTheirMakersWroteThem) {
             Tree{"\xC3\xBC\xC3\xA4"});
 }
 
-TEST_F(ZipEngineTest, GivesFilesTheFinestTimeThatIsStored) {
-  const std::string utc("UT\x05\0\x01\x39\x30\0\0", 9);  // second 12345
-  // 1 January 1970 and 15 units of 100 ns.
-  const std::string ntfs(
-      "\x0a\0\x20\0\0\0\0\0\x01\0\x18\0\x0f\x80\x3e\xd5\xde\xb1\x9d\x01"
-      "\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0",
-      36);
-  EXPECT_TRUE(extract(test::rawZip({{.name = "dos", .data = ""},
-                                    {.name = "utc", .data = "", .extra = utc},
-                                    {.name = "ntfs", .data = "", .extra = utc + ntfs},
-                                    {.name = "none", .data = "", .dosTime = 0, .dosDate = 0}}))
-                  .ok());
-  const auto time = [&](const std::string& name) {
-    return disk.modified("C:\\out\\" + name).value();
-  };
-  EXPECT_DOUBLE_EQ(localDayCount(time("dos").seconds, 0), 37614.5);
-  EXPECT_EQ(time("utc"), (FileTime{12345, 0}));
-  EXPECT_EQ(time("ntfs"), (FileTime{0, 1500}));
-  EXPECT_GT(time("none").seconds, time("dos").seconds) << "now";
-}
-
 TEST_F(ZipEngineTest, RefusesHostileArchivesBeforeItWritesAnything) {
   const std::string bomb = test::deflated(std::string(1000, '\0'));
   const RawEntry honest{"honest.txt", "honest"};
@@ -203,21 +182,6 @@ TEST_F(ZipEngineTest, TakesAddonsOfBlankPicturesAloneUpToAnAbsurdSize) {
   EXPECT_EQ(drive.tree("C:\\out").size(), 50U);
   // Each of them can be what it says, and all together cannot.
   expectRefused(extract(pictures(300)), "");
-}
-
-TEST_F(ZipEngineTest, FindsAnArchiveBehindOtherBytes) {
-  const std::string stub = "MZ, and PK\x03\x04 or PK\x05\x06 among the bytes of a program";
-  const std::vector<RawEntry> entries = {{"a", "first"}, {"sub/b", "second"}};
-  const std::string comment = "a comment";
-  std::string commented = stub + test::rawZip(entries) + comment;
-  commented[commented.size() - comment.size() - 2] = static_cast<char>(comment.size());
-  for (const std::string& bytes :
-       {test::rawZip(entries, stub), stub + test::rawZip(entries), commented}) {
-    const Outcome done = extract(bytes);
-    EXPECT_TRUE(done.ok()) << done.description();
-    EXPECT_EQ(drive.read("C:\\out\\sub\\b"), "second");
-  }
-  EXPECT_FALSE(extract(stub).ok());
 }
 
 TEST_F(ZipEngineTest, NoTwoNamesThatTheDiskCannotTakeShareATarget) {

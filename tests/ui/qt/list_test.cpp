@@ -29,21 +29,6 @@ class ListTest : public WindowTest {
 
 using Heard = std::vector<std::string>;
 
-TEST_F(ListTest, AnotherRowRaisesItemClickOnceAndTheSameRowClick) {
-  clickRow(3);
-  EXPECT_EQ(heard, (Heard{"itemClick 3"}));
-  clickRow(3);
-  EXPECT_EQ(heard, (Heard{"itemClick 3", "click 3"}));
-  heard.clear();
-  QTest::keyClick(view, Qt::Key_Down);
-  settle();
-  EXPECT_EQ(heard, (Heard{"itemClick 4"}));
-  heard.clear();
-  list.itemClick = nullptr;
-  clickRow(2);
-  EXPECT_EQ(heard, (Heard{"click 2"})) << "a list without itemClick";
-}
-
 TEST_F(ListTest, WhatTheProgramDoesIsShownAndRaisesNothing) {
   list.select(4);
   list.add("Late arrival", {"C:\\FS\\aircraft\\late\\"});

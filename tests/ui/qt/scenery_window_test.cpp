@@ -78,30 +78,6 @@ TEST_F(SceneryWindowTest, ADraggedRowGoesWhereTheLineIs) {
   }
 }
 
-TEST_F(SceneryWindowTest, ADragScrollsAtTheBorderAndEndsByEscape) {
-  const auto start = [&] {
-    view->verticalScrollBar()->setValue(0);
-    mouse(QEvent::MouseButtonPress, placeOf(1).center());
-    mouse(QEvent::MouseMove, {40, view->viewport()->height() + 60});
-    for (int tries = 0; tries < 400 && !seen(60); ++tries) QTest::qWait(5);
-    EXPECT_TRUE(seen(60));
-  };
-  start();
-  mouse(QEvent::MouseButtonRelease, {40, view->viewport()->height() + 60});
-  EXPECT_EQ(heard, (Heard{"move 59"}));
-  EXPECT_EQ(list.selected(), 60);
-  EXPECT_TRUE(seen(60));
-
-  heard.clear();
-  start();
-  QTest::keyClick(view, Qt::Key_Escape);
-  // The button is still down.
-  mouse(QEvent::MouseMove, {40, 60});
-  mouse(QEvent::MouseButtonRelease, {40, 60});
-  EXPECT_EQ(heard, Heard{});
-  EXPECT_EQ(list.selected(), 1);
-}
-
 TEST_F(SceneryWindowTest, KeysMoveTheRowAndItStaysInView) {
   list.select(30);
   settle();
@@ -229,29 +205,6 @@ TEST_F(SceneryOptionsTest, FieldsAreFilledByKeysAlone) {
     key(Qt::Key_Delete);
     EXPECT_EQ(form.lstExclude.text(1), "");
     key(Qt::Key_Escape);
-    EXPECT_FALSE(form.visible);
-  });
-  windows.showModal(form, &app.frmMain);
-}
-
-TEST_F(SceneryOptionsTest, AClickElsewhereKeepsWhatWasTypedInItsField) {
-  inDialog(form, [&] {
-    auto* list = find<QTreeView>("lstExclude");
-    const auto center = [&](int row) {
-      return list->visualRect(list->model()->index(row - 1, 0)).center();
-    };
-    EXPECT_EQ(list->verticalScrollBar()->maximum(), 0);  // nine rows are seen
-    QTest::mouseClick(list->viewport(), Qt::LeftButton, {}, center(4));
-    QTest::mouseDClick(list->viewport(), Qt::LeftButton, {}, center(4));
-    settle();
-    ASSERT_NE(editor("lstExclude"), nullptr);
-    type("vor");
-    QTest::mouseClick(list->viewport(), Qt::LeftButton, {}, center(7));
-    settle();
-    EXPECT_EQ(form.lstExclude.text(4), "vor");
-    EXPECT_EQ(form.lstExclude.selected(), 7);
-    EXPECT_EQ(list->currentIndex().row(), 6);
-    click("btnOK");
     EXPECT_FALSE(form.visible);
   });
   windows.showModal(form, &app.frmMain);

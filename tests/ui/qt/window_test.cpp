@@ -11,23 +11,6 @@
 namespace skv::test {
 namespace {
 
-TEST_F(WindowTest, AButtonFollowsItsControlAndClicks) {
-  showMain();
-  auto& button = app.frmMain.btnSaveACInfo;
-  int clicks = 0;
-  button.click = [&] { ++clicks; };
-  button.enabled = true;
-  settle();
-  click("btnSaveACInfo");
-  EXPECT_EQ(clicks, 1);
-  button.enabled = false;  // not yet noted by the window, but in force
-  button.caption = "Saved";
-  click("btnSaveACInfo");
-  click("btnSaveACInfo");
-  EXPECT_EQ(clicks, 1);
-  EXPECT_EQ(find<QPushButton>("btnSaveACInfo")->text(), "Saved");
-}
-
 TEST_F(WindowTest, WhatHasNoOperationIsDisabled) {
   app.frmMain.btnAddPN.click = nullptr;
   app.frmMain.lstPanel.afterLabelEdit = nullptr;
