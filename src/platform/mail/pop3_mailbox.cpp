@@ -49,6 +49,7 @@ void Pop3Mailbox::setAccess(const ServerAccess& access) {
     return;
   }
   close();
+  removed_.clear();
   access_ = access;
   topMissing_ = false;
 }
@@ -137,9 +138,8 @@ Result<std::vector<MailHead>> Pop3Mailbox::headsOf(const std::vector<Entry>& ent
   std::vector<std::size_t> without;
   const auto note = [&](std::size_t index, const std::string& text) {
     MailHead& head = heads[index];
-    head.key = {entries[index].uid,    entries[index].size,
-                printOf(text),         lines,
-                entries[index].number, sessions_};
+    const Entry& entry = entries[index];
+    head.key = {entry.uid, entry.size, printOf(text), lines, entry.number, sessions_, false};
     // Thousands of these are held at once.
     head.subject = headerIn(text, "Subject").substr(0, longestSubject);
     const std::size_t gap = std::min(text.find("\n\r\n"), text.size());
@@ -200,11 +200,34 @@ Result<std::vector<MailHead>> Pop3Mailbox::heads(int lines) {
     return {};
   });
   if (!fetched.ok()) return fetched;
+  std::unordered_map<std::string_view, int> uids;
+  for (const MailHead& head : heads) ++uids[head.key.uid];
+  for (MailHead& head : heads) head.key.alone = uids[head.key.uid] == 1;
   return heads;
+}
+
+// In this session, as far as nobody else has changed the mailbox: each deletion moves the mails
+// behind it up.
+int Pop3Mailbox::likelyNumber(const MailKey& key) const {
+  int number = key.number;
+  for (const auto& [session, removed] : removed_)
+    if (session >= key.session && removed < number) --number;
+  return number;
 }
 
 // More than one where mails are alike in all that is known of them.
 Result<std::vector<int>> Pop3Mailbox::numbersOf(const MailKey& key) {
+  // One line in the place of a list of thousands.
+  if (key.alone && !key.uid.empty() && !entriesLoaded_) {
+    const std::string number = std::to_string(likelyNumber(key));
+    const auto answer = session_->command("UIDL " + number);
+    if (!answer.ok()) {
+      drop();
+      return answer.outcome();
+    }
+    if (answer.value().agreed && trim(answer.value().words) == number + " " + key.uid)
+      return std::vector<int>{likelyNumber(key)};
+  }
   if (Outcome loaded = loadEntries(); !loaded.ok()) return loaded;
   std::vector<int> numbers;
   std::vector<Entry> alike;
@@ -280,7 +303,11 @@ Outcome Pop3Mailbox::remove(const MailKey& key) {
       answer = session_->command("QUIT");
     }
     if (marked || !answer.ok()) drop();
-    if (answer.ok()) return answer.value().agreed ? Outcome() : refused(answer.value());
+    if (answer.ok() && !answer.value().agreed) return refused(answer.value());
+    if (answer.ok()) {
+      removed_.emplace_back(sessions_, number);
+      return {};
+    }
     failure = answer.outcome();
     if (failure.number() == err::cancelled) return failure;
   }

@@ -9,6 +9,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "platform/disk/os_error.h"
@@ -24,6 +25,8 @@ struct MailKey {
   int lines = 0;           // of the body that came with these
   int number = 0;          // in the session
   unsigned session = 0;
+  // No other mail had its uid: copies of one mail may share theirs.
+  bool alone = false;
 };
 
 struct MailHead {
@@ -60,6 +63,7 @@ class Pop3Mailbox {
   Outcome inSession(Work work);
   Outcome loadEntries();
   Result<std::vector<MailHead>> headsOf(const std::vector<Entry>& entries, int lines);
+  int likelyNumber(const MailKey& key) const;
   Result<std::vector<int>> numbersOf(const MailKey& key);
   Result<int> find(const MailKey& key);
   Outcome refused(const Pop3Answer& answer) const;
@@ -72,6 +76,8 @@ class Pop3Mailbox {
   int count_ = 0;
   bool entriesLoaded_ = false;
   std::vector<Entry> entries_;
+  // What was deleted: session and number, in their order.
+  std::vector<std::pair<unsigned, int>> removed_;
   bool topMissing_ = false;
 };
 

@@ -163,13 +163,16 @@ struct Mailbox {
       for (std::size_t at = mails.size(); at-- > 0;)
         if (marked[at]) mails.erase(mails.begin() + static_cast<std::ptrdiff_t>(at));
     }
-    if ((verb == "UIDL" && knowsUidl) || (verb == "LIST" && number == 0)) {
+    const auto uid = [this](std::size_t at) {
+      return "id" + std::to_string(std::hash<std::string>()(mails[at]));
+    };
+    if (verb == "UIDL" && knowsUidl && number >= 1 && number <= mails.size())
+      return "+OK " + std::to_string(number) + " " + uid(number - 1) + "\r\n";
+    if ((verb == "UIDL" && knowsUidl && number == 0) || (verb == "LIST" && number == 0)) {
       std::string all = "+OK\r\n";
       for (std::size_t at = 0; at < mails.size(); ++at)
         all += std::to_string(at + 1) + " " +
-               (verb == "UIDL" ? "id" + std::to_string(std::hash<std::string>()(mails[at]))
-                               : std::to_string(mails[at].size())) +
-               "\r\n";
+               (verb == "UIDL" ? uid(at) : std::to_string(mails[at].size())) + "\r\n";
       return all + ".\r\n";
     }
     if (verb == "UIDL" || (verb == "TOP " && !knowsTop)) return "-ERR what?\r\n";
