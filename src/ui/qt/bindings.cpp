@@ -107,9 +107,10 @@ bool Bindings::eventFilter(QObject* receiver, QEvent* event) {
     case QEvent::MouseButtonDblClick:
     case QEvent::ContextMenu:
       menuPlace_.reset();
-      if (const auto* menu = static_cast<QContextMenuEvent*>(event);
-          menu->type() == QEvent::ContextMenu && menu->reason() == QContextMenuEvent::Keyboard)
-        menuPlace_ = menu->globalPos();
+      if (event->type() == QEvent::ContextMenu)
+        if (const auto* menu = static_cast<QContextMenuEvent*>(event);
+            menu->reason() == QContextMenuEvent::Keyboard)
+          menuPlace_ = menu->globalPos();
       flush();
       return isBlocked(receiver);
     // A button's or key's release passes: a widget that was pressed before must see its end.

@@ -71,6 +71,7 @@ struct OutlookFolderTest : ::testing::Test {
 };
 
 TEST(OutlookFilterTest, KnowsOneForm) {
+  const CurlMailSystem setsUpTheLibrary;
   const auto passes = [](const char* expression, const char* subject) {
     const auto filter = OutlookFilter::parse(expression);
     return filter ? filter->passed(subject).value_or("-") : "unknown";
