@@ -246,8 +246,11 @@ class MailRun {
     if (!isElementName(base) || file.find('/') != std::string::npos || base.starts_with('.') ||
         base.ends_with('.') || base.ends_with(' '))
       return false;
-    return app_.files().nativePath(app_.InstallTempDir + file).ok() &&
-           app_.files().nativePath(addons_ + base).ok();
+    return mayStand(app_.InstallTempDir + file) && mayStand(addons_ + base);
+  }
+  // Asked of the disk, which alone knows how long a name may be.
+  bool mayStand(const std::string& path) const {
+    return app_.files().attributes(path).outcome().number() != err::badFileName;
   }
   static std::string withoutEnd(const std::string& file) {
     return file.substr(0, file.size() - std::string_view(packageEnd).size());

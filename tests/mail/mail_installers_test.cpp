@@ -91,12 +91,14 @@ TEST_F(MailInstallTest, TheSecondRunFindsTheAddonInstalled) {
 TEST_F(MailInstallTest, AMailThatIsNoGoodDoesNotKeepTheOthersFromTheirTurn) {
   std::vector<ScriptedMailItem> mails{{"/FSSkyvaultPack/AC/none", "note"}};
   Tree told{"note", noneFound}, names{""};
-  for (const char* name :
-       {"", "plane", "plane.exe", ".zip", "..zip", "...zip", "con.zip", "what?.zip", "a .zip",
-        "a..zip", ".hidden.zip", "..\\..\\FS.zip", "/etc/FS.zip", "C:\\FS\\x.zip", "plane.zip "}) {
+  const std::string tooLong = std::string(252, 'p') + ".zip", farTooLong = tooLong + ".zip";
+  for (const std::string& name : std::initializer_list<std::string>{
+           "", "plane", "plane.exe", ".zip", "..zip", "...zip", "con.zip", "what?.zip", "a .zip",
+           "a..zip", ".hidden.zip", "..\\..\\FS.zip", "/etc/FS.zip", "C:\\FS\\x.zip", "plane.zip ",
+           tooLong, farTooLong}) {
     mails.push_back(aircraft(name));
-    names.emplace_back(name);
-    told.insert(told.end(), {"note of " + std::string(name), noneFound});
+    names.push_back(name);
+    told.insert(told.end(), {"note of " + name, noneFound});
   }
   mails.push_back(aircraft("good.zip"));
   told.emplace_back("note of good.zip");
