@@ -30,6 +30,7 @@ helper=
 [ ! -e "$build/src/skyvault-wmf" ] || helper=libexec/fsskyvault/skyvault-wmf
 diff <(find . -type f -printf '%P\n' | sort) <(grep . <<END | sort
 bin/fsskyvault
+libexec/fsskyvault/skyvault-net.so
 $helper
 share/applications/fsskyvault.desktop
 share/doc/fsskyvault/changelog.gz
