@@ -42,7 +42,7 @@ struct MailProgramTest : ::testing::Test {
     mail->SetBody("Hi,\r\n.\r\nbye' & $(id)\r\n");
     EXPECT_TRUE(mail->AddAttachment("C:\\Packs\\Rome.zip").ok());
     EXPECT_TRUE(mail->SetAttachmentName(0, attachment).ok());
-    return handToMailProgram(*mail, drive.native() + "/work", pulse, times);
+    return handToMailProgram(*mail, drive.native() + "/mails", pulse, times);
   }
 
   TemporaryDrive drive;
@@ -66,10 +66,10 @@ TEST_F(MailProgramTest, HandsTheMailToTheDesktop) {
             "bye' & $(id)\n\n--attach\n" +
                 drive.native() + "/Packs/Rome.zip\nanna@example.org\n");
   EXPECT_FALSE(drive.exists("C:\\sendmail"));
-  EXPECT_FALSE(drive.exists("C:\\work\\outbox"));
+  EXPECT_FALSE(drive.exists("C:\\mails\\outbox"));
 
   // Under another name, which stands for as long as the mail may wait for its sending.
-  const std::string old = drive.native() + "/work/outbox/attachment-old1";
+  const std::string old = drive.native() + "/mails/outbox/attachment-old1";
   fs::create_directories(old + "/x");
   fs::last_write_time(old, fs::file_time_type::clock::now() - 24h * 8);
   ASSERT_TRUE(send("anna@example.org", "Rome, Italy's.zip").ok());
