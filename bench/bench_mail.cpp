@@ -3,6 +3,7 @@
 //   bench_mail send HOST CA FILE       FILE as an attachment
 //   bench_mail fetch HOST CA FOLDER    the attachment of the mailbox's first mail into FOLDER
 //   bench_mail run HOST CA             all headers; the mails with our marker, fetched and deleted
+//   bench_mail outlook - - FILE        the mails with our marker in the mbox FILE
 #include <sys/resource.h>
 
 #include <chrono>
@@ -55,6 +56,13 @@ void run(MailEngine& engine) {
   }
 }
 
+void outlook(MailEngine& engine, const std::string& file) {
+  engine.SetFetchLimit(20000);
+  engine.SetOutlookFilter("Subject contains \"/FSSkyvault\"");
+  if (require(engine.FetchOutlookFolder(file))->MessageCount() == 0)
+    throw std::runtime_error("no mail of ours in " + file);
+}
+
 long peak() {
   rusage usage{};
   getrusage(RUSAGE_SELF, &usage);
@@ -86,6 +94,7 @@ int main(int argc, char** argv) {
     if (what == "send") send(*engine, files, last);
     if (what == "fetch") fetch(*engine, files, last);
     if (what == "run") run(*engine);
+    if (what == "outlook") outlook(*engine, last);
     engine->Disconnect();
     const std::chrono::duration<double> took = std::chrono::steady_clock::now() - begin;
     if (memory)

@@ -1,5 +1,7 @@
 #include "platform/mail/base64_lines.h"
 
+#include <endian.h>
+
 #include <algorithm>
 #include <array>
 #include <cstring>
@@ -73,13 +75,13 @@ std::size_t Base64Decoder::decode(std::span<const char> text, char* out) {
   const auto* at = reinterpret_cast<const unsigned char*>(text.data());  // NOLINT(*-cast)
   const auto* const end = at + text.size();
   while (at < end) {
-    // Whole groups of four, up to the line end.
-    while (held_ == 0 && end - at >= 4) {
+    // Whole groups of four, up to the line end. The fourth byte that is written is the next one's.
+    for (bool whole = held_ == 0; whole && end - at >= 4; at += 4, out += 3) {
       const std::uint32_t bits =
           values[0][at[0]] | values[1][at[1]] | values[2][at[2]] | values[3][at[3]];
       if ((bits & noCharacter) != 0) break;
-      out = putBytes(bits, 3, out);
-      at += 4;
+      const std::uint32_t bytes = ::htobe32(bits << 8U);
+      std::memcpy(out, &bytes, sizeof bytes);
     }
     if (at == end) break;
     const unsigned char character = *at++;

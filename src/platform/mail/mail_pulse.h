@@ -28,10 +28,11 @@ class MailPulse {
     percent_ = percent;
     if (engine_.Progress) engine_.Progress(percent);
   }
-  // A new call begins.
+  // A new call begins: its first sign of life is due at once.
   void restart() {
     stopped_ = false;
     percent_ = -1;
+    last_ = {};
   }
   static Outcome cancelled() { return Outcome::failure(err::cancelled); }
 

@@ -15,7 +15,7 @@ namespace skv {
 
 namespace {
 
-constexpr std::string_view from = "From ", lineFrom = "\nFrom ";
+constexpr std::string_view from = "From ";
 constexpr std::size_t pieceSize = std::size_t{1} << 20U;
 static_assert(pieceSize >= 4 * longestHead);
 
@@ -25,6 +25,14 @@ std::size_t findIn(std::string_view text, std::string_view word, std::size_t at)
                           : ::memmem(text.data() + at, text.size() - at, word.data(), word.size());
   return found == nullptr ? std::string_view::npos
                           : static_cast<std::size_t>(static_cast<const char*>(found) - text.data());
+}
+
+// The line feed before a line that begins with "From ". Line by line: looking for all of it at once
+// takes twice as long.
+std::size_t findLineFrom(std::string_view text, std::size_t at) {
+  for (at = text.find('\n', at); at != std::string_view::npos; at = text.find('\n', at + 1))
+    if (text.substr(at + 1).starts_with(from)) return at;
+  return at;
 }
 
 // Reads up to `length` bytes at `offset`, fewer at the end of the file.
@@ -89,7 +97,7 @@ class MboxScan {
     if (window_.text().starts_with(from))
       if (Outcome begun = beginMail(0, 0); !begun.ok()) return begun;
     while (found_.size() < limit_ || open_) {
-      const std::size_t line = findIn(window_.text(), lineFrom, at_);
+      const std::size_t line = findLineFrom(window_.text(), at_);
       if (line != std::string_view::npos) {
         at_ = line + 1;
         const std::size_t before = emptyLineAt(line);
@@ -97,7 +105,7 @@ class MboxScan {
         if (Outcome begun = beginMail(line + 1, before); !begun.ok()) return begun;
       } else if (window_.more()) {
         // What may be the beginning of such a line, and the empty line before it.
-        const std::size_t kept = std::min(window_.text().size(), lineFrom.size() + 1);
+        const std::size_t kept = std::min(window_.text().size(), from.size() + 2);
         const std::size_t dropped = window_.text().size() - kept;
         at_ = std::max(at_, dropped) - dropped;
         if (Outcome read = advance(dropped); !read.ok()) return read;

@@ -1,8 +1,12 @@
 #include "platform/mail/parse_guard.h"
 
 #include <malloc.h>
+#include <unistd.h>
 
+#include <algorithm>
 #include <cstring>
+
+#include "platform/disk/native_calls.h"
 
 namespace skv {
 
@@ -14,25 +18,23 @@ constexpr std::size_t mostMemory = std::size_t{8} << 20U;
 // Memory is looked at after so many bytes, of which one that may begin a part counts as many.
 constexpr std::size_t judgedAtOnce = std::size_t{1} << 16U;
 constexpr std::size_t weightOfParts = 8;
+// The parser asks for a few thousand bytes at a time.
+constexpr std::size_t pieceSize = std::size_t{1} << 18U;
 
 struct GuardedStream {
   GMimeStreamFs base;
   ParseGuard* guard;
 };
 
-GMimeStreamClass* plainClass = nullptr;
-
 ssize_t readGuarded(GMimeStream* stream, char* buffer, std::size_t length) {
   auto* guarded = reinterpret_cast<GuardedStream*>(stream);  // NOLINT(*-reinterpret-cast)
-  const ssize_t got = plainClass->read(stream, buffer, length);
-  if (got <= 0) return got;
-  return guarded->guard->mayReadOn({buffer, static_cast<std::size_t>(got)}) ? got : 0;
+  const auto got = guarded->guard->read(stream->position, {buffer, length});
+  stream->position += got;
+  guarded->base.eos = got == 0;
+  return got;
 }
 
-void initClass(gpointer its, gpointer) {
-  plainClass = static_cast<GMimeStreamClass*>(g_type_class_peek_parent(its));
-  static_cast<GMimeStreamClass*>(its)->read = &readGuarded;
-}
+void initClass(gpointer its, gpointer) { static_cast<GMimeStreamClass*>(its)->read = &readGuarded; }
 
 GType guardedType() {
   static const GType type = g_type_register_static_simple(
@@ -44,6 +46,8 @@ GType guardedType() {
 }  // namespace
 
 GMimeStream* ParseGuard::streamOf(int file, std::int64_t begin, std::int64_t end) {
+  file_ = file;
+  end_ = end;
   auto* guarded = static_cast<GuardedStream*>(g_object_new(guardedType(), nullptr));
   auto* stream = reinterpret_cast<GMimeStream*>(guarded);  // NOLINT(*-reinterpret-cast)
   g_mime_stream_construct(stream, begin, end);
@@ -52,6 +56,23 @@ GMimeStream* ParseGuard::streamOf(int file, std::int64_t begin, std::int64_t end
   guarded->base.fd = file;
   guarded->guard = this;
   return stream;
+}
+
+std::int64_t ParseGuard::read(std::int64_t at, std::span<char> into) {
+  if (at < pieceBegin_ || at >= pieceBegin_ + pieceLength_) {
+    pieceBegin_ = at;
+    piece_.resize(pieceSize);
+    const auto wanted = static_cast<std::size_t>(
+        std::clamp<std::int64_t>(end_ - at, 0, static_cast<std::int64_t>(pieceSize)));
+    pieceLength_ = std::max<std::int64_t>(
+        retried([&] { return ::pread(file_, piece_.data(), wanted, at); }), 0);
+  }
+  const std::int64_t skipped = at - pieceBegin_;
+  const auto bytes = std::span(piece_).subspan(
+      static_cast<std::size_t>(skipped),
+      std::min(into.size(), static_cast<std::size_t>(pieceLength_ - skipped)));
+  std::ranges::copy(bytes, into.begin());
+  return mayReadOn(bytes) ? static_cast<std::int64_t>(bytes.size()) : 0;
 }
 
 std::size_t ParseGuard::inUse() {

@@ -9,6 +9,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <span>
+#include <vector>
 
 #include "platform/mail/mail_pulse.h"
 
@@ -18,19 +19,26 @@ class ParseGuard {
  public:
   explicit ParseGuard(MailPulse& pulse) : pulse_(pulse), before_(inUse()) {}
 
-  // A stretch of a file, for the parser alone: what it keeps of it, it reads without this guard,
-  // which outlives the stream. The descriptor stays the caller's.
+  // A stretch of a file, one for each guard and for the parser alone: what it keeps of it, it reads
+  // without this guard, which outlives the stream. The descriptor stays the caller's.
   GMimeStream* streamOf(int file, std::int64_t begin, std::int64_t end);
 
-  // Whether to read on after these bytes.
-  bool mayReadOn(std::span<const char> bytes);
+  // For the stream: what stands at `at`, nothing at the end or where the mail is too much.
+  std::int64_t read(std::int64_t at, std::span<char> into);
 
  private:
+  // Whether to read on after these bytes.
+  bool mayReadOn(std::span<const char> bytes);
   static std::size_t inUse();
   MailPulse& pulse_;
   std::size_t before_;
   std::size_t unjudged_ = 0;
   bool ended_ = false;
+
+  int file_ = -1;
+  std::int64_t end_ = 0;
+  std::vector<char> piece_;
+  std::int64_t pieceBegin_ = 0, pieceLength_ = 0;
 };
 
 }  // namespace skv

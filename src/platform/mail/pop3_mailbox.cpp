@@ -19,6 +19,7 @@ constexpr std::uint64_t largestMail = std::uint64_t{2} << 30U;
 constexpr std::size_t keptHead = std::size_t{1} << 16U;
 constexpr std::size_t longestSubject = 4096, keptLines = 1024;
 constexpr std::uint64_t longestHead = std::uint64_t{16} << 20U;
+constexpr std::size_t writtenAtOnce = std::size_t{1} << 18U;
 
 std::uint64_t leadingNumber(std::string_view text) {
   std::uint64_t number = 0;
@@ -38,6 +39,14 @@ std::size_t printOf(std::string_view head) {
     if (name != "status" && name != "x-status") kept += line;
   }
   return std::hash<std::string>()(kept);
+}
+
+// A file that is empty is left alone: ext4 puts one that was cut to nothing on the disk when it is
+// closed, even if it goes with that.
+int emptied(int file) {
+  struct stat state {};
+  if (::fstat(file, &state) == 0 && state.st_size == 0) return 0;
+  return ::ftruncate(file, 0) == 0 && ::lseek(file, 0, SEEK_SET) == 0 ? 0 : errno;
 }
 
 }  // namespace
@@ -263,12 +272,20 @@ Outcome Pop3Mailbox::fetch(const MailKey& key, int file) {
     if (answer.ok()) {
       const std::string& words = answer.value().words;
       size = leadingNumber(words.substr(std::min(words.find(' ') + 1, words.size())));
-      int error = ::ftruncate(file, 0) == 0 && ::lseek(file, 0, SEEK_SET) == 0 ? 0 : errno;
+      int error = emptied(file);
       std::uint64_t done = 0;
+      std::string unwritten;
+      const auto write = [&](std::size_t atLeast) {
+        if (error != 0 || unwritten.size() < atLeast) return;
+        error = writeAll(file, unwritten);
+        unwritten.clear();
+      };
       answer = session_->longCommand("RETR" + which, largestMail, [&](std::string_view piece) {
-        if (error == 0) error = writeAll(file, piece);
+        if (error == 0) unwritten += piece;
+        write(writtenAtOnce);
         pulse_.tell(done += piece.size(), size);
       });
+      write(0);
       if (answer.ok() && error != 0) return systemFailure(error, options_.workFolder);
     }
     if (!answer.ok()) {

@@ -18,7 +18,7 @@ namespace {
 
 constexpr std::size_t longestBody = std::size_t{4} << 20U;
 constexpr std::size_t textPiece = std::size_t{1} << 14U;
-constexpr std::size_t filePiece = std::size_t{1} << 18U;
+constexpr std::size_t filePiece = std::size_t{1} << 20U;
 
 // The name without the folders that other systems' programs put before it.
 std::string lastElement(std::string_view name) {
@@ -39,6 +39,47 @@ int flushFile(const std::string& native) {
 }
 
 std::string_view orEmpty(const char* text) { return text == nullptr ? "" : text; }
+
+// The decoded bytes of a part, each piece made in a thread of its own. `part` outlives the reader.
+class PartReader {
+ public:
+  explicit PartReader(GMimePart* part)
+      : base64_(isBase64(part)), stream_(base64_ ? rawStream(part) : decodedStream(part)) {}
+
+  // The bytes stay until the piece after the next is asked for, which may be when this one is
+  // there.
+  std::future<Result<std::span<char>>> readAhead() {
+    return std::async(std::launch::async, [this] { return read(); });
+  }
+  // The last piece that was got is the last one.
+  bool ended() const { return ended_; }
+
+ private:
+  Result<std::span<char>> read() {
+    std::vector<char>& bytes = pieces_[at_ = 1 - at_];
+    bytes.resize(filePiece + 1);
+    std::vector<char>& raw = base64_ ? raw_ : bytes;
+    raw.resize(filePiece + 1);
+    // Beyond its end a stretch of a file answers a failure.
+    const ssize_t got = g_mime_stream_eos(stream_.get()) != 0
+                            ? 0
+                            : g_mime_stream_read(stream_.get(), raw.data(), filePiece);
+    if (got < 0) return Outcome::failure(err::deviceIo, "reading the mail");
+    ended_ = got == 0;
+    const auto length = static_cast<std::size_t>(got);
+    if (!base64_) return std::span(bytes).first(length);
+    return std::span(bytes).first(ended_ ? decoder_.finish(bytes.data())
+                                         : decoder_.decode({raw.data(), length}, bytes.data()));
+  }
+
+  const bool base64_;
+  const GOwned<GMimeStream> stream_;
+  Base64Decoder decoder_;
+  std::vector<char> raw_;
+  std::array<std::vector<char>, 2> pieces_;
+  std::size_t at_ = 0;
+  bool ended_ = false;
+};
 
 class ReceivedMail : public MailMessage {
  public:
@@ -143,27 +184,21 @@ class ReceivedMail : public MailMessage {
     }
   }
 
-  // Passes the decoded bytes of a part on, piece by piece.
+  // Passes the decoded bytes of a part on, piece by piece, while the next piece is read.
   template <class Take>
   Outcome readPart(GMimePart* part, std::uint64_t length, Take take) const {
-    const bool base64 = isBase64(part);
-    const auto stream = base64 ? rawStream(part) : decodedStream(part);
-    std::vector<char> buffer(filePiece), plain(base64 ? filePiece + 1 : 0);
-    Base64Decoder decoder;
+    PartReader reader(part);
     std::uint64_t done = 0;
+    auto next = reader.readAhead();
     for (;;) {
       if (!pulse_.beat()) return MailPulse::cancelled();
-      // Beyond its end a stretch of a file answers a failure.
-      const ssize_t got = g_mime_stream_eos(stream.get()) != 0
-                              ? 0
-                              : g_mime_stream_read(stream.get(), buffer.data(), buffer.size());
-      if (got < 0) return Outcome::failure(err::deviceIo, "reading the mail");
-      std::span<char> bytes = std::span(buffer).first(static_cast<std::size_t>(got));
-      if (base64 && got > 0) bytes = std::span(plain).first(decoder.decode(bytes, plain.data()));
-      if (base64 && got == 0) bytes = std::span(plain).first(decoder.finish(plain.data()));
-      done += bytes.size();
+      const auto piece = next.get();
+      if (!piece.ok()) return piece.outcome();
+      const bool last = reader.ended();
+      if (!last) next = reader.readAhead();
+      done += piece.value().size();
       pulse_.tell(done, length);
-      if (Outcome taken = take(bytes); got == 0 || !taken.ok()) return taken;
+      if (Outcome taken = take(piece.value()); last || !taken.ok()) return taken;
     }
   }
 

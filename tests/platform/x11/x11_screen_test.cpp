@@ -30,16 +30,21 @@ bool comes(const std::function<bool()>& condition) {
 
 class X11ScreenTest : public ::testing::Test {
  protected:
-  // Answers the first line that the program prints. It ends with the test, whatever becomes of
-  // that.
-  static QByteArray start(QProcess& program, const char* name, const QStringList& words) {
+  // Answers the first line that the program prints and that begins as told. It ends with the test,
+  // whatever becomes of that.
+  static QByteArray start(QProcess& program, const char* name, const QStringList& words,
+                          const QByteArray& beginning = {}) {
     program.setChildProcessModifier([] { ::prctl(PR_SET_PDEATHSIG, SIGKILL); });
     program.start(name, words);
     const QDeadlineTimer end(20000);
-    while (!program.canReadLine() &&
-           program.waitForReadyRead(static_cast<int>(end.remainingTime())))
-      ;
-    return program.readLine().trimmed();
+    QByteArray line;
+    do {
+      while (!program.canReadLine() &&
+             program.waitForReadyRead(static_cast<int>(end.remainingTime())))
+        ;
+      line = program.readLine().trimmed();
+    } while (!line.isEmpty() && !line.startsWith(beginning));
+    return line;
   }
   void TearDown() override {
     for (QProcess* program : {&manager, &server}) {
@@ -58,7 +63,8 @@ class X11ScreenTest : public ::testing::Test {
   }
   // A window that is opened before it has started for good is overlooked.
   void manage() {
-    ASSERT_EQ(start(manager, "openbox", {"--sm-disable", "--startup", "echo started"}), "started");
+    const QStringList words{"--sm-disable", "--startup", "echo started"};
+    ASSERT_EQ(start(manager, "openbox", words, "started"), "started");
   }
   void setProperty(xcb_window_t window, const char* name, xcb_atom_t type,
                    std::vector<std::uint32_t> values) {
