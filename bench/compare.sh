@@ -231,7 +231,7 @@ many window 1000
 "$sample" list "$work/window/drive_c/FS/SKV_AC.lst" 'C:\FS\aircraft\' 1000
 ours_start() { "$start" program "$work/window"; }
 theirs_start() { "$start" empty; }
-beside "start to a window with 1,000 aircraft / empty Qt window" 2 ours_start theirs_start
+beside "start to a window with 1,000 aircraft / empty Qt window" 1.5 ours_start theirs_start
 rm -rf "$work/window"
 
 selected=$(times "$keys" "$work/lists" select 10000)

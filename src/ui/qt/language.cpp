@@ -28,6 +28,8 @@ class ProgramsTranslator : public QTranslator {
   }
 };
 
+bool translating = false;
+
 // Captions that end in a value.
 constexpr const char* withValue[] = {"Version %1",           "Alias: %1",
                                      "There is no drive %1", "Through the SMTP Mailhost %1",
@@ -60,10 +62,11 @@ void speakTheDesktopsLanguage(QApplication& application) {
   if (qt->load(QLocale(), QStringLiteral("qtbase"), QStringLiteral("_"),
                QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
     QCoreApplication::installTranslator(qt);
-  QCoreApplication::installTranslator(own);
+  translating = QCoreApplication::installTranslator(own);
 }
 
 QString captioned(const std::string& caption) {
+  if (!translating) return shown(caption);
   QStringList lines = shown(caption).split(QLatin1Char('\n'));
   for (QString& line : lines)
     if (!line.isEmpty()) line = translatedLine(line);

@@ -2,6 +2,7 @@
 
 #include <QEvent>
 #include <QHeaderView>
+#include <QStyleOptionHeader>
 #include <QTreeView>
 #include <algorithm>
 #include <numeric>
@@ -14,10 +15,29 @@ namespace skv::ui::qt {
 
 namespace {
 constexpr int leastColumn = 44;
-}
+
+// Measures its texts as they are drawn. Qt's own does so in bold, and loads that font for it.
+class PlainHeader : public QHeaderView {
+ public:
+  using QHeaderView::QHeaderView;
+
+ protected:
+  QSize sectionSizeFromContents(int section) const override {
+    QStyleOptionHeader option;
+    initStyleOption(&option);
+    option.section = section;
+    option.text = model()->headerData(section, orientation()).toString();
+    if (isSortIndicatorShown()) option.sortIndicator = QStyleOptionHeader::SortDown;
+    return style()->sizeFromContents(QStyle::CT_HeaderSection, &option, QSize(), this);
+  }
+};
+
+}  // namespace
 
 ListColumns::ListColumns(QTreeView& view, const RowsModel& rows, ListView& list)
     : QObject(&view), view_(view), rows_(rows), list_(list) {
+  view.setHeader(new PlainHeader(Qt::Horizontal, &view));
+  header().setSectionsMovable(true);
   header().setStretchLastSection(false);
   header().setMinimumSectionSize(leastColumn);
   header().setHighlightSections(false);

@@ -1,6 +1,9 @@
 #include "ui/qt/theme.h"
 
+#include <fontconfig/fontconfig.h>
+
 #include <QApplication>
+#include <QEvent>
 #include <QFontDatabase>
 #include <QThreadPool>
 #include <QToolTip>
@@ -106,18 +109,38 @@ QColor mixed(const QColor& a, const QColor& b, float share) {
                           part(a.blueF(), b.blueF()));
 }
 
+// Gives the windows their icon when the first one is on the screen: it is drawn in many sizes, for
+// which that one would wait.
+class IconAfterwards : public QObject {
+ public:
+  using QObject::QObject;
+
+ protected:
+  bool eventFilter(QObject*, QEvent* event) override {
+    if (event->type() != QEvent::Paint) return false;
+    qApp->removeEventFilter(this);
+    deleteLater();
+    QMetaObject::invokeMethod(
+        qApp, [] { QApplication::setWindowIcon(drawnIcon(QStringLiteral("fsskyvault"))); },
+        Qt::QueuedConnection);
+    return false;
+  }
+};
+
 }  // namespace
 
+// The larger part, for which no application has to be there.
+FontSearch::FontSearch() : configuration_([] { FcInit(); }) {}
+
 void dress(QApplication& application) {
-  // The machine's fonts take a quarter of the start to look through, which a second processor does
-  // while the lists load. Whoever needs a font waits for the end of it.
+  // The rest of the search. Whoever needs a font waits for the end of it.
   QThreadPool::globalInstance()->start([] { QFontDatabase::families(); });
   loadDrawings();
   const QPalette desktop = QApplication::palette();
   const DesktopScheme scheme = desktopScheme();
   const QPalette palette = scheme.highContrast ? strongPalette(desktop, scheme.dark)
                                                : paletteOf(scheme.dark ? darkTones : lightTones);
-  application.setWindowIcon(drawnIcon(QStringLiteral("fsskyvault")));
+  application.installEventFilter(new IconAfterwards(&application));
   application.setStyle(new FlatStyle);
   QApplication::setPalette(palette);
   QToolTip::setPalette(palette);
