@@ -51,7 +51,7 @@ class FirstPaint : public QObject {
 
 int showEmptyWindow() {
   QMainWindow window;
-  window.resize(900, 640);
+  window.resize(1000, 720);  // ours
   window.show();
   return QApplication::exec();
 }
