@@ -112,7 +112,7 @@ std::optional<Pixels> pixelMap(Output& output) {
     int value = 0;
     for (std::uint8_t c = 0; output.fill(&c, 1);) {
       if (c == after) return value;
-      if (c < '0' || c > '9' || value > mostSide) break;
+      if (c < std::uint8_t{'0'} || c > std::uint8_t{'9'} || value > mostSide) break;
       value = value * 10 + (c - '0');
     }
     return 0;

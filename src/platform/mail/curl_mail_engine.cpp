@@ -128,8 +128,9 @@ class CurlMailEngine : public MailEngine {
     std::unique_ptr<MailBundle> bundle;
     const Outcome fetched = inMailbox([&]() -> Outcome {
       auto heads = mailbox_.heads(std::max(lines, 0));
-      if (heads.ok()) bundle = std::make_unique<HeadBundle>(std::move(heads).value());
-      return heads.outcome();
+      if (!heads.ok()) return heads.outcome();
+      bundle = std::make_unique<HeadBundle>(std::move(heads).value());
+      return {};
     });
     if (!fetched.ok()) return fetched;
     return bundle;
@@ -175,8 +176,9 @@ class CurlMailEngine : public MailEngine {
       auto fetched = fetchOutlookFolder(
           {std::string(folder), outlookFilter_, static_cast<std::size_t>(fetchLimit_)},
           workFolder(), files_, pulse_);
-      if (fetched.ok()) bundle = std::move(fetched).value();
-      return fetched.outcome();
+      if (!fetched.ok()) return fetched.outcome();
+      bundle = std::move(fetched).value();
+      return {};
     });
     if (!done.ok()) return done;
     return bundle;
@@ -194,7 +196,7 @@ class CurlMailEngine : public MailEngine {
     if (busy_) return Outcome::withText(err::mail, "A mail is under way. Please wait for it.");
     busy_ = true;
     pulse_.restart();
-    const Outcome done = work();
+    Outcome done = work();
     busy_ = false;
     return done;
   }

@@ -9,7 +9,7 @@ namespace skv {
 
 namespace {
 
-constexpr std::size_t longestText = 64 * 1024;
+constexpr std::size_t longestText = std::size_t{64} << 10U;
 constexpr long secondsInAll = 10;
 constexpr long mostRedirects = 5;
 constexpr int waitMilliseconds = 20;  // between two looks at the window

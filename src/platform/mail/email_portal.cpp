@@ -36,7 +36,7 @@ using Variant = std::unique_ptr<GVariant, VariantFree>;
 
 // The session's bus, never one that would be started for the question.
 std::string busAddress() {
-  const std::string address = environmentValue("DBUS_SESSION_BUS_ADDRESS");
+  std::string address = environmentValue("DBUS_SESSION_BUS_ADDRESS");
   const std::string folder = environmentValue("XDG_RUNTIME_DIR");
   std::error_code error;
   if (!address.empty() || !folder.starts_with('/') ||
@@ -66,10 +66,10 @@ class PortalCall {
   PortalCall& operator=(const PortalCall&) = delete;
 
   PortalAnswer compose(const ComposedMail& mail) {
-    const auto version = connect() ? portalVersion() : std::nullopt;
+    const auto version = connect() ? portalVersion() : 0;
     if (stopped_) return PortalAnswer::stopped;
-    if (!version || *version == 0) return PortalAnswer::none;
-    if (mail.addresses.size() > 1 && *version < severalAddresses) return PortalAnswer::none;
+    if (version == 0) return PortalAnswer::none;
+    if (mail.addresses.size() > 1 && version < severalAddresses) return PortalAnswer::none;
     const auto request = ask(mail);
     if (stopped_) return PortalAnswer::stopped;
     if (!request) return PortalAnswer::none;
@@ -154,14 +154,15 @@ class PortalCall {
                                                                    result.get(), nullptr));
   }
 
-  std::optional<unsigned> portalVersion() {
+  // 0: there is none.
+  unsigned portalVersion() {
     const Variant answer = call("org.freedesktop.DBus.Properties", "Get",
                                 g_variant_new("(ss)", interface, "version"), "(v)", nullptr);
-    if (!answer) return std::nullopt;
+    if (!answer) return 0;
     GVariant* inner = nullptr;
     g_variant_get(answer.get(), "(v)", &inner);
     const Variant version(inner);
-    if (!g_variant_is_of_type(version.get(), G_VARIANT_TYPE_UINT32)) return std::nullopt;
+    if (!g_variant_is_of_type(version.get(), G_VARIANT_TYPE_UINT32)) return 0;
     return g_variant_get_uint32(version.get());
   }
 

@@ -21,7 +21,8 @@ class LocalBundle : public MailBundle {
               MailPulse& pulse)
       : place_(std::move(place)), mails_(std::move(mails)), files_(files), pulse_(pulse) {
     faces_.reserve(mails_.size());
-    for (int index = 0; index < MessageCount(); ++index) faces_.emplace_back(*this, index);
+    for (std::size_t index = 0; index < mails_.size(); ++index)
+      faces_.emplace_back(*this, static_cast<int>(index));
   }
 
   int MessageCount() const override { return static_cast<int>(mails_.size()); }

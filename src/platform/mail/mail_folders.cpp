@@ -139,7 +139,7 @@ class FolderWalk {
     if (depth > deepest) return;
     const bool maildir = isMaildir(folder);
     for (const std::string& entry : entriesOf(folder)) {
-      const std::string path = folder + '/' + entry;
+      const std::string path = std::string(folder).append("/").append(entry);
       if (maildir && (entry == "cur" || entry == "new" || entry == "tmp")) continue;
       if (entry.starts_with('.'))
         visitDotted(path, entry, name, depth);

@@ -127,7 +127,7 @@ Result<std::vector<FoundMail>> scanMaildir(const std::string& folder, const Outl
     if (found.size() >= limit) break;
     if (!pulse.beat()) return MailPulse::cancelled();
     pulse.tell(++done, files.value().size());
-    const auto text = headOf(folder + '/' + file);
+    const auto text = headOf(std::string(folder).append("/").append(file));
     if (!text.ok()) return text.outcome();
     const StoredHead head = readStoredHead(text.value());
     if (head.deleted) continue;

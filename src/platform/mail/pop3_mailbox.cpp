@@ -264,8 +264,8 @@ Outcome Pop3Mailbox::fetch(const MailKey& key, int file) {
   return inSession([&]() -> Outcome {
     const auto number = find(key);
     if (!number.ok()) return number.outcome();
-    const Outcome gone = Outcome::failure(err::mail, "the mail is no longer in the mailbox");
-    if (number.value() == 0) return gone;
+    if (number.value() == 0)
+      return Outcome::failure(err::mail, "the mail is no longer in the mailbox");
     const std::string which = " " + std::to_string(number.value());
     auto answer = session_->command("LIST" + which);
     std::uint64_t size = 0;

@@ -401,8 +401,9 @@ Outcome sendBySmtp(const ServerAccess& access, const Envelope& envelope,
   return runCall(access, "smtp", options, pulse,
                  [&](CurlCall& call) {
                    auto mail = source();
-                   if (mail.ok()) call.deliver(envelope, std::move(mail).value());
-                   return mail.outcome();
+                   if (!mail.ok()) return mail.outcome();
+                   call.deliver(envelope, std::move(mail).value());
+                   return Outcome();
                  })
       .outcome();
 }

@@ -131,7 +131,7 @@ std::vector<MailAccount> thunderbirdAccounts(const std::string& root) {
           names.push_back(entry->path().filename().string());
       std::ranges::sort(names);
       for (const std::string& name : names) {
-        const std::string folder = profile + kind + '/' + name;
+        const std::string folder = (fs::path(profile + kind) / name).string();
         if (!isKnown(folder)) accounts.push_back({name, folder});
       }
     }

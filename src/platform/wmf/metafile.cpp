@@ -127,7 +127,8 @@ std::optional<Metafile> readMetafile(Bytes file, int longestSide) {
     frame = placeableFrame(file);
     file = file.subspan(placeableLength);
   }
-  if (file.size() < headerLength || wordAt(file, 2) * 2 != headerLength) return std::nullopt;
+  if (file.size() < headerLength || std::size_t{2} * wordAt(file, 2) != headerLength)
+    return std::nullopt;
   const auto records = recordsOf(file.subspan(headerLength));
   if (!records) return std::nullopt;
   if (!frame.known()) frame = windowFrame(*records);

@@ -51,7 +51,7 @@ Pixels onWhite(const Pixels& picture, const PixelRect& part, const PixelRect& wh
     std::copy_n(
         picture.rows.data() + picture.rowBytes() * static_cast<std::size_t>(y), 3 * part.width,
         page.rows.data() + page.rowBytes() * static_cast<std::size_t>(part.y - whole.y + y) +
-            3 * (part.x - whole.x));
+            std::ptrdiff_t{3} * (part.x - whole.x));
   return page;
 }
 

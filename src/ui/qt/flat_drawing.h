@@ -15,7 +15,7 @@ inline constexpr int markSide = 16;
 
 struct Border {
   Border(QColor theColour, qreal theWidth = 1)  // NOLINT(google-explicit-constructor)
-      : colour(std::move(theColour)), width(theWidth) {}
+      : colour(theColour), width(theWidth) {}
   Border(Qt::GlobalColor theColour) : Border(QColor(theColour)) {}  // NOLINT
   QColor colour;
   qreal width;
