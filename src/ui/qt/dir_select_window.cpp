@@ -1,4 +1,3 @@
-#include <QPushButton>
 #include <QVBoxLayout>
 
 #include "ui/qt/dialogs.h"
@@ -24,18 +23,7 @@ QWidget* makeDirSelectWindow(Bindings& bindings, FrmDirSelect& form, const FileS
   path->setAccessibleName(QObject::tr("Folder"));
   column->addWidget(path);
 
-  auto* foot = new QHBoxLayout;
-  foot->setSpacing(8);
-  foot->addWidget(build.button(form.btnMkDir));
-  foot->addStretch();
-  QPushButton* ok = build.button(form.btnOK);
-  ok->setDefault(true);
-  QPushButton* cancel = build.button(form.btnCancel);
-  for (QPushButton* button : {ok, cancel}) {
-    button->setMinimumWidth(90);
-    foot->addWidget(button);
-  }
-  column->addLayout(foot);
+  column->addLayout(build.foot({&form.btnMkDir}, {&form.btnOK, &form.btnCancel}, &form.btnOK));
   tree->setFocus();
   return window;
 }

@@ -60,6 +60,22 @@ QPushButton* FormBuilder::button(Button& button, const QString& accessibleName) 
   return widget;
 }
 
+QHBoxLayout* FormBuilder::foot(std::initializer_list<Button*> left,
+                               std::initializer_list<Button*> right, const Button* byEnter) {
+  constexpr int leastWidth = 90;
+  auto* foot = new QHBoxLayout;
+  foot->setSpacing(8);
+  for (Button* command : left) foot->addWidget(button(*command));
+  foot->addStretch();
+  for (Button* command : right) {
+    QPushButton* widget = button(*command);
+    widget->setMinimumWidth(leastWidth);
+    widget->setDefault(command == byEnter);
+    foot->addWidget(widget);
+  }
+  return foot;
+}
+
 QRadioButton* FormBuilder::option(OptionButton& option) {
   auto* widget = new QRadioButton;
   auto* binding = new Binding(bindings_, form_, option, widget, [widget, &option] {

@@ -31,6 +31,10 @@ class FormBuilder {
       : bindings_(bindings), form_(form), files_(files) {}
 
   QPushButton* button(Button& button, const QString& accessibleName = {});
+  // The last line of a dialog: what else it offers at the left, how it is left at the right.
+  // `byEnter`: which one of these Enter presses.
+  QHBoxLayout* foot(std::initializer_list<Button*> left, std::initializer_list<Button*> right,
+                    const Button* byEnter = nullptr);
   QRadioButton* option(OptionButton& option);
   CaptionLabel* label(Label& label);
   QComboBox* combo(ComboBox& box, const QString& accessibleName);

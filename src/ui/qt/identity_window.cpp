@@ -1,6 +1,5 @@
 // Who sends Packages: three fields.
 #include <QFormLayout>
-#include <QPushButton>
 #include <QVBoxLayout>
 
 #include "ui/qt/dialogs.h"
@@ -29,16 +28,7 @@ QWidget* makeIdentityWindow(Bindings& bindings, FrmIdentity& form, const FileSys
   column->addLayout(fields);
   column->addStretch();
 
-  auto* foot = new QHBoxLayout;
-  foot->setSpacing(8);
-  foot->addStretch();
-  QPushButton* ok = build.button(form.btnOK);
-  ok->setDefault(true);
-  for (QPushButton* button : {ok, build.button(form.btnCancel)}) {
-    button->setMinimumWidth(90);
-    foot->addWidget(button);
-  }
-  column->addLayout(foot);
+  column->addLayout(build.foot({}, {&form.btnOK, &form.btnCancel}, &form.btnOK));
   return window;
 }
 

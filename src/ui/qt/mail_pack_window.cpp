@@ -2,7 +2,6 @@
 #include <QComboBox>
 #include <QGridLayout>
 #include <QLabel>
-#include <QPushButton>
 #include <QVBoxLayout>
 
 #include "ui/qt/caption_label.h"
@@ -77,14 +76,7 @@ QWidget* makeMailPackWindow(Bindings& bindings, FrmMailPack& form, const FileSys
   sides->addLayout(mailSide(build, form), 3);
   content->addLayout(sides, 1);
 
-  auto* foot = new QHBoxLayout;
-  foot->setSpacing(8);
-  foot->addStretch();
-  for (QPushButton* button : {build.button(form.btnSend), build.button(form.btnCancel)}) {
-    button->setMinimumWidth(90);
-    foot->addWidget(button);
-  }
-  content->addLayout(foot);
+  content->addLayout(build.foot({}, {&form.btnSend, &form.btnCancel}));
   column->addLayout(content, 1);
   column->addWidget(build.status(form.lblStatus));
   bindings.widgetOf(form.txtEMail)->setFocus();

@@ -2,7 +2,6 @@
 #include <QGridLayout>
 #include <QHBoxLayout>
 #include <QHeaderView>
-#include <QPushButton>
 #include <QVBoxLayout>
 
 #include "ui/qt/caption_label.h"
@@ -50,16 +49,7 @@ QWidget* makeSceneryOptionsWindow(Bindings& bindings, FrmSCOptions& form, const 
   lists->setRowStretch(1, 1);
   column->addLayout(lists, 1);
 
-  auto* foot = new QHBoxLayout;
-  foot->setSpacing(8);
-  foot->addStretch();
-  QPushButton* ok = build.button(form.btnOK);
-  ok->setDefault(true);
-  for (QPushButton* button : {ok, build.button(form.btnCancel)}) {
-    button->setMinimumWidth(90);
-    foot->addWidget(button);
-  }
-  column->addLayout(foot);
+  column->addLayout(build.foot({}, {&form.btnOK, &form.btnCancel}, &form.btnOK));
   first->setFocus();
   return window;
 }

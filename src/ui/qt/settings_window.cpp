@@ -131,14 +131,7 @@ QWidget* makeSettingsWindow(Bindings& bindings, FrmSettings& form, const FileSys
   pages->addWidget(mailPage(build, form), 0, 0);
   column->addLayout(pages, 1);
 
-  auto* foot = new QHBoxLayout;
-  foot->addWidget(build.button(form.btnQuit));
-  foot->addStretch();
-  QPushButton* ok = build.button(form.btnOK);
-  ok->setDefault(true);
-  ok->setMinimumWidth(90);
-  foot->addWidget(ok);
-  column->addLayout(foot);
+  column->addLayout(build.foot({&form.btnQuit}, {&form.btnOK}, &form.btnOK));
   bindings.widgetOf(form.txtFSRoot)->setFocus();
   return window;
 }
