@@ -8,6 +8,7 @@
 #include <QMenu>
 #include <QPainter>
 #include <QTest>
+#include <stdexcept>
 
 #include "sample/sample_files.h"
 #include "sample/sample_pictures.h"
@@ -95,7 +96,7 @@ void PictureRoad::fromFile() {
   user_.clickTab("tabAddon", "Panel");
   user_.expect("openFile", [&](QWidget& dialog) {
     auto* name = dialog.findChild<QLineEdit*>(QStringLiteral("fileNameEdit"));
-    require(name != nullptr, "the dialog has no field for the file");
+    if (name == nullptr) throw std::runtime_error("the dialog has no field for the file");
     name->setText(QString::fromStdString(file.string()));
     QTest::keyClick(name, Qt::Key_Return);
   });

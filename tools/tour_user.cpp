@@ -259,7 +259,7 @@ void User::openFolder(const std::string& name, const std::vector<std::string>& n
       if (const QModelIndex child = tree.model()->index(row, 0, folder);
           child.data().toString().toStdString() == each)
         found = child;
-    require(found.isValid(), name + " has no folder " + each);
+    require(found.isValid(), std::string(name).append(" has no folder ").append(each));
     folder = found;
   }
   tree.scrollTo(folder);
