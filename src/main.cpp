@@ -6,6 +6,7 @@
 #include <QTimer>
 
 #include "core/app.h"
+#include "core/long_operation.h"
 #include "core/settings_keys.h"
 #include "platform/desktop/desktop_shell.h"
 #include "platform/desktop/file_settings_store.h"
@@ -74,12 +75,13 @@ int main(int argc, char** argv) {
   QTimer closesWhenIdle;
   closesWhenIdle.setInterval(50);
   const auto close = [&] {
-    closesWhenIdle.stop();
     skv::Form_Unload(app);
     windows.quit();
   };
   QObject::connect(&closesWhenIdle, &QTimer::timeout, [&] {
-    if (!skv::operationRuns(app)) close();
+    if (skv::operationRuns(app)) return;
+    closesWhenIdle.stop();
+    if (skv::frmMain_QueryUnload(app)) close();
   });
   app.frmMain.closed = app.frmMain.closeRequested = [&] {
     if (skv::frmMain_QueryUnload(app))

@@ -100,7 +100,9 @@ struct App {
   std::string PendingZIP;
   bool ZipDone = false;  // the extraction is over
 
-  int hourglasses = 0;  // operations that want the pointer to be one; see long_operation.h
+  // See long_operation.h.
+  int operations = 0;
+  int hourglasses = 0;  // those of them that want the pointer to be one
   // The user wants the running operation to end after the file it is at.
   bool stopRequested = false;
   bool starting = false;  // start-up has not shown the main window yet

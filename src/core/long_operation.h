@@ -7,14 +7,26 @@
 
 namespace skv {
 
-// The hourglass alone, over a window that stays enabled. The outermost one begins an operation: a
-// wish to stop that was meant for an earlier one is forgotten.
+// An operation that the user may wish to stop. The wish goes with the outermost one, so that it
+// never meets another.
+class StoppableOperation {
+ public:
+  explicit StoppableOperation(App& app) : app_(app) { ++app_.operations; }
+  ~StoppableOperation() {
+    if (--app_.operations == 0) app_.stopRequested = false;
+  }
+  StoppableOperation(const StoppableOperation&) = delete;
+  StoppableOperation& operator=(const StoppableOperation&) = delete;
+
+ private:
+  App& app_;
+};
+
+// The hourglass alone, over a window that stays enabled.
 class HourglassPointer {
  public:
-  explicit HourglassPointer(App& app) : app_(app) {
-    if (app_.hourglasses++ > 0) return;
-    app_.stopRequested = false;
-    app_.windows.setPointer(ui::Pointer::hourglass);
+  explicit HourglassPointer(App& app) : app_(app), operation_(app) {
+    if (app_.hourglasses++ == 0) app_.windows.setPointer(ui::Pointer::hourglass);
   }
   ~HourglassPointer() {
     if (--app_.hourglasses == 0) app_.windows.setPointer(ui::Pointer::normal);
@@ -24,6 +36,7 @@ class HourglassPointer {
 
  private:
   App& app_;
+  StoppableOperation operation_;
 };
 
 // A window that takes no input, with whatever pointer.
@@ -49,5 +62,8 @@ class LongOperation {
   DisabledForm window_;
   HourglassPointer pointer_;
 };
+
+// Whether anything is at work for which others have to wait.
+inline bool operationRuns(const App& app) { return !app.frmMain.enabled || app.operations > 0; }
 
 }  // namespace skv

@@ -254,7 +254,7 @@ void cmbMailType_Click(App& app) {
 void btnSend_Click(App& app) {
   auto& form = app.frmMailPack;
   if (form.sending) return;
-  if (!app.frmMain.enabled || app.hourglasses > 0) {
+  if (operationRuns(app)) {
     app.windows.messageBox(
         {"FS Skyvault is still at work. The mail can be sent when it has finished.",
          ui::BoxIcon::exclamation});
@@ -282,8 +282,12 @@ void frmMailPack_Close(App& app) {
                               ui::BoxButtons::yesNo, ui::programTitle, ui::DefaultButton::no}) !=
       ui::Answer::yes)
     return;
+  // It may have ended meanwhile.
   form.closing = form.sending;
-  app.stopRequested = true;
+  if (form.sending)
+    app.stopRequested = true;
+  else
+    app.windows.unload(form);
 }
 
 }  // namespace skv

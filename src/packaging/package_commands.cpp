@@ -70,6 +70,7 @@ class PackageJob {
     if (!stateIs(false) || !mayBegin(mayBeGivenUp(app_, {folder_, root_, foldersOfOthers()})))
       return;
     if (!makePackages()) return;
+    const StoppableOperation operation(app_);
     const DisabledForm busy(app_.frmMain);
     if (pack()) {
       status("Deleting temporary files...");
@@ -83,6 +84,7 @@ class PackageJob {
 
   void uncompress() {
     if (!stateIs(true) || !mayBegin(mayBeFilled(app_, {root_ + name_ + "\\", root_}))) return;
+    const StoppableOperation operation(app_);
     const DisabledForm busy(app_.frmMain);
     if (unpack()) mark(false);
     leaveWork();
@@ -108,7 +110,6 @@ class PackageJob {
   }
 
   bool mayBegin(Outcome may) {
-    app_.stopRequested = false;
     if (may.ok()) may = mayBeFilled(app_, {main_, mainRootOf(store_)});
     if (may.ok()) may = clearWorkingFolders(app_);
     if (!may.ok()) tellFailure(app_, "\"" + name_ + "\" stays as it is.", may);

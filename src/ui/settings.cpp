@@ -4,6 +4,7 @@
 #include "base/paths.h"
 #include "core/disk_queries.h"
 #include "core/folder_guard.h"
+#include "core/long_operation.h"
 #include "core/messages.h"
 #include "core/settings_keys.h"
 #include "scenery/scenery_view.h"

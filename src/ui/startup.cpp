@@ -6,6 +6,7 @@
 #include "aircraft/aircraft_views.h"
 #include "base/paths.h"
 #include "core/disk_queries.h"
+#include "core/long_operation.h"
 #include "core/messages.h"
 #include "core/settings_keys.h"
 #include "core/staged_folder.h"
@@ -225,8 +226,6 @@ void Form_Load(App& app) {
   if (!app.ending && updateCheckIsDue(app)) mnuHelpDownload_Click(app);
 }
 
-bool operationRuns(const App& app) { return !app.frmMain.enabled || app.hourglasses > 0; }
-
 bool frmMain_QueryUnload(App& app) {
   if (!operationRuns(app)) return mayLeaveInfo(app) && mayLeaveSceneries(app);
   if (app.stopRequested) return false;
@@ -234,7 +233,10 @@ bool frmMain_QueryUnload(App& app) {
       {"FS Skyvault is still at work. Wait for it to end?\r\n\r\nNo stops it after the file that "
        "it is at, and then closes the program.",
        ui::BoxIcon::question, ui::BoxButtons::yesNo});
-  if (answer != ui::Answer::yes) app.stopRequested = true;
+  if (answer == ui::Answer::yes) return false;
+  // It may have ended meanwhile.
+  if (!operationRuns(app)) return mayLeaveInfo(app) && mayLeaveSceneries(app);
+  app.stopRequested = true;
   return false;
 }
 

@@ -19,11 +19,9 @@ bool settingsCanBeRead(ui::Windowing& windows, SettingsStore& settings);
 // settings. With App::ending set the user has chosen to quit.
 void Form_Load(App& app);
 
-// Whether a long operation is at work.
-bool operationRuns(const App& app);
 // The window is to be closed. True when it may be at once. Otherwise the user has been asked, about
 // edits that are not saved or whether to wait for a running operation; with App::stopRequested set
-// the program is to close as soon as none runs.
+// the program is to ask again as soon as none runs.
 bool frmMain_QueryUnload(App& app);
 
 // Stores the window state, the look of the lists and the selected row, and puts the windows away.

@@ -136,7 +136,7 @@ TEST_F(StartupTest, NothingIsMadeWhereTheSimulatorsDiskIsAway) {
 TEST_F(StartupTest, ACloseRequestDuringAnOperationAsks) {
   EXPECT_TRUE(frmMain_QueryUnload(app));
   EXPECT_TRUE(windows.boxes.empty());
-  const LongOperation busy(app);
+  std::optional<LongOperation> busy(app);
   windows.answers = {ui::Answer::yes, ui::Answer::no};
   EXPECT_FALSE(frmMain_QueryUnload(app));
   EXPECT_FALSE(app.stopRequested) << "the user waits";
@@ -144,6 +144,8 @@ TEST_F(StartupTest, ACloseRequestDuringAnOperationAsks) {
   EXPECT_TRUE(app.stopRequested);
   EXPECT_FALSE(frmMain_QueryUnload(app));
   EXPECT_EQ(windows.boxes.size(), 2U) << "asked no more";
+  busy.reset();
+  EXPECT_FALSE(app.stopRequested) << "the next one is not meant";
 }
 
 TEST_F(StartupTest, AFirstStartLeadsThroughTheSettings) {
