@@ -148,15 +148,9 @@ class HangarTransfer {
 
   // The other view learns of the aircraft by a line in its list.
   Outcome listIn(const std::string& root) {
-    const std::string file = root + aircraftListFile;
-    const std::string folder = aircraftRootOf(root) + FolderName_ + "\\";
-    const auto bytes = files_.readFile(file);
-    if (!bytes.ok() && presenceBy(bytes.outcome()) == Presence::unknown) return bytes.outcome();
-    const auto rows = parseLibraryRows(bytes.valueOr({}), app_.codePage);
-    const bool listed = std::ranges::any_of(rows, [&](const LibraryRow& row) {
-      return equalsIgnoringCase(withBackslash(row.Folder), folder);
-    });
-    return listed ? Outcome() : appendLibraryRow(app_, file, {Name_, folder});
+    return listInLibrary(app_, root + aircraftListFile,
+                         {Name_, aircraftRootOf(root) + FolderName_ + "\\"})
+        .outcome();
   }
 
   // Tells of a step that failed, and ends the transfer.

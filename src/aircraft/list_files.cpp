@@ -126,14 +126,18 @@ bool SaveACList(App& app) { return save(app, aircraftLibrary); }
 bool SavePNList(App& app) { return save(app, panelLibrary); }
 bool SaveSNList(App& app) { return save(app, soundLibrary); }
 
-Outcome appendLibraryRow(App& app, const std::string& file, const LibraryRow& row) {
-  if (const std::string lacking = app.codePage.lacking(row.Folder); !lacking.empty())
-    return Outcome::withText(err::badFileName, notStorable(row.Folder, lacking));
+Result<bool> listInLibrary(App& app, const std::string& file, const LibraryRow& row) {
   auto old = readListFile(app.files(), file);
   if (!old.ok()) return old.outcome();
   std::string bytes = std::move(old).value();
+  for (const LibraryRow& each : parseLibraryRows(bytes, app.codePage))
+    if (equalsIgnoringCase(withBackslash(each.Folder), row.Folder)) return false;
+  if (const std::string lacking = app.codePage.lacking(row.Folder); !lacking.empty())
+    return Outcome::withText(err::badFileName, notStorable(row.Folder, lacking));
   if (!bytes.empty() && !bytes.ends_with('\n')) bytes += "\r\n";
-  return app.files().replaceFile(file, bytes + libraryLine(row, app.codePage));
+  Outcome written = app.files().replaceFile(file, bytes + libraryLine(row, app.codePage));
+  if (!written.ok()) return written;
+  return true;
 }
 
 void lstAircraft_AfterLabelEdit(App& app, bool& cancel, const std::string& newString) {

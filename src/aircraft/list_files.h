@@ -37,9 +37,9 @@ bool SaveACList(App& app);
 bool SavePNList(App& app);
 bool SaveSNList(App& app);
 
-// Adds one line to a list file, which is made when it is clearly missing. Fails for a folder that
-// the code page cannot store.
-Outcome appendLibraryRow(App& app, const std::string& file, const LibraryRow& row);
+// Adds one line to a list file, which is made when it is clearly missing, unless it has one for the
+// folder. Answers whether it did. Fails for a folder that the code page cannot store.
+Result<bool> listInLibrary(App& app, const std::string& file, const LibraryRow& row);
 
 void lstAircraft_AfterLabelEdit(App& app, bool& cancel, const std::string& newString);
 void lstPanel_AfterLabelEdit(App& app, bool& cancel, const std::string& newString);

@@ -33,6 +33,7 @@ inline constexpr int web = 31200;        // a text of the web
 inline constexpr int mail = 31100;       // a mail, a mailbox or a mail server
 // A mail server elsewhere offers no encryption, and nothing that matters has gone to it.
 inline constexpr int mailNotEncrypted = 31101;
+inline constexpr int mailLost = 31102;  // one mail that cannot be had, as others may
 }  // namespace err
 
 // The text that goes with one of the numbers above, as in "Path not found".

@@ -69,9 +69,9 @@ bool ReportMailError(App& app, const Outcome& outcome) {
 
 Outcome explained(Outcome outcome, const std::string& value, const char* label) {
   if (outcome.ok() || !trim(value).empty()) return outcome;
-  return Outcome::withText(outcome.number(),
-                           outcome.description() + "\r\nThere is no \"" + label +
-                               "\" yet: File, Settings (F2), EMail is the place.");
+  return Outcome::withText(
+      outcome.number(),
+      "There is no \"" + std::string(label) + "\" yet: File, Settings (F2), EMail is the place.");
 }
 
 }  // namespace skv

@@ -126,7 +126,10 @@ class MailRun {
     }
     status("Transferring Email...");
     const auto full = reach([&] { return engine_->FetchFullMail(mail); });
-    if (!endedBy(full.outcome())) install(*full.value(), mail);
+    if (full.outcome().number() == err::mailLost ? leftFor(full.outcome())
+                                                 : endedBy(full.outcome()))
+      return;
+    install(*full.value(), mail);
   }
 
   // `head`: what the server deletes.
@@ -146,17 +149,28 @@ class MailRun {
       endedBy({});
       return;
     }
-    const auto found = app_.files().attributes(addons_ + withoutEnd(file.value()));
-    if (found.ok()) {
-      if (source_.onServer && !deleteMail(head)) return;
-      app_.windows.messageBox({"Addon already installed!", ui::BoxIcon::information});
-      status("");
-      endedBy({});
-    } else if (presenceBy(found.outcome()) != Presence::absent) {
-      endedBy(found.outcome());
-    } else {
+    const std::string name = withoutEnd(file.value());
+    const auto found = app_.files().attributes(addons_ + name);
+    if (!found.ok() && presenceBy(found.outcome()) == Presence::absent)
       installAttachment(full, last, file.value(), head);
-    }
+    else if (endedBy(found.outcome()))
+      return;
+    else if (found.value().folder)
+      passOver(name, head);
+    else
+      leftFor(Outcome::withText(err::badFileName, "\"" + addons_ + name +
+                                                      "\" is a file. An add-on of that name "
+                                                      "cannot be installed."));
+  }
+
+  // An add-on that is there needs the mail no more; unless it is in no list, as a run that was cut
+  // short may have left it.
+  void passOver(const std::string& name, const MailMessage& head) {
+    if (!kind_.listStanding(app_, name) || endedBy({})) return;
+    if (source_.onServer && !deleteMail(head)) return;
+    app_.windows.messageBox({"Addon already installed!", ui::BoxIcon::information});
+    status("");
+    endedBy({});
   }
 
   void installAttachment(const MailMessage& full, int index, const std::string& file,
@@ -167,7 +181,7 @@ class MailRun {
     const std::string archive = app_.InstallTempDir + file;
     const Outcome saved = full.SaveAttachment(index, app_.InstallTempDir);
     line_.clearProgress();
-    if (saved.ok() && !goesOn(app_)) remove(archive);
+    if (!saved.ok() || !goesOn(app_)) remove(archive);
     if (leftFor(saved)) return;
     app_.PendingZIP = archive;
     ui::yieldTimes(app_.windows, yieldsBeforeInstaller);
@@ -181,9 +195,8 @@ class MailRun {
     if (source_.onServer && goesOn(app_) && mayDeleteUninstalled(file)) {
       // Now it is the only copy.
       if (keepOutside(archive)) deleteMail(head);
-    } else {
-      remove(archive);
     }
+    remove(archive);
     endedBy({});
   }
 
@@ -267,10 +280,11 @@ class MailRun {
     if (ReportMailError(app_, outcome) || !goesOn(app_)) ended_ = true;
     return ended_;
   }
-  // The same, except that a fault of the mail itself ends only what is done with this one: it must
-  // not keep the mails behind it from their turn.
+  // The same, except that a fault of the mail itself, or of what stands in its place, ends only
+  // what is done with this one: it must not keep the mails behind it from their turn.
   bool leftFor(const Outcome& outcome) {
-    if (outcome.number() != err::mail && outcome.number() != err::badFileName)
+    if (outcome.number() != err::mail && outcome.number() != err::badFileName &&
+        outcome.number() != err::mailLost)
       return endedBy(outcome);
     ReportError(app_, outcome);
     endedBy({});

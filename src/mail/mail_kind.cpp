@@ -21,7 +21,8 @@ constexpr MailKind aircraft{
     &App::PacksDir,
     [](const App& app) { return aircraftRootOf(app.HangarDir); },
     [](const std::string& folder) { return FolderName(withBackslash(folder)); },
-    mnuFileInstallAC_Click};
+    mnuFileInstallAC_Click,
+    listInstalledAC};
 
 constexpr MailKind scenery{"/FSSkyvaultPack/SC/",
                            "Scenery",
@@ -30,7 +31,8 @@ constexpr MailKind scenery{"/FSSkyvaultPack/SC/",
                            &App::SceneryPacksPath,
                            [](const App& app) { return sceneryRootOf(app.SceneryLib); },
                            leafOf,
-                           mnuFileInstallSC_Click};
+                           mnuFileInstallSC_Click,
+                           listInstalledSC};
 
 }  // namespace
 

@@ -23,6 +23,8 @@ struct MailKind {
   std::string (*addons)(const App&);                 // the folder in which each add-on has one
   std::string (*nameOf)(const std::string& Folder);  // the add-on of a row's "Folder:"
   bool (*install)(App&);                             // takes PendingZIP
+  // Gives an add-on that stands the row that it may lack; false when it could not.
+  bool (*listStanding)(App&, const std::string& name);
 };
 
 const MailKind& mailKind(bool scenery);

@@ -75,7 +75,7 @@ class Sending {
     if (sent)
       notice(outlook_ ? "\"" + file_ + "\" was handed to the mail program"
                       : "\"" + file_ + "\" was sent to " + recipient_);
-    else if (givenUp())
+    else if (givenUp() && !told_)
       notice("\"" + file_ + "\" was not sent");
     if (form_.closing || app_.ending) app_.windows.unload(form_);
     form_.closing = false;
@@ -96,7 +96,11 @@ class Sending {
   }
   // The user wants no more of it.
   bool givenUp() const { return declined_ || !goesOn(app_); }
-  bool failed(const Outcome& outcome) { return ReportMailError(app_, outcome) || !goesOn(app_); }
+  bool failed(const Outcome& outcome) {
+    told_ = told_ || (!outcome.ok() && outcome.number() != err::cancelled &&
+                      outcome.number() != err::mailNotEncrypted);
+    return ReportMailError(app_, outcome) || !goesOn(app_);
+  }
 
   // The Package as it was, or made now.
   bool packageStands() {
@@ -170,11 +174,16 @@ class Sending {
 
   bool send() {
     status("Sending  " + file_ + " ... Please wait!");
-    if (outlook_) return !ReportMailError(app_, engine_->SendMailByOutlook(*mail_));
-    const Outcome sent =
+    if (outlook_) return sent(engine_->SendMailByOutlook(*mail_));
+    const Outcome done =
         contact(app_, *engine_, host_, [this] { return engine_->SendMail(*mail_); });
-    declined_ = sent.number() == err::mailNotEncrypted;
-    return !ReportMailError(app_, explained(sent, host_, "SMTP Mailhost:"));
+    declined_ = done.number() == err::mailNotEncrypted;
+    return sent(explained(done, host_, "SMTP Mailhost:"));
+  }
+  // Then it is, whatever the user wants by now.
+  bool sent(const Outcome& outcome) {
+    failed(outcome);
+    return outcome.ok();
   }
 
   void status(const std::string& text) {
@@ -189,6 +198,7 @@ class Sending {
   const std::string name_, file_, package_, host_;
   std::string recipient_;
   bool declined_ = false;  // the host may not be used unencrypted
+  bool told_ = false;      // of a failure
   std::unique_ptr<MailEngine> engine_;
   std::unique_ptr<OutgoingMail> mail_;
 };

@@ -35,6 +35,8 @@ class AddonArchive {
   bool unpackEmbedded();
 
   const std::string& name() const { return name_; }
+  // Of an add-on that stands already, in the place of all steps.
+  void setName(const std::string& name) { name_ = name; }
   // The name was refused since a folder has it already.
   bool nameTaken() const { return nameTaken_; }
   // Whether the user still has what he began with, so that what was unpacked from it may go.

@@ -37,18 +37,24 @@ class Installation {
         archive_(app, store_) {}
 
   bool run();
+  bool listStanding(const std::string& name) {
+    archive_.setName(name);
+    return listIfMissing();
+  }
 
  private:
   bool place();
   void placePanel();
   bool settle();
   void finish();
-  void listIfMissing();
+  // False when it could not be listed, which the user is told.
+  bool listIfMissing();
   void undo();
 
   int countGauges();
-  // Adds the row, or brings up the one that the list has for the folder.
-  void addRow(const std::string& title);
+  // Adds the row, or brings up the one that the list has for the folder. False when it could not be
+  // stored, which the user is told.
+  bool addRow(const std::string& title);
   // The title that the aircraft in `folder` has, or else its folder's name.
   Result<std::string> titleOf(const std::string& folder) const;
   void status(const std::string& text) { app_.frmMain.lblStatus.caption = text; }
@@ -153,12 +159,12 @@ Result<std::string> Installation::titleOf(const std::string& folder) const {
   return title.empty() ? archive_.name() : title;
 }
 
-void Installation::addRow(const std::string& title) {
+bool Installation::addRow(const std::string& title) {
   const std::string folder = aircraftFolder() + "\\";
   if (app_.ListDir != hangarDir_) {
     // Another view came up meanwhile. Its list is not the Hangar's, whose file learns of the row.
-    ReportError(app_, appendLibraryRow(app_, hangarDir_ + aircraftListFile, {title, folder}));
-    return;
+    return !ReportError(
+        app_, listInLibrary(app_, hangarDir_ + aircraftListFile, {title, folder}).outcome());
   }
   auto& list = app_.frmMain.lstAircraft;
   int row = list.findSubItem1(folder);
@@ -167,38 +173,46 @@ void Installation::addRow(const std::string& title) {
   else
     list.setText(row, title);
   const auto id = list.id(row);
-  SaveACList(app_);
+  const bool saved = SaveACList(app_);
   // The save may have shown a box, in whose time the list can change.
   row = list.rowOf(id);
-  if (row == 0) return;
+  if (row == 0) return saved;
   list.select(row);
   lstAircraft_Click(app_);
   row = list.rowOf(id);
-  if (row == 0) return;
+  if (row == 0) return saved;
   list.ensureVisible(row);
   list.setSmallIcon(row, placeIcon(inHangar));
+  return saved;
 }
 
 // A run that ended between the aircraft's name and its row left an aircraft that no other run could
 // install again. It is whole: only the row is missing, or it is on screen and could not be saved.
-void Installation::listIfMissing() {
-  if (archive_.name().empty() || app_.ListDir != hangarDir_ ||
+bool Installation::listIfMissing() {
+  if (archive_.name().empty() ||
       presenceOf(app_.files(), aircraftFolder() + "\\Aircraft.cfg") != Presence::there)
-    return;
+    return true;
   const std::string folder = aircraftFolder() + "\\";
-  if (app_.frmMain.lstAircraft.findSubItem1(folder) != 0) {
+  const bool onScreen = app_.ListDir == hangarDir_;
+  if (onScreen && app_.frmMain.lstAircraft.findSubItem1(folder) != 0) {
     const auto rows = parseLibraryRows(app_.aircraftSource.bytes.value_or(""), app_.codePage);
-    if (std::ranges::none_of(rows, [&folder](const LibraryRow& row) {
-          return equalsIgnoringCase(row.Folder, folder);
-        }))
-      SaveACList(app_);
-    return;
+    return std::ranges::any_of(rows,
+                               [&folder](const LibraryRow& row) {
+                                 return equalsIgnoringCase(row.Folder, folder);
+                               }) ||
+           SaveACList(app_);
   }
   const auto title = titleOf(aircraftFolder());
-  if (ReportError(app_, title.outcome())) return;
-  addRow(title.value());
+  if (ReportError(app_, title.outcome())) return false;
+  if (!onScreen) {
+    const auto added = listInLibrary(app_, hangarDir_ + aircraftListFile, {title.value(), folder});
+    if (ReportError(app_, added.outcome()) || !added.value()) return added.ok();
+  } else if (!addRow(title.value())) {
+    return false;
+  }
   app_.frmMain.lblStatus.notice =
       title.value() + " was in the Hangar already. Now the list has it, too.";
+  return true;
 }
 
 // Nothing of the run remains.
@@ -210,6 +224,10 @@ void Installation::undo() {
 }
 
 }  // namespace
+
+bool listInstalledAC(App& app, const std::string& name) {
+  return Installation(app).listStanding(name);
+}
 
 bool mnuFileInstallAC_Click(App& app) {
   // The settings may have named another Hangar since the view was opened.

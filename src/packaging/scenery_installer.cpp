@@ -50,6 +50,11 @@ class Installation {
     return installed;
   }
 
+  bool listStanding(const std::string& name) {
+    archive_.setName(name);
+    return listIfMissing();
+  }
+
  private:
   // A scenery always begins with a subfolder "Scenery".
   bool makeFolders() {
@@ -124,16 +129,18 @@ class Installation {
 
   // A run that ended between the scenery's name and its row left one that no other run could
   // install again. It is whole: only the row is missing.
-  void listIfMissing() {
+  // False when it could not be listed, which the user is told.
+  bool listIfMissing() {
     const auto& list = app_.frmMain.lstInactScenery;
     if (archive_.name().empty() || !app_.librarySource.bytes || !app_.frmMain.frameScenery.visible)
-      return;
+      return true;
     for (int row = 1; row <= list.count(); ++row)
       if (equalsIgnoringCase(leafOf(list.subItem(row, sceneryColumn::Folder)), archive_.name()))
-        return;
-    if (addRow())
-      app_.frmMain.lblStatus.notice =
-          archive_.name() + " was in the library already. Now the list has it, too.";
+        return true;
+    if (!addRow()) return false;
+    app_.frmMain.lblStatus.notice =
+        archive_.name() + " was in the library already. Now the list has it, too.";
+    return true;
   }
 
   // Nothing of the run remains.
@@ -153,6 +160,10 @@ class Installation {
 };
 
 }  // namespace
+
+bool listInstalledSC(App& app, const std::string& name) {
+  return Installation(app).listStanding(name);
+}
 
 bool mnuFileInstallSC_Click(App& app) {
   if (app.SceneryLib.empty()) {

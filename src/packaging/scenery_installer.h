@@ -14,5 +14,8 @@ namespace skv {
 // Takes PendingZIP, or asks for an archive. The view stays what it is. Answers whether the scenery
 // is installed; the user has been told why not.
 bool mnuFileInstallSC_Click(App& app);
+// Adds the row that a scenery of the library lacks when an earlier run was cut short before its
+// end. `name`: of its folder. False when it could not be listed, which the user is told.
+bool listInstalledSC(App& app, const std::string& name);
 
 }  // namespace skv

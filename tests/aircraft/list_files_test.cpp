@@ -155,7 +155,7 @@ TEST_F(ListFilesTest, AFolderThatTheFileCannotHoldIsTold) {
   SaveACList(app);
   expectTold("\"C:\\\u0141\u00f3d\u017a\\\"");
   EXPECT_EQ(drive.read(listFile), line("one", "C:\\1\\") + line("\x80 ?", "C:\\3\\"));
-  EXPECT_FALSE(appendLibraryRow(app, "C:\\o.lst", {"p", "C:\\\u0141\\"}).ok());
+  EXPECT_FALSE(listInLibrary(app, "C:\\o.lst", {"p", "C:\\\u0141\\"}).ok());
   EXPECT_FALSE(drive.exists("C:\\o.lst"));
 
   // The same in a code page that has them.
@@ -172,17 +172,17 @@ TEST_F(ListFilesTest, AFolderThatTheFileCannotHoldIsTold) {
 TEST_F(ListFilesTest, AppendingKeepsAFileWithoutALastLineEnd) {
   const std::string old = "C:\\o.lst", none = "C:\\none.lst";
   drive.write(old, "a\001C:\\a\\");
-  EXPECT_TRUE(appendLibraryRow(app, old, {"b", "C:\\b\\"}).ok());
-  EXPECT_TRUE(appendLibraryRow(app, "C:\\n.lst", {"c", "C:\\c\\"}).ok());
+  EXPECT_TRUE(listInLibrary(app, old, {"b", "C:\\b\\"}).ok());
+  EXPECT_TRUE(listInLibrary(app, "C:\\n.lst", {"c", "C:\\c\\"}).ok());
   EXPECT_EQ(drive.read("C:\\n.lst"), line("c", "C:\\c\\"));
   for (const auto& [call, path] : {std::pair{"readFile", old}, {"attributes", none}}) {
     files.failWhen(call, path, err::deviceIo);
-    EXPECT_EQ(appendLibraryRow(app, path, {"d", "C:\\d\\"}).number(), err::deviceIo);
+    EXPECT_EQ(listInLibrary(app, path, {"d", "C:\\d\\"}).outcome().number(), err::deviceIo);
     ASSERT_TRUE(files.heal());
   }
   EXPECT_EQ(drive.read(old), line("a", "C:\\a\\") + line("b", "C:\\b\\"));
   EXPECT_FALSE(drive.exists(none));
-  EXPECT_FALSE(appendLibraryRow(app, "C:\\away\\o.lst", {"d", "C:\\d\\"}).ok());
+  EXPECT_FALSE(listInLibrary(app, "C:\\away\\o.lst", {"d", "C:\\d\\"}).ok());
 }
 
 }  // namespace

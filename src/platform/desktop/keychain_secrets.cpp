@@ -39,12 +39,10 @@ Outcome outcomeOf(const QKeychain::Job& job) {
     case QKeychain::NoError:
     case QKeychain::EntryNotFound:
       return {};
-    case QKeychain::AccessDenied:
-    case QKeychain::AccessDeniedByUser:
-    case QKeychain::CouldNotDeleteEntry:
-      return Outcome::failure(err::permissionDenied, reason);
-    default:
+    case QKeychain::NoBackendAvailable:
       return Outcome::failure(err::deviceUnavailable, reason);
+    default:
+      return Outcome::failure(err::permissionDenied, reason);
   }
 }
 
@@ -66,7 +64,7 @@ Outcome run(Job* job, std::string_view name, std::chrono::milliseconds patience,
   job->start();
   if (!answer) waiting.exec(QEventLoop::ExcludeUserInputEvents);
   return answer.value_or(Outcome::withText(
-      err::deviceUnavailable,
+      err::permissionDenied,
       "The desktop's service for passwords did not answer. If it asks to be unlocked, do that and "
       "try again."));
 }

@@ -146,8 +146,10 @@ class CurlMailEngine : public MailEngine {
       const auto shared = std::make_shared<const Descriptor>(std::move(file).value());
       if (Outcome got = mailbox_.fetch(known->key, shared->get()); !got.ok()) return got;
       const off_t length = ::lseek(shared->get(), 0, SEEK_END);
-      full = readMail({shared, 0, length}, files_, pulse_);
-      return pulse_.beat() ? Outcome() : MailPulse::cancelled();
+      auto mail = readMail({shared, 0, length}, files_, pulse_);
+      if (!mail.ok()) return mail.outcome();
+      full = std::move(mail).value();
+      return {};
     });
     if (!fetched.ok()) return fetched;
     return full;

@@ -3,7 +3,8 @@
 #include <curl/curl.h>
 
 #include <memory>
-#include <mutex>
+
+#include "platform/mail/server_link.h"
 
 namespace skv {
 
@@ -72,8 +73,7 @@ bool run(CURLM* multi, const std::function<bool()>& yield, CURLcode& result) {
 }  // namespace
 
 Result<std::string> CurlWeb::fetch(std::string_view url, const std::function<bool()>& yield) {
-  static std::once_flag once;
-  std::call_once(once, [] { curl_global_init(CURL_GLOBAL_DEFAULT); });
+  startCurl();
   const std::string address(url);
   Body body;
   char error[CURL_ERROR_SIZE] = "";

@@ -75,9 +75,8 @@ class PortalCall {
     if (!request) return PortalAnswer::none;
     const auto deadline = Clock::now() + answerTime;
     wait([&] { return answers_.contains(*request) || Clock::now() > deadline || closed(); });
-    if (stopped_) return PortalAnswer::stopped;
     const auto answer = answers_.find(*request);
-    if (answer == answers_.end()) return PortalAnswer::none;
+    if (answer == answers_.end()) return PortalAnswer::unknown;
     if (answer->second == 0) return PortalAnswer::taken;
     return answer->second == 1 ? PortalAnswer::declined : PortalAnswer::none;
   }

@@ -20,7 +20,8 @@ enum class PortalAnswer {
   none,      // there is no such portal, or it cannot do it
   taken,     // the mail program has the mail
   declined,  // the user did not want to
-  stopped,   // Yield ended the wait
+  unknown,   // it was asked for the mail program, and nothing has come of it yet
+  stopped,   // Yield ended the wait before that
 };
 
 PortalAnswer composeByPortal(const ComposedMail& mail, MailPulse& pulse);

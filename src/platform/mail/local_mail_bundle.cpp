@@ -72,7 +72,9 @@ class LocalBundle : public MailBundle {
     pulse_.restart();
     auto file = place_->take(found(index), pulse_);
     if (!file.ok()) return file.outcome();
-    open_ = readMail(std::move(file).value(), files_, pulse_);
+    auto mail = readMail(std::move(file).value(), files_, pulse_);
+    if (!mail.ok()) return mail.outcome();
+    open_ = std::move(mail).value();
     openIndex_ = index;
     return open_;
   }

@@ -22,6 +22,10 @@ using Clock = std::chrono::steady_clock;
 
 Outcome failed(const std::string& text) { return Outcome::withText(err::mail, text); }
 
+Outcome leftAlone() {
+  return failed("The mail program was not waited for. It may come up with the mail yet.");
+}
+
 std::string utf8(const std::string& text) {
   return isUtf8(text) ? text : CodePage(1252).decode(text);
 }
@@ -65,7 +69,7 @@ std::optional<Outcome> byXdgEmail(const ComposedMail& mail, milliseconds time, M
   switch (waitFor(helper, time, pulse)) {
     case Waited::stopped:
       // Ending the helper might end the mail program with other mails in it.
-      return MailPulse::cancelled();
+      return leftAlone();
     case Waited::runsOn:
       return Outcome();
     case Waited::ended:
@@ -166,6 +170,8 @@ Outcome handToMailProgram(const OutgoingMessage& mail, const std::string& workFo
       return {};
     case PortalAnswer::declined:
       return failed("No mail program was chosen for the mail.");
+    case PortalAnswer::unknown:
+      return leftAlone();
     case PortalAnswer::stopped:
       return MailPulse::cancelled();
     case PortalAnswer::none:

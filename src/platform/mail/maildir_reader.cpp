@@ -122,18 +122,24 @@ Result<std::vector<FoundMail>> scanMaildir(const std::string& folder, const Outl
   const auto files = mailFiles(folder, pulse);
   if (!files.ok()) return files.outcome();
   std::vector<FoundMail> found;
+  Outcome unread;
   std::uint64_t done = 0;
   for (const auto& [arrival, file] : files.value()) {
     if (found.size() >= limit) break;
     if (!pulse.beat()) return MailPulse::cancelled();
     pulse.tell(++done, files.value().size());
     const auto text = headOf(std::string(folder).append("/").append(file));
-    if (!text.ok()) return text.outcome();
+    if (!text.ok()) {
+      unread = text.outcome();
+      continue;
+    }
     const StoredHead head = readStoredHead(text.value());
     if (head.deleted) continue;
     if (auto subject = filter.passed(head.subject); subject && !text.value().empty())
       found.push_back({.subject = std::move(*subject), .file = file});
   }
+  // One mail that cannot be read does not keep the others from their turn.
+  if (found.empty() && !unread.ok()) return unread;
   return found;
 }
 

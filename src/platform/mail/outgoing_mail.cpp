@@ -43,11 +43,14 @@ bool isAddress(std::string_view address) {
          });
 }
 
-Outcome noAddress(std::string_view text) {
+// `whose`: " to send to", ...
+Outcome noAddress(std::string_view text, std::string_view whose) {
+  const std::string address = "EMail address" + std::string(whose);
   return Outcome::withText(err::mail, text.empty()
-                                          ? std::string("There is no EMail address.")
-                                          : "This is no EMail address: " + onOneLine(text));
+                                          ? "There is no " + address + "."
+                                          : "This is no " + address + ": " + onOneLine(text));
 }
+constexpr std::string_view ofRecipient = " to send to", ofSender = " of a sender";
 
 std::string randomText() {
   static constexpr char digits[] = "0123456789abcdefghijklmnopqrstuv";
@@ -194,14 +197,14 @@ class EncodedMail {
 
 Outcome OutgoingMessage::AddRecipient(std::string_view displayName, std::string_view address) {
   const std::string plain = trim(address);
-  if (!isAddress(plain)) return noAddress(address);
+  if (!isAddress(plain)) return noAddress(address, ofRecipient);
   recipients_.push_back({onOneLine(trim(displayName)), plain});
   return {};
 }
 
 Outcome OutgoingMessage::SetFromAddress(std::string_view address) {
   const std::string plain = trim(address);
-  if (!isAddress(plain)) return noAddress(address);
+  if (!isAddress(plain)) return noAddress(address, ofSender);
   sender_.address = plain;
   return {};
 }
@@ -235,7 +238,8 @@ Outcome OutgoingMessage::SetAttachmentName(int index, std::string_view name) {
 }
 
 Result<Envelope> OutgoingMessage::envelope() const {
-  if (sender_.address.empty() || recipients_.empty()) return noAddress({});
+  if (recipients_.empty()) return noAddress({}, ofRecipient);
+  if (sender_.address.empty()) return noAddress({}, ofSender);
   Envelope envelope{sender_.address, {}};
   for (const Address& recipient : recipients_) envelope.to.push_back(recipient.address);
   return envelope;

@@ -1,12 +1,20 @@
 #include "platform/mail/parse_guard.h"
 
+#include <gmime/gmime.h>
 #include <malloc.h>
 #include <unistd.h>
 
 #include <algorithm>
+#include <chrono>
 #include <cstring>
+#include <thread>
 
 #include "platform/disk/native_calls.h"
+
+#ifdef __SANITIZE_ADDRESS__
+// Its heap is not glibc's.
+extern "C" std::size_t __sanitizer_get_current_allocated_bytes();  // NOLINT(*-reserved-identifier)
+#endif
 
 namespace skv {
 
@@ -18,6 +26,7 @@ constexpr std::size_t mostMemory = std::size_t{8} << 20U;
 // Memory is looked at after so many bytes, of which one that may begin a part counts as many.
 constexpr std::size_t judgedAtOnce = std::size_t{1} << 16U;
 constexpr std::size_t weightOfParts = 8;
+constexpr std::chrono::seconds timeOfOthers{1};
 // The parser asks for a few thousand bytes at a time.
 constexpr std::size_t pieceSize = std::size_t{1} << 18U;
 
@@ -76,8 +85,12 @@ std::int64_t ParseGuard::read(std::int64_t at, std::span<char> into) {
 }
 
 std::size_t ParseGuard::inUse() {
+#ifdef __SANITIZE_ADDRESS__
+  return __sanitizer_get_current_allocated_bytes();
+#else
   const auto memory = ::mallinfo2();
   return memory.uordblks + memory.hblkhd;
+#endif
 }
 
 bool ParseGuard::mayReadOn(std::span<const char> bytes) {
@@ -85,11 +98,23 @@ bool ParseGuard::mayReadOn(std::span<const char> bytes) {
   unjudged_ += bytes.size() * (mayHoldParts ? weightOfParts : 1);
   if (ended_ || unjudged_ < judgedAtOnce) return !ended_;
   unjudged_ = 0;
+  // Pictures may be read meanwhile, for which nobody has to pay here: they go soon.
+  const auto since = std::chrono::steady_clock::now();
+  while (growsTooMuch() && std::chrono::steady_clock::now() - since < timeOfOthers) {
+    if (!pulse_.beat()) break;
+    std::this_thread::sleep_for(MailPulse::interval);
+  }
+  tooMuch_ = growsTooMuch();
   const std::size_t now = inUse();
-  ended_ = (now > before_ && now - before_ > mostMemory) || !pulse_.beat();
+  ended_ = tooMuch_ || !pulse_.beat();
   // The window has lived meanwhile, which is not the mail's doing.
   before_ += inUse() - now;
   return !ended_;
+}
+
+bool ParseGuard::growsTooMuch() const {
+  const std::size_t now = inUse();
+  return now > before_ && now - before_ > mostMemory;
 }
 
 }  // namespace skv

@@ -3,7 +3,6 @@
 // headers without an end or by what nobody has thought of.
 #pragma once
 
-#include <gmime/gmime.h>
 #include <sys/types.h>
 
 #include <cstddef>
@@ -13,15 +12,23 @@
 
 #include "platform/mail/mail_pulse.h"
 
+using GMimeStream = struct _GMimeStream;
+
 namespace skv {
 
 class ParseGuard {
  public:
+  // Bytes of the whole process's heap.
+  static std::size_t inUse();
+
   explicit ParseGuard(MailPulse& pulse) : pulse_(pulse), before_(inUse()) {}
 
   // A stretch of a file, one for each guard and for the parser alone: what it keeps of it, it reads
   // without this guard, which outlives the stream. The descriptor stays the caller's.
   GMimeStream* streamOf(int file, std::int64_t begin, std::int64_t end);
+
+  // The mail was too much, and its end was not read.
+  bool tooMuch() const { return tooMuch_; }
 
   // For the stream: what stands at `at`, nothing at the end or where the mail is too much.
   std::int64_t read(std::int64_t at, std::span<char> into);
@@ -29,11 +36,11 @@ class ParseGuard {
  private:
   // Whether to read on after these bytes.
   bool mayReadOn(std::span<const char> bytes);
-  static std::size_t inUse();
+  bool growsTooMuch() const;
   MailPulse& pulse_;
   std::size_t before_;
   std::size_t unjudged_ = 0;
-  bool ended_ = false;
+  bool ended_ = false, tooMuch_ = false;
 
   int file_ = -1;
   std::int64_t end_ = 0;

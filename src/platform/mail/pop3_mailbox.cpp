@@ -12,13 +12,11 @@ namespace skv {
 
 namespace {
 
-// Nobody has more mails, and nobody sends larger ones.
+// Nobody has more mails.
 constexpr std::uint64_t mostMails = 1'000'000;
-constexpr std::uint64_t largestMail = std::uint64_t{2} << 30U;
-// Of headers: what is looked at, and what may come before the server is not listened to any more.
+// Of headers: what is looked at, and what is kept of thousands of mails at once.
 constexpr std::size_t keptHead = std::size_t{1} << 16U;
-constexpr std::size_t longestSubject = 4096, keptLines = 1024;
-constexpr std::uint64_t longestHead = std::uint64_t{16} << 20U;
+constexpr std::size_t longestSubject = 1024, keptLines = 1024;
 constexpr std::size_t writtenAtOnce = std::size_t{1} << 18U;
 
 std::uint64_t leadingNumber(std::string_view text) {
@@ -93,7 +91,7 @@ Outcome Pop3Mailbox::inSession(Work work) {
   Outcome done = connect();
   if (!done.ok()) return done;
   done = work();
-  if (session_ || !wasOpen || done.ok() || done.number() == err::cancelled) return done;
+  if (session_ || !wasOpen || done.number() != err::mail) return done;
   if (Outcome again = connect(); !again.ok()) return again;
   return work();
 }
@@ -116,7 +114,7 @@ Outcome Pop3Mailbox::loadEntries() {
   std::unordered_map<int, Entry> found;
   std::vector<int> order;
   const auto take = [&](const char* command, auto note) -> Outcome {
-    const auto listing = session_->list(command);
+    const auto listing = session_->list(command, count_);
     if (!listing.ok()) {
       drop();
       return listing.outcome();
@@ -159,27 +157,29 @@ Result<std::vector<MailHead>> Pop3Mailbox::headsOf(const std::vector<Entry>& ent
   if (!topMissing_)
     for (const Entry& entry : entries)
       commands.push_back("TOP " + std::to_string(entry.number) + " " + std::to_string(lines));
-  Outcome asked = session_->longCommands(
-      commands, longestHead, keptHead,
-      [&](std::size_t index, const Pop3Answer& answer, const std::string& text) {
-        if (answer.agreed)
-          note(index, text);
-        else
-          without.push_back(index);
-        pulse_.tell(index + 1, entries.size());
-      });
+  Outcome asked =
+      session_->mails(commands, keptHead,
+                      [&](std::size_t index, const Pop3Answer& answer, const std::string& text) {
+                        if (answer.agreed)
+                          note(index, text);
+                        else
+                          without.push_back(index);
+                        pulse_.tell(index + 1, entries.size());
+                      });
   if (asked.ok() && topMissing_)
     for (std::size_t index = 0; index < entries.size(); ++index) without.push_back(index);
   for (std::size_t at = 0; asked.ok() && at < without.size(); ++at) {
     const std::size_t index = without[at];
     std::string text;
-    const auto answer = session_->longCommand(
-        "RETR " + std::to_string(entries[index].number), largestMail, [&](std::string_view piece) {
+    const auto answer = session_->mail(
+        "RETR " + std::to_string(entries[index].number), [&](std::string_view piece) {
           text += piece.substr(0, keptHead - std::min(keptHead, text.size()));
+          return true;
         });
     asked = answer.outcome();
+    if (answer.ok() && !answer.value().agreed) refusal_ = refused(answer.value());
     if (!answer.ok() || !answer.value().agreed) continue;
-    topMissing_ = without.size() == entries.size();
+    topMissing_ = without.size() == entries.size() && !session_->offersTop();
     note(index, text);
     pulse_.tell(index + 1, entries.size());
   }
@@ -187,7 +187,7 @@ Result<std::vector<MailHead>> Pop3Mailbox::headsOf(const std::vector<Entry>& ent
     drop();
     return asked;
   }
-  // What the server did not show, it does not have.
+  // A mail that is refused does not keep the others from their turn.
   std::erase_if(heads, [](const MailHead& head) { return head.key.number == 0; });
   return heads;
 }
@@ -197,6 +197,7 @@ Result<std::vector<MailHead>> Pop3Mailbox::heads(int lines) {
   const Outcome fetched = inSession([&]() -> Outcome {
     if (Outcome loaded = loadEntries(); !loaded.ok()) return loaded;
     heads.clear();
+    refusal_ = {};
     // The first one alone shows whether the server knows TOP: many end a session that asks too
     // often for what they do not know.
     const auto second = entries_.begin() + (entries_.empty() ? 0 : 1);
@@ -206,7 +207,8 @@ Result<std::vector<MailHead>> Pop3Mailbox::heads(int lines) {
       if (!read.ok()) return read.outcome();
       std::ranges::move(read.value(), std::back_inserter(heads));
     }
-    return {};
+    // Where all are refused, the mailbox is not empty.
+    return heads.empty() ? refusal_ : Outcome();
   });
   if (!fetched.ok()) return fetched;
   std::unordered_map<std::string_view, int> uids;
@@ -265,7 +267,7 @@ Outcome Pop3Mailbox::fetch(const MailKey& key, int file) {
     const auto number = find(key);
     if (!number.ok()) return number.outcome();
     if (number.value() == 0)
-      return Outcome::failure(err::mail, "the mail is no longer in the mailbox");
+      return Outcome::withText(err::mailLost, "A mail is no longer in the mailbox.");
     const std::string which = " " + std::to_string(number.value());
     auto answer = session_->command("LIST" + which);
     std::uint64_t size = 0;
@@ -280,19 +282,24 @@ Outcome Pop3Mailbox::fetch(const MailKey& key, int file) {
         error = writeAll(file, unwritten);
         unwritten.clear();
       };
-      answer = session_->longCommand("RETR" + which, largestMail, [&](std::string_view piece) {
-        if (error == 0) unwritten += piece;
+      answer = session_->mail("RETR" + which, [&](std::string_view piece) {
+        unwritten += piece;
         write(writtenAtOnce);
         pulse_.tell(done += piece.size(), size);
+        return error == 0;
       });
       write(0);
-      if (answer.ok() && error != 0) return systemFailure(error, options_.workFolder);
+      if (error != 0) {
+        drop();
+        return systemFailure(error, "the mail under way");
+      }
     }
     if (!answer.ok()) {
       drop();
       return answer.outcome();
     }
-    return answer.value().agreed ? Outcome() : refused(answer.value());
+    if (answer.value().agreed) return {};
+    return Outcome::withText(err::mailLost, refused(answer.value()).description());
   });
 }
 

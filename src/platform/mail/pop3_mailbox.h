@@ -79,6 +79,7 @@ class Pop3Mailbox {
   // What was deleted: session and number, in their order.
   std::vector<std::pair<unsigned, int>> removed_;
   bool topMissing_ = false;
+  Outcome refusal_;  // of a mail, the last one while heads are read
 };
 
 }  // namespace skv

@@ -12,8 +12,11 @@ namespace {
 
 constexpr std::size_t bufferSize = std::size_t{1} << 18U;
 constexpr std::size_t longestAnswerLine = 8192;
-constexpr std::uint64_t longestListing = std::uint64_t{64} << 20U;
 constexpr std::uint64_t longestCapabilities = std::uint64_t{1} << 16U;
+// A name of UIDL has 70 characters at the most (RFC 1939).
+constexpr std::uint64_t longestEntry = 100;
+// Nobody sends larger ones. It holds for TOP as well, which counts lines: a mail may be one.
+constexpr std::uint64_t largestMail = std::uint64_t{2} << 30U;
 // A farewell is a courtesy.
 constexpr std::chrono::seconds farewellTime{2};
 // Commands on their way at once. Their answers wait in the network's buffers, so that the server is
@@ -36,18 +39,19 @@ Result<std::unique_ptr<Pop3Session>> Pop3Session::open(const ServerAccess& acces
   if (!link.ok()) return link.outcome();
   std::unique_ptr<Pop3Session> session(
       new Pop3Session(std::move(link).value(), access, options.silenceTime));
-  if (Outcome asked = session->askForPipelining(); !asked.ok()) return asked;
+  if (Outcome asked = session->askForCapabilities(); !asked.ok()) return asked;
   return session;
 }
 
-Outcome Pop3Session::askForPipelining() {
-  std::string capabilities = "\n";
-  const auto answer = longCommand("CAPA", longestCapabilities, [&](std::string_view piece) {
-    capabilities += lowerAscii(piece);
-  });
-  pipelining_ = answer.ok() && answer.value().agreed &&
-                capabilities.find("\npipelining\r\n") != std::string::npos;
-  return answer.outcome();
+Outcome Pop3Session::askForCapabilities() {
+  std::string text;
+  const auto answer = listing("CAPA", longestCapabilities, text);
+  if (!answer.ok() || !answer.value().agreed) return answer.outcome();
+  for (const std::string& line : split(lowerAscii(text), '\n')) {
+    pipelining_ = pipelining_ || trim(line) == "pipelining";
+    offersTop_ = offersTop_ || trim(line) == "top";
+  }
+  return {};
 }
 
 Result<Pop3Answer> Pop3Session::command(std::string_view line) {
@@ -60,16 +64,27 @@ void Pop3Session::farewell() {
   command("QUIT").outcome().skipped();
 }
 
-Result<Pop3Answer> Pop3Session::longCommand(std::string_view line, std::uint64_t limit,
-                                            const Sink& sink) {
+Result<Pop3Answer> Pop3Session::mail(std::string_view line, const Sink& sink) {
   auto answer = command(line);
   if (!answer.ok() || !answer.value().agreed) return answer;
-  if (Outcome read = readLines(limit, sink); !read.ok()) return read;
+  if (Outcome read = readLines(largestMail, {}, sink); !read.ok()) return read;
   return answer;
 }
 
-Outcome Pop3Session::longCommands(
-    const std::vector<std::string>& lines, std::uint64_t limit, std::size_t kept,
+Result<Pop3Answer> Pop3Session::listing(std::string_view line, std::uint64_t longest,
+                                        std::string& text) {
+  auto answer = command(line);
+  if (!answer.ok() || !answer.value().agreed) return answer;
+  Outcome read = readLines(longest, lineTime_, [&text](std::string_view piece) {
+    text += piece;
+    return true;
+  });
+  if (!read.ok()) return read;
+  return answer;
+}
+
+Outcome Pop3Session::mails(
+    const std::vector<std::string>& lines, std::size_t kept,
     const std::function<void(std::size_t, const Pop3Answer&, const std::string&)>& answered) {
   const std::size_t ahead = pipelining_ ? window : 1;
   std::size_t sent = 0;
@@ -84,8 +99,9 @@ Outcome Pop3Session::longCommands(
     if (!answer.ok()) return answer.outcome();
     std::string text;
     if (answer.value().agreed) {
-      Outcome read = readLines(limit, [&](std::string_view piece) {
+      Outcome read = readLines(largestMail, {}, [&](std::string_view piece) {
         text += piece.substr(0, kept - std::min(kept, text.size()));
+        return true;
       });
       if (!read.ok()) return read;
     }
@@ -94,10 +110,10 @@ Outcome Pop3Session::longCommands(
   return {};
 }
 
-Result<Pop3Session::Listing> Pop3Session::list(std::string_view command) {
+Result<Pop3Session::Listing> Pop3Session::list(std::string_view command, int count) {
   std::string text;
   const auto answer =
-      longCommand(command, longestListing, [&](std::string_view piece) { text += piece; });
+      listing(command, longestEntry * (static_cast<std::uint64_t>(count) + 100), text);
   if (!answer.ok()) return answer.outcome();
   Listing listing{answer.value().agreed, {}};
   for (const std::string& line : split(text, '\n')) {
@@ -141,15 +157,18 @@ Result<Pop3Answer> Pop3Session::readAnswer() {
 
 // The end is a line of one dot. In between pieces go on as large as they come, up to the next line
 // that has a dot to lose.
-Outcome Pop3Session::readLines(std::uint64_t limit, const Sink& sink) {
+Outcome Pop3Session::readLines(std::uint64_t longest,
+                               std::optional<std::chrono::milliseconds> lineTime,
+                               const Sink& sink) {
   bool lineBegins = true;
   std::uint64_t taken = 0;
   auto lineSince = std::chrono::steady_clock::now();
   for (;;) {
     const std::string_view text = unread();
     std::size_t at = 0, from = 0;
+    bool wanted = true;
     const auto pass = [&](std::size_t to) {
-      if (to > from) sink(text.substr(from, to - from));
+      if (to > from && wanted) wanted = sink(text.substr(from, to - from));
       from = to;
     };
     bool ended = false;
@@ -172,12 +191,13 @@ Outcome Pop3Session::readLines(std::uint64_t limit, const Sink& sink) {
     }
     pass(at);
     begin_ += at;
+    if (!wanted) return Outcome::failure(err::cancelled);
     if (ended) return {};
     taken += at;
-    if (taken > limit) return serverFailure(access_, "answers without an end");
+    if (taken > longest) return serverFailure(access_, "answers without an end");
     const auto now = std::chrono::steady_clock::now();
     if (text.find('\n') != std::string_view::npos) lineSince = now;
-    if (now - lineSince > lineTime_) return serverFailure(access_, "does not answer");
+    if (lineTime && now - lineSince > *lineTime) return serverFailure(access_, "does not answer");
     if (Outcome more = readMore(); !more.ok()) return more;
   }
 }

@@ -8,6 +8,7 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -38,32 +39,40 @@ class Pop3Session {
   // deletes is command("QUIT").
   void farewell();
 
-  // An answer of several lines, as it comes: whole pieces of it, dots in front of lines taken off.
-  // `sink` may not fail: it keeps what goes wrong to itself.
-  using Sink = std::function<void(std::string_view)>;
-  Result<Pop3Answer> longCommand(std::string_view line, std::uint64_t limit, const Sink& sink);
+  // A mail, or a part of it, as it comes: whole pieces, dots in front of lines taken off. `sink`
+  // answers whether it wants more; without that the call fails with err::cancelled.
+  using Sink = std::function<bool(std::string_view)>;
+  Result<Pop3Answer> mail(std::string_view command, const Sink& sink);
   // The same for many commands, with the next ones under way while the server answers the first,
   // where it takes that. `answered` gets the answers in their order, with the first `kept` bytes of
   // each.
-  Outcome longCommands(const std::vector<std::string>& lines, std::uint64_t limit, std::size_t kept,
-                       const std::function<void(std::size_t index, const Pop3Answer&,
-                                                const std::string&)>& answered);
+  Outcome mails(const std::vector<std::string>& commands, std::size_t kept,
+                const std::function<void(std::size_t index, const Pop3Answer&, const std::string&)>&
+                    answered);
 
-  // The lines of UIDL or LIST: number and value. Not agreed: none.
+  // The lines of UIDL or LIST: number and value. Not agreed: none. `count`: of the mails in the
+  // mailbox; the call fails for a server that names many more.
   struct Listing {
     bool agreed = false;
     std::vector<std::pair<int, std::string>> entries;
   };
-  Result<Listing> list(std::string_view command);
+  Result<Listing> list(std::string_view command, int count);
+
+  // The server says of itself that it knows TOP.
+  bool offersTop() const { return offersTop_; }
 
   const ServerAccess& access() const { return access_; }
 
  private:
   Pop3Session(std::unique_ptr<ServerLink> link, ServerAccess access,
               std::chrono::milliseconds lineTime);
-  Outcome askForPipelining();
+  Outcome askForCapabilities();
   Result<Pop3Answer> readAnswer();
-  Outcome readLines(std::uint64_t limit, const Sink& sink);
+  // A text of the server's own: its lines come in time, and it is not long.
+  Result<Pop3Answer> listing(std::string_view command, std::uint64_t longest, std::string& text);
+  // `lineTime`: for the end of each line, where there is one.
+  Outcome readLines(std::uint64_t longest, std::optional<std::chrono::milliseconds> lineTime,
+                    const Sink& sink);
   Outcome readMore();
   std::string_view unread() const {
     return std::string_view(buffer_.data() + begin_, end_ - begin_);
@@ -72,7 +81,7 @@ class Pop3Session {
   std::unique_ptr<ServerLink> link_;
   const ServerAccess access_;
   const std::chrono::milliseconds lineTime_;
-  bool pipelining_ = false;
+  bool pipelining_ = false, offersTop_ = false;
   std::vector<char> buffer_;
   std::size_t begin_ = 0, end_ = 0;  // of what has come and was not looked at
 };

@@ -162,7 +162,7 @@ class ReceivedMail : public MailMessage {
     std::array<char, textPiece> buffer;
     for (;;) {
       const ssize_t got = g_mime_stream_read(stream.get(), buffer.data(), buffer.size());
-      if (got <= 0) return {std::move(bytes), false};
+      if (got <= 0 || !pulse_.beat()) return {std::move(bytes), false};
       std::string_view piece(buffer.data(), static_cast<std::size_t>(got));
       while (!piece.empty()) {
         skipped = std::find_if(skipped, parts_.attachments.end(), [&](const MailPart& part) {
@@ -242,14 +242,18 @@ class ReceivedMail : public MailMessage {
 
 }  // namespace
 
-std::unique_ptr<MailMessage> readMail(MailFile where, FileSystem& files, MailPulse& pulse) {
+Result<std::unique_ptr<MailMessage>> readMail(MailFile where, FileSystem& files, MailPulse& pulse) {
   ParseGuard guard(pulse);
   const GOwned<GMimeStream> stream(guard.streamOf(where.file->get(), where.begin, where.end));
   const GOwned<GMimeParser> parser(g_mime_parser_new_with_stream(stream.get()));
   g_mime_parser_set_persist_stream(parser.get(), TRUE);
   GOwned<GMimeMessage> message(g_mime_parser_construct_message(parser.get(), nullptr));
+  if (!pulse.beat()) return MailPulse::cancelled();
+  if (guard.tooMuch())
+    return Outcome::withText(err::mailLost, "A mail has too many parts or headers to be read.");
   if (!message) message.reset(g_mime_message_new(FALSE));
-  return std::make_unique<ReceivedMail>(std::move(where), std::move(message), files, pulse);
+  return std::unique_ptr<MailMessage>(
+      std::make_unique<ReceivedMail>(std::move(where), std::move(message), files, pulse));
 }
 
 }  // namespace skv

@@ -22,8 +22,8 @@ struct MailFile {
 };
 
 // Attachments are saved through `files`. Both outlive the message. Whatever the bytes are, they are
-// some mail, be it an empty one; one that would take too much memory ends early. The pulse tells
-// whether the caller wanted the reading to end, and then the mail is of no use.
-std::unique_ptr<MailMessage> readMail(MailFile where, FileSystem& files, MailPulse& pulse);
+// some mail, be it an empty one. Fails with err::mailLost for one that would take too much memory,
+// and with err::cancelled.
+Result<std::unique_ptr<MailMessage>> readMail(MailFile where, FileSystem& files, MailPulse& pulse);
 
 }  // namespace skv

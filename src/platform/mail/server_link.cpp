@@ -10,6 +10,7 @@
 #include <utility>
 
 #include "base/text.h"
+#include "platform/mail/base64_lines.h"
 
 namespace skv {
 
@@ -40,19 +41,29 @@ void set(CURL* easy, CURLoption option, Value value) {
   curl_easy_setopt(easy, option, value);  // NOLINT(cppcoreguidelines-pro-type-vararg)
 }
 
-// libcurl wants to be told once for a process that it is there.
+std::string inBase64(const std::string& text) {
+  std::string lines(base64Length(text.size()), '\0');
+  const auto* bytes = reinterpret_cast<const unsigned char*>(text.data());  // NOLINT(*-cast)
+  lines.resize(base64Lines({bytes, text.size()}, lines.data()));
+  std::erase_if(lines, [](char c) { return c == '\r' || c == '\n'; });
+  return lines;
+}
+
+}  // namespace
+
 void startCurl() {
   static const CURLcode started = curl_global_init(CURL_GLOBAL_DEFAULT);
   static_cast<void>(started);
 }
 
-}  // namespace
-
 std::string serverWords(std::string_view line, const ServerAccess& access) {
   std::string words(trim(line));
-  if (!access.password.empty())
-    for (std::size_t at; (at = words.find(access.password)) != std::string::npos;)
-      words.replace(at, access.password.size(), access.password == "*" ? "" : "*");
+  // As it is, and as it goes over the wire.
+  for (const std::string& secret :
+       {access.password, inBase64(access.password),
+        inBase64(std::string(1, '\0') + access.user + '\0' + access.password)})
+    for (std::size_t at; !access.password.empty() && (at = words.find(secret)) != words.npos;)
+      words.replace(at, secret.size(), secret == "*" ? "" : "*");
   if (!isUtf8(words)) words = CodePage(1252).decode(words);
   std::string clean;
   for (const std::string& character : characters(words)) {
@@ -161,7 +172,10 @@ class CurlCall {
 
   // What a failed run means to the user.
   Outcome failure(CURLcode code) const {
-    if (!pulse.beat()) return MailPulse::cancelled();
+    if (!pulse.beat()) {
+      if (doubt().empty()) return MailPulse::cancelled();
+      return serverFailure(access, "was not waited for" + doubt());
+    }
     if (!sourceFailure_.ok()) return sourceFailure_;
     if (limit_ == Limit::connecting || code == CURLE_COULDNT_CONNECT)
       return serverFailure(access, "cannot be reached", limit_ == Limit::none ? reason() : "");
@@ -190,9 +204,14 @@ class CurlCall {
   bool onlyElsewhere(CURLcode code) const {
     return code == CURLE_COULDNT_CONNECT && refusedElsewhere_;
   }
-  // A server that knows no EHLO knows no encryption either.
-  static bool notEncrypted(CURLcode code) {
-    return code == CURLE_USE_SSL_FAILED || code == CURLE_REMOTE_ACCESS_DENIED;
+  // A server that knows no EHLO knows no encryption either. One that offers it and then says no, or
+  // is too busy to talk, is another matter.
+  bool offersNoEncryption(CURLcode code) const {
+    if (code == CURLE_REMOTE_ACCESS_DENIED)
+      return std::ranges::any_of(std::array{"500", "502", "504"}, [this](const char* unknown) {
+        return refusal_.starts_with(unknown);
+      });
+    return code == CURLE_USE_SSL_FAILED && !encryptionOffered_;
   }
 
   const ServerAccess access;
@@ -248,6 +267,9 @@ class CurlCall {
     }
     const bool refused = line.starts_with("-ERR") || line.starts_with('4') || line.starts_with('5');
     if (refused) call.refusal_ = line.starts_with("-ERR") ? line.substr(4) : line;
+    const std::string offer = lowerAscii(trim(line));
+    if (offer == "stls" || offer == "250-starttls" || offer == "250 starttls")
+      call.encryptionOffered_ = true;
     return line.size();
   }
 
@@ -291,6 +313,7 @@ class CurlCall {
 
   std::array<char, CURL_ERROR_SIZE> error_{};
   std::string refusal_;
+  bool encryptionOffered_ = false;
   Limit limit_ = Limit::none;
   std::size_t answer_ = 0;
   int excesses_ = 0;
@@ -329,7 +352,7 @@ Result<std::unique_ptr<CurlCall>> runCall(const ServerAccess& access, const char
       if (code == CURLE_OK) return call;
       if (way == Cleartext::onThisMachine && call->onlyElsewhere(code)) continue;
       reached = !call->unreachable(code);
-      if (way == Cleartext::never && !tlsAtOnce(port, options) && CurlCall::notEncrypted(code))
+      if (way == Cleartext::never && !tlsAtOnce(port, options) && call->offersNoEncryption(code))
         continue;
       failure = call->failure(code);
       break;

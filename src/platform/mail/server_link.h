@@ -1,6 +1,6 @@
-// Connections to mail servers: the one place that knows libcurl.
+// Connections to mail servers, by libcurl.
 //
-// libcurl connects, encrypts, checks the certificate and logs in. What follows is, for a mailbox, a
+// It connects, encrypts, checks the certificate and logs in. What follows is, for a mailbox, a
 // conversation of lines that the caller leads, and for a mail that goes out libcurl's as well.
 #pragma once
 
@@ -18,6 +18,9 @@
 #include "platform/mail/mail_pulse.h"
 
 namespace skv {
+
+// libcurl wants to be told once for a process that it is there.
+void startCurl();
 
 struct ServerAccess {
   MailHost host;

@@ -13,6 +13,7 @@ namespace {
 // Marks of the Mozilla programs: expunged, and deleted on the server.
 constexpr unsigned mozillaExpunged = 0x0008;
 constexpr unsigned mozillaServerDeleted = 0x0020'0000;
+constexpr unsigned evolutionDeleted = 0x2;
 
 // A line without its end; takes it off the front of `text`.
 std::string_view takeLine(std::string_view& text) {
@@ -48,6 +49,10 @@ bool saysDeleted(std::string_view line) {
   if (valueOf(line, "x-mozilla-status", value)) return (hexNumber(value) & mozillaExpunged) != 0;
   if (valueOf(line, "x-mozilla-status2", value))
     return (hexNumber(value) & mozillaServerDeleted) != 0;
+  // "00000a1b-0012": a name and flags.
+  if (valueOf(line, "x-evolution", value))
+    return (hexNumber(value.substr(std::min(value.find('-'), value.size() - 1) + 1)) &
+            evolutionDeleted) != 0;
   if (valueOf(line, "x-status", value) || valueOf(line, "status", value))
     return value.find('D') != std::string_view::npos;
   return false;
@@ -55,8 +60,8 @@ bool saysDeleted(std::string_view line) {
 
 bool isNote(std::string_view line) {
   const std::string name = lowerAscii(line.substr(0, std::min(line.find(':'), line.size())));
-  return name.starts_with("x-mozilla-") || name == "status" || name == "x-status" ||
-         name == "x-keywords" || name == "x-uid";
+  return name.starts_with("x-mozilla-") || name == "x-evolution" || name == "status" ||
+         name == "x-status" || name == "x-keywords" || name == "x-uid";
 }
 
 }  // namespace

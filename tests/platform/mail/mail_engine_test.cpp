@@ -255,7 +255,7 @@ TEST_F(EngineTest, GivesUpOnServersThatMisbehave) {
       {"STAT", "without an end", "+OK " + flood},
       {"STAT", "counts what cannot be", "+OK 99999999999 1\r\n"},
       {"UIDL", "does not answer", "+OK\r\n1 a\r\n"},
-      {"TOP ", "without an end", lines},
+      {"TOP ", "does not answer", lines},
       {"TOP ", "does not answer", "+OK\r\nSubject: x\r\n"},
   };
   for (const auto& [on, told, answer] : cases) {
