@@ -2,11 +2,7 @@
 
 #include "support/program_fixture.h"
 
-namespace skv {
-namespace {
-
-using test::holds;
-using Lines = std::vector<std::string>;
+namespace skv::test {
 
 constexpr const char* folder = "C:\\FS\\aircraft\\plane\\";
 const std::string cfg =
@@ -16,7 +12,7 @@ const std::string cfg =
     "[General]\r\natc_type=X\r\n"
     "[fltsim.3]\r\ntitle=Never reached\r\n";
 
-class AircraftCfgTest : public test::ProgramTest {
+class AircraftCfgTest : public ProgramTest {
  protected:
   AircraftCfgTest() {
     app.ACRoot = "C:\\FS\\aircraft\\";
@@ -44,7 +40,6 @@ class AircraftCfgTest : public test::ProgramTest {
   bool saved(const std::string& text) { return holds(drive.read(current), text); }
   const std::string current = path("Aircraft.cfg"), original = path("Aircraft.preSKV.cfg");
   const std::string other = "C:\\FS\\aircraft\\other\\";
-  ui::FrmMain& form = app.frmMain;
 };
 
 TEST_F(AircraftCfgTest, ShowsTheVariationsAndTheKeysOfTheSelectedOne) {
@@ -234,5 +229,4 @@ TEST_F(AircraftCfgTest, ReadOnlyIsNoObstacleAndStays) {
   }
 }
 
-}  // namespace
-}  // namespace skv
+}  // namespace skv::test

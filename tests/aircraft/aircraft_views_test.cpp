@@ -2,31 +2,26 @@
 
 #include "scenery/scenery_view.h"
 #include "support/program_fixture.h"
-#include "ui/views.h"
 
-namespace skv {
-namespace {
+namespace skv::test {
 
-using test::holds;
-using Lines = std::vector<std::string>;
-
-std::string line(const std::string& name, const std::string& root) {
-  return test::line(name, root + "aircraft\\" + name + "\\");
+static std::string rowOf(const std::string& name, const std::string& root) {
+  return line(name, root + "aircraft\\" + name + "\\");
 }
 
-class AircraftViewsTest : public test::ProgramTest {
+class AircraftViewsTest : public ProgramTest {
  protected:
   AircraftViewsTest() {
     app.SceneryLib = "C:\\Lib\\";
     std::string simulator;
     for (const char* name : {"a", "b", "c", "d", "e"}) {
-      simulator += line(name, "C:\\FS\\");
+      simulator += rowOf(name, "C:\\FS\\");
       drive.write("C:\\FS\\aircraft\\" + std::string(name) + "\\aircraft.cfg",
                   "[fltsim.0]\r\ntitle=" + std::string(name) + "\r\n");
     }
     drive.write("C:\\FS\\SKV_AC.lst", simulator);
-    drive.write("C:\\Hangar\\SKV_AC.lst",
-                line("h", "C:\\Hangar\\") + line("i", "C:\\Hangar\\") + line("j", "C:\\Hangar\\"));
+    drive.write("C:\\Hangar\\SKV_AC.lst", rowOf("h", "C:\\Hangar\\") + rowOf("i", "C:\\Hangar\\") +
+                                              rowOf("j", "C:\\Hangar\\"));
   }
   void select(int row) {
     list.select(row);
@@ -50,7 +45,6 @@ class AircraftViewsTest : public test::ProgramTest {
     EXPECT_EQ(app.ListDir, hangar ? "C:\\Hangar\\" : "C:\\FS\\");
     EXPECT_EQ(list.count(), hangar ? 3 : 5);
   }
-  ui::FrmMain& form = app.frmMain;
   ui::ListView& list = form.lstAircraft;
 };
 
@@ -70,7 +64,7 @@ TEST_F(AircraftViewsTest, EachViewKeepsItsAircraft) {
   // The rows have moved: the aircraft counts, and its number only when it is gone.
   const auto reloaded = [this](const Lines& names) {
     std::string stored;
-    for (const std::string& name : names) stored += line(name, "C:\\FS\\");
+    for (const std::string& name : names) stored += rowOf(name, "C:\\FS\\");
     drive.write("C:\\FS\\SKV_AC.lst", stored);
     mnuViewFSAircraft_Click(app);
     return list.selected();
@@ -86,7 +80,7 @@ TEST_F(AircraftViewsTest, EachViewKeepsItsAircraft) {
 TEST_F(AircraftViewsTest, AReloadKeepsTheAircraftAndItsTabs) {
   mnuViewFSAircraft_Click(app);
   select(4);
-  drive.write("C:\\FS\\SKV_AC.lst", line("d", "C:\\FS\\") + line("a", "C:\\FS\\"));
+  drive.write("C:\\FS\\SKV_AC.lst", rowOf("d", "C:\\FS\\") + rowOf("a", "C:\\FS\\"));
   form.mnuViewRefresh.click();
   EXPECT_EQ(list.text(list.selected()), "d");
   EXPECT_EQ(list.visibleRow(), 1);
@@ -94,7 +88,7 @@ TEST_F(AircraftViewsTest, AReloadKeepsTheAircraftAndItsTabs) {
 
   // The settings have named another simulator.
   app.FSRoot = "C:\\Other\\";
-  drive.write("C:\\Other\\SKV_AC.lst", line("x", "C:\\Other\\"));
+  drive.write("C:\\Other\\SKV_AC.lst", rowOf("x", "C:\\Other\\"));
   EXPECT_TRUE(reloadAircraftList(app));
   EXPECT_EQ(app.ACRoot, "C:\\Other\\aircraft\\");
   EXPECT_EQ(list.text(1), "x");
@@ -172,5 +166,4 @@ TEST_F(AircraftViewsTest, NoHangarIsMadeInThePlaceOfOneOnADiskThatIsAway) {
   EXPECT_TRUE(windows.boxes.empty());
 }
 
-}  // namespace
-}  // namespace skv
+}  // namespace skv::test

@@ -5,15 +5,9 @@
 #include "support/every_call.h"
 #include "support/program_fixture.h"
 
-namespace skv {
-namespace {
+namespace skv::test {
 
-using test::Ending;
-using test::holds;
-using test::line;
-using Lines = std::vector<std::string>;
-
-class AliasCommandsTest : public test::ProgramTest {
+class AliasCommandsTest : public ProgramTest {
  protected:
   AliasCommandsTest() {
     drive.write(root + "plane\\aircraft.cfg",
@@ -32,22 +26,14 @@ class AliasCommandsTest : public test::ProgramTest {
   }
   void assign(int row) {
     form.lstPanel.select(row);
-    ui::raise(form.lstPanel.click);
-    ui::raise(form.btnAssignPN.click);
-  }
-  void picks(const std::string& folder) {
-    form.visible = true;
-    windows.onShow[&app.frmDirSelect] = [this, folder] {
-      app.frmDirSelect.txtDir.text = folder;
-      ui::raise(app.frmDirSelect.btnOK.click);
-    };
+    click(form.lstPanel);
+    click(form.btnAssignPN);
   }
   std::string alias() { return ReadProfile(disk, CodePage(), own, "fltsim", "alias"); }
 
   const std::string root = "C:\\FS\\aircraft\\", real = "[VC]\r\nx=1\r\n";
   const std::string own = root + "plane\\panel\\panel.cfg",
                     kept = root + "plane\\panel\\panel.preSKV.cfg";
-  ui::FrmMain& form = app.frmMain;
 };
 
 TEST_F(AliasCommandsTest, AssignsAPanelKeepsTheRealOneAndGoesBack) {
@@ -61,14 +47,14 @@ TEST_F(AliasCommandsTest, AssignsAPanelKeepsTheRealOneAndGoesBack) {
   assign(2);
   EXPECT_EQ(drive.read(own), "[fltsim]\r\nalias=other\\panel.big\r\nnote=mine\r\n");
   EXPECT_EQ(drive.read(kept), real) << "the first backup stays";
-  ui::raise(form.btnPNRestoreOriginal.click);
+  click(form.btnPNRestoreOriginal);
   EXPECT_EQ(alias(), "other\\panel.big") << "not agreed";
   windows.answers = {ui::Answer::yes};
-  ui::raise(form.btnPNRestoreOriginal.click);
+  click(form.btnPNRestoreOriginal);
   EXPECT_EQ(drive.read(own), real);
   EXPECT_FALSE(drive.exists(kept) || form.btnPNRestoreOriginal.enabled);
   EXPECT_EQ(windows.boxes.back().text, "Panel reset to original version!");
-  ui::raise(form.btnPNRestoreOriginal.click);
+  click(form.btnPNRestoreOriginal);
   EXPECT_EQ(windows.boxes.size(), 3U) << "nothing to go back to";
 
   // A variation without a folder of its own gets one.
@@ -99,7 +85,7 @@ TEST_F(AliasCommandsTest, AnAircraftWithoutAVariationIsOnlyReset) {
   assign(2);
   EXPECT_TRUE(drive.read(own) == real && !form.btnAssignPN.enabled);
   windows.answers = {ui::Answer::yes};
-  ui::raise(form.btnPNRestoreOriginal.click);
+  click(form.btnPNRestoreOriginal);
   EXPECT_EQ(drive.read(own), "kept");
 }
 
@@ -130,39 +116,37 @@ TEST_F(AliasCommandsTest, OneOfTheTwoFilesAlwaysStands) {
 
 TEST_F(AliasCommandsTest, OnlyRealPanelsComeIntoTheLibraryByHand) {
   picks(root + "other");
-  ui::raise(form.btnAddPN.click);
-  expectTold("This is not a valid Panel folder!");
+  click(form.btnAddPN, "This is not a valid Panel folder!");
   picks(root + "other\\sound");
-  ui::raise(form.btnAddSN.click);
-  expectTold("another physical sound. FS does not allow");
+  click(form.btnAddSN, "another physical sound. FS does not allow");
   picks(root + "plane\\panel");
   windows.inputs = {"Łódź", "Ours\x01", "none", "Loud"};
-  ui::raise(form.btnAddPN.click);
+  click(form.btnAddPN);
   EXPECT_EQ(rows(form.lstPanel).back(), "Ours |" + root + "plane\\panel\\");
   EXPECT_TRUE(holds(drive.read("C:\\FS\\SKV_PN.lst"), line("Ours ", root + "plane\\panel\\")));
   form.lstPanel.select(5);
   windows.answers = {ui::Answer::yes};
-  ui::raise(form.btnDelPN.click);
+  click(form.btnDelPN);
   EXPECT_EQ(form.lstPanel.count(), 4);
   EXPECT_FALSE(holds(drive.read("C:\\FS\\SKV_PN.lst"), "Ours"));
 
   windows.onShow[&app.frmDirSelect] = [this] {
-    ui::raise(form.mnuViewHangar.click);
+    click(form.mnuViewHangar);
     app.frmDirSelect.txtDir.text = root + "plane\\panel";
-    ui::raise(app.frmDirSelect.btnOK.click);
+    click(app.frmDirSelect.btnOK);
   };
-  ui::raise(form.btnAddPN.click);
+  click(form.btnAddPN);
   EXPECT_EQ(form.lstPanel.count(), 0) << "another list came up meanwhile";
   mnuViewFSAircraft_Click(app);
 
   drive.write(root + "other\\sound.x\\sound.cfg", "");
   drive.write(root + "plane\\sound\\sound.cfg", real);
   picks(root + "other\\sound.x");
-  ui::raise(form.btnAddSN.click);
+  click(form.btnAddSN);
   EXPECT_EQ(drive.read("C:\\FS\\SKV_SN.lst"), line("Loud", root + "other\\sound.x\\"));
   form.lstSound.select(1);
-  ui::raise(form.lstSound.click);
-  ui::raise(form.btnAssignSN.click);
+  click(form.lstSound);
+  click(form.btnAssignSN);
   form.lstACVersions.click();
   EXPECT_EQ(form.lblSNStatus.caption, "Alias: other\\sound.x");
   EXPECT_TRUE(form.btnSNRestoreOriginal.enabled && !form.btnPNRestoreOriginal.enabled);
@@ -173,20 +157,18 @@ TEST_F(AliasCommandsTest, SynchronizesThePanelsFolderAndItsMirror) {
   mnuViewFSAircraft_Click(app);
   drive.write(root + "Panels\\a\\one", "1");
   mnuViewHangar_Click(app);
-  ui::raise(form.mnuFileSynchPN.click);
+  click(form.mnuFileSynchPN);
   drive.write("C:\\Hangar\\aircraft\\Panels\\b\\two", "2");
-  ui::raise(form.mnuFileSynchPN.click);
+  click(form.mnuFileSynchPN);
   EXPECT_EQ(drive.filesIn(root + "Panels"), (Lines{"a\\one", "b\\two"}));
   EXPECT_EQ(drive.filesIn("C:\\Hangar\\aircraft\\Panels"), (Lines{"a\\one", "b\\two"}));
   EXPECT_TRUE(windows.boxes.empty());
   for (const char* folder :
        {"C:\\Hangar\\aircraft\\Panels\\", "C:\\", "C:\\Hangar\\", "C:\\Hangar\\aircraft\\x\\x\\"}) {
     app.PanelsDir = folder;
-    ui::raise(form.mnuFileSynchPN.click);
-    expectTold("was not synchronized");
+    click(form.mnuFileSynchPN, "was not synchronized");
   }
   expectIdle();
 }
 
-}  // namespace
-}  // namespace skv
+}  // namespace skv::test

@@ -7,15 +7,10 @@
 #include "sample/zip_file.h"
 #include "support/every_call.h"
 #include "support/program_fixture.h"
-#include "ui/views.h"
 
-namespace skv {
-namespace {
+namespace skv::test {
 
-using test::line;
-using Tree = std::vector<std::string>;
-
-class HangarTransferTest : public test::ProgramTest {
+class HangarTransferTest : public ProgramTest {
  protected:
   HangarTransferTest() {
     drive.write("C:\\FS\\aircraft\\plane\\aircraft.cfg", "[fltsim.0]\r\ntitle=Plane\r\n");
@@ -24,9 +19,9 @@ class HangarTransferTest : public test::ProgramTest {
     mnuViewFSAircraft_Click(app);
   }
   void press() {
-    app.frmMain.btnHangar.click();
+    form.btnHangar.click();
     expectIdle();
-    EXPECT_EQ(app.frmMain.lblStatus.caption, "");
+    EXPECT_EQ(form.lblStatus.caption, "");
   }
   void hangarRow(const std::string& name) {
     drive.write(hangarList, line(name, "C:\\Hangar\\aircraft\\" + name + "\\"));
@@ -44,21 +39,21 @@ class HangarTransferTest : public test::ProgramTest {
   const std::string hangarList = "C:\\Hangar\\SKV_AC.lst";
   const std::string planeHere = line("Plane", "C:\\FS\\aircraft\\plane\\");
   const std::string planeParked = line("Plane", "C:\\Hangar\\aircraft\\plane\\");
-  ui::ListView& list = app.frmMain.lstAircraft;
+  ui::ListView& list = form.lstAircraft;
 };
 
 TEST_F(HangarTransferTest, ParkingIsACopyAndALine) {
-  const Tree simulator = drive.tree("C:\\FS");
+  const Lines simulator = drive.tree("C:\\FS");
   press();
   EXPECT_EQ(drive.tree("C:\\FS"), simulator);
   EXPECT_EQ(drive.tree("C:\\Hangar"),
-            (Tree{"Aircraft\\", "Aircraft\\plane\\", "Aircraft\\plane\\aircraft.cfg",
-                  "Aircraft\\plane\\panel\\", "Aircraft\\plane\\panel\\panel.cfg", "Main\\",
-                  "Main\\plane\\", "Main\\plane\\Effects\\", "Main\\plane\\Gauges\\",
-                  "Main\\plane\\Sound\\", "Main\\plane\\Texture\\", "SKV_AC.lst"}));
+            (Lines{"Aircraft\\", "Aircraft\\plane\\", "Aircraft\\plane\\aircraft.cfg",
+                   "Aircraft\\plane\\panel\\", "Aircraft\\plane\\panel\\panel.cfg", "Main\\",
+                   "Main\\plane\\", "Main\\plane\\Effects\\", "Main\\plane\\Gauges\\",
+                   "Main\\plane\\Sound\\", "Main\\plane\\Texture\\", "SKV_AC.lst"}));
   EXPECT_EQ(drive.read(hangarList), planeParked);
   EXPECT_EQ(list.smallIcon(1), 6) << "in the simulator and in the Hangar";
-  EXPECT_EQ(app.frmMain.lblStatus.notice, "Plane copied to the Hangar: 2 files");
+  EXPECT_EQ(form.lblStatus.notice, "Plane copied to the Hangar: 2 files");
 
   drive.write("C:\\FS\\aircraft\\plane\\panel\\panel.cfg", "new");
   // Listed already, listed in other letters and without the backslash, and not listed.
@@ -72,12 +67,12 @@ TEST_F(HangarTransferTest, ParkingIsACopyAndALine) {
   EXPECT_EQ(drive.read("C:\\Hangar\\aircraft\\plane\\panel\\panel.cfg"), "new");
   // A list that one look has missed gets no line twice.
   forEveryCall(
-      files, test::Ending::failedLook, [] {}, [this] { press(); },
+      files, Ending::failedLook, [] {}, [this] { press(); },
       [this](bool) { EXPECT_EQ(drive.read(hangarList), planeParked); });
 }
 
 TEST_F(HangarTransferTest, ToTheSimulatorMergesTheSharedFolders) {
-  const Tree shared = {"Gauges\\g.gau", "Sound\\s.wav", "Texture\\t.bmp", "Effects\\e.fx"};
+  const Lines shared = {"Gauges\\g.gau", "Sound\\s.wav", "Texture\\t.bmp", "Effects\\e.fx"};
   drive.write("C:\\Hangar\\aircraft\\h\\aircraft.cfg", "mine");
   for (const std::string& file : shared) drive.write("C:\\Hangar\\Main\\h\\" + file, "mine");
   drive.write("C:\\Hangar\\Main\\h\\Gauges\\old.gau", "mine");
@@ -98,14 +93,14 @@ TEST_F(HangarTransferTest, APackageGoesBeforeTheHangarFolder) {
   drive.write("C:\\Temp\\SKVInstallTemp\\Aircraft\\stray.txt", "of a failed job");
   package();
   std::set<std::string> shown;
-  app.frmMain.lblStatus.onChange = [&] { shown.insert(app.frmMain.lblStatus.caption); };
+  form.lblStatus.onChange = [&] { shown.insert(form.lblStatus.caption); };
   press();
-  app.frmMain.lblStatus.onChange = nullptr;
+  form.lblStatus.onChange = nullptr;
   EXPECT_TRUE(shown.contains("Prepairing files...") && shown.contains("Unzipping: h.zip"));
-  EXPECT_EQ(drive.tree("C:\\FS\\aircraft\\h"), (Tree{"aircraft.cfg", "model\\", "model\\m.mdl"}));
+  EXPECT_EQ(drive.tree("C:\\FS\\aircraft\\h"), (Lines{"aircraft.cfg", "model\\", "model\\m.mdl"}));
   EXPECT_EQ(drive.read("C:\\FS\\aircraft\\h\\aircraft.cfg"), "packed");
   EXPECT_EQ(drive.read("C:\\FS\\Gauges\\g.gau"), "g");
-  EXPECT_EQ(drive.tree("C:\\Temp\\SKVInstallTemp"), Tree{});
+  EXPECT_EQ(drive.tree("C:\\Temp\\SKVInstallTemp"), Lines{});
   EXPECT_EQ(list.smallIcon(1), 8);
   EXPECT_TRUE(windows.boxes.empty());
   EXPECT_TRUE(drive.exists("C:\\Packs\\h.zip"));
@@ -113,8 +108,8 @@ TEST_F(HangarTransferTest, APackageGoesBeforeTheHangarFolder) {
   sample::writeZip(disk.nativePath("C:\\Packs\\h.zip").value(), {{"aircraft.cfg", "loose"}});
   press();
   EXPECT_EQ(windows.boxTexts(),
-            Tree{"h was not copied to the simulator.\r\n"
-                 "The Package \"C:\\Packs\\h.zip\" holds no folder \"Aircraft\"."});
+            Lines{"h was not copied to the simulator.\r\n"
+                  "The Package \"C:\\Packs\\h.zip\" holds no folder \"Aircraft\"."});
   EXPECT_EQ(drive.read("C:\\FS\\aircraft\\h\\aircraft.cfg"), "packed");
 }
 
@@ -132,7 +127,7 @@ TEST_F(HangarTransferTest, APackageWithoutRoomStops) {
 }
 
 TEST_F(HangarTransferTest, OddRowsSpreadNoStore) {
-  const Tree before = drive.tree("C:\\");
+  const Lines before = drive.tree("C:\\");
   list.clear();
   press();
   // The first few are passed over, the others are refused.
@@ -204,7 +199,7 @@ class InterruptedTransferTest : public HangarTransferTest,
     }
     before = list.smallIcon(1);
     windows.boxes.clear();
-    app.frmMain.lblStatus.notice = "";
+    form.lblStatus.notice = "";
   }
   void expectCopied() {
     EXPECT_EQ(drive.tree(target), drive.tree(source));
@@ -219,12 +214,12 @@ class InterruptedTransferTest : public HangarTransferTest,
     EXPECT_EQ(drive.read("C:\\FS\\Gauges\\g.gau"), GetParam() ? "" : "gauge");
     for (const char* root : {"C:\\FS\\aircraft", "C:\\Hangar\\aircraft"})
       EXPECT_FALSE(drive.exists(root + std::string("\\~SKVUnfinished")));
-    EXPECT_NE(app.frmMain.lblStatus.notice, "");
+    EXPECT_NE(form.lblStatus.notice, "");
   }
   void expectNotListed() {
     EXPECT_EQ(drive.read(listFile), others);
     EXPECT_EQ(list.smallIcon(1), before);
-    EXPECT_EQ(app.frmMain.lblStatus.notice->find("copied to"), std::string::npos);
+    EXPECT_EQ(form.lblStatus.notice->find("copied to"), std::string::npos);
   }
   // The first line of each list.
   const std::string others = planeHere + line("Other", "C:\\Hangar\\aircraft\\other\\");
@@ -235,8 +230,8 @@ class InterruptedTransferTest : public HangarTransferTest,
 // Failures are told; whatever it is, it marks nothing and the next try finishes the job.
 class EndedTransferTest : public InterruptedTransferTest {
  protected:
-  void endAnywhere(test::Ending ending) {
-    Tree kept;
+  void endAnywhere(Ending ending) {
+    Lines kept;
     bool clears = false;
     const auto begin = [&] {
       start();
@@ -269,7 +264,6 @@ class EndedTransferTest : public InterruptedTransferTest {
                   files, ending, begin, [this] { press(); }, check),
               5);
   }
-  using Ending = test::Ending;
 };
 
 TEST_P(EndedTransferTest, AFullDisk) { endAnywhere(Ending::fullDisk); }
@@ -280,7 +274,7 @@ TEST_P(EndedTransferTest, APowerCutThatLeavesNothing) { endAnywhere(Ending::lost
 
 TEST_P(InterruptedTransferTest, AStopLeavesNothing) {
   windows.onYield = [this] {
-    EXPECT_FALSE(app.frmMain.enabled);
+    EXPECT_FALSE(form.enabled);
     EXPECT_EQ(windows.pointers.back(), ui::Pointer::hourglass);
     app.stopRequested = true;
   };
@@ -288,8 +282,8 @@ TEST_P(InterruptedTransferTest, AStopLeavesNothing) {
   windows.onYield = nullptr;
   EXPECT_FALSE(drive.exists(target));
   expectNotListed();
-  EXPECT_EQ(windows.boxTexts(), Tree{});
-  EXPECT_TRUE(app.frmMain.lblStatus.notice.get().starts_with("Stopped"));
+  EXPECT_EQ(windows.boxTexts(), Lines{});
+  EXPECT_TRUE(form.lblStatus.notice.get().starts_with("Stopped"));
   press();
   expectDone("the wish to stop is forgotten");
 }
@@ -297,5 +291,4 @@ TEST_P(InterruptedTransferTest, AStopLeavesNothing) {
 INSTANTIATE_TEST_SUITE_P(Both, EndedTransferTest, ::testing::Bool());
 INSTANTIATE_TEST_SUITE_P(Both, InterruptedTransferTest, ::testing::Bool());
 
-}  // namespace
-}  // namespace skv
+}  // namespace skv::test

@@ -3,14 +3,9 @@
 #include "aircraft/aircraft_views.h"
 #include "support/program_fixture.h"
 
-namespace skv {
-namespace {
+namespace skv::test {
 
-using test::holds;
-using test::line;
-using Lines = std::vector<std::string>;
-
-class ListCommandsTest : public test::ProgramTest {
+class ListCommandsTest : public ProgramTest {
  protected:
   ListCommandsTest() {
     for (const std::string& root : {fs, hangar}) {
@@ -34,23 +29,20 @@ class ListCommandsTest : public test::ProgramTest {
   std::size_t remove(int row, std::deque<ui::Answer> answers) {
     windows.boxes.clear();
     windows.answers = std::move(answers);
-    form.lstAircraft.select(row);
-    ui::raise(form.lstAircraft.itemClick);
-    ui::raise(form.btnDelAC.click);
+    select(form.lstAircraft, row);
+    click(form.btnDelAC);
     expectIdle();
     return windows.boxes.size();
   }
-  const ui::Answer yes = ui::Answer::yes, no = ui::Answer::no;
   const std::string fs = "C:\\FS\\aircraft\\", hangar = "C:\\Hangar\\aircraft\\";
-  ui::FrmMain& form = app.frmMain;
 };
 
 TEST_F(ListCommandsTest, ImportsWhatTheListsLack) {
   mnuViewFSAircraft_Click(app);
   for (int i = 0; i < 2; ++i) {
-    ui::raise(form.mnuFileImportAC.click);
-    ui::raise(form.mnuFileImportPN.click);
-    ui::raise(form.mnuFileImportSN.click);
+    click(form.mnuFileImportAC);
+    click(form.mnuFileImportPN);
+    click(form.mnuFileImportSN);
     EXPECT_EQ(rows(form.lstAircraft), (Lines{"Plane A|" + fs + "a\\", "*Unknown*|" + fs + "b\\"}));
     EXPECT_EQ(form.lstPanel.count(), 0) << "an alias is no panel";
     EXPECT_EQ(rows(form.lstSound), (Lines{"b|" + fs + "b\\sound\\"}));
@@ -66,13 +58,9 @@ TEST_F(ListCommandsTest, AddsOnlyAnAircraftBelowTheRoot) {
   for (const auto& [folder, taken] :
        {std::pair(fs, false), {fs + "b\\panel", false}, {"C:\\FS", false}, {fs + "a", true}}) {
     windows.boxes.clear();
-    form.visible = true;
-    windows.onShow[&app.frmDirSelect] = [&, path = folder] {
-      app.frmDirSelect.txtDir.text = path;
-      ui::raise(app.frmDirSelect.btnOK.click);
-    };
+    picks(folder);
     windows.inputs = {"Mine"};
-    ui::raise(form.btnAddAC.click);
+    click(form.btnAddAC);
     EXPECT_EQ(form.lstAircraft.count() == 3, taken) << folder;
     EXPECT_EQ(windows.boxes.size(), taken ? 0U : 1U);
   }
@@ -144,5 +132,4 @@ TEST_F(ListCommandsTest, FilesThatAreNotTheRowsAloneStay) {
   }
 }
 
-}  // namespace
-}  // namespace skv
+}  // namespace skv::test

@@ -4,21 +4,16 @@
 #include "base/paths.h"
 #include "support/program_fixture.h"
 
-namespace skv {
-namespace {
+namespace skv::test {
 
-using test::holds;
-using test::line;
-using Lines = std::vector<std::string>;
-
-class ListFilesTest : public test::ProgramTest {
+class ListFilesTest : public ProgramTest {
  protected:
   ListFilesTest() {
     app.ListDir = "C:\\FS\\";
     app.ACRoot = "C:\\FS\\aircraft\\";
   }
   const std::string listFile = "C:\\FS\\SKV_AC.lst";
-  ui::ListView& list = app.frmMain.lstAircraft;
+  ui::ListView& list = form.lstAircraft;
 };
 
 TEST_F(ListFilesTest, RowsShowWhereTheAircraftLives) {
@@ -90,9 +85,8 @@ TEST_F(ListFilesTest, WhatWasNotReadIsNotWrittenOver) {
     void (*rename)(App&, bool&, const std::string&);
   } libraries[] = {
       {list, listFile, LoadACList, SaveACList, lstAircraft_AfterLabelEdit},
-      {app.frmMain.lstPanel, "C:\\FS\\SKV_PN.lst", LoadPNList, SavePNList, lstPanel_AfterLabelEdit},
-      {app.frmMain.lstSound, "C:\\FS\\SKV_SN.lst", LoadSNList, SaveSNList,
-       lstSound_AfterLabelEdit}};
+      {form.lstPanel, "C:\\FS\\SKV_PN.lst", LoadPNList, SavePNList, lstPanel_AfterLabelEdit},
+      {form.lstSound, "C:\\FS\\SKV_SN.lst", LoadSNList, SaveSNList, lstSound_AfterLabelEdit}};
   const std::string two = line("a", "C:\\a\\") + line("b", "C:\\b\\");
   for (const auto& library : libraries) {
     const auto move = [this](const std::string& from, const std::string& to) {
@@ -185,5 +179,4 @@ TEST_F(ListFilesTest, AppendingKeepsAFileWithoutALastLineEnd) {
   EXPECT_FALSE(listInLibrary(app, "C:\\away\\o.lst", {"d", "C:\\d\\"}).ok());
 }
 
-}  // namespace
-}  // namespace skv
+}  // namespace skv::test

@@ -2,8 +2,7 @@
 
 #include <gtest/gtest.h>
 
-namespace skv {
-namespace {
+namespace skv::test {
 
 // Every pair, so that no lead byte swallows or changes what follows it.
 TEST(TextTest, EveryByteComesBackFromACodePage) {
@@ -40,5 +39,4 @@ TEST(TextTest, WhatAPageLacksIsStoredByItsLikeness) {
     EXPECT_EQ(storable(text, CodePage(page)), stored) << text;
 }
 
-}  // namespace
-}  // namespace skv
+}  // namespace skv::test

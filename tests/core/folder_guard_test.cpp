@@ -2,10 +2,9 @@
 
 #include "support/program_fixture.h"
 
-namespace skv {
-namespace {
+namespace skv::test {
 
-class FolderGuardTest : public test::ProgramTest {
+class FolderGuardTest : public ProgramTest {
  protected:
   FolderGuardTest() {
     for (const char* file :
@@ -94,5 +93,4 @@ TEST_F(FolderGuardTest, WhatTheDiskDoesNotTellIsRefused) {
   EXPECT_TRUE(mayBeGivenUp(app, use).ok());
 }
 
-}  // namespace
-}  // namespace skv
+}  // namespace skv::test

@@ -1,23 +1,14 @@
 #include "core/kept_original.h"
 
-#include <gtest/gtest.h>
-
-#include "platform/disk/drive_file_system.h"
+#include "support/disk_fixture.h"
 #include "support/every_call.h"
-#include "support/temporary_drive.h"
 
-namespace skv {
-namespace {
+namespace skv::test {
 
-using test::Ending;
-
-class KeptOriginalTest : public ::testing::Test {
+class KeptOriginalTest : public DiskTest {
  protected:
   const std::string folder = "C:\\plane\\";
   const std::string current = folder + "Aircraft.cfg", original = folder + "Aircraft.preSKV.cfg";
-  test::TemporaryDrive drive;
-  DriveFileSystem disk{drive.drives()};
-  test::FaultyFileSystem files{disk};
 
   // Both files read-only, as they stand before a change or before a reset.
   void put(const std::string& now, const std::string& kept) {
@@ -70,5 +61,4 @@ TEST_F(KeptOriginalTest, AChangeNeedsABackupAndAResetAnOriginal) {
   EXPECT_EQ(drive.read(current), "original");
 }
 
-}  // namespace
-}  // namespace skv
+}  // namespace skv::test

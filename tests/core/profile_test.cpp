@@ -1,16 +1,11 @@
 #include "core/profile.h"
 
-#include <gtest/gtest.h>
-
 #include <fstream>
 #include <iterator>
 
-#include "platform/disk/drive_file_system.h"
-#include "support/faulty_file_system.h"
-#include "support/temporary_drive.h"
+#include "support/disk_fixture.h"
 
-namespace skv {
-namespace {
+namespace skv::test {
 
 using namespace std::string_literals;
 
@@ -146,15 +141,12 @@ TEST(ProfileTest, SaysWhenAKeyCannotBeOne) {
   EXPECT_EQ(profile.bytes(), "[s]\r\n[t=1\r\n");
 }
 
-class ProfileFileTest : public ::testing::Test {
+class ProfileFileTest : public DiskTest {
  protected:
   const std::string file = "C:\\FS\\panel.cfg";
-  test::TemporaryDrive drive;
-  DriveFileSystem disk{drive.drives()};
-  test::FaultyFileSystem faulty{disk};
 
   Outcome write(const std::string& value) {
-    return WriteProfile(faulty, western, file, "fltsim", "alias", value);
+    return WriteProfile(files, western, file, "fltsim", "alias", value);
   }
 };
 
@@ -166,9 +158,9 @@ TEST_F(ProfileFileTest, MakesAMissingFileButNeverInThePlaceOfOneThatStands) {
   EXPECT_EQ(drive.read(file), "[fltsim]\r\nalias=x\r\n");
 
   for (const int error : {err::permissionDenied, err::deviceIo, err::fileNotFound}) {
-    faulty.failWhen("readFile", file, error);
+    files.failWhen("readFile", file, error);
     EXPECT_EQ(write("y").number(), error);
-    ASSERT_TRUE(faulty.heal());
+    ASSERT_TRUE(files.heal());
     EXPECT_EQ(drive.read(file), "[fltsim]\r\nalias=x\r\n");
   }
   ASSERT_TRUE(disk.setAttributes(file, {.readOnly = true}).ok());
@@ -176,5 +168,4 @@ TEST_F(ProfileFileTest, MakesAMissingFileButNeverInThePlaceOfOneThatStands) {
   EXPECT_EQ(ReadProfile(disk, western, file, "FLTSIM", "ALIAS"), "x");
 }
 
-}  // namespace
-}  // namespace skv
+}  // namespace skv::test

@@ -7,12 +7,9 @@
 #include "support/every_call.h"
 #include "support/program_fixture.h"
 
-namespace skv {
-namespace {
+namespace skv::test {
 
-using Tree = std::vector<std::string>;
-
-class WalkTreeTest : public test::ProgramTest {
+class WalkTreeTest : public ProgramTest {
  protected:
   void write(const std::vector<std::string>& paths) {
     for (const std::string& path : paths) drive.write(path, path);
@@ -44,7 +41,7 @@ TEST_F(WalkTreeTest, CopyMergesAndKeepsNewerFilesOfTheTopFolderOnly) {
   age("C:\\s\\sub\\deep.txt");
   walk("C:\\s", "C:\\d", WalkCopy, false);
   EXPECT_EQ(drive.filesIn("C:\\d"),
-            (Tree{"SUB\\Deep.txt", "Sub2\\x\\y.txt", "TOP.TXT", "new.txt"}));
+            (Lines{"SUB\\Deep.txt", "Sub2\\x\\y.txt", "TOP.TXT", "new.txt"}));
   EXPECT_EQ(drive.read("C:\\d\\top.txt"), "newer");
   EXPECT_EQ(drive.read("C:\\d\\sub\\deep.txt"), "C:\\s\\sub\\deep.txt");
   EXPECT_EQ(disk.modified("C:\\d\\sub\\deep.txt").value().seconds, 1000000000);
@@ -63,13 +60,13 @@ TEST_F(WalkTreeTest, MovesAndDeletionsEmptyTheSourceButForWhatIsHidden) {
   fill();
   drive.write("C:\\d\\old.txt", "newer");
   walk("C:\\s", "C:\\d", WalkMove, false);
-  EXPECT_EQ(drive.tree("C:\\s"), (Tree{"keep\\", "keep\\.hidden"}));
+  EXPECT_EQ(drive.tree("C:\\s"), (Lines{"keep\\", "keep\\.hidden"}));
   EXPECT_EQ(drive.read("C:\\d\\old.txt"), "newer") << "what is not newer is dropped";
-  EXPECT_EQ(drive.filesIn("C:\\d"), (Tree{"old.txt", "ro.txt", "sub\\a.txt"}));
+  EXPECT_EQ(drive.filesIn("C:\\d"), (Lines{"old.txt", "ro.txt", "sub\\a.txt"}));
   EXPECT_EQ(disk.modified("C:\\d\\sub\\a.txt").value().seconds, 1000000000);
   fill();
   walk("C:\\s", "", WalkDelete, true);
-  EXPECT_EQ(drive.tree("C:\\s"), (Tree{"keep\\", "keep\\.hidden"}));
+  EXPECT_EQ(drive.tree("C:\\s"), (Lines{"keep\\", "keep\\.hidden"}));
 }
 
 TEST_F(WalkTreeTest, AFileIsDroppedOnlyForATargetThatIsSurelyItsOwn) {
@@ -110,13 +107,13 @@ TEST_F(WalkTreeTest, LinksAreFollowedForReadingButNeverForRemoving) {
   EXPECT_EQ(find(WalkFindGauge), "C:\\s\\link\\");
   EXPECT_TRUE(disk.makeFolder("C:\\d").ok());
   walk("C:\\s", "C:\\d", WalkCopy, true);
-  EXPECT_EQ(drive.tree("C:\\d"), (Tree{"b.txt", "link\\", "link\\a.gau"}));
+  EXPECT_EQ(drive.tree("C:\\d"), (Lines{"b.txt", "link\\", "link\\a.gau"}));
 
   for (const WalkCode code : {WalkPurge, WalkMove, WalkDelete}) {
     walk("C:\\s", "C:\\d", code, true);
     EXPECT_EQ(drive.read("C:\\real\\a.gau"), "C:\\real\\a.gau") << static_cast<int>(code);
   }
-  EXPECT_EQ(drive.tree("C:\\s"), Tree{}) << "deleting removes the links themselves";
+  EXPECT_EQ(drive.tree("C:\\s"), Lines{}) << "deleting removes the links themselves";
 }
 
 TEST_F(WalkTreeTest, CopyIntoItselfEnds) {
@@ -125,13 +122,13 @@ TEST_F(WalkTreeTest, CopyIntoItselfEnds) {
   for (const bool tells : {true, false}) {
     if (!tells) files.failWhen("identity", "C:\\s\\inside", err::deviceIo);
     walk("C:\\s", "C:\\s\\inside", WalkCopy, true);
-    EXPECT_EQ(drive.tree("C:\\s\\inside"), (Tree{"a.txt", "sub\\", "sub\\b.txt"}));
+    EXPECT_EQ(drive.tree("C:\\s\\inside"), (Lines{"a.txt", "sub\\", "sub\\b.txt"}));
   }
   files.heal();
   walk("C:\\s", "C:\\S", WalkMove, true);
   EXPECT_EQ(drive.read("C:\\s\\a.txt"), "C:\\s\\a.txt");
   walk("C:\\s", "C:\\s\\inside", WalkMove, true);
-  EXPECT_EQ(drive.filesIn("C:\\s"), (Tree{"inside\\a.txt", "inside\\sub\\b.txt"}));
+  EXPECT_EQ(drive.filesIn("C:\\s"), (Lines{"inside\\a.txt", "inside\\sub\\b.txt"}));
 }
 
 TEST_F(WalkTreeTest, CollectSizeAndPurge) {
@@ -139,13 +136,13 @@ TEST_F(WalkTreeTest, CollectSizeAndPurge) {
          "C:\\s\\Main\\d.bgl"});
   drive.write("C:\\s\\empty\\sub\\e.mdl", "12345");
   walk("C:\\s", "", WalkCollect, true);
-  EXPECT_EQ(app.PackFileList, (Tree{"a.txt", "empty\\sub\\e.mdl", "Main\\b.JPG", "Main\\d.bgl",
-                                    "Main\\hello", "Main\\Deep\\c.cfg"}));
+  EXPECT_EQ(app.PackFileList, (Lines{"a.txt", "empty\\sub\\e.mdl", "Main\\b.JPG", "Main\\d.bgl",
+                                     "Main\\hello", "Main\\Deep\\c.cfg"}));
   walk("C:\\s\\empty", "", WalkSize, true);
   EXPECT_EQ(app.SizeTotal, 5);
   walk("C:\\s", "", WalkPurge, true);
-  EXPECT_EQ(drive.tree("C:\\s"), (Tree{"Main\\", "Main\\Deep\\", "Main\\Deep\\c.cfg", "Main\\b.JPG",
-                                       "a.txt", "empty\\", "empty\\sub\\"}));
+  EXPECT_EQ(drive.tree("C:\\s"), (Lines{"Main\\", "Main\\Deep\\", "Main\\Deep\\c.cfg",
+                                        "Main\\b.JPG", "a.txt", "empty\\", "empty\\sub\\"}));
 }
 
 TEST_F(WalkTreeTest, ScansAddWhatTheListsLack) {
@@ -159,19 +156,19 @@ TEST_F(WalkTreeTest, ScansAddWhatTheListsLack) {
                                       {"one\\Sound\\sound.cfg", ""},
                                       {"~SKVUnfinished\\aircraft.cfg", "[fltsim.0]"}})
     drive.write(app.ACRoot + file, content);
-  app.frmMain.lstAircraft.add("Known", {"c:\\fs\\AIRCRAFT\\THREE\\"});
+  form.lstAircraft.add("Known", {"c:\\fs\\AIRCRAFT\\THREE\\"});
   for (const WalkCode code : {WalkScanAC, WalkScanPN, WalkScanSN}) walk(app.ACRoot, "", code, true);
-  EXPECT_EQ(rows(app.frmMain.lstAircraft),
-            (Tree{"Known|c:\\fs\\AIRCRAFT\\THREE\\", "One|C:\\FS\\aircraft\\one\\",
-                  "*Unknown*|C:\\FS\\aircraft\\two\\"}));
-  EXPECT_EQ(rows(app.frmMain.lstPanel),
-            (Tree{"Glass|C:\\FS\\aircraft\\Glass\\", "one|C:\\FS\\aircraft\\one\\panel\\"}));
-  EXPECT_EQ(rows(app.frmMain.lstSound), Tree{"one|C:\\FS\\aircraft\\one\\Sound\\"});
+  EXPECT_EQ(rows(form.lstAircraft),
+            (Lines{"Known|c:\\fs\\AIRCRAFT\\THREE\\", "One|C:\\FS\\aircraft\\one\\",
+                   "*Unknown*|C:\\FS\\aircraft\\two\\"}));
+  EXPECT_EQ(rows(form.lstPanel),
+            (Lines{"Glass|C:\\FS\\aircraft\\Glass\\", "one|C:\\FS\\aircraft\\one\\panel\\"}));
+  EXPECT_EQ(rows(form.lstSound), Lines{"one|C:\\FS\\aircraft\\one\\Sound\\"});
 
-  app.frmMain.lstAircraft.clear();
-  app.frmMain.lstAircraft.add("The root itself", {app.ACRoot});
+  form.lstAircraft.clear();
+  form.lstAircraft.add("The root itself", {app.ACRoot});
   walk(app.ACRoot, "", WalkScanAC, true);
-  EXPECT_EQ(app.frmMain.lstAircraft.count(), 1);
+  EXPECT_EQ(form.lstAircraft.count(), 1);
 }
 
 TEST_F(WalkTreeTest, AReportTellsWhatHappened) {
@@ -303,13 +300,13 @@ TEST_F(WalkTreeTest, ABoxNamesTheFirstFailureOnce) {
   report += next;
   EXPECT_FALSE(tellWalk(app, report, "copied"));
   expectTold("2 of 419 files could not be copied, the first:\r\nC:\\a\\b.txt\r\nDisk full");
-  EXPECT_EQ(app.frmMain.lblStatus.notice, "");
+  EXPECT_EQ(form.lblStatus.notice, "");
 }
 
 TEST_F(WalkTreeTest, MoveKilledAnywhereLosesNoFile) {
-  const Tree names = {"a.txt", "sub\\b.txt", "sub\\c.txt"}, stores = {"C:\\s\\", "C:\\d\\"};
-  test::forEveryCall(
-      files, test::Ending::kill,
+  const Lines names = {"a.txt", "sub\\b.txt", "sub\\c.txt"}, stores = {"C:\\s\\", "C:\\d\\"};
+  forEveryCall(
+      files, Ending::kill,
       [&] {
         drive.clear("C:\\d");
         for (const std::string& name : names) drive.write("C:\\s\\" + name, name);
@@ -321,5 +318,4 @@ TEST_F(WalkTreeTest, MoveKilledAnywhereLosesNoFile) {
       });
 }
 
-}  // namespace
-}  // namespace skv
+}  // namespace skv::test

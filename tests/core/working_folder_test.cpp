@@ -2,12 +2,9 @@
 
 #include "support/program_fixture.h"
 
-namespace skv {
-namespace {
+namespace skv::test {
 
-using Tree = std::vector<std::string>;
-
-class WorkingFolderTest : public test::ProgramTest {
+class WorkingFolderTest : public ProgramTest {
  protected:
   const std::string temp = "C:\\Temp\\SKVInstallTemp\\";
 };
@@ -22,7 +19,7 @@ TEST_F(WorkingFolderTest, GoesWithWhatIsHiddenAndWithNothingBehindLinks) {
   drive.link(temp + "link", "C:\\FS\\aircraft");
   app.stopRequested = true;  // cleaning up goes on
   EXPECT_TRUE(clearWorkingFolders(app).ok());
-  EXPECT_EQ(drive.tree(temp), Tree{"mailed.zip"});
+  EXPECT_EQ(drive.tree(temp), Lines{"mailed.zip"});
   drive.write(temp + ".hidden", "");
   emptyWorkingFolder(app);
   EXPECT_TRUE(drive.tree(temp).empty());
@@ -34,7 +31,7 @@ TEST_F(WorkingFolderTest, GoesWithWhatIsHiddenAndWithNothingBehindLinks) {
 
 TEST_F(WorkingFolderTest, IsRefusedWhereItsContentIsNotTheProgramsOwn) {
   const auto refused = [this](const char* what) {
-    const Tree before = drive.tree("C:\\");
+    const Lines before = drive.tree("C:\\");
     EXPECT_FALSE(prepareWorkingFolder(app).ok()) << what;
     EXPECT_FALSE(clearWorkingFolders(app).ok()) << what;
     emptyWorkingFolder(app);
@@ -66,5 +63,4 @@ TEST_F(WorkingFolderTest, WhatAFailedJobLeftMustGoBeforeTheNext) {
   EXPECT_FALSE(clearWorkingFolders(app).ok());
 }
 
-}  // namespace
-}  // namespace skv
+}  // namespace skv::test

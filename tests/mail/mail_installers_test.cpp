@@ -26,22 +26,22 @@ class MailInstallTest : public SceneryTest {
     return {"/FSSkyvaultPack/SC/" + name, "note of " + name, {{name, rome}}};
   }
   // Runs over the mails and looks at what holds after every run. Answers the boxes.
-  Tree run(const std::vector<ScriptedMailItem>& mails, bool pop = true) {
+  Lines run(const std::vector<ScriptedMailItem>& mails, bool pop = true) {
     windows.boxes.clear();
     mail.calls.clear();
     mail.mailbox = mail.folders["Inbox"] = mails;
     click(pop ? form.mnuFileInstallFromEmailPOP : form.mnuFileInstallFromEmailOLK);
     expectIdle();
     EXPECT_TRUE(mail.closed);
-    EXPECT_EQ(drive.tree("C:\\Temp\\SKVInstallTemp"), Tree{});
+    EXPECT_EQ(drive.tree("C:\\Temp\\SKVInstallTemp"), Lines{});
     EXPECT_EQ(app.PendingZIP, "");
     EXPECT_FALSE(form.lblStatus.showsProgress);
     EXPECT_TRUE(windows.answers.empty());
     return windows.boxTexts();
   }
   // The attachments of the mails that are left on the server.
-  Tree left() const {
-    Tree names;
+  Lines left() const {
+    Lines names;
     for (const auto& item : mail.mailbox)
       names.push_back(item.attachments.empty() ? "" : item.attachments.back().name);
     return names;
@@ -60,15 +60,15 @@ TEST_F(MailInstallTest, EachKindOfMailHasItsView) {
   two.attachments.insert(two.attachments.begin(), {"no.zip", "not this one"});
   const std::vector<ScriptedMailItem> mails{
       {"hello", "h", {{"x.zip", plane}}}, aircraft("a.ZIP"), scenery("Rome.zip"), two};
-  EXPECT_EQ(run(mails), (Tree{"note of a.ZIP", "note of b.zip"}));
-  EXPECT_EQ(left(), (Tree{"x.zip", "Rome.zip"}));
+  EXPECT_EQ(run(mails), (Lines{"note of a.ZIP", "note of b.zip"}));
+  EXPECT_EQ(left(), (Lines{"x.zip", "Rome.zip"}));
   EXPECT_TRUE(hangarHas("a") && hangarHas("b"));
   EXPECT_EQ(called("FetchFullMail"), 2U);
   EXPECT_EQ(form.lblStatus.caption, "");
   open();
-  EXPECT_EQ(run(mails), Tree{"note of Rome.zip"});
-  EXPECT_EQ(left(), (Tree{"x.zip", "a.ZIP", "b.zip"}));
-  EXPECT_EQ(listed(), Tree{"Rome|ADDON SCENERY\\Rome"});
+  EXPECT_EQ(run(mails), Lines{"note of Rome.zip"});
+  EXPECT_EQ(left(), (Lines{"x.zip", "a.ZIP", "b.zip"}));
+  EXPECT_EQ(listed(), Lines{"Rome|ADDON SCENERY\\Rome"});
   app.SceneryLib.clear();
   run(mails);
   expectTold("No folder is set for the scenery library.");
@@ -76,16 +76,16 @@ TEST_F(MailInstallTest, EachKindOfMailHasItsView) {
 }
 
 TEST_F(MailInstallTest, TheSecondRunFindsTheAddonInstalled) {
-  EXPECT_EQ(run({}), Tree{"No Mails in POP3 Account!"});
-  EXPECT_EQ(run({}, false), Tree{});
-  EXPECT_EQ(run({aircraft("a.zip")}, false), Tree{"note of a.zip"});
+  EXPECT_EQ(run({}), Lines{"No Mails in POP3 Account!"});
+  EXPECT_EQ(run({}, false), Lines{});
+  EXPECT_EQ(run({aircraft("a.zip")}, false), Lines{"note of a.zip"});
   EXPECT_TRUE(hangarHas("a"));
   EXPECT_EQ(run({aircraft("A.zip"), aircraft("b.zip")}, false),
-            (Tree{"note of A.zip", already, "note of b.zip"}));
+            (Lines{"note of A.zip", already, "note of b.zip"}));
   EXPECT_EQ(called("DeleteMail"), 0U);
   EXPECT_EQ(run({aircraft("a.zip"), aircraft("c.zip")}),
-            (Tree{"note of a.zip", already, "note of c.zip"}));
-  EXPECT_EQ(left(), Tree{});
+            (Lines{"note of a.zip", already, "note of c.zip"}));
+  EXPECT_EQ(left(), Lines{});
 
   // What a run that was cut short has left: an add-on without a row, whose mail is not missed.
   click(form.mnuViewFSAircraft);
@@ -93,19 +93,19 @@ TEST_F(MailInstallTest, TheSecondRunFindsTheAddonInstalled) {
   drive.write(list, "");
   files.failWhen("replaceFile", list, err::diskFull);
   run({aircraft("a.zip")});
-  EXPECT_EQ(left(), Tree{"a.zip"});
+  EXPECT_EQ(left(), Lines{"a.zip"});
   files.heal();
   run({aircraft("a.zip")});
-  EXPECT_EQ(left(), Tree{});
+  EXPECT_EQ(left(), Lines{});
   EXPECT_TRUE(holds(rows, drive.read(list)) && !drive.read(list).empty());
   drive.write("C:\\Hangar\\aircraft\\f", "a file of somebody's");
   run({aircraft("f.zip"), aircraft("g.zip")});
-  EXPECT_EQ(left(), Tree{"f.zip"});
+  EXPECT_EQ(left(), Lines{"f.zip"});
 }
 
 TEST_F(MailInstallTest, AMailThatIsNoGoodDoesNotKeepTheOthersFromTheirTurn) {
   std::vector<ScriptedMailItem> mails{{"/FSSkyvaultPack/AC/none", "note"}};
-  Tree told{"note", noneFound}, names{""};
+  Lines told{"note", noneFound}, names{""};
   const std::string tooLong = std::string(252, 'p') + ".zip", farTooLong = tooLong + ".zip";
   for (const std::string& name : std::initializer_list<std::string>{
            "", "plane", "plane.exe", ".zip", "..zip", "...zip", "con.zip", "what?.zip", "a .zip",
@@ -130,8 +130,8 @@ TEST_F(MailInstallTest, WhatWasNotInstalledStaysUnlessTheUserGivesItUp) {
   // A broken archive, and a Cancel in the box for the name.
   for (const bool broken : {true, false}) {
     const auto bad = aircraft("a.zip", broken ? sample::zipBytes({{"read.me", ""}}) : plane);
-    const auto told = [&](const Tree& rest) {
-      Tree texts{"note of a.zip"};
+    const auto told = [&](const Lines& rest) {
+      Lines texts{"note of a.zip"};
       if (broken) texts.emplace_back("No Aircraft.cfg found!");
       texts.insert(texts.end(), rest.begin(), rest.end());
       return texts;
@@ -143,12 +143,12 @@ TEST_F(MailInstallTest, WhatWasNotInstalledStaysUnlessTheUserGivesItUp) {
     EXPECT_EQ(attempt(false), told({}));
     EXPECT_EQ(attempt(true), told({question}));
     EXPECT_EQ(windows.boxes.back().defaultButton, ui::DefaultButton::no);
-    EXPECT_EQ(left(), (Tree{"a.zip", "x.zip"}));
-    EXPECT_EQ(drive.filesIn("C:\\Temp"), Tree{});
+    EXPECT_EQ(left(), (Lines{"a.zip", "x.zip"}));
+    EXPECT_EQ(drive.filesIn("C:\\Temp"), Lines{});
 
     windows.answers = {yes};
     EXPECT_EQ(attempt(true), told({question, "The archive is kept as \"C:\\Temp\\a.zip\"."}));
-    EXPECT_EQ(left(), Tree{"x.zip"});
+    EXPECT_EQ(left(), Lines{"x.zip"});
     EXPECT_EQ(drive.read("C:\\Temp\\a.zip"), bad.attachments[0].content);
     drive.remove("C:\\Temp\\a.zip");
   }
@@ -156,7 +156,7 @@ TEST_F(MailInstallTest, WhatWasNotInstalledStaysUnlessTheUserGivesItUp) {
   mail.mailbox = {aircraft("a.zip", "broken")};
   windows.answers = {yes};
   click(form.mnuFileInstallFromEmailPOP);
-  EXPECT_EQ(left(), Tree{"a.zip"}) << "the only copy";
+  EXPECT_EQ(left(), Lines{"a.zip"}) << "the only copy";
 }
 
 TEST_F(MailInstallTest, AFailureEndsTheRunAndLosesNothing) {
@@ -166,7 +166,7 @@ TEST_F(MailInstallTest, AFailureEndsTheRunAndLosesNothing) {
     std::string operation;
     int call;
     Outcome outcome;
-    Tree left;
+    Lines left;
     std::string status;
     bool goesOn = false;
   } cases[] = {
@@ -187,7 +187,7 @@ TEST_F(MailInstallTest, AFailureEndsTheRunAndLosesNothing) {
     drive.clear("C:\\Hangar");
     mnuViewHangar_Click(app);
     mail.failAt(operation, call, outcome);
-    const Tree told = run({aircraft("a.zip"), aircraft("b.zip")});
+    const Lines told = run({aircraft("a.zip"), aircraft("b.zip")});
     EXPECT_EQ(std::ranges::count(told, "Error #" + std::to_string(outcome.number()) + "\r\n" +
                                            outcome.description()),
               1);
@@ -197,10 +197,10 @@ TEST_F(MailInstallTest, AFailureEndsTheRunAndLosesNothing) {
   }
   // The mail that could not be deleted is not installed again unnoticed.
   EXPECT_EQ(run({aircraft("b.zip"), aircraft("a.zip")}),
-            (Tree{"note of b.zip", "note of a.zip", already}));
+            (Lines{"note of b.zip", "note of a.zip", already}));
   files.failWhen("attributes", "C:\\Hangar\\aircraft\\c", err::deviceIo);
   EXPECT_EQ(run({aircraft("c.zip")}).size(), 2U);
-  EXPECT_EQ(left(), Tree{"c.zip"});
+  EXPECT_EQ(left(), Lines{"c.zip"});
 }
 
 TEST_F(MailInstallTest, StoppingLeavesWhatHasNotBeenDone) {
@@ -226,7 +226,7 @@ TEST_F(MailInstallTest, AHostWithoutEncryptionIsAskedForOnce) {
   settings.values["Mail/POPHost"] = "Pop.example.com:110";
   mail.unencrypted = {"Pop.example.com:110"};
   const std::vector<ScriptedMailItem> mails{aircraft("a.zip")};
-  const Tree told = run(mails);
+  const Lines told = run(mails);
   ASSERT_EQ(told.size(), 1U);
   EXPECT_TRUE(holds(told[0], "\"pop.example.com\" offers no encryption"));
   EXPECT_EQ(windows.boxes[0].defaultButton, ui::DefaultButton::no);
@@ -235,7 +235,7 @@ TEST_F(MailInstallTest, AHostWithoutEncryptionIsAskedForOnce) {
   EXPECT_EQ(run(mails).size(), 2U);
   EXPECT_TRUE(hangarHas("a"));
   mail.plainHosts.clear();  // as in the next run of the program
-  EXPECT_EQ(run(mails), (Tree{"note of a.zip", already}));
+  EXPECT_EQ(run(mails), (Lines{"note of a.zip", already}));
   settings.values["Mail/POPHost"] = "other.example.com";
   mail.unencrypted = {"other.example.com"};
   EXPECT_EQ(run(mails).size(), 1U) << "another host is another question";
@@ -262,7 +262,7 @@ TEST_F(MailInstallTest, TheSettingsReachTheEngineAsTheyAre) {
   settings.values["Mail/OutlookFolder"] = "";
   click(form.mnuFileInstallFromEmailOLK);
   EXPECT_EQ(mail.calls,
-            (Tree{"SetFetchLimit 20000", "SetOutlookFilter Subject contains \"/FSSkyvault\"",
+            (Lines{"SetFetchLimit 20000", "SetOutlookFilter Subject contains \"/FSSkyvault\"",
                   "FetchOutlookFolder"}));
   EXPECT_TRUE(holds(windows.boxTexts().back(), "There is no \"Outlook Inbox"));
 }

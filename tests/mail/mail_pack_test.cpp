@@ -29,10 +29,10 @@ class MailPackTest : public SceneryTest {
     pack.txtEMail.text = "ben@example.net";
   }
   // Answers what was told.
-  Tree send() {
+  Lines send() {
     windows.boxes.clear();
     mail.calls.clear();
-    ui::raise(pack.btnSend.click);
+    click(pack.btnSend);
     expectIdle();
     EXPECT_TRUE(pack.btnSend.enabled && pack.btnCancel.enabled && !pack.sending);
     EXPECT_FALSE(pack.lblStatus.showsProgress);
@@ -49,7 +49,7 @@ TEST_F(MailPackTest, AnAircraftThatHasNoPackageIsPackedAndSent) {
   EXPECT_EQ(pack.imgAC.picture, "C:\\a.jpg");
   EXPECT_EQ(pack.lblAddon.caption, "Aircraft: Cessna.zip");
   pack.txtMsg.text = "Hello Ben,\n\nhere it is.";
-  EXPECT_EQ(send(), Tree{});
+  EXPECT_EQ(send(), Lines{});
   ASSERT_EQ(mail.sent.size(), 1U);
   const SentMail& sent = mail.sent[0];
   EXPECT_EQ(sent.subject, "/FSSkyvaultPack/AC/Cessna.zip");
@@ -86,14 +86,14 @@ TEST_F(MailPackTest, ASceneryGoesByTheWayThatIsRemembered) {
   settings.values["Mail/SMTPUserName"] = "anna";
   openPack();
   pack.cmbMailType.listIndex = 1;
-  ui::raise(pack.cmbMailType.click);
+  click(pack.cmbMailType);
   EXPECT_EQ(settings.values["Mail/Type"], "1");
-  ui::raise(pack.btnCancel.click);
+  click(pack.btnCancel);
   EXPECT_FALSE(pack.visible);
   openPack();
-  EXPECT_EQ(pack.cmbMailType.items.get(), (Tree{"POP3", "Outlook"}));
+  EXPECT_EQ(pack.cmbMailType.items.get(), (Lines{"POP3", "Outlook"}));
   EXPECT_EQ(pack.cmbMailType.listIndex, 1);
-  EXPECT_EQ(send(), Tree{});
+  EXPECT_EQ(send(), Lines{});
   ASSERT_EQ(mail.handedOver.size(), 1U);
   EXPECT_EQ(mail.handedOver[0].subject, "/FSSkyvaultPack/SC/Rome.zip");
   EXPECT_EQ(mail.handedOver[0].attachments[0].content, "scenery");
@@ -122,20 +122,20 @@ TEST_F(MailPackTest, TheHangarAloneAndASenderAreNeeded) {
     settings.values["Mail/" + std::string(key)].clear();
   click(form.mnuFileMailPack);
   EXPECT_EQ(windows.boxTexts(),
-            (Tree{"You must specify your EMail address!", "You must specify your Firstname!",
-                  "You must specify your Lastname!"}));
+            (Lines{"You must specify your EMail address!", "You must specify your Firstname!",
+                   "You must specify your Lastname!"}));
   EXPECT_TRUE(pack.visible);
   pack.closed();
   windows.boxes.clear();
   windows.onShow[&app.frmIdentity] = [&] {
     auto& identity = app.frmIdentity;
     identity.txtEMail.text = "nobody";
-    ui::raise(identity.btnOK.click);
+    click(identity.btnOK);
     EXPECT_TRUE(identity.visible) << "that is no address";
     identity.txtEMail.text = " zoe@example.org ";
     identity.txtFirstName.text = "Zoe";
     identity.txtLastName.text = "Young";
-    ui::raise(identity.btnOK.click);
+    click(identity.btnOK);
   };
   makePackage();
   openPack();
@@ -157,17 +157,17 @@ TEST_F(MailPackTest, AFailedStepIsToldAndTheDialogStaysReady) {
     SCOPED_TRACE(operation);
     pack.lblStatus.caption = "";
     mail.failAt(operation, 1, fault);
-    EXPECT_EQ(send(), Tree{"Error #31100\r\nrefused"});
+    EXPECT_EQ(send(), Lines{"Error #31100\r\nrefused"});
     EXPECT_EQ(pack.lblStatus.caption, status);
     EXPECT_TRUE(mail.sent.empty() && pack.visible);
   }
   settings.values["Mail/SMTPHost"] = "";
   mail.failAt("SendMail", 1, fault);
   EXPECT_TRUE(holds(send().at(0), "There is no \"SMTP Mailhost:\" yet"));
-  app.frmMain.enabled = false;  // another operation runs
-  ui::raise(pack.btnSend.click);
+  form.enabled = false;  // another operation runs
+  click(pack.btnSend);
   EXPECT_TRUE(holds(windows.boxTexts().back(), "still at work"));
-  app.frmMain.enabled = true;
+  form.enabled = true;
   send();
   EXPECT_EQ(mail.sent.size(), 1U);
 }
@@ -185,7 +185,7 @@ TEST_F(MailPackTest, TheLoginGoesToTheServerThatTheUserHasAllowed) {
   EXPECT_EQ(mail.sent.size(), 1U);
   EXPECT_EQ(std::ranges::count(mail.calls, "SetSmtpPassword secret"), 1);
   mail.plainHosts.clear();
-  EXPECT_EQ(send(), Tree{});
+  EXPECT_EQ(send(), Lines{});
   secrets.runs = false;
   EXPECT_TRUE(holds(send().at(0), "SMTP password cannot be read"));
   EXPECT_EQ(mail.sent.size(), 2U);

@@ -1,21 +1,17 @@
 #include "packaging/aircraft_installer.h"
 #include "aircraft/aircraft_views.h"
 
-#include "core/disk_queries.h"
 #include "sample/zip_file.h"
 #include "support/every_call.h"
 #include "support/program_fixture.h"
-#include "ui/views.h"
 
-namespace skv {
-namespace {
+namespace skv::test {
 
 using sample::Files;
-using Tree = std::vector<std::string>;
 
 const std::string cfg = "[fltsim.0]\r\nTitle=The Plane\r\n";
 
-class InstallerTest : public test::ProgramTest {
+class InstallerTest : public ProgramTest {
  protected:
   InstallerTest() { mnuViewFSAircraft_Click(app); }
   void zip(const Files& content, const sample::ZipStyle& style = {},
@@ -24,13 +20,13 @@ class InstallerTest : public test::ProgramTest {
   }
   void install(const std::string& name = "C:\\plane.zip") {
     windows.picks = {name};
-    app.frmMain.mnuFileInstallAC.click();
+    form.mnuFileInstallAC.click();
     expectIdle();
   }
-  Tree hangar() { return drive.filesIn("C:\\Hangar"); }
+  Lines hangar() { return drive.filesIn("C:\\Hangar"); }
   void expectClean(const std::string& status = "") {
-    EXPECT_EQ(drive.tree("C:\\Temp\\SKVInstallTemp"), Tree{});
-    EXPECT_EQ(app.frmMain.lblStatus.caption.get(), status);
+    EXPECT_EQ(drive.tree("C:\\Temp\\SKVInstallTemp"), Lines{});
+    EXPECT_EQ(form.lblStatus.caption.get(), status);
   }
 };
 
@@ -76,12 +72,12 @@ TEST_F(InstallerTest, RecognisesWhatIsInAnArchiveOfAnyLayout) {
     zip(filesOf(archive), {.backslashes = archive.starts_with("Aircraft/")});
     install();
     const auto placed = [this](const std::string& folder, const std::string& names) {
-      EXPECT_EQ(drive.filesIn(folder), names.empty() ? Tree{} : split(names, ' ')) << folder;
+      EXPECT_EQ(drive.filesIn(folder), names.empty() ? Lines{} : split(names, ' ')) << folder;
     };
     placed("C:\\Hangar\\aircraft\\plane", aircraft);
     placed("C:\\Hangar\\Main\\plane", shared);
     EXPECT_EQ(drive.exists("C:\\Hangar\\Main\\plane\\Effects"), !aircraft.empty());
-    EXPECT_EQ(windows.boxTexts(), aircraft.empty() ? Tree{"No Aircraft.cfg found!"} : Tree{});
+    EXPECT_EQ(windows.boxTexts(), aircraft.empty() ? Lines{"No Aircraft.cfg found!"} : Lines{});
     windows.boxes.clear();
     expectClean();
   }
@@ -92,8 +88,8 @@ TEST_F(InstallerTest, ZipsInTheZipAreOpenedDownToTheFirstLevel) {
   zip({{"addon.ZIP", sample::zipBytes({{"x/aircraft.cfg", cfg}, {"x/deep.zip", deep}})},
        {"more/gauges.zip", sample::zipBytes(filesOf("g.gau"))}});
   install();
-  EXPECT_EQ(hangar(), (Tree{"Main\\plane\\Gauges\\g.gau", "SKV_AC.lst",
-                            "aircraft\\plane\\aircraft.cfg", "aircraft\\plane\\deep.zip"}));
+  EXPECT_EQ(hangar(), (Lines{"Main\\plane\\Gauges\\g.gau", "SKV_AC.lst",
+                             "aircraft\\plane\\aircraft.cfg", "aircraft\\plane\\deep.zip"}));
 }
 
 TEST_F(InstallerTest, TheNewRowIsSavedSelectedAndMarked) {
@@ -101,17 +97,17 @@ TEST_F(InstallerTest, TheNewRowIsSavedSelectedAndMarked) {
   mnuViewFSAircraft_Click(app);
   windows.inputs = {"My Plane"};
   install();
-  auto& list = app.frmMain.lstAircraft;
-  EXPECT_EQ(windows.inputPrompts, Tree{"Foldername for aircraft:|plane"});
-  EXPECT_EQ(app.frmMain.btnHangar.caption, "To FS2002...");
-  EXPECT_EQ(rows(list), Tree{"My Plane|C:\\Hangar\\aircraft\\My Plane\\"});
+  auto& list = form.lstAircraft;
+  EXPECT_EQ(windows.inputPrompts, Lines{"Foldername for aircraft:|plane"});
+  EXPECT_EQ(form.btnHangar.caption, "To FS2002...");
+  EXPECT_EQ(rows(list), Lines{"My Plane|C:\\Hangar\\aircraft\\My Plane\\"});
   EXPECT_EQ(list.selected(), 1);
   EXPECT_EQ(list.smallIcon(1), 5);
   EXPECT_EQ(drive.read("C:\\Hangar\\SKV_AC.lst"),
-            test::line("My Plane", "C:\\Hangar\\aircraft\\My Plane\\"));
+            line("My Plane", "C:\\Hangar\\aircraft\\My Plane\\"));
   windows.inputs = {"my plane"};
   install();
-  EXPECT_EQ(windows.boxTexts(), Tree{"Aircraft 'my plane' already exists!"});
+  EXPECT_EQ(windows.boxTexts(), Lines{"Aircraft 'my plane' already exists!"});
   EXPECT_EQ(list.count(), 1);
 
   // A run that was killed before its row.
@@ -119,21 +115,20 @@ TEST_F(InstallerTest, TheNewRowIsSavedSelectedAndMarked) {
   mnuViewHangar_Click(app);
   windows.inputs = {"My Plane"};
   install();
-  EXPECT_EQ(rows(list), Tree{"My Plane|C:\\Hangar\\aircraft\\My Plane\\"});
-  EXPECT_EQ(app.frmMain.lblStatus.notice,
-            "My Plane was in the Hangar already. Now the list has it, too.");
+  EXPECT_EQ(rows(list), Lines{"My Plane|C:\\Hangar\\aircraft\\My Plane\\"});
+  EXPECT_EQ(form.lblStatus.notice, "My Plane was in the Hangar already. Now the list has it, too.");
 }
 
 TEST_F(InstallerTest, EveryRefusalComesBackToAnEnabledWindow) {
   mnuViewHangar_Click(app);
-  app.frmMain.mnuFileInstallAC.click();
+  form.mnuFileInstallAC.click();
   EXPECT_TRUE(windows.boxes.empty()) << "a cancelled dialog says nothing";
   expectIdle();
 
   zip({{"aircraft.cfg", cfg}});
   drive.write("C:\\bad.zip", "this is no archive");
   drive.write("C:\\Hangar\\aircraft\\mine\\aircraft.cfg.txt", "no aircraft, but the user's");
-  const Tree before = drive.tree("C:\\Hangar");
+  const Lines before = drive.tree("C:\\Hangar");
   const struct {
     const char* archive;
     std::optional<std::string> name;
@@ -194,7 +189,7 @@ TEST_F(InstallerTest, TooLittleSpaceIsToldBeforeAnythingIsWritten) {
   expectClean();
   files.freeSpace = 1000;
   install();
-  EXPECT_EQ(app.frmMain.lstAircraft.count(), 1) << "equal is enough";
+  EXPECT_EQ(form.lstAircraft.count(), 1) << "equal is enough";
 
   windows.inputs = {"second"};
   files.failWhen("freeBytes", "", err::deviceIo);
@@ -207,26 +202,26 @@ TEST_F(InstallerTest, AMailedArchiveGoesWithTheCleanUpOnlyWhenItIsInstalled) {
   const auto mailed = [this](const Files& content) {
     zip(content, {}, "C:\\Temp\\SKVInstallTemp\\mail.zip");
     app.PendingZIP = "C:\\Temp\\SKVInstallTemp\\mail.zip";
-    app.frmMain.mnuFileInstallAC.click();
+    form.mnuFileInstallAC.click();
     EXPECT_EQ(app.PendingZIP, "");
     EXPECT_EQ(app.LastZIPDir, "C:\\kept\\");
     EXPECT_TRUE(windows.fileDialogs.empty());
     return drive.tree("C:\\Temp\\SKVInstallTemp");
   };
-  EXPECT_EQ(mailed({{"readme.txt", "r"}}), Tree{"mail.zip"});
+  EXPECT_EQ(mailed({{"readme.txt", "r"}}), Lines{"mail.zip"});
   expectTold("No Aircraft.cfg found!");
   windows.inputs = {std::nullopt};
-  EXPECT_EQ(mailed({{"aircraft.cfg", cfg}}), Tree{"mail.zip"});
+  EXPECT_EQ(mailed({{"aircraft.cfg", cfg}}), Lines{"mail.zip"});
   EXPECT_TRUE(windows.boxes.empty()) << "Cancel is quiet";
-  EXPECT_EQ(mailed({{"aircraft.cfg", cfg}}), Tree{});
-  EXPECT_EQ(rows(app.frmMain.lstAircraft), Tree{"The Plane|C:\\Hangar\\aircraft\\mail\\"});
+  EXPECT_EQ(mailed({{"aircraft.cfg", cfg}}), Lines{});
+  EXPECT_EQ(rows(form.lstAircraft), Lines{"The Plane|C:\\Hangar\\aircraft\\mail\\"});
 }
 
 TEST_F(InstallerTest, BadEmbeddedArchivesEndTheRun) {
   const auto fails = [this](const char* told) {
     install();
     expectTold(told);
-    EXPECT_EQ(hangar(), Tree{});
+    EXPECT_EQ(hangar(), Lines{});
     expectClean();
   };
   zip({{"aircraft.cfg", cfg}, {"in.zip", ""}});
@@ -243,12 +238,12 @@ TEST_F(InstallerTest, AWholeInstallationIsToldAndTakesNoInputMeanwhile) {
        {"in.zip", sample::zipBytes({{"e.fx", "e"}})}});
   windows.onYield = [&] {
     if (windows.fileDialogs.empty()) return;
-    EXPECT_FALSE(app.frmMain.enabled);
+    EXPECT_FALSE(form.enabled);
     EXPECT_EQ(windows.pointers.back(), ui::Pointer::hourglass);
   };
   install();
   windows.onYield = nullptr;
-  EXPECT_EQ(app.frmMain.lblStatus.notice, "The Plane installed: 5 files, 1 gauge");
+  EXPECT_EQ(form.lblStatus.notice, "The Plane installed: 5 files, 1 gauge");
 }
 
 TEST_F(InstallerTest, RenamedEntriesAreToldAtTheEndInOneBox) {
@@ -259,18 +254,18 @@ TEST_F(InstallerTest, RenamedEntriesAreToldAtTheEndInOneBox) {
   EXPECT_EQ(windows.boxes.at(0).details,
             "p\\what?.txt  ->  p\\what_.txt\r\nin.zip\\e?.fx  ->  e_.fx\r\n");
   expectTold(": 2. Their files got other names, by which an add-on may not find them.");
-  EXPECT_EQ(app.frmMain.lstAircraft.count(), 1);
+  EXPECT_EQ(form.lstAircraft.count(), 1);
 }
 
 TEST_F(InstallerTest, TheLastCopyStaysWhenTheArchiveHasGoneMeanwhile) {
   windows.onYield = [this] {
-    if (app.frmMain.lblStatus.caption.get().starts_with("Processing: C:\\Hangar"))
+    if (form.lblStatus.caption.get().starts_with("Processing: C:\\Hangar"))
       drive.remove("C:\\plane.zip");
   };
   files.failWhen("rename", "", err::diskFull);
   zip({{"p/aircraft.cfg", cfg}, {"more.txt", "t"}, {"Panel/panel.cfg", "p"}});
   install();
-  EXPECT_TRUE(test::holds(windows.boxes.back().text, "stays in \"C:\\Temp\\SKVInstallTemp\\\""));
+  EXPECT_TRUE(holds(windows.boxes.back().text, "stays in \"C:\\Temp\\SKVInstallTemp\\\""));
   EXPECT_EQ(drive.read("C:\\Hangar\\aircraft\\~SKVUnfinished\\aircraft.cfg"), cfg);
 }
 
@@ -281,21 +276,20 @@ TEST_F(InstallerTest, StopsWhenTheUserWantsIt) {
     SCOPED_TRACE(when);
     app.stopRequested = false;
     windows.onYield = [&] {
-      if (app.frmMain.lblStatus.caption.get().starts_with(when)) app.stopRequested = true;
+      if (form.lblStatus.caption.get().starts_with(when)) app.stopRequested = true;
     };
     install();
     windows.onYield = nullptr;
     EXPECT_TRUE(windows.boxes.empty());
-    if (app.frmMain.lstAircraft.count() == 0) {
-      EXPECT_EQ(app.frmMain.lblStatus.notice,
-                "Installation stopped: nothing was added to the Hangar");
-      EXPECT_EQ(hangar(), Tree{});
+    if (form.lstAircraft.count() == 0) {
+      EXPECT_EQ(form.lblStatus.notice, "Installation stopped: nothing was added to the Hangar");
+      EXPECT_EQ(hangar(), Lines{});
     } else {
       EXPECT_STREQ(when, "Cleaning temporary") << "the aircraft is in the Hangar by then";
     }
     expectClean();
   }
-  EXPECT_EQ(app.frmMain.lstAircraft.count(), 1);
+  EXPECT_EQ(form.lstAircraft.count(), 1);
 }
 
 TEST_F(InstallerTest, ARunKeepsToTheHangarItBeganWith) {
@@ -308,30 +302,29 @@ TEST_F(InstallerTest, ARunKeepsToTheHangarItBeganWith) {
   };
   install();
   EXPECT_EQ(hangar(),
-            (Tree{"Main\\plane\\Gauges\\g.gau", "SKV_AC.lst", "aircraft\\plane\\aircraft.cfg"}));
+            (Lines{"Main\\plane\\Gauges\\g.gau", "SKV_AC.lst", "aircraft\\plane\\aircraft.cfg"}));
   EXPECT_FALSE(drive.exists("C:\\Other\\SKV_AC.lst") || drive.exists("C:\\FS\\SKV_AC.lst"));
 }
 
 // Every call that changes the disk, or looks at it, fails once, or is the last before a kill: the
 // try either was whole or has left nothing but what the next one clears away, and the next one ends
 // well.
-class InstallerFaultTest : public InstallerTest,
-                           public ::testing::WithParamInterface<test::Ending> {};
+class InstallerFaultTest : public InstallerTest, public ::testing::WithParamInterface<Ending> {};
 
 TEST_P(InstallerFaultTest, AnyFailingCallIsToldAndTheNextTryEndsWell) {
   zip({{"p/aircraft.cfg", cfg},
        {"Gauges/g.gau", "g"},
        {"in.zip", sample::zipBytes({{"e.fx", "e"}})}});
-  const Tree simulator = drive.tree("C:\\FS");
-  const Tree whole{"Main\\plane\\Effects\\e.fx", "Main\\plane\\Gauges\\g.gau", "SKV_AC.lst",
-                   "aircraft\\plane\\aircraft.cfg"};
+  const Lines simulator = drive.tree("C:\\FS");
+  const Lines whole{"Main\\plane\\Effects\\e.fx", "Main\\plane\\Gauges\\g.gau", "SKV_AC.lst",
+                    "aircraft\\plane\\aircraft.cfg"};
   const auto begin = [this] {
     drive.clear("C:\\Hangar");
     drive.clear("C:\\Temp\\SKVInstallTemp");
     mnuViewFSAircraft_Click(app);
     windows.boxes.clear();
   };
-  const bool dies = GetParam() >= test::Ending::kill;
+  const bool dies = GetParam() >= Ending::kill;
   const auto check = [&](bool struck) {
     const bool told = !windows.boxes.empty() || (struck && dies);
     windows.boxes.clear();
@@ -342,16 +335,16 @@ TEST_P(InstallerFaultTest, AnyFailingCallIsToldAndTheNextTryEndsWell) {
       EXPECT_EQ(drive.read("C:\\Hangar\\Main\\plane\\Gauges\\g.gau"), "g");
       EXPECT_TRUE(told || hangar() == whole);
     } else {
-      EXPECT_TRUE(told && (dies || hangar() == Tree{}));
+      EXPECT_TRUE(told && (dies || hangar() == Lines{}));
     }
 
     mnuViewFSAircraft_Click(app);
     install();
     EXPECT_EQ(hangar(), whole);
     mnuViewHangar_Click(app);
-    EXPECT_EQ(rows(app.frmMain.lstAircraft), Tree{"The Plane|C:\\Hangar\\aircraft\\plane\\"});
-    const Tree texts = windows.boxTexts();
-    EXPECT_TRUE(texts.empty() || texts == Tree{"Aircraft 'plane' already exists!"}) << texts[0];
+    EXPECT_EQ(rows(form.lstAircraft), Lines{"The Plane|C:\\Hangar\\aircraft\\plane\\"});
+    const Lines texts = windows.boxTexts();
+    EXPECT_TRUE(texts.empty() || texts == Lines{"Aircraft 'plane' already exists!"}) << texts[0];
   };
   EXPECT_GT(forEveryCall(
                 files, GetParam(), begin, [this] { install(); }, check),
@@ -359,9 +352,7 @@ TEST_P(InstallerFaultTest, AnyFailingCallIsToldAndTheNextTryEndsWell) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Each, InstallerFaultTest,
-                         ::testing::Values(test::Ending::fullDisk, test::Ending::failedLook,
-                                           test::Ending::kill, test::Ending::emptyFiles,
-                                           test::Ending::lostFiles));
+                         ::testing::Values(Ending::fullDisk, Ending::failedLook, Ending::kill,
+                                           Ending::emptyFiles, Ending::lostFiles));
 
-}  // namespace
-}  // namespace skv
+}  // namespace skv::test

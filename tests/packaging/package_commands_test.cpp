@@ -24,8 +24,8 @@ class PackageTest : public SceneryTest {
   void compress(const std::string& told = "") { click(form.mnuFilePackage, told); }
   void uncompress(const std::string& told = "") { click(form.mnuFileUnpackage, told); }
   // What is in sight of it.
-  Tree aircraft() {
-    Tree names = drive.filesIn(plane);
+  Lines aircraft() {
+    Lines names = drive.filesIn(plane);
     std::erase(names, ".hidden");
     return names;
   }
@@ -38,9 +38,9 @@ class PackageTest : public SceneryTest {
 
   const std::string plane = "C:\\Hangar\\aircraft\\plane\\", package = "C:\\Packs\\plane.zip",
                     gauge = "C:\\Hangar\\Main\\plane\\Gauges\\g.gau";
-  const Tree whole{"aircraft.cfg", "model\\a.mdl", "panel\\cfg", "panel\\panel.cfg",
-                   "texture\\t.bmp"};
-  const Tree thin{"aircraft.cfg", "panel\\cfg", "panel\\panel.cfg"};
+  const Lines whole{"aircraft.cfg", "model\\a.mdl", "panel\\cfg", "panel\\panel.cfg",
+                    "texture\\t.bmp"};
+  const Lines thin{"aircraft.cfg", "panel\\cfg", "panel\\panel.cfg"};
 };
 
 TEST_F(PackageTest, AnAircraftGoesIntoItsPackageAndComesBackWithItsEdits) {
@@ -56,7 +56,7 @@ TEST_F(PackageTest, AnAircraftGoesIntoItsPackageAndComesBackWithItsEdits) {
   EXPECT_TRUE(drive.exists(plane + "texture") && drive.exists(plane + ".hidden"));
   EXPECT_FALSE(drive.exists(gauge));
   EXPECT_TRUE(icon() == 7 && packed() == 7);
-  EXPECT_EQ(drive.tree("C:\\Temp\\SKVInstallTemp"), Tree{});
+  EXPECT_EQ(drive.tree("C:\\Temp\\SKVInstallTemp"), Lines{});
   expectIdle();
 
   compress("This Aircraft is already compressed!");
@@ -71,12 +71,12 @@ TEST_F(PackageTest, AnAircraftGoesIntoItsPackageAndComesBackWithItsEdits) {
 }
 
 TEST_F(PackageTest, ASceneryLikewise) {
-  const Tree scenery{"Main\\Alps\\Texture\\t.bmp", "SKV_SL.lst", "Scenery\\Alps\\Scenery\\a.bgl",
-                     "Scenery\\Alps\\readme.txt"};
+  const Lines scenery{"Main\\Alps\\Texture\\t.bmp", "SKV_SL.lst", "Scenery\\Alps\\Scenery\\a.bgl",
+                      "Scenery\\Alps\\readme.txt"};
   for (const std::string& file : scenery) drive.write("C:\\Lib\\" + file, "x");
   putLibrary("Alps|ADDON SCENERY\\Alps\r\n");
   compress();
-  EXPECT_EQ(drive.filesIn("C:\\Lib"), (Tree{"SKV_SL.lst", "Scenery\\Alps\\readme.txt"}));
+  EXPECT_EQ(drive.filesIn("C:\\Lib"), (Lines{"SKV_SL.lst", "Scenery\\Alps\\readme.txt"}));
   EXPECT_EQ(form.lstInactScenery.smallIcon(1), 3);
   uncompress();
   EXPECT_EQ(drive.filesIn("C:\\Lib"), scenery);
@@ -110,7 +110,7 @@ TEST_F(PackageTest, APackageOfAStrangerStaysWhenItHoldsMore) {
     uncompress("its Package stays");
     EXPECT_EQ(drive.read(plane + "model\\a.mdl"), "new");
     EXPECT_TRUE(drive.exists(package) && icon() == 7);
-    EXPECT_EQ(drive.tree("C:\\Temp\\SKVInstallTemp"), Tree{});
+    EXPECT_EQ(drive.tree("C:\\Temp\\SKVInstallTemp"), Lines{});
   }
 }
 

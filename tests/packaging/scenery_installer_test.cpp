@@ -8,7 +8,7 @@ namespace skv::test {
 
 class SceneryInstallerTest : public SceneryTest {
  protected:
-  static Tree words(const std::string& text) { return text.empty() ? Tree{} : split(text, ' '); }
+  static Lines words(const std::string& text) { return text.empty() ? Lines{} : split(text, ' '); }
   void zip(const std::string& names) {
     sample::Files content;
     for (const std::string& name : words(names)) content.push_back({name, "x"});
@@ -44,9 +44,9 @@ TEST_F(SceneryInstallerTest, RecognisesASceneryInAnyLayout) {
     EXPECT_EQ(drive.filesIn(alps), words(scenery));
     EXPECT_EQ(drive.filesIn("C:\\Lib\\Main\\Alps"), words(main));
     EXPECT_EQ(drive.exists(alps), found);
-    EXPECT_EQ(windows.boxTexts(), found ? Tree{} : Tree{"No scenery files found!"});
-    EXPECT_EQ(listed(), found ? Tree{"Alps|ADDON SCENERY\\Alps"} : Tree{});
-    EXPECT_EQ(drive.tree(work), Tree{});
+    EXPECT_EQ(windows.boxTexts(), found ? Lines{} : Lines{"No scenery files found!"});
+    EXPECT_EQ(listed(), found ? Lines{"Alps|ADDON SCENERY\\Alps"} : Lines{});
+    EXPECT_EQ(drive.tree(work), Lines{});
     windows.boxes.clear();
   }
 }
@@ -55,7 +55,7 @@ TEST_F(SceneryInstallerTest, TheRowComesOnTopAndASecondOneOfTheNameIsRefused) {
   putLibrary("Old|ADDON SCENERY\\Old\r\n");
   zip("Scenery/a.bgl");
   install();
-  EXPECT_EQ(listed(), (Tree{"Alps|ADDON SCENERY\\Alps", "Old|ADDON SCENERY\\Old"}));
+  EXPECT_EQ(listed(), (Lines{"Alps|ADDON SCENERY\\Alps", "Old|ADDON SCENERY\\Old"}));
   EXPECT_TRUE(drive.read(library).starts_with("Alps\x01"));
   install("Scenery 'Alps' already exists!");
   EXPECT_EQ(listed().size(), 2U);

@@ -2,13 +2,10 @@
 
 #include <gtest/gtest.h>
 
-#include <array>
-#include <set>
 #include <string>
 #include <vector>
 
-namespace skv {
-namespace {
+namespace skv::test {
 
 using Bytes = std::vector<std::uint8_t>;
 
@@ -78,28 +75,6 @@ TEST(CDIBSectionTest, APictureGoesInFromTheTopAndOutToTheClipboardAgain) {
   EXPECT_FALSE(dib.CopyToClipboard(false, clipboard));
 }
 
-TEST(CDIBSectionTest, NoiseIsGreyOrOfGreenAndRedAndAnotherEachTime) {
-  cDIBSection dib;
-  ASSERT_TRUE(dib.Create(41, 30));
-  for (const bool grey : {true, false}) {
-    dib.RandomiseBits(grey);
-    const Bytes noise = memoryOf(dib);
-    std::array<std::set<int>, 3> values;
-    int equal = 0;
-    for (const Bytes& row : rowsOf(dib))
-      for (std::size_t i = 0; i < row.size(); i += 3) {
-        for (std::size_t c = 0; c < 3; ++c) values[c].insert(row[i + c]);
-        equal += row[i + 1] == row[i + 2] && (!grey || row[i] == row[i + 1]);
-      }
-    EXPECT_EQ(values[0].size() == 1 && values[0].contains(0), !grey);
-    for (const std::size_t c : {1, 2})
-      EXPECT_TRUE(values[c].size() > 200 && *values[c].begin() < 9 && *values[c].rbegin() > 246);
-    EXPECT_TRUE(grey ? equal == 1230 : equal < 60) << equal;
-    dib.RandomiseBits(grey);
-    EXPECT_NE(memoryOf(dib), noise);
-  }
-}
-
 // The values come from another program, which rounds each step of the sums to single precision.
 TEST(CDIBSectionTest, ResamplesAsSinglePrecisionDoes) {
   const cDIBSection three = ofMemory(3, 2, {0,   255, 10, 100, 0,   11,  255, 7,  200, 99, 99, 99,
@@ -139,5 +114,4 @@ TEST(CDIBSectionTest, ResamplesEveryLineOfALargePicture) {
   }
 }
 
-}  // namespace
-}  // namespace skv
+}  // namespace skv::test

@@ -1,20 +1,17 @@
 #include "pictures/jpeg_file.h"
 
 #include <fcntl.h>
-#include <gtest/gtest.h>
 #include <sys/stat.h>
 
 #include <cmath>
 
 #include "platform/desktop/qt_pictures.h"
-#include "platform/disk/drive_file_system.h"
+#include "support/disk_fixture.h"
 #include "support/every_call.h"
-#include "support/temporary_drive.h"
 
-namespace skv {
-namespace {
+namespace skv::test {
 
-class JpegFileTest : public ::testing::Test {
+class JpegFileTest : public DiskTest {
  protected:
   // Colours that change slowly: red to the right, green downwards, no blue.
   static cDIBSection picture(int width, int height) {
@@ -39,9 +36,6 @@ class JpegFileTest : public ::testing::Test {
   }
 
   const std::string folder = "C:\\plane\\", file = folder + "SKVscrn.jpg";
-  test::TemporaryDrive drive;
-  DriveFileSystem disk{drive.drives()};
-  test::FaultyFileSystem files{disk};
 };
 
 TEST_F(JpegFileTest, AnotherDecoderSeesTheSamePicture) {
@@ -122,7 +116,7 @@ TEST_F(JpegFileTest, AFailedSaveTellsWhyAndLeavesTheOldFile) {
       EXPECT_TRUE(disk.attributes(file).value().readOnly);
       EXPECT_EQ(status().st_mtim.tv_sec, 1000000000);
     };
-    for (const auto ending : {test::Ending::fullDisk, test::Ending::kill, test::Ending::lostFiles})
+    for (const auto ending : {Ending::fullDisk, Ending::kill, Ending::lostFiles})
       forEveryCall(
           files, ending, put, [&] { SaveJPEGFile(files, good, file, 70).skipped(); },
           [&](bool struck) {
@@ -144,5 +138,4 @@ TEST_F(JpegFileTest, AFailedSaveTellsWhyAndLeavesTheOldFile) {
             "Failed to save to JPG 76: Path not found: C:\\missing");
 }
 
-}  // namespace
-}  // namespace skv
+}  // namespace skv::test

@@ -1,14 +1,13 @@
 #include <algorithm>
 #include <chrono>
 
+#include "base/paths.h"
 #include "pictures/picture_fixture.h"
+#include "pictures/picture_lookup.h"
 #include "support/every_call.h"
 
-namespace skv {
-namespace {
+namespace skv::test {
 
-using test::Ending;
-using test::PictureTest;
 using ui::Answer;
 
 TEST_F(PictureTest, APictureFromTheClipboardBelongsToTheImageOfTheLastRightClick) {
@@ -19,7 +18,7 @@ TEST_F(PictureTest, APictureFromTheClipboardBelongsToTheImageOfTheLastRightClick
   ui::raise(form.imgAircraft.mouseDown, ui::MouseButton::left);
   ui::raise(form.lstACVersions.mouseDown, ui::MouseButton::right);
   EXPECT_EQ(app.PicTarget, &form.imgPanel);
-  ui::raise(form.mnuPicClip.click);
+  click(form.mnuPicClip);
   openSceneries({"ADDON SCENERY\\A"}, "B|x\\B\r\n");
   ui::raise(form.mnuPicClip.click);  // the panel is not in this view
   form.lstInactScenery.select(1);
@@ -36,7 +35,7 @@ TEST_F(PictureTest, APictureFromTheClipboardBelongsToTheImageOfTheLastRightClick
   EXPECT_TRUE(windows.boxes.empty());
 
   clipboard.held.reset();
-  ui::raise(form.mnuPicClip.click);
+  click(form.mnuPicClip);
   EXPECT_EQ(windows.boxes.back().title, "FD Skyvault");
   expectTold("No valid picture in Clipboard!");
 }
@@ -76,7 +75,7 @@ TEST_F(PictureTest, AFileOfAnyFormatIsStoredAsJpegAndABrokenOneIsTold) {
   bitmap.resize(62, '\0');
   drive.write("C:\\In\\a.gif", bitmap);
   windows.picks = {"C:\\In\\a.gif"};
-  ui::raise(form.mnuPicFile.click);
+  click(form.mnuPicFile);
   EXPECT_EQ(windows.fileDialogs.back().filter, "Pictures|*.jpg;*.jpeg;*.gif;*.bmp;*.wmf");
   EXPECT_EQ(sizeOf(own), "2x1");
   EXPECT_TRUE(drive.read(own).starts_with("\xff\xd8"));
@@ -130,17 +129,15 @@ TEST_F(PictureTest, AFailedSaveLeavesTheOldPicture) {
       EXPECT_EQ(windows.boxes[0].text, "Failed to save the picture to the file: '" + own + "'");
     }
   };
-  for (const Ending ending : {Ending::fullDisk, Ending::failedLook, Ending::emptyFiles})
-    EXPECT_GT(forEveryCall(
-                  files, ending, prepare, [&] { paste(form.imgAircraft); }, check),
-              0);
+  forEveryEnding(files, prepare, [&] { paste(form.imgAircraft); }, check,
+                 {Ending::fullDisk, Ending::failedLook, Ending::emptyFiles});
 }
 
 TEST_F(PictureTest, RemovesItsOwnPictureAndNoOther) {
   const auto remove = [&](Answer answer) {
     windows.answers = {answer};
     windows.boxes.clear();
-    ui::raise(form.mnuPicDel.click);
+    click(form.mnuPicDel);
     return windows.boxes.size();
   };
   put({textures + "came.jpg"});
@@ -156,7 +153,7 @@ TEST_F(PictureTest, RemovesItsOwnPictureAndNoOther) {
   EXPECT_EQ(windows.boxes.back().defaultButton, ui::DefaultButton::no);
   files.failWhen("deleteFile", own, err::permissionDenied);
   EXPECT_EQ(remove(Answer::yes), 2U);
-  EXPECT_TRUE(test::holds(windows.boxes.back().text, "Error #70\r\n"));
+  EXPECT_TRUE(holds(windows.boxes.back().text, "Error #70\r\n"));
   EXPECT_TRUE(files.heal() && disk.attributes(own).value().readOnly);
   files.failWhen("attributes", own, err::deviceIo);
   EXPECT_EQ(remove(Answer::yes), 1U);
@@ -169,11 +166,11 @@ TEST_F(PictureTest, RemovesItsOwnPictureAndNoOther) {
 }
 
 TEST_F(PictureTest, ASnapshotIsTheWindowWithoutItsMargins) {
-  screen.window = test::plain(120, 200, 10);
+  screen.window = plain(120, 200, 10);
   Pixels& window = *screen.window;
   for (int y = 45; y < 155; ++y)
     std::fill_n(window.rows.begin() + y * static_cast<int>(window.rowBytes()) + 30, 300, 200);
-  ui::raise(form.mnuPicSnap.click);
+  click(form.mnuPicSnap);
   ASSERT_EQ(windows.boxes.size(), 1U);
   EXPECT_TRUE(
       windows.boxes[0].text.starts_with("This will take a Snapshot of your FS2002 screen."
@@ -187,15 +184,15 @@ TEST_F(PictureTest, ASnapshotIsTheWindowWithoutItsMargins) {
 
   const auto fails = [&](const std::string& told) {
     windows.boxes.clear();
-    ui::raise(form.mnuPicSnap.click);
+    click(form.mnuPicSnap);
     ASSERT_EQ(windows.boxes.size(), 2U);
-    EXPECT_TRUE(test::holds(windows.boxes[1].text, told));
+    EXPECT_TRUE(holds(windows.boxes[1].text, told));
     EXPECT_EQ(sizeOf(own), "100x110");
     expectIdle();
   };
-  screen.window = test::plain(20, 200);
+  screen.window = plain(20, 200);
   fails("too small");
-  screen.window = test::plain(200, 90);
+  screen.window = plain(200, 90);
   fails("too small");
   windows.onYield = [&] { screen.window.reset(); };  // the simulator ends meanwhile
   fails("Cannot activate FS2002 Window!");
@@ -205,7 +202,7 @@ TEST_F(PictureTest, ASnapshotIsTheWindowWithoutItsMargins) {
 TEST_F(PictureTest, WhatIsGoneAfterAYieldIsLeftAlone) {
   put({plane + "texture.abc\\x"});
   form.lstACVersions.select(2);
-  ui::raise(form.lstACVersions.click);
+  click(form.lstACVersions);
   windows.onYield = [&] {
     if (windows.yields != 500) return;
     form.lstAircraft.clear();
@@ -217,5 +214,4 @@ TEST_F(PictureTest, WhatIsGoneAfterAYieldIsLeftAlone) {
   EXPECT_EQ(form.lstACVersions.selected(), 0);
 }
 
-}  // namespace
-}  // namespace skv
+}  // namespace skv::test

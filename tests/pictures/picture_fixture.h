@@ -2,8 +2,6 @@
 #pragma once
 
 #include "aircraft/aircraft_views.h"
-#include "base/paths.h"
-#include "pictures/picture_lookup.h"
 #include "support/program_fixture.h"
 
 namespace skv::test {
@@ -71,7 +69,6 @@ class PictureTest : public ProgramTest {
   const std::string plane = "C:\\FS\\aircraft\\plane\\", textures = plane + "texture\\",
                     panel = plane + "panel\\", other = "C:\\FS\\aircraft\\other\\panel\\";
   const std::string own = textures + "SKVscrn.jpg";
-  ui::FrmMain& form = app.frmMain;
 };
 
 }  // namespace skv::test

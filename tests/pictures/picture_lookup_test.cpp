@@ -1,9 +1,6 @@
 #include "pictures/picture_fixture.h"
 
-namespace skv {
-namespace {
-
-using test::PictureTest;
+namespace skv::test {
 
 TEST_F(PictureTest, AnAircraftShowsTheFirstThatThereIs) {
   const std::string specimen = "C:\\Program\\ACPics\\p-1.JPG";
@@ -16,14 +13,14 @@ TEST_F(PictureTest, AnAircraftShowsTheFirstThatThereIs) {
     EXPECT_EQ(form.lblACSpecimen.visible, picture == specimen);
   }
   form.lstACVersions.select(2);
-  ui::raise(form.lstACVersions.click);
+  click(form.lstACVersions);
   EXPECT_EQ(form.imgAircraft.picture, plane + "top.jpg") << "of a folder without textures";
   put({plane + "texture.abc\\.jpg", plane + "texture.abc\\x.jpeg", plane + "texture.abc\\k.jpg"});
-  ui::raise(form.lstACVersions.click);
+  click(form.lstACVersions);
   EXPECT_EQ(form.imgAircraft.picture, plane + "texture.abc\\k.jpg");
   EXPECT_TRUE(disk.setAttributes(plane + "texture.abc\\k.jpg", {.hidden = true}).ok());
   files.failWhen("list", plane, err::deviceIo);
-  ui::raise(form.lstACVersions.click);
+  click(form.lstACVersions);
   EXPECT_EQ(form.imgAircraft.picture, "");
 }
 
@@ -51,11 +48,11 @@ TEST_F(PictureTest, APanelShowsItsOwnPictureAndALibraryRowTheFirst) {
   pointPanelAt("OTHER\\panel");
   EXPECT_EQ(form.imgPanel.picture, "C:\\FS\\aircraft\\OTHER\\panel\\SKVscrn.jpg");
   form.lstPanel.select(1);
-  ui::raise(form.lstPanel.click);
+  click(form.lstPanel);
   EXPECT_EQ(form.imgPanel.picture, other + "a.jpg");
   EXPECT_EQ(app.PanelPicDir, other) << "what shows is what a command works on";
   form.lstAircraft.clear();
-  ui::raise(form.lstAircraft.click);
+  click(form.lstAircraft);
   EXPECT_TRUE(form.imgPanel.picture == "" && form.imgAircraft.picture == "");
   EXPECT_FALSE(offers(form.imgAircraft) || offers(form.imgPanel));
 }
@@ -77,22 +74,21 @@ TEST_F(PictureTest, TheViewerShowsWhatTheImageShows) {
     ++opened;
     ASSERT_TRUE(viewer.imgShowPic.pixels.get());
     EXPECT_EQ(viewer.imgShowPic.pixels.get()->width, 40);
-    ui::raise(viewer.imgShowPic.click);
+    click(viewer.imgShowPic);
   };
-  ui::raise(form.imgAircraft.click);
+  click(form.imgAircraft);
   put({own});
   open();
-  ui::raise(form.imgAircraft.click);
+  click(form.imgAircraft);
   EXPECT_EQ(opened, 0);
-  EXPECT_TRUE(test::holds(form.lblStatus.notice, "cannot be shown"));
+  EXPECT_TRUE(holds(form.lblStatus.notice, "cannot be shown"));
   paste(form.imgAircraft);
   EXPECT_FALSE(form.imgAircraft.pixels.get());
-  ui::raise(form.imgAircraft.click);
-  form.imgPanel.pixels = std::make_shared<const Pixels>(test::plain(40, 2));
-  ui::raise(form.imgPanel.click);
+  click(form.imgAircraft);
+  form.imgPanel.pixels = std::make_shared<const Pixels>(plain(40, 2));
+  click(form.imgPanel);
   EXPECT_EQ(opened, 2);
   EXPECT_FALSE(viewer.visible || viewer.imgShowPic.pixels.get());
 }
 
-}  // namespace
-}  // namespace skv
+}  // namespace skv::test

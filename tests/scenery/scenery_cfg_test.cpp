@@ -8,8 +8,6 @@
 
 namespace skv::test {
 
-using Texts = std::vector<std::string>;
-
 const CodePage page;
 
 TEST(SceneryCfgTest, ReadsWhatASimulatorAndAnEditorWrite) {
@@ -55,8 +53,8 @@ TEST(SceneryCfgTest, LosesNoCharacterOfAnArea) {
   ASSERT_EQ(again.areas.size(), 2U);
   EXPECT_EQ(again.areas[0].Title + again.areas[0].Local, " \"Köln\"'x'");
   EXPECT_EQ(again.areas[1].Title + again.areas[1].Remote, "two  lines]\"q\"");
-  EXPECT_EQ(areaOfRow(rowOfArea(again.areas[0])).Flatten, (Texts{"a", "b"}));
-  EXPECT_EQ(areaOfRow(rowOfArea(again.areas[1])).Exclude, (Texts{"", "e"}));
+  EXPECT_EQ(areaOfRow(rowOfArea(again.areas[0])).Flatten, (Lines{"a", "b"}));
+  EXPECT_EQ(areaOfRow(rowOfArea(again.areas[1])).Exclude, (Lines{"", "e"}));
 }
 
 TEST(SceneryListFilesTest, ReadBackWhateverTheFieldsHold) {

@@ -21,15 +21,15 @@ class SceneryLibraryTest : public SceneryTest {
   }
 
   const std::string source = "C:\\Down\\Rome\\", rome = "C:\\Lib\\Scenery\\Rome\\";
-  const Tree whole{"Scenery\\", "Scenery\\a.bgl", "readme.txt"};
+  const Lines whole{"Scenery\\", "Scenery\\a.bgl", "readme.txt"};
 };
 
 TEST_F(SceneryLibraryTest, TakesAFolderUnderTheNameThatTheUserGives) {
   EXPECT_FALSE(form.btnAddToSL.enabled) << "no folder is picked yet";
   windows.inputs = {"a:b", "Rome2"};
   add(source, "cannot hold: :");
-  EXPECT_EQ(windows.inputPrompts, (Tree{"Scenery/Foldername|Rome", "Scenery/Foldername|a_b"}));
-  EXPECT_EQ(listed(), (Tree{"Rome2|ADDON SCENERY\\Rome2"}));
+  EXPECT_EQ(windows.inputPrompts, (Lines{"Scenery/Foldername|Rome", "Scenery/Foldername|a_b"}));
+  EXPECT_EQ(listed(), (Lines{"Rome2|ADDON SCENERY\\Rome2"}));
   EXPECT_EQ(drive.tree("C:\\Lib\\Scenery\\Rome2\\"), whole);
   EXPECT_TRUE(drive.exists("C:\\Lib\\Main\\Rome2\\Texture"));
   EXPECT_EQ(drive.tree(source), whole);
@@ -104,9 +104,9 @@ TEST_F(SceneryLibraryTest, ImportsTheAddOnsThatItCanAndNothingElse) {
   put({bgl, "C:\\FS\\ADDON SCENERY\\Had\\new", "C:\\Lib\\Scenery\\Had\\Scenery\\x"});
   open();
   click(form.mnuFileImportSceneries, "Listed without their files:");
-  EXPECT_EQ(listed(), (Tree{"Alps|ADDON SCENERY\\Alps", "Up|ADDON SCENERY\\..", "Far|Else\\Far",
-                            "Had|Addon Scenery\\Had"}));
-  EXPECT_EQ(drive.filesIn("C:\\Lib\\Scenery"), (Tree{"Alps\\Scenery\\a.bgl", "Had\\Scenery\\x"}));
+  EXPECT_EQ(listed(), (Lines{"Alps|ADDON SCENERY\\Alps", "Up|ADDON SCENERY\\..", "Far|Else\\Far",
+                             "Had|Addon Scenery\\Had"}));
+  EXPECT_EQ(drive.filesIn("C:\\Lib\\Scenery"), (Lines{"Alps\\Scenery\\a.bgl", "Had\\Scenery\\x"}));
   EXPECT_TRUE(drive.exists("C:\\Lib\\Main\\Alps\\Effects"));
   EXPECT_TRUE(holds(drive.read(library), coded("Far|Else\\Far|004|4|")));
 

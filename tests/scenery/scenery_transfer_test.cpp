@@ -28,7 +28,7 @@ TEST_F(SceneryTransferTest, ALibrarySceneryBecomesTheTopArea) {
   EXPECT_TRUE(windows.boxes.empty());
   EXPECT_EQ(areas(), "Alps+ World+ Paris+ Rome+") << "by its number among those of the file";
   EXPECT_EQ(areasInFile() + valueOf("Area.002", "Flatten.0"), "Rome Paris World Alpsg");
-  EXPECT_EQ(drive.tree(paris), (Tree{"Scenery\\", "Scenery\\p.bgl"}));
+  EXPECT_EQ(drive.tree(paris), (Lines{"Scenery\\", "Scenery\\p.bgl"}));
   EXPECT_EQ(drive.read("C:\\FS\\Texture\\p.bmp") + drive.read("C:\\FS\\Effects\\p.fx"), "te");
   EXPECT_TRUE(form.lstInactScenery.smallIcon(1) == 2 && !form.btnFSScenerySave.enabled);
 }
@@ -51,7 +51,7 @@ TEST_F(SceneryTransferTest, ASceneryWithAPackageComesFromIt) {
 
 TEST_F(SceneryTransferTest, NothingIsFilledOutsideTheSimulatorOrInItsOwnFolders) {
   for (const std::string& folder :
-       Tree{"D:\\x", "Scenery", "ADDON SCENERY", "..\\x", "x\\..\\..\\x", "Texture", "aircraft"}) {
+       Lines{"D:\\x", "Scenery", "ADDON SCENERY", "..\\x", "x\\..\\..\\x", "Texture", "aircraft"}) {
     put({"C:\\Lib\\Scenery\\" + folder.substr(folder.rfind('\\') + 1) + "\\x"});
     putLibrary("Paris|" + folder + "\r\n");
     add("was not added");

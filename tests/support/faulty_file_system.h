@@ -46,9 +46,8 @@ class FaultyFileSystem : public FileSystem {
   // never lost.
   void powerCut(Lost lost);
 
-  // Calls of an operation on a path since the last reset.
+  // Calls of an operation on a path.
   int count(const std::string& operation, const std::string& path) const;
-  void resetCounts() { counts_.clear(); }
 
   std::optional<double> freeSpace;  // what freeBytes answers, when set
 

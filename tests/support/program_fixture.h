@@ -1,23 +1,16 @@
 // A whole run of the program over a real disk, with scripted windows.
 #pragma once
 
-#include <gtest/gtest.h>
-
 #include <map>
-#include <memory>
-#include <string>
 #include <type_traits>
-#include <vector>
 
 #include "core/app.h"
 #include "platform/desktop/qt_pictures.h"
-#include "platform/disk/drive_file_system.h"
 #include "platform/zip/libzip_zipit.h"
-#include "support/faulty_file_system.h"
+#include "support/disk_fixture.h"
 #include "support/scripted_desktop.h"
 #include "support/scripted_mail.h"
 #include "support/scripted_windows.h"
-#include "support/temporary_drive.h"
 #include "support/text.h"
 #include "ui/events.h"
 #include "ui/startup.h"
@@ -56,29 +49,26 @@ class MemorySettings : public SettingsStore {
 
 class FixedClock : public Clock {
  public:
-  double now() const override { return time; }
-  double time = 46350.5;
+  double now() const override { return 46350.5; }
 };
 
 class RecordingShell : public Shell {
  public:
   int open(std::string_view target) override {
     opened.emplace_back(target);
-    return result;
+    return 33;
   }
   Outcome editText(std::string_view path) override {
     edited.emplace_back(path);
-    return editOutcome;
+    return {};
   }
   std::vector<std::string> opened, edited;
-  int result = 33;
-  Outcome editOutcome;
 };
 
 // Drive C: holds a simulator at C:\FS\ with the Hangar C:\Hangar\, the Packages C:\Packs\ and
 // C:\Temp\.
 template <class Windows>
-class ProgramWith : public ::testing::Test {
+class ProgramWith : public DiskTest {
  protected:
   ProgramWith() {
     for (const char* folder :
@@ -107,9 +97,6 @@ class ProgramWith : public ::testing::Test {
       return Windows();
   }
 
-  TemporaryDrive drive;
-  DriveFileSystem disk{drive.drives()};
-  FaultyFileSystem files{disk};  // the program's view of the disk; passes all through unless told
   MemorySettings settings;
   FixedClock clock;
   RecordingShell shell;
@@ -120,7 +107,7 @@ class ProgramWith : public ::testing::Test {
   ScriptedMail mail;
   MemorySecrets secrets;
   ScriptedWeb web;
-  ListedSimulators simulators;
+  NoSimulators simulators;
   Windows windows = windowsOver(files, pictures);
   App app{Platform{files,
                    settings,
@@ -158,6 +145,32 @@ class ProgramTest : public ProgramWith<ScriptedWindows> {
     EXPECT_TRUE(app.frmMain.enabled);
     EXPECT_TRUE(windows.pointers.empty() || windows.pointers.back() == ui::Pointer::normal);
   }
+  void click(auto& control, const std::string& told = "") {
+    ui::raise(control.click);
+    if (!told.empty()) expectTold(told);
+  }
+  // Answers how many questions there were.
+  std::size_t answer(auto& control, std::deque<ui::Answer> answers) {
+    windows.boxes.clear();
+    windows.answers = std::move(answers);
+    click(control);
+    return windows.boxes.size();
+  }
+  void select(ui::ListView& list, int row) {
+    list.select(row);
+    ui::raise(list.itemClick);
+  }
+  // Picks a folder in the dialog for one, whenever it comes up.
+  void picks(const std::string& folder) {
+    app.frmMain.visible = true;
+    windows.onShow[&app.frmDirSelect] = [this, folder] {
+      app.frmDirSelect.txtDir.text = folder;
+      ui::raise(app.frmDirSelect.btnOK.click);
+    };
+  }
+
+  const ui::Answer yes = ui::Answer::yes, no = ui::Answer::no;
+  ui::FrmMain& form = app.frmMain;
 };
 
 }  // namespace skv::test

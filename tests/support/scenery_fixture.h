@@ -9,8 +9,6 @@ namespace skv::test {
 
 class SceneryTest : public ProgramTest {
  protected:
-  using Tree = std::vector<std::string>;
-
   SceneryTest() {
     app.SceneryLib = "C:\\Lib\\";
     app.SceneryPacksPath = "C:\\Packs\\Scenery\\";
@@ -37,21 +35,6 @@ class SceneryTest : public ProgramTest {
   }
   void putDatabase() { drive.write(cfg, database); }
   void open() { click(form.mnuViewFSScenery); }
-  void click(auto& control, const std::string& told = "") {
-    ui::raise(control.click);
-    if (!told.empty()) expectTold(told);
-  }
-  // Answers how many questions there were.
-  std::size_t answer(auto& control, std::deque<ui::Answer> answers) {
-    windows.boxes.clear();
-    windows.answers = std::move(answers);
-    click(control);
-    return windows.boxes.size();
-  }
-  void select(ui::ListView& list, int row) {
-    list.select(row);
-    ui::raise(list.itemClick);
-  }
   // Titles from the top, those of active areas with "+".
   std::string areas() const {
     std::string text;
@@ -71,7 +54,7 @@ class SceneryTest : public ProgramTest {
   std::string valueOf(const std::string& section, const std::string& key) const {
     return ReadProfile(disk, CodePage(), cfg, section, key);
   }
-  Tree listed() const { return rows(form.lstInactScenery); }
+  Lines listed() const { return rows(form.lstInactScenery); }
 
   const std::string cfg = "C:\\FS\\Scenery.cfg", org = "C:\\FS\\Scenery.cfg.org",
                     cache = "C:\\FS\\SKV_SC.lst", library = "C:\\Lib\\SKV_SL.lst";
@@ -80,8 +63,6 @@ class SceneryTest : public ProgramTest {
       "[General]\r\nCache_Size=7\r\nClean_On_Exit=TRUE\r\n" + area(1, "World", "5", "Scenery") +
       area(4, "Rome", "2", "Addon Scenery\\Rome", "Flatten=a\r\nFlatten.1=b\r\n") +
       area(9, "Alps", "7", "ADDON SCENERY\\Alps");
-  const ui::Answer yes = ui::Answer::yes, no = ui::Answer::no;
-  ui::FrmMain& form = app.frmMain;
 };
 
 }  // namespace skv::test

@@ -1,4 +1,4 @@
-// The clipboard, the screen and the simulators of a computer as a test sets them.
+// The clipboard, the screen and the web of a computer as a test sets them, without simulators.
 #pragma once
 
 #include <functional>
@@ -70,10 +70,9 @@ class ScriptedWeb : public Web {
   std::vector<std::string> fetched;
 };
 
-class ListedSimulators : public SimulatorFinder {
+class NoSimulators : public SimulatorFinder {
  public:
-  std::vector<std::string> find() const override { return folders; }
-  std::vector<std::string> folders;
+  std::vector<std::string> find() const override { return {}; }
 };
 
 }  // namespace skv::test

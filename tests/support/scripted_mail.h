@@ -49,15 +49,19 @@ class ScriptedMail : public MailSystem {
 
  private:
   class Engine;
-  class Head;
-  class Full;
+  class Message;
   class Bundle;
   class Draft;
 
-  Outcome called(const std::string& operation, const std::string& argument = {}) {
-    calls.push_back(argument.empty() ? operation : operation + " " + argument);
+  Outcome called(const std::string& operation, std::string_view argument = {}) {
+    calls.push_back(operation + (argument.empty() ? "" : " ") + std::string(argument));
     if (operation != failing_ || callsLeft_ == 0 || --callsLeft_ > 0) return {};
     return failure_;
+  }
+  template <class T>
+  Result<T> answer(const std::string& operation, T value) {
+    if (Outcome failure = called(operation); !failure.ok()) return failure;
+    return value;
   }
   Outcome reached(const std::string& host) {
     if (std::ranges::count(unencrypted, host) == 0 || std::ranges::count(plainHosts, host) > 0)

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "platform/file_system.h"
+#include "support/text.h"
 
 namespace skv::test {
 

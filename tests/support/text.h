@@ -4,8 +4,12 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <vector>
 
 namespace skv::test {
+
+// Names or texts in the order in which they come.
+using Lines = std::vector<std::string>;
 
 // A line of a list file.
 inline std::string line(const std::string& name, const std::string& folder) {
@@ -16,6 +20,15 @@ inline std::string line(const std::string& name, const std::string& folder) {
 inline ::testing::AssertionResult holds(const std::string& text, const std::string& part) {
   if (text.find(part) != std::string::npos) return ::testing::AssertionSuccess();
   return ::testing::AssertionFailure() << "no \"" << part << "\" in \"" << text << "\"";
+}
+
+inline std::string withCrLf(const std::string& text) {
+  std::string lines;
+  for (const char c : text) {
+    if (c == '\n') lines += '\r';
+    lines += c;
+  }
+  return lines;
 }
 
 // A line of a list file in print: "|" is the character of code 1, ";" that of code 5.

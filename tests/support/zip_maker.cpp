@@ -4,14 +4,14 @@
 
 namespace skv::test {
 
-namespace {
-
 std::string little(std::uint64_t value, int bytes) {
   std::string text;
   for (int i = 0; i < bytes; ++i)
     text += static_cast<char>(value >> (8U * static_cast<unsigned>(i)));
   return text;
 }
+
+namespace {
 
 // What both headers of an entry share, from the flags to the length of the extra field.
 std::string commonFields(const RawEntry& entry) {

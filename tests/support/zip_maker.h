@@ -26,6 +26,9 @@ struct RawEntry {
 
 // `before`: bytes in front of the archive, which its offsets count in.
 std::string rawZip(const std::vector<RawEntry>& entries, const std::string& before = {});
+// A number of so many bytes, the lowest first.
+std::string little(std::uint64_t value, int bytes);
+
 // The bytes packed by deflate, without any header.
 std::string deflated(const std::string& bytes);
 std::uint32_t crc32Of(const std::string& bytes);

@@ -4,7 +4,6 @@
 #include "support/program_fixture.h"
 
 namespace skv::test {
-namespace {
 
 constexpr const char* server = "http://127.0.0.1:8000";
 
@@ -57,5 +56,4 @@ TEST_F(HelpTest, AFailedCheckIsToldAndMadeAgain) {
   EXPECT_EQ(web.fetched.size(), 1U);
 }
 
-}  // namespace
 }  // namespace skv::test

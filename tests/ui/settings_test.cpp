@@ -1,19 +1,13 @@
 #include "ui/settings.h"
 
-#include "aircraft/aircraft_views.h"
 #include "core/long_operation.h"
 #include "support/program_fixture.h"
 #include "ui/dialogs/folder_text.h"
 #include "ui/move_packages.h"
 
-namespace skv {
-namespace {
+namespace skv::test {
 
-using test::holds;
-using test::line;
-using Tree = std::vector<std::string>;
-
-class SettingsTest : public test::ProgramTest {
+class SettingsTest : public ProgramTest {
  protected:
   SettingsTest() {
     storeSettings();
@@ -74,25 +68,24 @@ TEST_F(SettingsTest, StoresWhatIsAcceptedAndNothingElse) {
   EXPECT_EQ(settings.values["General/FSRoot"], "C:\\fs\\");
   EXPECT_EQ(app.FSRoot, "C:\\fs\\");
   EXPECT_EQ(settings.values["General/PanelsDir"], "C:\\FS\\panels\\");
-  EXPECT_EQ(drive.tree("C:\\lib\\scenery"), (Tree{"Main\\", "Scenery\\"}));
+  EXPECT_EQ(drive.tree("C:\\lib\\scenery"), (Lines{"Main\\", "Scenery\\"}));
   EXPECT_TRUE(!form.visible && app.frmMain.visible);
 }
 
 TEST_F(SettingsTest, FoldersAreUnderstoodHoweverTheyAreTyped) {
   drive.write("C:\\My Sim\\100%41\\x", "");
-  const struct {
-    std::string typed, folder;
-  } cases[] = {{"C:\\FS", "C:\\FS\\"},
-               {" \"c:/FS//sub/\" ", "c:\\FS\\sub\\"},
-               {"C:", "C:\\"},
-               {"C:\\a\\.\\b\\..\\c. ", "C:\\a\\c\\"},
-               {drive.native() + "/FS", "C:\\FS\\"},
-               {drive.native() + "/not/yet\\", "C:\\not\\yet\\"},
-               {drive.native() + "/My%20Sim", "C:\\My Sim\\"},
-               {drive.native() + "/My Sim/100%41", "C:\\My Sim\\100%41\\"},
-               {"file://" + drive.native() + "/My%20Sim", "C:\\My Sim\\"},
-               {"FILE://host" + drive.native() + "/FS", "C:\\FS\\"},
-               {"~/FS", "C:\\FS\\"}};
+  const std::pair<std::string, std::string> cases[] = {
+      {"C:\\FS", "C:\\FS\\"},
+      {" \"c:/FS//sub/\" ", "c:\\FS\\sub\\"},
+      {"C:", "C:\\"},
+      {"C:\\a\\.\\b\\..\\c. ", "C:\\a\\c\\"},
+      {drive.native() + "/FS", "C:\\FS\\"},
+      {drive.native() + "/not/yet\\", "C:\\not\\yet\\"},
+      {drive.native() + "/My%20Sim", "C:\\My Sim\\"},
+      {drive.native() + "/My Sim/100%41", "C:\\My Sim\\100%41\\"},
+      {"file://" + drive.native() + "/My%20Sim", "C:\\My Sim\\"},
+      {"FILE://host" + drive.native() + "/FS", "C:\\FS\\"},
+      {"~/FS", "C:\\FS\\"}};
   app.platform.environment.home = "C:\\";
   for (const auto& [typed, folder] : cases)
     EXPECT_EQ(folderFromText(app, typed).valueOr(""), folder) << typed;
@@ -142,7 +135,7 @@ TEST_F(SettingsTest, PackagesMoveWhenTheUserWishes) {
     acceptPackages("C:\\deep\\new");
     EXPECT_EQ(drive.exists("C:\\Packs\\a.ZIP"), answer == ui::Answer::no);
   }
-  EXPECT_EQ(drive.filesIn("C:\\deep\\new"), (Tree{"Scenery\\sub\\b.txt", "a.ZIP"}));
+  EXPECT_EQ(drive.filesIn("C:\\deep\\new"), (Lines{"Scenery\\sub\\b.txt", "a.ZIP"}));
   EXPECT_FALSE(drive.exists("C:\\Packs"));
   EXPECT_TRUE(form.enabled);
   expectIdle();
@@ -168,7 +161,7 @@ TEST_F(SettingsTest, PackagesStayWhereOtherThingsWouldGoAlong) {
     SCOPED_TRACE(std::string(old) + other);
     for (const char* folder : {"", "FS\\", "Hangar\\", "store\\", "store\\new\\", "Home\\"})
       drive.write("C:\\" + std::string(folder) + "a.zip", "a");
-    const Tree before = drive.tree("C:\\");
+    const Lines before = drive.tree("C:\\");
     windows.boxes.clear();
     windows.answers = {ui::Answer::yes};
     const auto kept = settings.values;
@@ -200,7 +193,7 @@ TEST_F(SettingsTest, AMoveOfPackagesLosesNothing) {
   acceptPackages("C:\\new");
   EXPECT_EQ(drive.read("C:\\new\\a.zip"), "newer");
   EXPECT_EQ(drive.read("C:\\new\\b.zip") + drive.read("C:\\new\\c.zip"), "old placeold place");
-  EXPECT_EQ(drive.filesIn("C:\\Packs"), (Tree{"a.zip", "sub\\d.zip"}));
+  EXPECT_EQ(drive.filesIn("C:\\Packs"), (Lines{"a.zip", "sub\\d.zip"}));
   EXPECT_TRUE(drive.exists("C:\\data\\e.zip"));
   EXPECT_TRUE(holds(windows.boxes.at(1).text,
                     "3 of 5 files could not be moved, the first:\r\nC:\\Packs\\a.zip\r\nThe new "
@@ -268,5 +261,4 @@ TEST_F(SettingsTest, ProposalsFollowTheSimulatorsFolderUntilTheyAreTouched) {
   });
 }
 
-}  // namespace
-}  // namespace skv
+}  // namespace skv::test

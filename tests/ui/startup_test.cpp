@@ -3,17 +3,10 @@
 #include "aircraft/aircraft_views.h"
 #include "core/long_operation.h"
 #include "support/program_fixture.h"
-#include "ui/settings.h"
-#include "ui/views.h"
 
-namespace skv {
-namespace {
+namespace skv::test {
 
-using test::holds;
-using test::line;
-using Tree = std::vector<std::string>;
-
-class StartupTest : public test::ProgramTest {
+class StartupTest : public ProgramTest {
  protected:
   StartupTest() {
     storeSettings();
@@ -34,7 +27,6 @@ class StartupTest : public test::ProgramTest {
   const std::string rowA = line("a", "C:\\FS\\aircraft\\a\\");
   const std::string rowB = line("b", "C:\\FS\\aircraft\\b\\");
   int settingsShown = 0;
-  ui::FrmMain& form = app.frmMain;
 };
 
 TEST_F(StartupTest, ANormalStartShowsTheSimulatorsAircraft) {
@@ -45,7 +37,7 @@ TEST_F(StartupTest, ANormalStartShowsTheSimulatorsAircraft) {
   drive.write("C:\\Temp\\SKVInstallTemp\\left\\over.txt", "x");
   drive.write("C:\\FS\\aircraft\\~SKVUnfinished\\half", "of a killed run");
   Form_Load(app);
-  EXPECT_EQ(drive.tree("C:\\Temp\\SKVInstallTemp"), Tree{});
+  EXPECT_EQ(drive.tree("C:\\Temp\\SKVInstallTemp"), Lines{});
   EXPECT_FALSE(drive.exists("C:\\FS\\aircraft\\~SKVUnfinished"));
   EXPECT_EQ(form.lstAircraft.count(), 2);
   EXPECT_EQ(form.lstAircraft.selected(), 2);
@@ -68,7 +60,7 @@ TEST_F(StartupTest, AnArchiveThatCameByMailSurvivesARunThatWasKilled) {
   windows.boxes.clear();
   EXPECT_TRUE(disk.setAttributes(mailed, {.readOnly = true}).ok());
   Form_Load(app);
-  EXPECT_EQ(drive.filesIn("C:\\Temp"), (Tree{"mail (2).zip", "mail.zip"}));
+  EXPECT_EQ(drive.filesIn("C:\\Temp"), (Lines{"mail (2).zip", "mail.zip"}));
   EXPECT_EQ(drive.read("C:\\Temp\\mail (2).zip"), "the only copy");
   expectTold("had installed these archives. They are kept:\r\nC:\\Temp\\mail (2).zip");
 }
@@ -179,7 +171,7 @@ TEST_F(StartupTest, OldListFilesMoveAndAreNeverLost) {
   drive.write(old, line("kept", "C:\\p\\"));
   files.failWhen("copyFileDurably", old, err::diskFull);
   Form_Load(app);
-  EXPECT_EQ(rows(form.lstAircraft), Tree{"moved|C:\\FS\\aircraft\\m\\"});
+  EXPECT_EQ(rows(form.lstAircraft), Lines{"moved|C:\\FS\\aircraft\\m\\"});
   expectTold("could not be moved to \"C:\\FS\\\". It stays where it is");
   EXPECT_FALSE(drive.exists("C:\\Program\\SKV_AC.lst"));
   EXPECT_TRUE(drive.exists(old));
@@ -215,5 +207,4 @@ TEST_F(StartupTest, ClosingStoresTheNormalWindowAndTheRow) {
     EXPECT_EQ(settings.values[key], value) << key;
 }
 
-}  // namespace
-}  // namespace skv
+}  // namespace skv::test

@@ -9,8 +9,7 @@
 
 #include "platform/desktop/qt_clipboard.h"
 
-namespace skv {
-namespace {
+namespace skv::test {
 
 QByteArray encoded(int width, int height, QImage::Format format, const char* as) {
   QImage image(width, height, format);
@@ -61,5 +60,4 @@ TEST(ClipboardTest, GivesBackWhatWasPut) {
   EXPECT_FALSE(QtClipboard().putPicture({}).ok());
 }
 
-}  // namespace
-}  // namespace skv
+}  // namespace skv::test

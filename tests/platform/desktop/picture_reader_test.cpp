@@ -1,5 +1,4 @@
 // Picture files of every kind that is read, of kinds that are not, and broken ones.
-#include <gtest/gtest.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -7,19 +6,12 @@
 #include <string>
 
 #include "platform/desktop/qt_pictures.h"
-#include "platform/disk/drive_file_system.h"
-#include "support/temporary_drive.h"
+#include "support/disk_fixture.h"
+#include "support/zip_maker.h"
 
 namespace skv::test {
-namespace {
 
 using namespace std::string_literals;
-
-std::string little(long value, int bytes) {
-  std::string text;
-  for (; bytes > 0; --bytes, value >>= 8) text.push_back(static_cast<char>(value));
-  return text;
-}
 
 std::string fromHex(std::string_view hex) {
   std::string bytes;
@@ -84,7 +76,7 @@ std::string placeable(int width, int height, int inch) {
          little(inch, 2) + little(0, 6) + metafile(window(200, 100));
 }
 
-class PictureReaderTest : public ::testing::Test {
+class PictureReaderTest : public DiskTest {
  protected:
   Result<Pixels> read(const std::string& content, int longestSide = 0) {
     drive.write("C:\\picture.jpg", content);
@@ -97,8 +89,6 @@ class PictureReaderTest : public ::testing::Test {
     return at[2] << 16 | at[1] << 8 | at[0];
   }
 
-  TemporaryDrive drive;
-  DriveFileSystem files{drive.drives()};
   QtPictureReader reader{files, METAFILE_PROGRAM};
 };
 
@@ -187,15 +177,13 @@ TEST_F(PictureReaderTest, WhatIsNoFileIsNotOpened) {
   drive.link("C:\\device.jpg", "/dev/zero");
   drive.write("C:\\huge.bmp", "BM");
   ASSERT_EQ(truncate(drive.native("C:\\huge.bmp").c_str(), off_t{2} << 30), 0);
-  struct {
-    const char* path;
-    int number;
-  } const cases[] = {
-      {"C:\\folder.jpg", err::pathFileAccess}, {"C:\\pipe.jpg", err::pathFileAccess},
-      {"C:\\device.jpg", err::pathFileAccess}, {"C:\\huge.bmp", err::invalidPicture},
-      {"C:\\missing.jpg", err::fileNotFound},  {"C:\\missing\\a.jpg", err::pathNotFound},
-  };
-  for (const auto& c : cases) EXPECT_EQ(reader.read(c.path).outcome().number(), c.number) << c.path;
+  for (const auto& [path, number] : {std::pair{"C:\\folder.jpg", err::pathFileAccess},
+                                     {"C:\\pipe.jpg", err::pathFileAccess},
+                                     {"C:\\device.jpg", err::pathFileAccess},
+                                     {"C:\\huge.bmp", err::invalidPicture},
+                                     {"C:\\missing.jpg", err::fileNotFound},
+                                     {"C:\\missing\\a.jpg", err::pathNotFound}})
+    EXPECT_EQ(reader.read(path).outcome().number(), number) << path;
 }
 
 TEST_F(PictureReaderTest, StopsWhenToldAndNeedsItsProgramForMetafilesOnly) {
@@ -244,5 +232,4 @@ TEST_F(PictureReaderTest, AnotherFileIsAnotherState) {
   EXPECT_EQ(reader.state("C:\\a.jpg"), "");
 }
 
-}  // namespace
 }  // namespace skv::test

@@ -1,5 +1,4 @@
 // What belongs to the user: settings, folders and the one run.
-#include <gtest/gtest.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -9,29 +8,23 @@
 #include "platform/desktop/file_settings_store.h"
 #include "platform/desktop/process_environment.h"
 #include "platform/desktop/single_instance.h"
-#include "platform/disk/drive_file_system.h"
+#include "support/disk_fixture.h"
 #include "support/environment_variable.h"
-#include "support/temporary_drive.h"
 
-namespace skv {
-namespace {
+namespace skv::test {
 
 namespace fs = std::filesystem;
-using test::Variable;
 
-class UserEnvironmentTest : public ::testing::Test {
+class UserEnvironmentTest : public DiskTest {
  protected:
-  std::string native(const std::string& path) const { return drive.native() + "/" + path; }
   mode_t mode(const std::string& path) const {
     struct stat status {};
     return ::stat(path.c_str(), &status) == 0 ? status.st_mode & 0777 : 0;
   }
-  test::TemporaryDrive drive;
-  DriveFileSystem disk{drive.drives()};
 };
 
 TEST_F(UserEnvironmentTest, SettingsComeBackWhateverTheyHold) {
-  const std::string file = native("config/FSSkyvault/settings.ini");
+  const std::string file = onMachine("config/FSSkyvault/settings.ini");
   std::string everything;
   for (int c = 0; c < 256; ++c) everything += static_cast<char>(c);
   const std::string values[] = {
@@ -48,11 +41,11 @@ TEST_F(UserEnvironmentTest, SettingsComeBackWhateverTheyHold) {
     EXPECT_EQ(later.read("Other", "Key", "never"), "never");
   }
   EXPECT_EQ(mode(file), 0600U);
-  EXPECT_EQ(mode(native("config/FSSkyvault")), 0700U);
+  EXPECT_EQ(mode(onMachine("config/FSSkyvault")), 0700U);
 }
 
 TEST_F(UserEnvironmentTest, SettingsChangedByHandAreKept) {
-  const std::string file = native("own/settings.ini");
+  const std::string file = onMachine("own/settings.ini");
   FileSettingsStore store(file);
   EXPECT_TRUE(store.write("General", "FSRoot", "C:\\FS\\").ok());
   drive.write("C:\\own\\settings.ini",
@@ -76,52 +69,52 @@ TEST_F(UserEnvironmentTest, SettingsChangedByHandAreKept) {
   FileSettingsStore away(file);
   EXPECT_FALSE(away.state().ok());
   fs::remove(file);
-  fs::create_symlink(native("other.ini"), file);
+  fs::create_symlink(onMachine("other.ini"), file);
   EXPECT_FALSE(away.state().ok()) << "a link to a disk that is away";
   EXPECT_FALSE(away.write("Window", "MainTop", "45").ok());
   drive.write("C:\\other.ini", "[General]\nFSRoot=C:\\FS\\\n");
   EXPECT_TRUE(away.state().ok());
   EXPECT_EQ(away.read("General", "FSRoot", ""), "C:\\FS\\");
-  EXPECT_TRUE(FileSettingsStore(native("none.ini")).state().ok()) << "a first start";
+  EXPECT_TRUE(FileSettingsStore(onMachine("none.ini")).state().ok()) << "a first start";
 }
 
 TEST_F(UserEnvironmentTest, TempIsTheUsersOrPrivate) {
-  const Variable cache("XDG_CACHE_HOME", native("cache"));
+  const Variable cache("XDG_CACHE_HOME", onMachine("cache"));
   const std::string own = "C:\\cache\\FSSkyvault";
   const std::pair<std::string, std::string> cases[] = {{"", own},
                                                        {"D:\\Temp\\", "D:\\Temp\\"},
-                                                       {native("Temp"), "C:\\Temp"},
+                                                       {onMachine("Temp"), "C:\\Temp"},
                                                        {"/var/tmp", "Z:\\var\\tmp"},
                                                        {"/no:name", own}};
   for (const auto& [set, TEMP] : cases) {
     const Variable variable("TEMP", set);
     EXPECT_EQ(processEnvironment(disk).TEMP, TEMP) << set;
   }
-  EXPECT_EQ(mode(native("cache/FSSkyvault")), 0700U);
+  EXPECT_EQ(mode(onMachine("cache/FSSkyvault")), 0700U);
   if (::geteuid() != 0) return;
   // Somebody else's folder may be filled by somebody else.
-  ASSERT_EQ(::chown(native("cache/FSSkyvault").c_str(), 12, 34), 0);
+  ASSERT_EQ(::chown(onMachine("cache/FSSkyvault").c_str(), 12, 34), 0);
   EXPECT_EQ(processEnvironment(disk).TEMP, "");
 }
 
 TEST_F(UserEnvironmentTest, DrivesAreFoundOrMade) {
-  const Variable home("HOME", native("home")), data("XDG_DATA_HOME", native("data"));
-  const Variable told("SKYVAULT_DRIVES", ""), prefix("WINEPREFIX", native("prefix"));
-  EXPECT_EQ(findDrivesFolder(), native("data/FSSkyvault/dosdevices"));
+  const Variable home("HOME", onMachine("home")), data("XDG_DATA_HOME", onMachine("data"));
+  const Variable told("SKYVAULT_DRIVES", ""), prefix("WINEPREFIX", onMachine("prefix"));
+  EXPECT_EQ(findDrivesFolder(), onMachine("data/FSSkyvault/dosdevices"));
   DriveFileSystem made(findDrivesFolder());
   EXPECT_TRUE(made.makeFolder("C:\\FS").ok());
-  EXPECT_TRUE(fs::is_directory(native("data/FSSkyvault/drive_c/FS")));
+  EXPECT_TRUE(fs::is_directory(onMachine("data/FSSkyvault/drive_c/FS")));
   EXPECT_TRUE(made.attributes("Z:\\").ok());
-  fs::create_directories(native("home/.wine/dosdevices"));
-  EXPECT_EQ(findDrivesFolder(), native("home/.wine/dosdevices"));
-  fs::create_directories(native("prefix/dosdevices"));
-  EXPECT_EQ(findDrivesFolder(), native("prefix/dosdevices"));
+  fs::create_directories(onMachine("home/.wine/dosdevices"));
+  EXPECT_EQ(findDrivesFolder(), onMachine("home/.wine/dosdevices"));
+  fs::create_directories(onMachine("prefix/dosdevices"));
+  EXPECT_EQ(findDrivesFolder(), onMachine("prefix/dosdevices"));
   ::setenv("SKYVAULT_DRIVES", drive.drives().c_str(), 1);
   EXPECT_EQ(findDrivesFolder(), drive.drives());
 }
 
 TEST_F(UserEnvironmentTest, OneRunAtATimeEvenAfterAKill) {
-  const std::string folder = native("run");
+  const std::string folder = onMachine("run");
   {
     const auto first = SingleInstance::acquire(folder);
     ASSERT_TRUE(first.ok());
@@ -145,17 +138,16 @@ TEST_F(UserEnvironmentTest, OneRunAtATimeEvenAfterAKill) {
   ::close(ready[0]);
   ::close(ready[1]);
   drive.write("C:\\file", "");
-  EXPECT_EQ(SingleInstance::acquire(native("file")).outcome().number(), err::pathFileAccess);
+  EXPECT_EQ(SingleInstance::acquire(onMachine("file")).outcome().number(), err::pathFileAccess);
 }
 
 TEST_F(UserEnvironmentTest, TheLockLiesWhereTheSettingsLie) {
-  const Variable config("XDG_CONFIG_HOME", native("config"));
-  const Variable login("XDG_RUNTIME_DIR", native("run1"));
+  const Variable config("XDG_CONFIG_HOME", onMachine("config"));
+  const Variable login("XDG_RUNTIME_DIR", onMachine("run1"));
   const auto first = SingleInstance::acquire();
   ASSERT_TRUE(first.ok());
-  const Variable other("XDG_RUNTIME_DIR", native("run2"));
+  const Variable other("XDG_RUNTIME_DIR", onMachine("run2"));
   EXPECT_EQ(SingleInstance::acquire().outcome().number(), SingleInstance::alreadyRunning);
 }
 
-}  // namespace
-}  // namespace skv
+}  // namespace skv::test

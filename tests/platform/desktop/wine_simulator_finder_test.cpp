@@ -1,23 +1,19 @@
 #include "platform/desktop/wine_simulator_finder.h"
 
-#include <gtest/gtest.h>
-
 #include <sys/stat.h>
 
 #include <algorithm>
 
-#include "platform/disk/drive_file_system.h"
+#include "support/disk_fixture.h"
 #include "support/environment_variable.h"
-#include "support/temporary_drive.h"
 
 namespace skv::test {
-namespace {
 
 constexpr const char* registryHead =
     "WINE REGISTRY Version 2\n;; All keys relative to \\\\Machine\n\n";
 
 // A home on drive C: of the test, and the prefixes in it.
-class WineSimulatorFinderTest : public ::testing::Test {
+class WineSimulatorFinderTest : public DiskTest {
  protected:
   WineSimulatorFinderTest() {
     drive.write("C:\\home\\.bashrc", "");
@@ -31,8 +27,6 @@ class WineSimulatorFinderTest : public ::testing::Test {
   }
   void simulator(const std::string& folder) { drive.write("C:\\" + folder + "\\Scenery.cfg", ""); }
 
-  TemporaryDrive drive;
-  DriveFileSystem files{drive.drives()};
   Variable home{"HOME", drive.native() + "/home"};
   Variable wine{"WINEPREFIX", ""};
   Variable config{"XDG_CONFIG_HOME", ""};
@@ -103,5 +97,4 @@ TEST_F(WineSimulatorFinderTest, IsNotLedAstray) {
   EXPECT_TRUE(WineSimulatorFinder(files).find().empty());
 }
 
-}  // namespace
 }  // namespace skv::test

@@ -1,5 +1,4 @@
 // Copying, moving, replacing, renaming and deleting files on a real disk.
-#include <gtest/gtest.h>
 #include <sys/stat.h>
 #include <sys/xattr.h>
 #include <unistd.h>
@@ -7,18 +6,15 @@
 #include <filesystem>
 #include <functional>
 
-#include "platform/disk/drive_file_system.h"
 #include "platform/disk/file_writer.h"
+#include "support/disk_fixture.h"
 #include "support/failing_calls.h"
-#include "support/temporary_drive.h"
 
-namespace skv {
-namespace {
+namespace skv::test {
 
 namespace fs = std::filesystem;
-using Tree = std::vector<std::string>;
 
-class DriveContentTest : public ::testing::Test {
+class DriveContentTest : public DiskTest {
  protected:
   std::string native(const std::string& path) const { return drive.native(path); }
   mode_t mode(const std::string& path) const {
@@ -29,8 +25,6 @@ class DriveContentTest : public ::testing::Test {
     ASSERT_EQ(::chmod(native(path).c_str(), mode), 0);
   }
 
-  test::TemporaryDrive drive;
-  DriveFileSystem disk{drive.drives()};
   std::string content = "new";
   // Every way to bring the content to a path. The source lies beside the drive's other folders.
   using Way = std::function<Outcome(const std::string& to)>;
@@ -111,7 +105,7 @@ TEST_F(DriveContentTest, ManyDeletionsTakeReadOnlyFilesAndNoFolders) {
     return true;
   });
   EXPECT_EQ(told, paths.size());
-  EXPECT_EQ(drive.tree("C:\\S"), (Tree{"7\\", "7\\kept"}));
+  EXPECT_EQ(drive.tree("C:\\S"), (Lines{"7\\", "7\\kept"}));
 
   drive.clear("C:\\S");
   for (const std::string& path : paths) drive.write(path, "x");
@@ -130,11 +124,11 @@ TEST_F(DriveContentTest, AReadOnlyFileStaysAsItIs) {
   EXPECT_EQ(disk.deleteFile("C:\\ro").number(), err::pathFileAccess);
   EXPECT_EQ(disk.moveFile("C:\\ro", "C:\\moved").number(), err::pathFileAccess);
   EXPECT_EQ(drive.read("C:\\ro"), "old");
-  EXPECT_EQ(drive.tree("C:\\"), (Tree{"new", "ro"}));
+  EXPECT_EQ(drive.tree("C:\\"), (Lines{"new", "ro"}));
   ASSERT_TRUE(disk.setAttributes("C:\\ro", {}).ok());
   EXPECT_TRUE(copy("C:\\RO").ok());
   EXPECT_TRUE(disk.deleteFile("C:\\Ro").ok());
-  EXPECT_EQ(drive.tree("C:\\"), Tree{"new"});
+  EXPECT_EQ(drive.tree("C:\\"), Lines{"new"});
 }
 
 TEST_F(DriveContentTest, AFileOntoItselfComesToNoHarm) {
@@ -180,7 +174,7 @@ TEST_F(DriveContentTest, LinksAreNeverWrittenThrough) {
   EXPECT_EQ(drive.read("C:\\content") + drive.read("C:\\out\\target"), "keptkept");
   drive.link("C:\\link3", "C:\\out\\target");
   for (const char* link : {"C:\\link3", "C:\\outlink"}) EXPECT_TRUE(disk.deleteFile(link).ok());
-  EXPECT_EQ(drive.tree("C:\\out"), Tree{"target"});
+  EXPECT_EQ(drive.tree("C:\\out"), Lines{"target"});
   EXPECT_EQ(disk.deleteFile("C:\\out").number(), err::pathFileAccess);
 }
 
@@ -189,7 +183,7 @@ TEST_F(DriveContentTest, AMoveIsACopyAndADelete) {
   drive.setModified("C:\\a.txt", {1000000000, 5});
   drive.write("C:\\dir\\B.txt", "old");
   EXPECT_TRUE(disk.moveFile("C:\\A.txt", "C:\\Dir\\b.TXT").ok());
-  EXPECT_EQ(drive.tree("C:\\"), (Tree{"dir\\", "dir\\B.txt"}));
+  EXPECT_EQ(drive.tree("C:\\"), (Lines{"dir\\", "dir\\B.txt"}));
   EXPECT_EQ(drive.read("C:\\dir\\B.txt"), "new");
   EXPECT_EQ(disk.modified("C:\\dir\\b.txt").value(), (FileTime{1000000000, 5}));
   EXPECT_EQ(disk.moveFile("C:\\none", "C:\\x").number(), err::fileNotFound);
@@ -217,7 +211,7 @@ TEST_F(DriveContentTest, RenamingNeverReplaces) {
   EXPECT_TRUE(disk.rename("C:\\a.txt", "c:\\A.Txt").ok()) << "itself, in other letters";
   EXPECT_TRUE(disk.rename("C:\\a.txt", "c:\\A.Txt").ok());
   EXPECT_TRUE(disk.rename("C:\\DIR\\", "C:\\Folder\\").ok());
-  EXPECT_EQ(drive.tree("C:\\"), (Tree{"A.Txt", "Folder\\", "Folder\\b.txt"}));
+  EXPECT_EQ(drive.tree("C:\\"), (Lines{"A.Txt", "Folder\\", "Folder\\b.txt"}));
   fs::create_hard_link(native("C:\\A.Txt"), native("C:\\Folder") + "/a.txt");
   EXPECT_EQ(disk.rename("C:\\a.txt", "C:\\folder\\A.txt").number(), err::fileExists);
 }
@@ -245,7 +239,7 @@ TEST_F(DriveContentTest, AWriterLeavesNothingUntilItCommits) {
     auto given = disk.createFile(std::string("C:\\") + path);
     EXPECT_TRUE(given.value()->write(std::string("half")).ok());
   }
-  EXPECT_EQ(drive.tree("C:\\"), (Tree{"elsewhere\\", "old.txt"}));
+  EXPECT_EQ(drive.tree("C:\\"), (Lines{"elsewhere\\", "old.txt"}));
   EXPECT_EQ(drive.read("C:\\old.txt"), "old");
   EXPECT_TRUE(disk.setCurrentFolder("C:\\").ok());
   auto writer = disk.createFile("new.txt");
@@ -271,7 +265,7 @@ TEST_F(DriveContentTest, AFullDiskLeavesTheOldFile) {
   const NewFile many[] = {{"one", "1", {}}, {"two", content, {}}, {"three", "3", {}}};
   std::size_t complete = 0;
   std::vector<int> numbers, told;
-  test::withFullDisk(10000, [&] {
+  withFullDisk(10000, [&] {
     for (const char* to : {"C:\\old", "C:\\fresh"}) {
       for (const Way& way : {copy, replace, create}) numbers.push_back(way(to).number());
       numbers.push_back(disk.copyFileDurably("C:\\new", to).number());
@@ -302,9 +296,8 @@ TEST_F(DriveContentTest, AHiddenNameServesWhereFilesNeedOne) {
   EXPECT_EQ(file.publish("to", false), EEXIST);
   EXPECT_EQ(file.publish("to", true), 0);
   EXPECT_EQ(drive.read("C:\\to"), "new");
-  EXPECT_EQ(drive.tree("C:\\"), Tree{"to"});
+  EXPECT_EQ(drive.tree("C:\\"), Lines{"to"});
   EXPECT_TRUE(isLeftoverName(".skv-0123456789abcdef.tmp"));
 }
 
-}  // namespace
-}  // namespace skv
+}  // namespace skv::test

@@ -1,7 +1,5 @@
 // Names, attributes, listing and folders on a real disk.
-#include "platform/disk/drive_file_system.h"
 
-#include <gtest/gtest.h>
 #include <sys/stat.h>
 #include <sys/statvfs.h>
 #include <sys/xattr.h>
@@ -11,15 +9,13 @@
 #include <filesystem>
 #include <thread>
 
-#include "base/text.h"
-#include "support/temporary_drive.h"
+#include "support/disk_fixture.h"
 
-namespace skv {
-namespace {
+namespace skv::test {
 
 namespace fs = std::filesystem;
 
-class DriveFileSystemTest : public ::testing::Test {
+class DriveFileSystemTest : public DiskTest {
  protected:
   std::vector<std::string> names(const std::string& folder,
                                  FileSystem::Entries entries = FileSystem::Entries::plain) const {
@@ -31,16 +27,10 @@ class DriveFileSystemTest : public ::testing::Test {
   bool stands(const std::string& path) const { return disk.attributes(path).ok(); }
   // A change by somebody else, in exactly this spelling.
   void foreign(const std::string& name, const std::string& content) const {
-    const int unused = ::system(("printf '" + content + "' > '" + native(name) + "'").c_str());
+    const int unused = ::system(("printf '" + content + "' > '" + onMachine(name) + "'").c_str());
     ASSERT_EQ(unused, 0);
   }
-  std::string native(const std::string& name) const { return drive.native() + "/" + name; }
-
-  test::TemporaryDrive drive;
-  DriveFileSystem disk{drive.drives()};
 };
-
-using Names = std::vector<std::string>;
 
 TEST_F(DriveFileSystemTest, NamesMatchWithoutRegardToCase) {
   drive.write("C:\\FS2002\\aircraft\\B737\\Stra\u00dfe \u00e4.cfg", "here");
@@ -77,7 +67,7 @@ TEST_F(DriveFileSystemTest, NothingIsMadeThatDiffersInCaseAlone) {
   ASSERT_TRUE(writer.ok() && other.ok());
   EXPECT_TRUE(writer.value()->commit({}).ok());
   EXPECT_TRUE(other.value()->commit({}).ok());
-  EXPECT_EQ(drive.tree("C:\\"), (Names{"Aircraft\\", "Aircraft\\b737\\", "Aircraft\\b737\\B.cfg",
+  EXPECT_EQ(drive.tree("C:\\"), (Lines{"Aircraft\\", "Aircraft\\b737\\", "Aircraft\\b737\\B.cfg",
                                        "Aircraft\\b737\\C.txt"}));
   EXPECT_EQ(drive.read("C:\\Aircraft\\b737\\B.cfg"), "2");
 }
@@ -88,7 +78,7 @@ TEST_F(DriveFileSystemTest, OfTwinsTheExactSpellingWins) {
   EXPECT_EQ(disk.readFile("C:\\Readme.txt").valueOr(""), "first");
   EXPECT_EQ(disk.readFile("C:\\README.txt").valueOr(""), "second");
   EXPECT_EQ(disk.readFile("C:\\readme.txt").valueOr(""), "second") << "the first by its bytes";
-  EXPECT_EQ(names("C:\\"), (Names{"README.txt", "Readme.txt"}));
+  EXPECT_EQ(names("C:\\"), (Lines{"README.txt", "Readme.txt"}));
   EXPECT_EQ(disk.rename("C:\\Readme.txt", "C:\\README.txt").number(), err::fileExists);
   EXPECT_TRUE(disk.replaceFile("C:\\Readme.txt", "new").ok());
   EXPECT_EQ(disk.readFile("C:\\README.txt").valueOr(""), "second");
@@ -100,25 +90,25 @@ TEST_F(DriveFileSystemTest, ChangesBySomebodyElseAreSeenAtOnce) {
     EXPECT_FALSE(stands("C:\\d\\FILE.txt"));
     foreign("d/file.txt", "x");
     EXPECT_TRUE(stands("C:\\d\\FILE.txt"));
-    fs::rename(native("d/file.txt"), native("d/other.txt"));
+    fs::rename(onMachine("d/file.txt"), onMachine("d/other.txt"));
     EXPECT_FALSE(stands("C:\\d\\FILE.txt"));
     EXPECT_TRUE(stands("C:\\d\\OTHER.txt"));
-    fs::remove(native("d/other.txt"));
+    fs::remove(onMachine("d/other.txt"));
     EXPECT_FALSE(stands("C:\\d\\OTHER.txt"));
   }
   foreign("d/file.txt", "x");
   EXPECT_TRUE(stands("C:\\D\\FILE.txt"));
   // The folder itself, or one above it, may become another one under the same path.
-  fs::rename(native("d"), native("away"));
-  fs::create_directory(native("d"));
+  fs::rename(onMachine("d"), onMachine("away"));
+  fs::create_directory(onMachine("d"));
   EXPECT_FALSE(stands("C:\\D\\FILE.txt"));
   EXPECT_TRUE(stands("C:\\AWAY\\FILE.txt"));
-  fs::remove_all(native("d"));
+  fs::remove_all(onMachine("d"));
   EXPECT_FALSE(stands("C:\\D\\FILE.txt"));
-  fs::create_symlink("away", native("d"));
+  fs::create_symlink("away", onMachine("d"));
   EXPECT_TRUE(stands("C:\\D\\FILE.txt"));
-  fs::rename(native("away/file.txt"), native("away/File.TXT"));
-  EXPECT_EQ(names("C:\\D"), Names{"File.TXT"});
+  fs::rename(onMachine("away/file.txt"), onMachine("away/File.TXT"));
+  EXPECT_EQ(names("C:\\D"), Lines{"File.TXT"});
   EXPECT_TRUE(stands("C:\\D\\FILE.txt"));
 }
 
@@ -147,14 +137,14 @@ TEST_F(DriveFileSystemTest, ListingIsInTheOrderOfNtfs) {
     foreign(name, "");
   for (const char* refused : {"a:b", "what?", "back\\\\slash", "con", "dot.", "blank "})
     foreign(refused, "");
-  fs::create_directory(native("Sub"));
-  fs::create_symlink("Sub", native("linked"));
-  fs::create_symlink("nowhere", native("broken"));
-  ASSERT_EQ(::mkfifo(native("pipe").c_str(), 0600), 0);
-  const Names plain = {"a", "b.txt", "B_.txt",     "C",       "linked\\", "Sub\\",
+  fs::create_directory(onMachine("Sub"));
+  fs::create_symlink("Sub", onMachine("linked"));
+  fs::create_symlink("nowhere", onMachine("broken"));
+  ASSERT_EQ(::mkfifo(onMachine("pipe").c_str(), 0600), 0);
+  const Lines plain = {"a", "b.txt", "B_.txt",     "C",       "linked\\", "Sub\\",
                        "z", "_x",    "\u00c4.txt", "\u00e4a", "\xff\xfe"};
   EXPECT_EQ(names("C:\\"), plain);
-  Names all = plain;
+  Lines all = plain;
   all.insert(all.begin(), ".dot");
   EXPECT_EQ(names("C:\\", FileSystem::Entries::all), all);
   EXPECT_EQ(names("C:\\", FileSystem::Entries::named), plain);
@@ -169,7 +159,7 @@ TEST_F(DriveFileSystemTest, ListingIsInTheOrderOfNtfs) {
 
 TEST_F(DriveFileSystemTest, AttributesLiveWhereWineKeepsThem) {
   drive.write("C:\\a.txt", "x");
-  const std::string file = native("a.txt");
+  const std::string file = onMachine("a.txt");
   if (::setxattr(file.c_str(), "user.test", "", 0, 0) != 0) GTEST_SKIP() << "no attributes here";
   ASSERT_TRUE(disk.setAttributes("C:\\A.TXT", {.hidden = true, .archive = true}).ok());
   char stored[16] = {};
@@ -177,16 +167,16 @@ TEST_F(DriveFileSystemTest, AttributesLiveWhereWineKeepsThem) {
   EXPECT_STREQ(stored, "0x22");
   EXPECT_TRUE(disk.attributes("C:\\a.txt").value().hidden);
   EXPECT_TRUE(disk.attributes("C:\\a.txt").value().archive);
-  EXPECT_EQ(names("C:\\"), Names{});
+  EXPECT_EQ(names("C:\\"), Lines{});
   ASSERT_TRUE(disk.setAttributes("C:\\a.txt", {.readOnly = true, .system = true}).ok());
   EXPECT_EQ(fs::status(file).permissions() & fs::perms::owner_write, fs::perms::none);
   EXPECT_FALSE(disk.attributes("C:\\a.txt").value().hidden);
   EXPECT_TRUE(disk.attributes("C:\\a.txt").value().system);
-  EXPECT_EQ(names("C:\\"), Names{});
+  EXPECT_EQ(names("C:\\"), Lines{});
 
   ASSERT_TRUE(disk.setAttributes("C:\\a.txt", {}).ok());
   EXPECT_NE(fs::status(file).permissions() & fs::perms::owner_write, fs::perms::none);
-  EXPECT_EQ(names("C:\\"), Names{"a.txt"});
+  EXPECT_EQ(names("C:\\"), Lines{"a.txt"});
 
   drive.link("C:\\to_a", "C:\\a.txt");
   ::chmod(file.c_str(), 0444);
@@ -197,10 +187,10 @@ TEST_F(DriveFileSystemTest, AttributesLiveWhereWineKeepsThem) {
 
 TEST_F(DriveFileSystemTest, AFolderGoesOnlyWhenNothingIsInIt) {
   for (const char* name : {"keep/.hidden", "keep/a:b"}) {
-    fs::create_directories(native("keep"));
+    fs::create_directories(onMachine("keep"));
     foreign(name, "x");
     EXPECT_EQ(disk.removeFolder("C:\\Keep").number(), err::pathFileAccess);
-    fs::remove(native(name));
+    fs::remove(onMachine(name));
   }
   drive.write("C:\\keep\\.skv-0123456789abcdef.tmp", "of a killed run");
   drive.link("C:\\link", "C:\\keep");
@@ -220,21 +210,21 @@ TEST_F(DriveFileSystemTest, AFolderGoesOnlyWhenNothingIsInIt) {
 TEST_F(DriveFileSystemTest, DrivesLeadToTheMachineAndBack) {
   drive.write("C:\\Games\\a.txt", "x");
   for (const auto& [path, place] :
-       {std::pair<const char*, std::string>{"C:\\GAMES\\A.txt", native("Games/a.txt")},
-        {"C:\\games\\New\\b.txt", native("Games/New/b.txt")},
+       {std::pair<const char*, std::string>{"C:\\GAMES\\A.txt", onMachine("Games/a.txt")},
+        {"C:\\games\\New\\b.txt", onMachine("Games/New/b.txt")},
         {"C:\\", drive.native()},
         {"Z:\\", "/"}})
     EXPECT_EQ(disk.nativePath(path).valueOr(""), place);
   for (const auto& [place, path] :
-       {std::pair<std::string, const char*>{native("Games/new.txt"), "C:\\Games\\new.txt"},
+       {std::pair<std::string, const char*>{onMachine("Games/new.txt"), "C:\\Games\\new.txt"},
         {drive.native(), "C:\\"},
         {"/usr/../etc/hostname", "Z:\\etc\\hostname"},
         {drive.drives() + "/c:/Games/a.txt", "C:\\Games\\a.txt"},
         {"/a:b", ""},
         {"/", "Z:\\"}})
     EXPECT_EQ(disk.windowsPath(place), path) << place;
-  fs::create_symlink(native("Games"), drive.drives() + "/g:");
-  EXPECT_EQ(disk.windowsPath(native("Games/a.txt")), "G:\\a.txt");
+  fs::create_symlink(onMachine("Games"), drive.drives() + "/g:");
+  EXPECT_EQ(disk.windowsPath(onMachine("Games/a.txt")), "G:\\a.txt");
   struct statvfs mounted {};
   ASSERT_EQ(::statvfs("/dev", &mounted), 0);
   EXPECT_NEAR(disk.freeBytes("Z:\\DEV\\").valueOr(-1),
@@ -242,5 +232,4 @@ TEST_F(DriveFileSystemTest, DrivesLeadToTheMachineAndBack) {
       << "of what is mounted there, not of the drive's root";
 }
 
-}  // namespace
-}  // namespace skv
+}  // namespace skv::test

@@ -1,7 +1,4 @@
 // Disks that fail, fill up or are away: what the layer then says, and what it leaves behind.
-#include <fcntl.h>
-#include <gtest/gtest.h>
-#include <sys/stat.h>
 #include <sys/syscall.h>
 #include <sys/xattr.h>
 #include <unistd.h>
@@ -9,23 +6,19 @@
 #include <filesystem>
 
 #include "platform/disk/dos_attributes.h"
-#include "platform/disk/drive_file_system.h"
+#include "support/disk_fixture.h"
 #include "support/failing_calls.h"
-#include "support/temporary_drive.h"
 
-namespace skv {
-namespace {
+namespace skv::test {
 
 namespace fs = std::filesystem;
 using Entries = FileSystem::Entries;
-using test::withFailingCalls;
 
 constexpr long getxattrat = 464;
 const std::vector<long> attributeCalls = {SYS_getxattr, getxattrat};
 
-class FailingDiskTest : public ::testing::Test {
+class FailingDiskTest : public DiskTest {
  protected:
-  std::string native(const std::string& name) const { return drive.native() + "/" + name; }
   // The folder's entries in a text, or the number of its failure.
   static std::string listed(const DriveFileSystem& disk, const std::string& folder,
                             Entries entries) {
@@ -35,9 +28,6 @@ class FailingDiskTest : public ::testing::Test {
     for (const FolderEntry& entry : list.value()) names += entry.name + " ";
     return names;
   }
-
-  test::TemporaryDrive drive;
-  DriveFileSystem disk{drive.drives()};
 };
 
 TEST_F(FailingDiskTest, WhatCannotBeLookedAtIsNotMissing) {
@@ -45,21 +35,21 @@ TEST_F(FailingDiskTest, WhatCannotBeLookedAtIsNotMissing) {
   drive.write("C:\\d\\b\\c.txt", "x");
   using Look = std::function<Outcome(DriveFileSystem&)>;
   const auto attributes = [](const char* path) -> Look {
-    return [path](auto& files) { return files.attributes(path).outcome(); };
+    return [path](auto& fresh) { return fresh.attributes(path).outcome(); };
   };
   const auto list = [](Entries entries) -> Look {
-    return [entries](auto& files) { return files.list("C:\\d", entries).outcome(); };
+    return [entries](auto& fresh) { return fresh.list("C:\\d", entries).outcome(); };
   };
   const std::string file = "C:\\d\\a.txt", copy = "C:\\d\\copy";
-  const Look read = [&](auto& files) { return files.readFile(file).outcome(); };
-  const Look time = [&](auto& files) { return files.modified(file).outcome(); };
-  const Look remove = [](auto& files) { return files.removeFolder("C:\\e"); };
-  const Look set = [&](auto& files) { return files.setAttributes(file, {}); };
-  const Look copied = [&](auto& files) { return files.copyFile(file, copy); };
-  const Look durable = [&](auto& files) { return files.copyFileDurably(file, copy); };
-  const Look moved = [&](auto& files) { return files.moveFile(file, "C:\\d\\b\\c.txt"); };
-  const Look room = [](auto& files) { return files.freeBytes("C:\\d").outcome(); };
-  const Look flush = [](auto& files) { return files.flushDisk("C:\\D"); };
+  const Look read = [&](auto& fresh) { return fresh.readFile(file).outcome(); };
+  const Look time = [&](auto& fresh) { return fresh.modified(file).outcome(); };
+  const Look remove = [](auto& fresh) { return fresh.removeFolder("C:\\e"); };
+  const Look set = [&](auto& fresh) { return fresh.setAttributes(file, {}); };
+  const Look copied = [&](auto& fresh) { return fresh.copyFile(file, copy); };
+  const Look durable = [&](auto& fresh) { return fresh.copyFileDurably(file, copy); };
+  const Look moved = [&](auto& fresh) { return fresh.moveFile(file, "C:\\d\\b\\c.txt"); };
+  const Look room = [](auto& fresh) { return fresh.freeBytes("C:\\d").outcome(); };
+  const Look flush = [](auto& fresh) { return fresh.flushDisk("C:\\D"); };
   const struct {
     std::vector<long> calls;
     int error;
@@ -94,8 +84,8 @@ TEST_F(FailingDiskTest, WhatCannotBeLookedAtIsNotMissing) {
   int number = 0;
   for (const auto& [calls, error, look, expected] : looks) {
     const auto answer = withFailingCalls(calls, error, [&, work = look] {
-      DriveFileSystem files(drive.drives());
-      return std::to_string(work(files).number());
+      DriveFileSystem fresh(drive.drives());
+      return std::to_string(work(fresh).number());
     });
     if (!answer) GTEST_SKIP() << "calls cannot be made to fail here";
     EXPECT_EQ(*answer, std::to_string(expected)) << "look " << number;
@@ -107,14 +97,14 @@ TEST_F(FailingDiskTest, WhatCannotBeLookedAtIsNotMissing) {
 TEST_F(FailingDiskTest, ListingAndAttributesSeeTheSame) {
   drive.write("C:\\d\\shown", "x");
   drive.write("C:\\d\\hidden", "x");
-  fs::create_directory(native("d/folder"));
+  fs::create_directory(onMachine("d/folder"));
   for (const char* name : {"d/hidden", "d/folder"})
-    if (::setxattr(native(name).c_str(), "user.DOSATTRIB", "0x2", 3, 0) != 0)
+    if (::setxattr(onMachine(name).c_str(), "user.DOSATTRIB", "0x2", 3, 0) != 0)
       GTEST_SKIP() << "no attributes here";
   const auto seen = [&] {
-    DriveFileSystem files(drive.drives());
-    const auto hidden = files.attributes("C:\\d\\hidden");
-    return listed(files, "C:\\d", Entries::plain) + "|" + listed(files, "C:\\d", Entries::named) +
+    DriveFileSystem fresh(drive.drives());
+    const auto hidden = fresh.attributes("C:\\d\\hidden");
+    return listed(fresh, "C:\\d", Entries::plain) + "|" + listed(fresh, "C:\\d", Entries::named) +
            "|" + (hidden.ok() ? std::to_string(hidden.value().hidden) : "?");
   };
   const std::string right = "shown |hidden shown |1";
@@ -130,10 +120,10 @@ TEST_F(FailingDiskTest, ListingAndAttributesSeeTheSame) {
 
 TEST_F(FailingDiskTest, BehindALinkThatLeadsNowhereMayBeADisk) {
   drive.write("C:\\file", "x");
-  fs::create_symlink("nowhere", native("away"));
-  fs::create_symlink("file/none", native("awry"));
-  fs::create_symlink("circle", native("circle"));
-  fs::create_symlink(native("unmounted"), drive.drives() + "/d:");
+  fs::create_symlink("nowhere", onMachine("away"));
+  fs::create_symlink("file/none", onMachine("awry"));
+  fs::create_symlink("circle", onMachine("circle"));
+  fs::create_symlink(onMachine("unmounted"), drive.drives() + "/d:");
   for (const char* path : {"C:\\away", "C:\\AWAY", "C:\\away\\a", "C:\\Away\\a\\b", "C:\\awry",
                            "D:\\", "D:\\a", "D:\\a\\b", "d:"}) {
     EXPECT_EQ(disk.attributes(path).outcome().number(), err::deviceUnavailable) << path;
@@ -172,5 +162,4 @@ TEST_F(FailingDiskTest, AFileIsNoFolderAndAFolderNotItsOwn) {
   EXPECT_EQ(drive.read("C:\\dir\\a"), "a");
 }
 
-}  // namespace
-}  // namespace skv
+}  // namespace skv::test

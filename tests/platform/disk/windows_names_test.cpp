@@ -4,8 +4,7 @@
 
 #include "base/text.h"
 
-namespace skv {
-namespace {
+namespace skv::test {
 
 TEST(WindowsNamesTest, PathsResolveBeforeTheyReachTheDisk) {
   const DrivePath current{'d', "Work/Now"};
@@ -40,5 +39,4 @@ TEST(WindowsNamesTest, WhatWindowsRefusesIsRefused) {
   EXPECT_EQ(parseWindowsPath("", {}).outcome().number(), err::fileNotFound);
 }
 
-}  // namespace
-}  // namespace skv
+}  // namespace skv::test

@@ -1,16 +1,12 @@
-#include <gtest/gtest.h>
 
 #include <filesystem>
 
-#include "platform/disk/drive_file_system.h"
 #include "platform/mail/curl_mail_engine.h"
 #include "platform/mail/mail_servers.h"
-#include "support/faulty_file_system.h"
-#include "support/temporary_drive.h"
+#include "support/disk_fixture.h"
 #include "support/text.h"
 
 namespace skv::test {
-namespace {
 
 using namespace std::chrono_literals;
 
@@ -18,7 +14,7 @@ std::string mailOf(const std::string& subject, const std::string& rest = "\r\nBo
   return "From: a@example.com\r\nSubject: " + subject + "\r\n" + rest;
 }
 
-struct EngineTest : ::testing::Test {
+struct EngineTest : DiskTest {
   std::unique_ptr<MailEngine> load(const std::string& caFile = {},
                                    const std::vector<int>& tlsPorts = {},
                                    std::chrono::milliseconds silence = 20s) {
@@ -41,9 +37,6 @@ struct EngineTest : ::testing::Test {
       found.push_back(bundle.MessageAt(at).value()->GetSubject());
     return found;
   }
-  TemporaryDrive drive;
-  DriveFileSystem disk{drive.drives()};
-  FaultyFileSystem files{disk};
   std::unique_ptr<CurlMailSystem> system;
 };
 
@@ -315,5 +308,4 @@ TEST_F(EngineTest, TellsNothingToServersElsewhereThatDoNotEncrypt) {
   EXPECT_TRUE(engine->SendMail(*mail).ok());
 }
 
-}  // namespace
 }  // namespace skv::test

@@ -1,10 +1,7 @@
-#include <gtest/gtest.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <sstream>
 
-#include "platform/disk/drive_file_system.h"
 #include "platform/disk/native_calls.h"
 #include "platform/mail/curl_mail_engine.h"
 #include "platform/mail/mail_host.h"
@@ -12,20 +9,15 @@
 #include "platform/mail/parse_guard.h"
 #include "platform/mail/received_mail.h"
 #include "platform/mail/work_file.h"
-#include "support/temporary_drive.h"
+#include "support/disk_fixture.h"
 #include "support/text.h"
 
 namespace skv::test {
-namespace {
 
-struct MessageTest : ::testing::Test {
+struct MessageTest : DiskTest {
   // `text` has "\n" at its line ends.
   std::unique_ptr<MailMessage> received(const std::string& text) {
-    std::string mail;
-    for (const char c : text) {
-      if (c == '\n') mail += '\r';
-      mail += c;
-    }
+    const std::string mail = withCrLf(text);
     auto file = makeWorkFile(drive.native() + "/work");
     EXPECT_TRUE(file.ok());
     EXPECT_EQ(writeAll(file.value().get(), mail), 0);
@@ -42,15 +34,12 @@ struct MessageTest : ::testing::Test {
       drive.clear("C:\\Out");
       const std::string name = mail.AttachmentName(at).valueOr("?");
       const Outcome saved = mail.SaveAttachment(at, "C:\\Out");
-      const auto files = drive.filesIn("C:\\");
-      EXPECT_EQ(files.size(), saved.ok() ? 1U : 0U) << name;  // and nowhere else
+      EXPECT_EQ(drive.filesIn("C:\\").size(), saved.ok() ? 1U : 0U) << name;  // and nowhere else
       all += saved.ok() ? name + "=" + drive.read("C:\\Out\\" + name) + ";" : name + "!;";
     }
     return all;
   }
   Outcome outcome;  // of the last mail
-  TemporaryDrive drive;
-  DriveFileSystem disk{drive.drives()};
   const CurlMailSystem system;
   const std::unique_ptr<MailEngine> engine = CurlMailSystem().load(disk);
   MailPulse pulse{*engine};
@@ -239,27 +228,17 @@ TEST_F(MessageTest, RefusesWhatIsNoAddressNoNameAndNoFile) {
 }
 
 TEST(MailHostTest, ReadsWhatUsersWrite) {
-  const struct {
-    const char *text, *shown;
-  } cases[] = {{" Mail.Example.com ", "mail.example.com"},
-               {"mail.example.com:2525", "mail.example.com:2525"},
-               {"[::1]:995", "[::1]:995"},
-               {"fd00::2", "fd00::2"},
-               {"192.0.2.1:110", "192.0.2.1:110"},
-               {"", "-"},
-               {"a:0", "-"},
-               {"a:65536", "-"},
-               {"a:b", "-"},
-               {"[::1", "-"},
-               {"user@example.com", "-"},
-               {"example.com/x", "-"},
-               {"exa mple.com", "-"},
-               {"-x", "-"}};
-  for (const auto& [text, shown] : cases) {
+  for (const auto& [text, shown] : {std::pair(" Mail.Example.com ", "mail.example.com"),
+                                    {"mail.example.com:2525", "mail.example.com:2525"},
+                                    {"[::1]:995", "[::1]:995"},
+                                    {"fd00::2", "fd00::2"},
+                                    {"192.0.2.1:110", "192.0.2.1:110"}}) {
     const auto host = readMailHost(text);
-    EXPECT_EQ(host ? host->shown() : "-", shown) << text;
+    EXPECT_EQ(host ? host->shown() : "none", shown);
   }
+  for (const char* none : {"", "a:0", "a:65536", "a:b", "[::1", "user@example.com", "example.com/x",
+                           "exa mple.com", "-x"})
+    EXPECT_FALSE(readMailHost(none)) << none;
 }
 
-}  // namespace
 }  // namespace skv::test

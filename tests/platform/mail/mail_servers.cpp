@@ -14,7 +14,6 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
-#include <sstream>
 
 namespace skv::test {
 
@@ -110,16 +109,17 @@ void RudeServer::talk(int client) {
   std::string unread;
   const auto say = [&](const std::string& line) {
     const auto reply = answer_(line);
-    const bool slowly = reply && reply->starts_with('~');
-    for (std::size_t at = slowly ? 1 : 0; reply && at < reply->size() && !ending_;) {
-      const ssize_t sent = ::send(client, reply->data() + at, slowly ? 1 : reply->size() - at,
-                                  MSG_NOSIGNAL | MSG_DONTWAIT);
+    const bool slowly = reply && reply->starts_with('~'), last = reply && reply->ends_with('~');
+    const std::size_t end = reply ? reply->size() - (last ? 1 : 0) : 0;
+    for (std::size_t at = slowly ? 1 : 0; at < end && !ending_;) {
+      const ssize_t sent =
+          ::send(client, reply->data() + at, slowly ? 1 : end - at, MSG_NOSIGNAL | MSG_DONTWAIT);
       if (slowly) ::usleep(50'000);
       if (sent > 0) at += static_cast<std::size_t>(sent);
       if (sent < 0 && errno != EAGAIN) return false;
       if (sent < 0) ::usleep(1000);
     }
-    return reply.has_value();
+    return reply && !last;
   };
   if (!say("")) return;
   while (!ending_) {

@@ -26,7 +26,6 @@ class MailServers {
   std::string smtps() const { return host(3); }
   std::vector<int> tlsPorts() const { return {ports_[1], ports_[3]}; }
   std::string caFile() const { return folder_ + "/ca.pem"; }
-  const std::string& folder() const { return folder_; }
   void putIntoMailbox(const std::string& mail);
   int mailsInMailbox() const;
   // The mails that were sent, each with a line of client name, sender and recipients before it.
@@ -47,7 +46,8 @@ class MailServers {
 class RudeServer {
  public:
   // What the server sends on a line of the client ("" is the connection itself). None: it hangs up;
-  // "": it is silent. What begins with "~" comes byte by byte, 50 ms apart.
+  // "": it is silent. What begins with "~" comes byte by byte, 50 ms apart; after what ends with
+  // "~" it hangs up.
   using Answer = std::function<std::optional<std::string>(const std::string& line)>;
   explicit RudeServer(Answer answer, const std::string& address = "127.0.0.1");
   ~RudeServer();

@@ -16,8 +16,7 @@
 #include "platform/x11/x11_image.h"
 #include "support/environment_variable.h"
 
-namespace skv {
-namespace {
+namespace skv::test {
 
 constexpr const char* title = "Microsoft Flight Simulator 2002";
 constexpr std::uint32_t red = 0xff0000, blue = 0x0000ff, green = 0x00ff00;
@@ -122,7 +121,7 @@ class X11ScreenTest : public ::testing::Test {
     return static_cast<std::uint32_t>(pixel[2] << 16 | pixel[1] << 8 | pixel[0]);
   }
 
-  std::optional<test::Variable> display;
+  std::optional<Variable> display;
   QProcess server, manager;
   std::unique_ptr<X11Connection> desk;
   int waits = 0;
@@ -204,7 +203,7 @@ TEST_F(X11ScreenTest, ChoosesAmongTitlesAndMissesWhatHasGone) {
 
 TEST_F(X11ScreenTest, WithoutServer) {
   for (const char* nowhere : {"", ":4711", "no such display"}) {
-    const test::Variable none("DISPLAY", nowhere);
+    const Variable none("DISPLAY", nowhere);
     const Outcome outcome = screen.activate(title, true);
     EXPECT_NE(outcome.description().find("no X server"), std::string::npos);
     EXPECT_FALSE(screen.captureActiveWindow().ok());
@@ -233,5 +232,4 @@ TEST(X11PixelsTest, ReadsWhatServersHold) {
   EXPECT_FALSE(pixelsFrom(cases[0].bytes, 1, 1, {8, 32, true, 0, 0, 0}));
 }
 
-}  // namespace
-}  // namespace skv
+}  // namespace skv::test

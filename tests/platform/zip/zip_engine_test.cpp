@@ -1,22 +1,14 @@
-#include <gtest/gtest.h>
 #include <sys/stat.h>
 
-#include "base/day_count.h"
-#include "platform/disk/drive_file_system.h"
 #include "platform/zip/libzip_zipit.h"
-#include "support/every_call.h"
+#include "support/disk_fixture.h"
 #include "support/failing_calls.h"
-#include "support/temporary_drive.h"
 #include "support/text.h"
 #include "support/zip_maker.h"
 
-namespace skv {
-namespace {
+namespace skv::test {
 
-using test::RawEntry;
-using Tree = std::vector<std::string>;
-
-class ZipEngineTest : public ::testing::Test {
+class ZipEngineTest : public DiskTest {
  protected:
   ZipEngineTest() { drive.clear("C:\\out"); }
 
@@ -32,8 +24,8 @@ class ZipEngineTest : public ::testing::Test {
     zip->ExtractProgress = [this](int percent) { percents.push_back(percent); };
     return zip;
   }
-  static Tree namesOf(const Zipit& zip) {
-    Tree names;
+  static Lines namesOf(const Zipit& zip) {
+    Lines names;
     for (const ZipEntry& entry : zip.entries()) names.push_back(entry.Filename);
     return names;
   }
@@ -47,9 +39,9 @@ class ZipEngineTest : public ::testing::Test {
   // The user is told of what, and nothing is written.
   void expectRefused(const Outcome& done, const std::string& what) {
     EXPECT_FALSE(done.ok()) << what;
-    EXPECT_TRUE(test::holds(done.description(), what));
-    EXPECT_TRUE(test::holds(done.description(), "a.zip"));
-    EXPECT_EQ(drive.tree("C:\\out"), Tree{}) << what;
+    EXPECT_TRUE(holds(done.description(), what));
+    EXPECT_TRUE(holds(done.description(), "a.zip"));
+    EXPECT_EQ(drive.tree("C:\\out"), Lines{}) << what;
   }
   // Bytes that cannot be packed.
   static std::string noise(std::size_t length) {
@@ -59,19 +51,16 @@ class ZipEngineTest : public ::testing::Test {
     return bytes;
   }
 
-  test::TemporaryDrive drive;
-  DriveFileSystem disk{drive.drives()};
-  test::FaultyFileSystem files{disk};
   Outcome opened;
   std::vector<int> percents;
 };
 
 TEST_F(ZipEngineTest, PutsEveryEntryInItsPlace) {
   const std::string text(100000, 't');
-  const Outcome done = extract(test::rawZip({
+  const Outcome done = extract(rawZip({
       {"folder\\", ""},
       {"folder/stored.txt", "stored"},
-      {"back\\slash\\deflated.txt", test::deflated(text), 8, 100000, {}, test::crc32Of(text)},
+      {"back\\slash\\deflated.txt", deflated(text), 8, 100000, {}, crc32Of(text)},
       {"./x//y/empty", ""},
       {"README.TXT", "first"},
       {"readme.txt", "second"},
@@ -84,13 +73,13 @@ TEST_F(ZipEngineTest, PutsEveryEntryInItsPlace) {
   }));
   EXPECT_TRUE(done.ok()) << done.description();
   EXPECT_EQ(drive.tree("C:\\out"),
-            (Tree{"README.TXT", "_nul.txt", "back\\", "back\\slash\\", "back\\slash\\deflated.txt",
-                  "folder\\", "folder\\stored.txt", "from the root", "on\\", "on\\a drive", "piped",
-                  "what__ a _name_", "x\\", "x\\y\\", "x\\y\\empty", "\xC3\xA4.txt"}));
+            (Lines{"README.TXT", "_nul.txt", "back\\", "back\\slash\\", "back\\slash\\deflated.txt",
+                   "folder\\", "folder\\stored.txt", "from the root", "on\\", "on\\a drive",
+                   "piped", "what__ a _name_", "x\\", "x\\y\\", "x\\y\\empty", "\xC3\xA4.txt"}));
   EXPECT_EQ(drive.read("C:\\out\\README.TXT"), "second");
   EXPECT_EQ(drive.read("C:\\out\\back\\slash\\deflated.txt"), text);
   EXPECT_EQ(percents.back(), 100);
-  EXPECT_TRUE(extract(test::rawZip({})).ok());
+  EXPECT_TRUE(extract(rawZip({})).ok());
   EXPECT_EQ(percents, std::vector<int>{100});
 }
 
@@ -104,17 +93,17 @@ TEST_F(ZipEngineTest, ReadsNamesAsTheirMakersWroteThem) {
       {.name = "\xE4", .data = ""},                // a Greek letter in page 437
   };
   for (const RawEntry& entry : names) {
-    const auto zip = open(test::rawZip({entry}));
+    const auto zip = open(rawZip({entry}));
     ASSERT_TRUE(opened.ok()) << opened.description();
-    EXPECT_EQ(namesOf(*zip), Tree{unicode}) << entry.madeBy << " " << entry.flags;
+    EXPECT_EQ(namesOf(*zip), Lines{unicode}) << entry.madeBy << " " << entry.flags;
   }
   // Page 437 from NTFS: 1252 has nothing at the place of the ü.
-  EXPECT_EQ(namesOf(*open(test::rawZip({{.name = "\x81\x84", .data = "", .madeBy = 11}}))),
-            Tree{"\xC3\xBC\xC3\xA4"});
+  EXPECT_EQ(namesOf(*open(rawZip({{.name = "\x81\x84", .data = "", .madeBy = 11}}))),
+            Lines{"\xC3\xBC\xC3\xA4"});
 }
 
 TEST_F(ZipEngineTest, RefusesHostileArchivesBeforeItWritesAnything) {
-  const std::string bomb = test::deflated(std::string(1000, '\0'));
+  const std::string bomb = deflated(std::string(1000, '\0'));
   const RawEntry honest{"honest.txt", "honest"};
   std::string deep;
   for (int i = 0; i < 100; ++i) deep += "d/";
@@ -140,43 +129,42 @@ TEST_F(ZipEngineTest, RefusesHostileArchivesBeforeItWritesAnything) {
   };
   for (const auto& [what, entries] : archives) {
     SCOPED_TRACE(what);
-    expectRefused(extract(test::rawZip(entries)), entries.back().name == "evil" ? "evil" : "");
+    expectRefused(extract(rawZip(entries)), entries.back().name == "evil" ? "evil" : "");
     EXPECT_FALSE(drive.exists("C:\\evil.txt"));
   }
 }
 
 TEST_F(ZipEngineTest, StopsAtEntriesThatAreNotWhatTheySay) {
-  const std::string text(50000, 'x'), packed = test::deflated(text), large(20 << 20, 'x');
-  const std::uint32_t crc = test::crc32Of(text);
+  const std::string text(50000, 'x'), packed = deflated(text), large(20 << 20, 'x');
+  const std::uint32_t crc = crc32Of(text);
   const RawEntry entries[] = {
       {"larger", packed, 8, 100, {}, crc},
       {"shorter", packed, 8, 50001, {}, crc},
       {"wrong sum", packed, 8, 50000, {}, crc + 1},
       {"truncated", packed.substr(0, packed.size() / 2), 8, 50000, {}, crc},
       {"garbage", "\xFF\xFF\xFF\xFF", 8, 400, {}, crc},
-      {"stored with another size", "abc", 0, 5, {}, test::crc32Of("abc")},
-      {"large and larger", test::deflated(large), 8, 19 << 20, {}, test::crc32Of(large)},
-      {"large with a wrong sum", test::deflated(large), 8, 20 << 20, {}, 1},
+      {"stored with another size", "abc", 0, 5, {}, crc32Of("abc")},
+      {"large and larger", deflated(large), 8, 19 << 20, {}, crc32Of(large)},
+      {"large with a wrong sum", deflated(large), 8, 20 << 20, {}, 1},
   };
   for (const RawEntry& entry : entries) {
-    expectRefused(extract(test::rawZip({entry})), entry.name);
+    expectRefused(extract(rawZip({entry})), entry.name);
     EXPECT_EQ(percents.back(), 100) << entry.name;
   }
   // Without the field that has the true size.
-  expectRefused(extract(test::rawZip({{.name = "a", .data = "", .size = 0xFFFFFFFF}})),
-                "inconsistent");
-  const std::string sound = test::rawZip({{"a", "aaaa"}, {"b", "bbbb"}});
+  expectRefused(extract(rawZip({{.name = "a", .data = "", .size = 0xFFFFFFFF}})), "inconsistent");
+  const std::string sound = rawZip({{"a", "aaaa"}, {"b", "bbbb"}});
   for (std::size_t cut = 0; cut < sound.size(); ++cut)
     EXPECT_FALSE(extract(sound.substr(0, cut)).ok()) << cut;
 }
 
 TEST_F(ZipEngineTest, TakesAddonsOfBlankPicturesAloneUpToAnAbsurdSize) {
   const std::string blank(2 << 20, '\0');
-  const RawEntry picture{"", test::deflated(blank), 8, 2 << 20, {}, test::crc32Of(blank)};
+  const RawEntry picture{"", deflated(blank), 8, 2 << 20, {}, crc32Of(blank)};
   const auto pictures = [&](std::size_t count) {
     std::vector<RawEntry> entries(count, picture);
     for (std::size_t i = 0; i < count; ++i) entries[i].name = std::to_string(i);
-    return test::rawZip(entries);
+    return rawZip(entries);
   };
   EXPECT_TRUE(extract(pictures(50)).ok());
   EXPECT_EQ(drive.tree("C:\\out").size(), 50U);
@@ -185,26 +173,26 @@ TEST_F(ZipEngineTest, TakesAddonsOfBlankPicturesAloneUpToAnAbsurdSize) {
 }
 
 TEST_F(ZipEngineTest, NoTwoNamesThatTheDiskCannotTakeShareATarget) {
-  const auto zip = open(test::rawZip({{"t/a?.bmp", "question"},
-                                      {"t/a*.bmp", "star"},
-                                      {"t/A*.BMP", "star again"},
-                                      {"t/a_.bmp", "honest"},
-                                      {"d?/x", "in d?"},
-                                      {"d*/x", "in d*"},
-                                      {"aux", "device"}}));
+  const auto zip = open(rawZip({{"t/a?.bmp", "question"},
+                                {"t/a*.bmp", "star"},
+                                {"t/A*.BMP", "star again"},
+                                {"t/a_.bmp", "honest"},
+                                {"d?/x", "in d?"},
+                                {"d*/x", "in d*"},
+                                {"aux", "device"}}));
   ASSERT_TRUE(zip->extractfiles(namesOf(*zip)).ok());
-  Tree found, renamed;
+  Lines found, renamed;
   for (const std::string& name : drive.filesIn("C:\\out"))
     found.push_back(name + ">" + drive.read("C:\\out\\" + name));
-  EXPECT_EQ(found, (Tree{"_aux>device", "d_ (2)\\x>in d*", "d_\\x>in d?", "t\\a_ (2).bmp>question",
-                         "t\\a_ (3).bmp>star again", "t\\a_.bmp>honest"}));
+  EXPECT_EQ(found, (Lines{"_aux>device", "d_ (2)\\x>in d*", "d_\\x>in d?", "t\\a_ (2).bmp>question",
+                          "t\\a_ (3).bmp>star again", "t\\a_.bmp>honest"}));
   for (const RenamedEntry& entry : zip->renamed()) renamed.push_back(entry.from + ">" + entry.to);
-  EXPECT_EQ(renamed, (Tree{"t\\a?.bmp>t\\a_ (2).bmp", "t\\a*.bmp>t\\a_ (3).bmp", "d?>d_",
-                           "d*>d_ (2)", "aux>_aux"}));
+  EXPECT_EQ(renamed, (Lines{"t\\a?.bmp>t\\a_ (2).bmp", "t\\a*.bmp>t\\a_ (3).bmp", "d?>d_",
+                            "d*>d_ (2)", "aux>_aux"}));
 }
 
 TEST_F(ZipEngineTest, LinksInItsFolderLeadNothingOut) {
-  const auto zip = open(test::rawZip({{"file.txt", "new"}, {"sub/file.txt", "new"}}));
+  const auto zip = open(rawZip({{"file.txt", "new"}, {"sub/file.txt", "new"}}));
   drive.write("C:\\other\\file.txt", "precious");
   drive.link("C:\\out\\FILE.TXT", "C:\\other\\file.txt");
   EXPECT_TRUE(zip->extractfiles({"file.txt"}).ok());
@@ -215,15 +203,14 @@ TEST_F(ZipEngineTest, LinksInItsFolderLeadNothingOut) {
 
 TEST_F(ZipEngineTest, AFullDiskIsToldWithTheEntryAndWhatWasCompleteStays) {
   const std::string large(7 << 20, 'l');
-  const std::string bytes = test::rawZip(
-      {{"a", "a"}, {"b", "b"}, {"c", "c"}, {"l", large, 0, 7 << 20, {}, test::crc32Of(large)}});
+  const std::string bytes =
+      rawZip({{"a", "a"}, {"b", "b"}, {"c", "c"}, {"l", large, 0, 7 << 20, {}, crc32Of(large)}});
   for (const char* call : {"createFile", "write", "commit"}) {
-    for (const auto& [name, whole] : {std::pair{"b", Tree{"a"}}, {"l", Tree{"a", "b", "c"}}}) {
+    for (const auto& [name, whole] : {std::pair{"b", Lines{"a"}}, {"l", Lines{"a", "b", "c"}}}) {
       files.failWhen(call, std::string("C:\\out\\") + name, err::diskFull);
       const Outcome done = extract(bytes);
       EXPECT_EQ(done.number(), err::diskFull) << call;
-      EXPECT_TRUE(
-          test::holds(done.description(), std::string("\"") + name + "\" from \"C:\\a.zip\""));
+      EXPECT_TRUE(holds(done.description(), std::string("\"") + name + "\" from \"C:\\a.zip\""));
       EXPECT_EQ(drive.tree("C:\\out"), whole);
     }
   }
@@ -237,7 +224,7 @@ TEST_F(ZipEngineTest, PacksAndUnpacksWithoutLoss) {
                                                           {"\xE4\xB8\xAD.txt", "utf8"},
                                                           {"\xC2\x81", "a gap in 1252"},
                                                           {"large", std::string(40 << 20, 'l')}};
-  Tree names;
+  Lines names;
   for (const auto& [name, content] : contents) {
     drive.write("C:\\in\\" + name, content);
     names.push_back(name);
@@ -249,7 +236,7 @@ TEST_F(ZipEngineTest, PacksAndUnpacksWithoutLoss) {
   zip->compressionlevel = 9;
   const Outcome added = zip->addfiles(names);
   ASSERT_TRUE(added.ok()) << added.description();
-  EXPECT_TRUE(test::holds(drive.read("C:\\a.zip"), "gr\xC3\xBC\xC3\x9F.txt"));
+  EXPECT_TRUE(holds(drive.read("C:\\a.zip"), "gr\xC3\xBC\xC3\x9F.txt"));
   EXPECT_LT(drive.read("C:\\a.zip").size(), 400000U);
   zip = open();
   EXPECT_EQ(namesOf(*zip).size(), names.size());
@@ -263,28 +250,28 @@ TEST_F(ZipEngineTest, PacksAndUnpacksWithoutLoss) {
   zip = open();
   zip->usedirectoryinfo = false;
   EXPECT_TRUE(zip->addfiles({"a.txt", "sub\\empty"}).ok());
-  EXPECT_EQ(namesOf(*open()), Tree{"empty"});
+  EXPECT_EQ(namesOf(*open()), Lines{"empty"});
 }
 
 TEST_F(ZipEngineTest, APackingThatFailsLeavesTheArchiveThatWasThere) {
   drive.write("C:\\in\\a.txt", "a");
   drive.write("C:\\in\\b.txt", "b");
   ASSERT_TRUE(disk.setCurrentFolder("C:\\in").ok());
-  const std::string before = test::rawZip({{"older", ""}});
+  const std::string before = rawZip({{"older", ""}});
   drive.write("C:\\a.zip", before);
-  const auto fails = [&](const Tree& names, const char* told) {
+  const auto fails = [&](const Lines& names, const char* told) {
     const Outcome added = open()->addfiles(names);
     EXPECT_FALSE(added.ok());
-    EXPECT_TRUE(test::holds(added.description(), told));
+    EXPECT_TRUE(holds(added.description(), told));
     EXPECT_EQ(drive.read("C:\\a.zip"), before);
-    EXPECT_EQ(drive.tree("C:\\"), (Tree{"a.zip", "in\\", "in\\a.txt", "in\\b.txt", "out\\"}));
+    EXPECT_EQ(drive.tree("C:\\"), (Lines{"a.zip", "in\\", "in\\a.txt", "in\\b.txt", "out\\"}));
   };
   fails({"a.txt", "missing"}, "missing");
   fails({}, "");
   files.failWhen("readFile", "C:\\in\\b.txt", err::deviceIo);
   fails({"a.txt", "b.txt"}, "b.txt");
   files.heal();
-  test::withFullDisk(100, [&] { fails({"a.txt", "b.txt"}, "a.zip"); });
+  withFullDisk(100, [&] { fails({"a.txt", "b.txt"}, "a.zip"); });
   ::chmod(drive.native("C:\\a.zip").c_str(), 0600);
   EXPECT_TRUE(open()->addfiles({"b.txt"}).ok());
   struct stat status {};
@@ -295,5 +282,4 @@ TEST_F(ZipEngineTest, APackingThatFailsLeavesTheArchiveThatWasThere) {
   fails({"a.txt"}, "Path/File access error");
 }
 
-}  // namespace
-}  // namespace skv
+}  // namespace skv::test

@@ -8,7 +8,6 @@
 #include "ui/qt/window_fixture.h"
 
 namespace skv::test {
-namespace {
 
 // The box that has the floor.
 QDialog* activeBox() { return qobject_cast<QDialog*>(QApplication::activeModalWidget()); }
@@ -23,52 +22,44 @@ class BoxTest : public WindowTest {
 
 TEST_F(BoxTest, ABoxShowsItsTextAsItIsAndAnswers) {
   showMain();
-  constexpr auto escape = QMessageBox::NoButton;
+  using enum ui::BoxButtons;
+  using enum ui::BoxIcon;
+  using Stated = ui::DefaultButton;
+  using ui::Answer;
+  constexpr auto enter = QMessageBox::NoButton, escape = QMessageBox::Close;
   const struct {
     ui::BoxButtons buttons;
     QMessageBox::StandardButton press;
-    ui::Answer answer;
-  } cases[] = {{ui::BoxButtons::yesNo, escape, ui::Answer::no},
-               {ui::BoxButtons::yesNo, QMessageBox::Yes, ui::Answer::yes},
-               {ui::BoxButtons::yesNo, QMessageBox::No, ui::Answer::no},
-               {ui::BoxButtons::yesNoCancel, QMessageBox::No, ui::Answer::no},
-               {ui::BoxButtons::yesNoCancel, escape, ui::Answer::cancel},
-               {ui::BoxButtons::ok, escape, ui::Answer::ok},
-               {ui::BoxButtons::ok, QMessageBox::Ok, ui::Answer::ok}};
-  for (const auto& [buttons, press, answer] : cases) {
+    Answer answer;
+    ui::BoxIcon icon = warning;
+    Stated stated = Stated::byIcon;
+  } cases[] = {{yesNo, escape, Answer::no},
+               {yesNo, QMessageBox::Yes, Answer::yes},
+               {yesNo, QMessageBox::No, Answer::no},
+               {yesNoCancel, QMessageBox::No, Answer::no},
+               {yesNoCancel, escape, Answer::cancel},
+               {ok, escape, Answer::ok},
+               {ok, QMessageBox::Ok, Answer::ok},
+               {yesNoCancel, enter, Answer::yes, question},
+               {yesNoCancel, enter, Answer::no},
+               {yesNoCancel, enter, Answer::yes, warning, Stated::yes},
+               {yesNoCancel, enter, Answer::no, question, Stated::no},
+               {yesNoCancel, enter, Answer::cancel, question, Stated::cancel}};
+  for (const auto& [buttons, press, answer, icon, stated] : cases) {
     withBox([key = press](QDialog& box) {
       auto& message = dynamic_cast<QMessageBox&>(box);
       EXPECT_EQ(message.textFormat(), Qt::PlainText);
       EXPECT_EQ(message.text(), "Delete <b>this</b> & that?\nSecond line");
       EXPECT_EQ(box.windowTitle(), "Reset");
-      if (key == escape)
-        QTest::keyClick(&box, Qt::Key_Escape);
+      if (key == escape || key == enter)
+        QTest::keyClick(&box, key == escape ? Qt::Key_Escape : Qt::Key_Return);
       else
         QTest::mouseClick(message.button(key), Qt::LeftButton);
     });
-    EXPECT_EQ(windows.messageBox({"Delete <b>this</b> & that?\r\nSecond line", ui::BoxIcon::warning,
-                                  buttons, "Reset"}),
+    EXPECT_EQ(windows.messageBox(
+                  {"Delete <b>this</b> & that?\r\nSecond line", icon, buttons, "Reset", stated}),
               answer)
         << press;
-  }
-}
-
-TEST_F(BoxTest, TheStatedButtonIsTheDefault) {
-  showMain();
-  struct Case {
-    ui::BoxIcon icon;
-    ui::DefaultButton stated;
-    ui::Answer enter;
-  };
-  for (const Case& c :
-       {Case{ui::BoxIcon::question, ui::DefaultButton::byIcon, ui::Answer::yes},
-        Case{ui::BoxIcon::warning, ui::DefaultButton::byIcon, ui::Answer::no},
-        Case{ui::BoxIcon::warning, ui::DefaultButton::yes, ui::Answer::yes},
-        Case{ui::BoxIcon::question, ui::DefaultButton::no, ui::Answer::no},
-        Case{ui::BoxIcon::question, ui::DefaultButton::cancel, ui::Answer::cancel}}) {
-    withBox([](QDialog& box) { QTest::keyClick(&box, Qt::Key_Return); });
-    EXPECT_EQ(windows.messageBox({"Go on?", c.icon, ui::BoxButtons::yesNoCancel, "", c.stated}),
-              c.enter);
   }
 }
 
@@ -109,5 +100,4 @@ TEST_F(BoxTest, ClosingTheMainWindowEndsAWaitForADialog) {
   EXPECT_EQ(settings.values["Window/MainWidth"], std::to_string(app.frmMain.width));
 }
 
-}  // namespace
 }  // namespace skv::test

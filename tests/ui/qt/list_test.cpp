@@ -1,12 +1,10 @@
 // The lists as a user meets them: rows, clicks, renaming.
 #include <QAbstractItemModel>
-#include <QClipboard>
 #include <QLineEdit>
 
 #include "ui/qt/window_fixture.h"
 
 namespace skv::test {
-namespace {
 
 class ListTest : public WindowTest {
  protected:
@@ -27,8 +25,6 @@ class ListTest : public WindowTest {
   std::vector<std::string> heard;
 };
 
-using Heard = std::vector<std::string>;
-
 TEST_F(ListTest, WhatTheProgramDoesIsShownAndRaisesNothing) {
   list.select(4);
   list.add("Late arrival", {"C:\\FS\\aircraft\\late\\"});
@@ -40,7 +36,7 @@ TEST_F(ListTest, WhatTheProgramDoesIsShownAndRaisesNothing) {
   list.clear();
   settle();
   EXPECT_FALSE(view->currentIndex().isValid());
-  EXPECT_EQ(heard, Heard{});
+  EXPECT_EQ(heard, Lines{});
 }
 
 TEST_F(ListTest, ARowIsRenamedInPlaceByEnterAndLeftByEscape) {
@@ -57,7 +53,7 @@ TEST_F(ListTest, ARowIsRenamedInPlaceByEnterAndLeftByEscape) {
   QTest::keyClicks(editor(), "Spirit");
   QTest::keyClick(editor(), Qt::Key_Return);
   settle();
-  EXPECT_EQ(names, (Heard{"2 Spirit"}));
+  EXPECT_EQ(names, (Lines{"2 Spirit"}));
   EXPECT_EQ(view->model()->index(1, 0).data().toString(), "Spirit");
 
   doubleClickName(*view, 3);
@@ -78,12 +74,11 @@ TEST_F(ListTest, AHandlerMayTakeRowsAwayWhileItYields) {
   };
   clickRow(5);
   settle();
-  EXPECT_EQ(heard, (Heard{"through"}));
+  EXPECT_EQ(heard, (Lines{"through"}));
   // A row that is gone before the view knows shows nothing.
   const QModelIndex last = view->model()->index(0, 0);
   list.clear();
   EXPECT_EQ(last.data(), QVariant());
 }
 
-}  // namespace
 }  // namespace skv::test

@@ -7,9 +7,6 @@
 #include "ui/qt/window_fixture.h"
 
 namespace skv::test {
-namespace {
-
-using Heard = std::vector<std::string>;
 
 class SceneryWindowTest : public WindowTest {
  protected:
@@ -46,14 +43,14 @@ class SceneryWindowTest : public WindowTest {
 
   ui::ListView& list = app.frmMain.lstScenery;
   QTreeView* view = nullptr;
-  Heard heard;
+  Lines heard;
 };
 
 TEST_F(SceneryWindowTest, ADraggedRowGoesWhereTheLineIs) {
   struct Case {
     int from, over;
     bool lowerHalf;  // of the row that the mouse is over
-    Heard told;
+    Lines told;
   };
   for (const Case& c :
        {Case{2, 5, true, {"move 3"}}, Case{2, 5, false, {"move 2"}}, Case{5, 2, false, {"move -3"}},
@@ -70,7 +67,7 @@ TEST_F(SceneryWindowTest, ADraggedRowGoesWhereTheLineIs) {
     const QImage before = drawn();
     mouse(QEvent::MouseMove, end);
     EXPECT_EQ(drawn() != before, !c.told.empty()) << "the line, from " << c.from;
-    EXPECT_EQ(heard, Heard{});
+    EXPECT_EQ(heard, Lines{});
     mouse(QEvent::MouseButtonRelease, end);
     EXPECT_EQ(heard, c.told) << c.from << " over " << c.over;
     EXPECT_EQ(list.text(list.selected()), "Area " + std::to_string(c.from));
@@ -92,13 +89,13 @@ TEST_F(SceneryWindowTest, KeysMoveTheRowAndItStaysInView) {
   view->verticalScrollBar()->setValue(0);
   QTest::keyClick(view, Qt::Key_Up, Qt::ControlModifier);
   settle();
-  EXPECT_EQ(heard, (Heard{"move -1"}));
+  EXPECT_EQ(heard, (Lines{"move -1"}));
   EXPECT_TRUE(seen(49));
   // Where rows have no order of the user's, neither keys nor mouse move them.
   list.moveSelected = nullptr;
   QTest::keyClick(view, Qt::Key_Up, Qt::ControlModifier);
   settle();
-  EXPECT_EQ(heard, (Heard{"move -1"}));
+  EXPECT_EQ(heard, (Lines{"move -1"}));
 }
 
 TEST_F(SceneryWindowTest, BoxAndSpaceBarSwitchARowOnAndOff) {
@@ -106,13 +103,13 @@ TEST_F(SceneryWindowTest, BoxAndSpaceBarSwitchARowOnAndOff) {
   mouse(QEvent::MouseButtonPress, box);
   mouse(QEvent::MouseMove, box + QPoint(1, 1));  // no hand is still
   mouse(QEvent::MouseButtonRelease, box);
-  EXPECT_EQ(heard, (Heard{"on Area 1"}));
+  EXPECT_EQ(heard, (Lines{"on Area 1"}));
   clickRow(*view, 2);  // in the column of the folder
   QTest::keyClick(view, Qt::Key_Space);
   settle();
   QTest::keyClick(view, Qt::Key_Space);
   settle();
-  EXPECT_EQ(heard, (Heard{"on Area 1", "on Area 2", "off Area 2"}));
+  EXPECT_EQ(heard, (Lines{"on Area 1", "on Area 2", "off Area 2"}));
   // A drag that begins on the box switches nothing.
   mouse(QEvent::MouseButtonPress, box);
   mouse(QEvent::MouseMove, {box.x(), placeOf(3).bottom() - 2});
@@ -134,9 +131,9 @@ TEST_F(SceneryWindowTest, RowsTellTheirPlacesAndMarks) {
   list.setColour(2, 255);
   settle();
   const auto* below = find<QTreeView>("lstInactScenery");
-  Heard words;
+  Lines words;
   for (int row = 1; row <= library.count(); ++row) words.push_back(told(*below, row));
-  EXPECT_EQ(words, (Heard{"Rome", "Rome, only in the library", "Rome, in the library, in FS2002",
+  EXPECT_EQ(words, (Lines{"Rome", "Rome, only in the library", "Rome, in the library, in FS2002",
                           "Rome, in the library, as Package",
                           "Rome, in the library, in FS2002, as Package"}));
   // The arrow of the sort is not drawn at a column that is not the key.
@@ -210,5 +207,4 @@ TEST_F(SceneryOptionsTest, FieldsAreFilledByKeysAlone) {
   windows.showModal(form, &app.frmMain);
 }
 
-}  // namespace
 }  // namespace skv::test

@@ -1,36 +1,17 @@
 // The main window: buttons, menus, fields, and what it does while it is disabled or closed.
 #include <QAction>
 #include <QLineEdit>
+#include <QLocale>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QTabBar>
+#include <QTranslator>
 
 #include "core/long_operation.h"
+#include "ui/qt/language.h"
 #include "ui/qt/window_fixture.h"
 
 namespace skv::test {
-namespace {
-
-TEST_F(WindowTest, WhatHasNoOperationIsDisabled) {
-  app.frmMain.btnAddPN.click = nullptr;
-  app.frmMain.lstPanel.afterLabelEdit = nullptr;
-  app.frmMain.lstScenery.itemCheck = nullptr;
-  app.frmMain.lblSepBar.mouseMove = nullptr;
-  app.frmMain.mnuPicDel.click = nullptr;
-  showMain();
-  app.frmMain.lstPanel.add("Panel", {"C:\\"});
-  app.frmMain.lstScenery.add("Scenery", {"C:\\"});
-  click("tabAddon", 1);
-  EXPECT_FALSE(find<QWidget>("btnAddPN")->isEnabled());
-  const auto flags = [](const char* list) {
-    const auto* model = find<QTreeView>(list)->model();
-    return model->flags(model->index(0, 0));
-  };
-  EXPECT_FALSE(flags("lstPanel") & Qt::ItemIsEditable);
-  EXPECT_FALSE(flags("lstScenery") & Qt::ItemIsUserCheckable);
-  EXPECT_FALSE(find<QWidget>("lblSepBar")->isEnabled());
-  EXPECT_FALSE(find<QAction>("mnuPicDel")->isEnabled());
-}
 
 TEST_F(WindowTest, AClickInALibraryShowsTheStateOfItsRow) {
   showMain();
@@ -122,5 +103,19 @@ TEST_F(WindowTest, ALongOperationIgnoresTheUserAndHearsAWishToClose) {
   EXPECT_EQ(clicks, 1);
 }
 
-}  // namespace
+TEST(LanguageTest, CaptionsFollowTheDesktopAndTextsOfTheUserDoNot) {
+  const QLocale before;
+  const auto german = [](const char* caption) { return ui::qt::captioned(caption).toStdString(); };
+  EXPECT_EQ(german("&File"), "&File");
+  QLocale::setDefault(QLocale(QLocale::German, QLocale::Austria));
+  ui::qt::speakTheDesktopsLanguage(*qApp);
+  EXPECT_EQ(german("&File"), "&Datei");
+  EXPECT_EQ(QObject::tr("No picture").toStdString(), "Kein Bild");
+  EXPECT_EQ(german("There is no drive Q:"), "Es gibt kein Laufwerk Q:");
+  EXPECT_EQ(german("Alias: FS98\\panel %1"), "Alias: FS98\\panel %1");
+  EXPECT_EQ(german("Title:\n\nMy own words"), "Titel:\n\nMy own words");
+  for (QTranslator* translator : qApp->findChildren<QTranslator*>()) delete translator;
+  QLocale::setDefault(before);
+}
+
 }  // namespace skv::test
