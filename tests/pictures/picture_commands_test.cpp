@@ -129,8 +129,10 @@ TEST_F(PictureTest, AFailedSaveLeavesTheOldPicture) {
       EXPECT_EQ(windows.boxes[0].text, "Failed to save the picture to the file: '" + own + "'");
     }
   };
-  forEveryEnding(files, prepare, [&] { paste(form.imgAircraft); }, check,
-                 {Ending::fullDisk, Ending::failedLook, Ending::emptyFiles});
+  for (const Ending ending : {Ending::fullDisk, Ending::failedLook, Ending::emptyFiles})
+    EXPECT_GT(forEveryCall(
+                  files, ending, prepare, [&] { paste(form.imgAircraft); }, check),
+              0);
 }
 
 TEST_F(PictureTest, RemovesItsOwnPictureAndNoOther) {
