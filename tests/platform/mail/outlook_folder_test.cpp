@@ -81,6 +81,7 @@ TEST_F(OutlookFolderTest, FindsTheMailsOfAnMbox) {
            {"in base64",
             mail("=?utf-8?B?L0ZTU2t5dmF1bHRQYWNrL0FDL8OELnppcA==?="),
             {"/FSSkyvaultPack/AC/\u00c4.zip"}},
+           {"others in words", mail("=?utf-8?q?Hello?="), {}},
            {"in other letters", mail("/fsskyvaultPack/AC/a.zip"), {}},
            {"wrong length", mail(a, "Content-Length: 999999\n") + mail(b), {a, b}},
            {"long headers",
