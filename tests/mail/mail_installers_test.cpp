@@ -263,7 +263,7 @@ TEST_F(MailInstallTest, TheSettingsReachTheEngineAsTheyAre) {
   click(form.mnuFileInstallFromEmailOLK);
   EXPECT_EQ(mail.calls,
             (Lines{"SetFetchLimit 20000", "SetOutlookFilter Subject contains \"/FSSkyvault\"",
-                  "FetchOutlookFolder"}));
+                   "FetchOutlookFolder"}));
   EXPECT_TRUE(holds(windows.boxTexts().back(), "There is no \"Outlook Inbox"));
 }
 
