@@ -1,5 +1,6 @@
 #include "platform/mail/mail_program.h"
 
+#include <glib.h>
 #include <unistd.h>
 
 #include <array>
@@ -54,6 +55,63 @@ Waited waitFor(Helper& helper, milliseconds time, MailPulse& pulse) {
 }
 
 // None: there is no mail program to be reached in this way.
+std::optional<Outcome> startProgram(std::vector<std::string> command, milliseconds time,
+                                    MailPulse& pulse) {
+  const std::string name = command[0];
+  Helper helper(std::move(command));
+  switch (waitFor(helper, time, pulse)) {
+    case Waited::stopped:
+      // Ending the helper might end the mail program with other mails in it.
+      return leftAlone();
+    case Waited::runsOn:
+      return Outcome();
+    case Waited::ended:
+      break;
+  }
+  // The numbers of xdg-email: a tool is missing, the tool failed. 127: it cannot be run itself.
+  constexpr int toolMissing = 3, toolFailed = 4, notThere = 127;
+  switch (const int status = *helper.status({})) {
+    case 0:
+      return Outcome();
+    case toolMissing:
+    case toolFailed:
+    case notThere:
+      return std::nullopt;
+    default:
+      return failed("The mail program did not take the mail (" + name + ", exit status " +
+                    std::to_string(status) + ").");
+  }
+}
+
+std::string escaped(const std::string& text) {
+  char* made = g_uri_escape_string(text.c_str(), "@", FALSE);
+  std::string escapes(made);
+  g_free(made);
+  return escapes;
+}
+
+// The desktop's mail program when it is one that leaves the attachment of a "mailto:" address out
+// without a word, which is how portal and xdg-email would call it. It takes one by an option.
+std::optional<Outcome> byItsOwnOptions(const ComposedMail& mail, milliseconds time,
+                                       MailPulse& pulse) {
+  constexpr milliseconds soon{2000};
+  const std::string entry =
+      firstLineOf({"xdg-mime", "query", "default", "x-scheme-handler/mailto"}, soon);
+  for (const std::string program : {"sylpheed", "claws-mail"}) {
+    if (entry != program + ".desktop" || findProgram(program).empty()) continue;
+    std::string to;
+    for (const std::string& address : mail.addresses)
+      to += (to.empty() ? "" : ",") + escaped(address);
+    std::vector<std::string> command{
+        program, "--compose",
+        "mailto:" + to + "?subject=" + escaped(mail.subject) + "&body=" + escaped(mail.body),
+        "--attach"};
+    command.insert(command.end(), mail.attachments.begin(), mail.attachments.end());
+    return startProgram(std::move(command), time, pulse);
+  }
+  return std::nullopt;
+}
+
 std::optional<Outcome> byXdgEmail(const ComposedMail& mail, milliseconds time, MailPulse& pulse) {
   std::vector<std::string> command{"xdg-email", "--utf8"};
   const auto add = [&command](const char* option, const std::string& value) {
@@ -65,29 +123,7 @@ std::optional<Outcome> byXdgEmail(const ComposedMail& mail, milliseconds time, M
   add("--body", mail.body);
   for (const std::string& path : mail.attachments) add("--attach", path);
   for (const std::string& address : mail.addresses) command.push_back(address);
-  Helper helper(std::move(command));
-  switch (waitFor(helper, time, pulse)) {
-    case Waited::stopped:
-      // Ending the helper might end the mail program with other mails in it.
-      return leftAlone();
-    case Waited::runsOn:
-      return Outcome();
-    case Waited::ended:
-      break;
-  }
-  // Its own numbers: a tool is missing, the tool failed. 127: it cannot be run itself.
-  constexpr int toolMissing = 3, toolFailed = 4, notThere = 127;
-  switch (const int status = *helper.status({})) {
-    case 0:
-      return Outcome();
-    case toolMissing:
-    case toolFailed:
-    case notThere:
-      return std::nullopt;
-    default:
-      return failed("The mail program did not take the mail (xdg-email, exit status " +
-                    std::to_string(status) + ").");
-  }
+  return startProgram(std::move(command), time, pulse);
 }
 
 std::string sendmailProgram() {
@@ -165,6 +201,7 @@ Outcome handToMailProgram(const OutgoingMessage& mail, const std::string& workFo
   if (const auto complete = mail.envelope(); !complete.ok()) return complete.outcome();
   const auto plain = composed(mail, workFolder + "/outbox");
   if (!plain.ok()) return plain.outcome();
+  if (const auto handed = byItsOwnOptions(plain.value(), times.toStart, pulse)) return *handed;
   switch (composeByPortal(plain.value(), pulse)) {
     case PortalAnswer::taken:
       return {};
