@@ -69,7 +69,7 @@ class HeadBundle : public MailBundle {
 class CurlMailEngine : public MailEngine {
  public:
   CurlMailEngine(FileSystem& files, const MailOptions& options)
-      : files_(files), options_(options), mailbox_(options_, pulse_) {}
+      : files_(files), options_(withWorkFolder(options)), mailbox_(options_, pulse_) {}
 
   void AllowPlain(std::string_view host) override {
     if (const auto read = readMailHost(host)) plainHosts_.insert(read->name);
@@ -104,7 +104,7 @@ class CurlMailEngine : public MailEngine {
     return alone([&]() -> Outcome {
       const auto* message = dynamic_cast<const OutgoingMessage*>(&mail);
       if (message == nullptr) return Outcome::failure(err::invalidProcedureCall);
-      return handToMailProgram(*message, workFolder(), pulse_);
+      return handToMailProgram(*message, options_.workFolder, pulse_);
     });
   }
 
@@ -141,7 +141,7 @@ class CurlMailEngine : public MailEngine {
     const Outcome fetched = inMailbox([&]() -> Outcome {
       const auto* known = dynamic_cast<const HeadMail*>(&head);
       if (known == nullptr) return Outcome::failure(err::invalidProcedureCall);
-      auto file = makeWorkFile(workFolder());
+      auto file = makeWorkFile(options_.workFolder);
       if (!file.ok()) return file.outcome();
       const auto shared = std::make_shared<const Descriptor>(std::move(file).value());
       if (Outcome got = mailbox_.fetch(known->key, shared->get()); !got.ok()) return got;
@@ -177,7 +177,7 @@ class CurlMailEngine : public MailEngine {
     const Outcome done = alone([&]() -> Outcome {
       auto fetched = fetchOutlookFolder(
           {std::string(folder), outlookFilter_, static_cast<std::size_t>(fetchLimit_)},
-          workFolder(), files_, pulse_);
+          options_.workFolder, files_, pulse_);
       if (!fetched.ok()) return fetched.outcome();
       bundle = std::move(fetched).value();
       return {};
@@ -228,8 +228,9 @@ class CurlMailEngine : public MailEngine {
     return ServerAccess{*host, {}, user, password, plainHosts_.contains(host->name)};
   }
 
-  std::string workFolder() const {
-    return options_.workFolder.empty() ? cacheFolder() + "/mail" : options_.workFolder;
+  static MailOptions withWorkFolder(MailOptions options) {
+    if (options.workFolder.empty()) options.workFolder = cacheFolder() + "/mail";
+    return options;
   }
 
   FileSystem& files_;

@@ -1,5 +1,7 @@
 #include "platform/mail/pop3_mailbox.h"
 
+#include <fcntl.h>
+
 #include <algorithm>
 #include <charconv>
 #include <unordered_map>
@@ -45,6 +47,15 @@ int emptied(int file) {
   struct stat state {};
   if (::fstat(file, &state) == 0 && state.st_size == 0) return 0;
   return ::ftruncate(file, 0) == 0 && ::lseek(file, 0, SEEK_SET) == 0 ? 0 : errno;
+}
+
+// A full disk is told of before a long transfer, where the disk can tell. 0 or the system's error
+// number.
+int holdRoom(int file, std::uint64_t size) {
+  if (size == 0 || size > largestMail) return 0;
+  const bool full = ::fallocate(file, FALLOC_FL_KEEP_SIZE, 0, static_cast<off_t>(size)) != 0 &&
+                    (errno == ENOSPC || errno == EDQUOT);
+  return full ? errno : 0;
 }
 
 }  // namespace
@@ -275,6 +286,8 @@ Outcome Pop3Mailbox::fetch(const MailKey& key, int file) {
       const std::string& words = answer.value().words;
       size = leadingNumber(words.substr(std::min(words.find(' ') + 1, words.size())));
       int error = emptied(file);
+      if (error == 0) error = holdRoom(file, size);
+      if (error != 0) return systemFailure(error, options_.workFolder);
       std::uint64_t done = 0;
       std::string unwritten;
       const auto write = [&](std::size_t atLeast) {
@@ -291,7 +304,7 @@ Outcome Pop3Mailbox::fetch(const MailKey& key, int file) {
       write(0);
       if (error != 0) {
         drop();
-        return systemFailure(error, "the mail under way");
+        return systemFailure(error, options_.workFolder);
       }
     }
     if (!answer.ok()) {

@@ -15,8 +15,6 @@ constexpr std::size_t longestAnswerLine = 8192;
 constexpr std::uint64_t longestCapabilities = std::uint64_t{1} << 16U;
 // A name of UIDL has 70 characters at the most (RFC 1939).
 constexpr std::uint64_t longestEntry = 100;
-// Nobody sends larger ones. It holds for TOP as well, which counts lines: a mail may be one.
-constexpr std::uint64_t largestMail = std::uint64_t{2} << 30U;
 // A farewell is a courtesy.
 constexpr std::chrono::seconds farewellTime{2};
 // Commands on their way at once. Their answers wait in the network's buffers, so that the server is

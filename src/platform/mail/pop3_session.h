@@ -20,6 +20,9 @@
 
 namespace skv {
 
+// Bytes; nobody sends larger ones. It holds for TOP as well, which counts lines: a mail may be one.
+inline constexpr std::uint64_t largestMail = std::uint64_t{2} << 30U;
+
 // The server's word on a command. That it says no is no failure of the call.
 struct Pop3Answer {
   bool agreed = false;
