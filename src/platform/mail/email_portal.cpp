@@ -66,7 +66,7 @@ class PortalCall {
   PortalCall& operator=(const PortalCall&) = delete;
 
   PortalAnswer compose(const ComposedMail& mail) {
-    const auto version = connect() ? portalVersion() : 0;
+    const unsigned version = connect() ? portalVersion() : 0;
     if (stopped_) return PortalAnswer::stopped;
     if (version == 0) return PortalAnswer::none;
     if (mail.addresses.size() > 1 && version < severalAddresses) return PortalAnswer::none;
@@ -153,7 +153,7 @@ class PortalCall {
                                                                    result.get(), nullptr));
   }
 
-  // 0: there is none.
+  // 0: there is no portal for mails.
   unsigned portalVersion() {
     const Variant answer = call("org.freedesktop.DBus.Properties", "Get",
                                 g_variant_new("(ss)", interface, "version"), "(v)", nullptr);

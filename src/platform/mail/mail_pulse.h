@@ -22,8 +22,9 @@ class MailPulse {
     last_ = std::chrono::steady_clock::now();
     return !stopped_;
   }
+  // Never 100: the other side has to confirm what it was sent, and may have more than it has said.
   void tell(std::uint64_t done, std::uint64_t whole) {
-    const int percent = whole == 0 ? 0 : static_cast<int>(done >= whole ? 100 : done * 100 / whole);
+    const int percent = whole == 0 ? 0 : static_cast<int>(done >= whole ? 99 : done * 100 / whole);
     if (percent == percent_) return;
     percent_ = percent;
     if (engine_.Progress) engine_.Progress(percent);
