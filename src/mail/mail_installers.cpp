@@ -65,9 +65,10 @@ class MailRun {
     bundle_.reset();
     engine_->Disconnect();
     line_.clearProgress();
-    if (goesOn(app_)) return;
+    if (goesOn(app_) && !declined_) return;
     line_.caption = "";
-    line_.notice = "Stopped: the mails that are left wait for another time";
+    line_.notice = declined_ ? "The mail server was not used"
+                             : "Stopped: the mails that are left wait for another time";
   }
 
   Result<std::unique_ptr<MailBundle>> fetchHeads() {
@@ -156,7 +157,7 @@ class MailRun {
     else if (endedBy(found.outcome()))
       return;
     else if (found.value().folder)
-      passOver(name, head);
+      passOver(file.value(), head);
     else
       leftFor(Outcome::withText(err::badFileName, "\"" + addons_ + name +
                                                       "\" is a file. An add-on of that name "
@@ -165,9 +166,9 @@ class MailRun {
 
   // An add-on that is there needs the mail no more; unless it is in no list, as a run that was cut
   // short may have left it.
-  void passOver(const std::string& name, const MailMessage& head) {
-    if (!kind_.listStanding(app_, name) || endedBy({})) return;
-    if (source_.onServer && !deleteMail(head)) return;
+  void passOver(const std::string& file, const MailMessage& head) {
+    if (!kind_.listStanding(app_, withoutEnd(file)) || endedBy({})) return;
+    if (source_.onServer && !deleteMail(head, file)) return;
     app_.windows.messageBox({"Addon already installed!", ui::BoxIcon::information});
     status("");
     endedBy({});
@@ -188,13 +189,13 @@ class MailRun {
     const bool installed = goesOn(app_) && kind_.install(app_);
     app_.PendingZIP.clear();
     if (installed) {
-      if (source_.onServer) deleteMail(head);
+      if (source_.onServer) deleteMail(head, file);
       endedBy({});
       return;
     }
     if (source_.onServer && goesOn(app_) && mayDeleteUninstalled(file)) {
       // Now it is the only copy.
-      if (keepOutside(archive)) deleteMail(head);
+      if (keepOutside(archive)) deleteMail(head, file);
     }
     remove(archive);
     endedBy({});
@@ -224,8 +225,15 @@ class MailRun {
     ReportError(app_, app_.files().deleteFile(archive));
   }
 
-  bool deleteMail(const MailMessage& head) {
-    return !endedBy(reach([&] { return engine_->DeleteMail(head); }));
+  // The server may take its time for it. `file`: what the mail has brought.
+  bool deleteMail(const MailMessage& head, const std::string& file) {
+    status("Deleting the mail of \"" + file + "\" from the server...");
+    Outcome deleted = reach([&] { return engine_->DeleteMail(head); });
+    status("");
+    if (!deleted.ok() && deleted.number() != err::cancelled)
+      deleted = Outcome::withText(deleted.number(), deleted.description() + "\r\nThe mail of \"" +
+                                                        file + "\" may still be in the mailbox.");
+    return !endedBy(deleted);
   }
 
   // What the sender has written, as plain text.
@@ -278,6 +286,7 @@ class MailRun {
   // The checkpoint: whether a failure, or the user, has ended the run.
   bool endedBy(const Outcome& outcome) {
     if (ReportMailError(app_, outcome) || !goesOn(app_)) ended_ = true;
+    declined_ = declined_ || outcome.number() == err::mailNotEncrypted;
     return ended_;
   }
   // The same, except that a fault of the mail itself, or of what stands in its place, ends only
@@ -302,6 +311,7 @@ class MailRun {
   std::unique_ptr<MailEngine> engine_;
   std::unique_ptr<MailBundle> bundle_;
   bool ended_ = false;
+  bool declined_ = false;  // the server may not be used unencrypted
 };
 
 constexpr Source pop3Mailbox{"Checking POP3 Emails...", &MailRun::fetchHeads,

@@ -108,6 +108,7 @@ class Sending {
     if (found.ok()) return true;
     if (presenceBy(found.outcome()) == Presence::unknown) return !failed(found.outcome());
     if (!selectAddon()) return false;
+    form_.lblStatus.caption = "Making " + file_ + " ... Please wait!";
     mnuFilePackage_Click(app_);
     if (presenceOf(app_.files(), package_) == Presence::there) return goesOn(app_);
     // The reason has been told.
