@@ -600,8 +600,8 @@
         <translation>Bild des Add-ons</translation>
     </message>
     <message>
-        <source>Send by</source>
-        <translation>Senden über</translation>
+        <source>Send by:</source>
+        <translation>Senden über:</translation>
     </message>
     <message>
         <source>Variations of the aircraft</source>
@@ -640,16 +640,24 @@
         <translation>Durchsuchen: %1</translation>
     </message>
     <message>
-        <source>Mail folders found</source>
-        <translation>Gefundene Mailordner</translation>
+        <source>Mail folders found:</source>
+        <translation>Mailordner:</translation>
     </message>
     <message>
         <source>Sender of Packages</source>
         <translation>Absender der Packages</translation>
     </message>
     <message>
-        <source>Simulators found</source>
-        <translation>Gefundene Simulatoren</translation>
+        <source>Information</source>
+        <translation>Hinweis</translation>
+    </message>
+    <message>
+        <source>Question</source>
+        <translation>Frage</translation>
+    </message>
+    <message>
+        <source>Warning</source>
+        <translation>Warnung</translation>
     </message>
     <message>
         <source>Settings</source>
@@ -884,6 +892,166 @@ Datei, Package/ZIP installieren bringt eines aus einer ZIP-Datei in den Hangar.<
     <message>
         <source>Several were found. Choose the one to look after:</source>
         <translation>Mehrere wurden gefunden. Wählen Sie den, um den es geht:</translation>
+    </message>
+    <message>
+        <source>in FS2002</source>
+        <translation>im FS2002</translation>
+    </message>
+    <message>
+        <source>as Package</source>
+        <translation>als Package</translation>
+    </message>
+    <message>
+        <source>in Hangar</source>
+        <translation>im Hangar</translation>
+    </message>
+    <message>
+        <source>in the library</source>
+        <translation>in der Bibliothek</translation>
+    </message>
+    <message>
+        <source>only in the library</source>
+        <translation>nur in der Bibliothek</translation>
+    </message>
+    <message>
+        <source>Zip Files</source>
+        <translation>ZIP-Dateien</translation>
+    </message>
+    <message>
+        <source>Pictures</source>
+        <translation>Bilder</translation>
+    </message>
+    <message>
+        <source>All Files</source>
+        <translation>Alle Dateien</translation>
+    </message>
+    <message>
+        <source>the Hangar</source>
+        <translation>im Hangar</translation>
+    </message>
+    <message>
+        <source>the simulator</source>
+        <translation>im Simulator</translation>
+    </message>
+    <message>
+        <source>%1 aircraft stands in %2 and is not listed yet.</source>
+        <translation>%1 Flugzeug steht %2 und ist noch nicht aufgenommen.</translation>
+    </message>
+    <message>
+        <source>%1 aircraft stand in %2 and are not listed yet.</source>
+        <translation>%1 Flugzeuge stehen %2 und sind noch nicht aufgenommen.</translation>
+    </message>
+    <message>
+        <source>File, Import, %1 lists what is there.</source>
+        <translation>Datei, Importieren, %1 nimmt auf, was da ist.</translation>
+    </message>
+    <message>
+        <source>There is no aircraft folder in %1</source>
+        <translation>Es gibt keinen Flugzeugordner in %1</translation>
+    </message>
+    <message>
+        <source>The aircraft folder cannot be read: %1</source>
+        <translation>Der Flugzeugordner kann nicht gelesen werden: %1</translation>
+    </message>
+    <message>
+        <source>The list %1 could not be read.</source>
+        <translation>Die Liste %1 konnte nicht gelesen werden.</translation>
+    </message>
+    <message>
+        <source>%1 could not be read.</source>
+        <translation>%1 konnte nicht gelesen werden.</translation>
+    </message>
+    <message>
+        <source>%1 could not be read: %2</source>
+        <translation>%1 konnte nicht gelesen werden: %2</translation>
+    </message>
+    <message>
+        <source>%1 is not set.</source>
+        <translation>%1 ist nicht eingestellt.</translation>
+    </message>
+    <message>
+        <source>%1 is not there: %2</source>
+        <translation>%1 ist nicht da: %2</translation>
+    </message>
+    <message>
+        <source>%1 is not there.</source>
+        <translation>%1 ist nicht da.</translation>
+    </message>
+    <message>
+        <source>%1 cannot be read: %2</source>
+        <translation>%1 kann nicht gelesen werden: %2</translation>
+    </message>
+    <message>
+        <source>The Hangar's folder</source>
+        <translation>Der Ordner des Hangars</translation>
+    </message>
+    <message>
+        <source>The simulator's folder</source>
+        <translation>Der Ordner des Simulators</translation>
+    </message>
+    <message>
+        <source>The scenery library is not there: %1</source>
+        <translation>Die Szenerie-Bibliothek ist nicht da: %1</translation>
+    </message>
+    <message>
+        <source>If its disk is not mounted, mount it and press F5.</source>
+        <translation>Falls sein Datenträger nicht eingehängt ist: einhängen und F5 drücken.</translation>
+    </message>
+    <message>
+        <source>File, Settings (F2) names another folder.</source>
+        <translation>Datei, Einstellungen (F2) nennt einen anderen Ordner.</translation>
+    </message>
+    <message>
+        <source>No aircraft is listed.</source>
+        <translation>Noch kein Flugzeug ist aufgenommen.</translation>
+    </message>
+    <message>
+        <source>No panel is listed.</source>
+        <translation>Noch kein Panel ist aufgenommen.</translation>
+    </message>
+    <message>
+        <source>No sound is listed.</source>
+        <translation>Noch kein Sound ist aufgenommen.</translation>
+    </message>
+    <message>
+        <source>No scenery is in the library yet.</source>
+        <translation>Noch keine Szenerie ist in der Bibliothek.</translation>
+    </message>
+    <message>
+        <source>File, Install Package/ZIP, Scenery unpacks one, "Add to Library" takes a folder, File, Import, Sceneries those of the simulator.</source>
+        <translation>Datei, Package/ZIP installieren, Szenerie packt eine aus; "In die Bibliothek" nimmt einen Ordner; Datei, Importieren, Szenerien nimmt die des Simulators.</translation>
+    </message>
+    <message>
+        <source>This cannot be reached by any drive.</source>
+        <translation>Über kein Laufwerk zu erreichen.</translation>
+    </message>
+    <message>
+        <source>This leads above its drive.</source>
+        <translation>Führt über das Laufwerk hinaus.</translation>
+    </message>
+    <message>
+        <source>This holds a character that no folder's name can hold.</source>
+        <translation>Enthält ein Zeichen, das in keinem Ordnernamen stehen kann.</translation>
+    </message>
+    <message>
+        <source>This is not a full path, such as C:\FS2002.</source>
+        <translation>Kein vollständiger Pfad wie C:\FS2002.</translation>
+    </message>
+    <message>
+        <source>This cannot be stored. The simulator's files have no "%1".</source>
+        <translation>Nicht zu speichern: Die Dateien des Simulators kennen kein "%1".</translation>
+    </message>
+    <message>
+        <source>"%1" describes no variation.</source>
+        <translation>"%1" beschreibt keine Variante.</translation>
+    </message>
+    <message>
+        <source>"%1" is not there.</source>
+        <translation>"%1" ist nicht da.</translation>
+    </message>
+    <message>
+        <source>"%1" could not be read.</source>
+        <translation>"%1" konnte nicht gelesen werden.</translation>
     </message>
     <message>
         <source>%1 %2 percent</source>

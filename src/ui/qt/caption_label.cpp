@@ -49,17 +49,19 @@ void CaptionLabel::setClickable(bool clickable) {
   update();
 }
 
+void CaptionLabel::click() {
+  if (clickable_ && onClick) onClick();
+}
+
 void CaptionLabel::mouseReleaseEvent(QMouseEvent* event) {
-  if (clickable_ && event->button() == Qt::LeftButton &&
-      rect().contains(event->position().toPoint()) && onClick)
-    onClick();
+  if (event->button() == Qt::LeftButton && rect().contains(event->position().toPoint())) click();
 }
 
 void CaptionLabel::keyPressEvent(QKeyEvent* event) {
   const bool press = event->key() == Qt::Key_Space || event->key() == Qt::Key_Return ||
                      event->key() == Qt::Key_Enter;
-  if (clickable_ && press && onClick)
-    onClick();
+  if (clickable_ && press)
+    click();
   else
     QLabel::keyPressEvent(event);
 }

@@ -19,6 +19,8 @@ class CaptionLabel : public QLabel {
   void makeNotice();
   // Drawn as a link, and reached by the keyboard.
   void setClickable(bool clickable);
+  bool clickable() const { return clickable_; }
+  void click();
   std::function<void()> onClick;
 
   QSize sizeHint() const override;

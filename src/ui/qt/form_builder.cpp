@@ -106,9 +106,9 @@ CaptionLabel* FormBuilder::label(Label& label) {
   return widget;
 }
 
-QComboBox* FormBuilder::combo(ComboBox& box, const QString& accessibleName) {
+QComboBox* FormBuilder::combo(ComboBox& box, QLabel& label) {
   auto* widget = new QComboBox;
-  widget->setAccessibleName(accessibleName);
+  label.setBuddy(widget);
   describe(*widget, box);
   auto* binding = new Binding(bindings_, form_, box, widget, [widget, &box] {
     const QSignalBlocker quiet(widget);

@@ -37,7 +37,8 @@ class FormBuilder {
                     const Button* byEnter = nullptr);
   QRadioButton* option(OptionButton& option);
   CaptionLabel* label(Label& label);
-  QComboBox* combo(ComboBox& box, const QString& accessibleName);
+  // Its label is what screen readers call it: Qt gives a combo box no name of its own.
+  QComboBox* combo(ComboBox& box, QLabel& label);
   QWidget* textBox(TextBox& box);
   QTabBar* tabs(TabStrip& strip, const QString& accessibleName);
   FramePanel* frame(Frame& frame, bool card);

@@ -50,9 +50,13 @@ QVBoxLayout* mailSide(FormBuilder& build, FrmMailPack& form) {
   addMessage(build, *side, form.txtMsg);
   auto* way = new QHBoxLayout;
   way->setSpacing(8);
-  way->addWidget(build.combo(form.cmbMailType, QObject::tr("Send by")));
-  way->addWidget(build.label(form.lblMailType), 1);
+  auto* label = new QLabel(QObject::tr("Send by:"));
+  QComboBox* ways = build.combo(form.cmbMailType, *label);
+  way->addWidget(label);
+  way->addWidget(ways);
+  way->addStretch();
   side->addLayout(way);
+  side->addWidget(build.label(form.lblMailType));
   return side;
 }
 

@@ -67,8 +67,10 @@ QMenu* makeMenu(Bindings& bindings, Form& form, MenuItem& item, QWidget* owner,
                 const std::vector<MenuItem*>& siblings) {
   auto* menu = new QMenu(captioned(item.caption), owner);
   menu->setToolTipsVisible(true);
-  new Binding(bindings, form, item, menu,
-              [menu, &item, &siblings] { follow(*menu->menuAction(), item, siblings); });
+  new Binding(bindings, form, item, menu, [menu, &item, &siblings] {
+    follow(*menu->menuAction(), item, siblings);
+    menu->setAccessibleName(spoken(item.caption));
+  });
   for (MenuItem* entry : item.entries) {
     if (entry->separator) {
       QAction* line = menu->addSeparator();

@@ -4,6 +4,7 @@
 #include <QGridLayout>
 #include <QGuiApplication>
 #include <QKeyEvent>
+#include <QLabel>
 #include <QPlainTextEdit>
 #include <QRegularExpression>
 #include <QScreen>
@@ -29,6 +30,21 @@ QString iconName(BoxIcon icon) {
     case BoxIcon::exclamation:
     case BoxIcon::warning:
       return QStringLiteral("warning");
+    case BoxIcon::none:
+      break;
+  }
+  return {};
+}
+
+QString iconWord(BoxIcon icon) {
+  switch (icon) {
+    case BoxIcon::information:
+      return QObject::tr("Information");
+    case BoxIcon::question:
+      return QObject::tr("Question");
+    case BoxIcon::exclamation:
+    case BoxIcon::warning:
+      return QObject::tr("Warning");
     case BoxIcon::none:
       break;
   }
@@ -84,6 +100,8 @@ MessageBox::MessageBox(const Box& box, QWidget* owner)
   setTextFormat(Qt::PlainText);
   if (const QString name = iconName(box.icon); !name.isEmpty())
     setIconPixmap(drawing(name, {iconSide, iconSide}, devicePixelRatio()));
+  if (auto* icon = findChild<QLabel*>(QStringLiteral("qt_msgboxex_icon_label")))
+    icon->setAccessibleName(iconWord(box.icon));
   addButtons(box);
   const QString details = boxLines(box.details);
   showText(whole_, details);

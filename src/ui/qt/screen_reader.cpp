@@ -4,6 +4,7 @@
 #include <QAccessibleWidget>
 #include <QSplitterHandle>
 
+#include "ui/qt/caption_label.h"
 #include "ui/qt/picture_view.h"
 #include "ui/qt/split_bar_view.h"
 #include "ui/qt/status_view.h"
@@ -38,13 +39,45 @@ class StatusAccess : public QAccessibleWidget, public QAccessibleValueInterface 
   StatusView* view_;
 };
 
-QAccessibleInterface* accessOf(const QString&, QObject* object) {
+// A text, and a link where a click opens something.
+class CaptionAccess : public QAccessibleWidget {
+ public:
+  explicit CaptionAccess(CaptionLabel* label) : QAccessibleWidget(label), label_(label) {}
+
+  QAccessible::Role role() const override {
+    return label_->clickable() ? QAccessible::Link : QAccessible::StaticText;
+  }
+
+  QString text(QAccessible::Text which) const override {
+    return which == QAccessible::Name ? label_->text() : QAccessibleWidget::text(which);
+  }
+  QStringList actionNames() const override {
+    QStringList names = QAccessibleWidget::actionNames();
+    if (label_->clickable()) names.prepend(pressAction());
+    return names;
+  }
+  void doAction(const QString& name) override {
+    if (name == pressAction() && label_->isEnabled())
+      label_->click();
+    else
+      QAccessibleWidget::doAction(name);
+  }
+
+ private:
+  CaptionLabel* label_;
+};
+
+QAccessibleInterface* accessOf(const QString& kind, QObject* object) {
   if (auto* status = dynamic_cast<StatusView*>(object)) return new StatusAccess(status);
   if (auto* picture = dynamic_cast<PictureView*>(object))
     return new QAccessibleWidget(picture, QAccessible::Graphic);
   // Each would be of no kind that a desktop knows.
   if (dynamic_cast<SplitBarView*>(object) || qobject_cast<QSplitterHandle*>(object))
     return new QAccessibleWidget(static_cast<QWidget*>(object), QAccessible::Separator);
+  if (auto* label = dynamic_cast<CaptionLabel*>(object)) return new CaptionAccess(label);
+  // What is just a frame, and no kind of control: Qt would make it a window of its own.
+  if (kind == QLatin1String("QFrame"))
+    return new QAccessibleWidget(static_cast<QWidget*>(object), QAccessible::Grouping);
   return nullptr;
 }
 

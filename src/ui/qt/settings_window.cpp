@@ -85,9 +85,11 @@ FramePanel* mailPage(FormBuilder& build, FrmSettings& form) {
                                            {&form.txtOutlookFolder}});
   auto* folders = new QHBoxLayout;
   folders->setSpacing(8);
-  folders->addWidget(build.combo(form.cmbOutlookFolders, QObject::tr("Mail folders found")), 1);
+  auto* found = new QLabel(QObject::tr("Mail folders found:"));
+  folders->addWidget(build.combo(form.cmbOutlookFolders, *found), 1);
   folders->addWidget(build.button(form.btnOutlookFile));
   folders->addWidget(build.button(form.btnOutlookDir));
+  grid->addWidget(found, line, 0);
   grid->addLayout(folders, line, 1);
   auto* meaning = new QLabel(captioned(outlookMeans));
   meaning->setWordWrap(true);
@@ -111,8 +113,9 @@ QWidget* makeSettingsWindow(Bindings& bindings, FrmSettings& form, const FileSys
   auto* column = new QVBoxLayout(window);
   column->setContentsMargins(18, 10, 18, 16);
   column->setSpacing(14);
-  column->addWidget(paragraph(bindings, form, form.lblIntro));
-  column->addWidget(build.combo(form.cmbFound, QObject::tr("Simulators found")));
+  QLabel* introduction = paragraph(bindings, form, form.lblIntro);
+  column->addWidget(introduction);
+  column->addWidget(build.combo(form.cmbFound, *introduction));
   auto* tabs = new QHBoxLayout;
   tabs->addWidget(build.tabs(form.tabSettings, QObject::tr("Settings")));
   tabs->addStretch();

@@ -1,4 +1,5 @@
 #include <QFrame>
+#include <QLabel>
 #include <QPainter>
 #include <QPushButton>
 #include <QVBoxLayout>
@@ -14,12 +15,13 @@ namespace skv::ui::qt {
 
 namespace {
 
-// The program's picture with its name.
-class Banner : public QWidget {
+// The program's picture with its name; a label, so that screen readers say it.
+class Banner : public QLabel {
  public:
   Banner(Bindings& bindings, Form& form, Image& image) {
     setFixedSize(480, 200);
     setAccessibleName(QString::fromLatin1("FS Skyvault"));
+    setAccessibleDescription(QObject::tr("Add-ons of Flight Simulator 2002"));
     new Binding(bindings, form, image, this, [this, &image] { setVisible(image.visible); });
   }
 
@@ -70,10 +72,11 @@ QWidget* makeSplashWindow(Bindings& bindings, FrmSplash& form, const FileSystem&
     text->addWidget(build.label(*line));
   QPushButton* close = build.button(form.btnClose);
   close->setDefault(true);
-  close->setFocus();
   text->addSpacing(10);
   text->addWidget(close, 0, Qt::AlignRight);
   column->addLayout(text);
+  // In the window by now: before, there is none to take the keyboard in.
+  close->setFocus();
   return window;
 }
 
