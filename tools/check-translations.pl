@@ -1,6 +1,8 @@
 #!/usr/bin/env perl
 # Fails when a text that the window shows has no German. Looks at the captions of the controls
-# (src/ui/model), at the words of tr() (src/ui/qt) and at the lists of tabs and entries.
+# (src/ui/model), at the words of tr(), the patterns and the places (src/ui/qt), at the lists of tabs
+# and entries, at the filters of file dialogs, and at what the program puts into captions and empty
+# lists while it runs.
 #   tools/check-translations.pl
 use strict;
 use warnings;
@@ -14,7 +16,8 @@ sub slurp {
   return <$handle>;
 }
 
-my %known;
+my %known;     # whole texts
+my %fragment;  # what stands beside the values of a text with %1 in it
 my $ts = slurp('share/translations/fsskyvault_de.ts');
 while ($ts =~ m{<source>(.*?)</source>\s*<translation>(.+?)</translation>}gs) {
   my $text = $1;
@@ -22,17 +25,32 @@ while ($ts =~ m{<source>(.*?)</source>\s*<translation>(.+?)</translation>}gs) {
   $text =~ s/&gt;/>/g;
   $text =~ s/&amp;/&/g;
   $known{$text} = 1;
+  $fragment{$_} = 1 for split /%\d/, $text =~ /%\d/ ? $text : '';
 }
 
 my $literal = qr/"((?:[^"\\]|\\.)*)"/;
+my $string = qr/"(?:[^"\\]|\\.)*"/;
 my $bad = 0;
 sub check {
   my ($file, $text) = @_;
   $text =~ s/\\n/\n/g;
-  $text =~ s/\\"/"/g;
+  $text =~ s/\\(["\\])/$1/g;
   return if $text eq '' || $text eq '-' || $text eq '...' || $known{$text};
   print "$file: \"$text\" has no German in share/translations\n";
   $bad = 1;
+}
+
+# A text that is put together: each line of it is known, or stands beside a value of one that is.
+sub check_parts {
+  my ($file, $code) = @_;
+  $code =~ s/"\s*\n\s*"//g;
+  for my $literal ($code =~ /$literal/g) {
+    $literal =~ s/\\r//g;
+    $literal =~ s/\\"/"/g;
+    for my $line (split /\\n/, $literal) {
+      check($file, $line) unless $line !~ /[A-Za-z]{2}/ || $line eq 'This ' || $fragment{$line};
+    }
+  }
 }
 
 for my $file (split /\n/, `find src -name '*.cpp' -o -name '*.h'`) {
@@ -43,10 +61,31 @@ for my $file (split /\n/, `find src -name '*.cpp' -o -name '*.h'`) {
     check($file, $1) while $source =~ /Form\("\w+", $literal\)/g;
   }
   if ($file =~ m{^src/ui/qt/}) {
-    while ($source =~ /\btr\(((?:\s*"(?:[^"\\]|\\.)*")+)/g) {
+    while ($source =~ /\btr\(((?:\s*$string)+)/g) {
       check($file, join '', $1 =~ /$literal/g);
     }
   }
+  my %constants = $source =~ /constexpr const char\* (\w+) =((?:\s*$string)+);/g;
+  # The status line and its messages stay English.
+  while ($source =~ /([\w.]+)(?:\.|->)(?:caption|emptyText|hint) =(?!=)((?:[^;"]|$string)*);/g) {
+    my ($control, $code) = ($1, $2);
+    $code .= $constants{$_} // '' for $code =~ /\w+/g;
+    check_parts($file, $code) unless $control =~ /status$|line_$/i || $code =~ /programTitle/;
+  }
+  check_parts($file, $1) while $source =~ /\n\w[^\n]*(?:emptyText|noAircraft|storeTrouble|importLine|unreadable|fillEmptyTexts|stateOf\w*)\([^\n]*\{\n(.*?)\n\}/gs;
+  # Folders that are none say "This" and the reason.
+  if ($file =~ m{/folder_text\.cpp$}) {
+    check($file, "This $1") while $source =~ /refused\($literal/g;
+  }
+  check($file, $1) while $source =~ /"([^"|\\\n]+)\|\*[^"\n]*"/g;
+  if ($file =~ m{^src/ui/qt/place_pictures}) {
+    check($file, $1) while $source =~ /\{"\w+", $literal, "#/g;
+    check($file, $1) while $source =~ /onlyFirst = $literal/g;
+  }
+  if ($source =~ /withValues\[\] = \{(.*?)\};/s) {
+    check($file, $_) for $1 =~ /$literal/g;
+  }
+  check_parts($file, $1) while $source =~ /items\.insert\((.*?)\);/gs;
   while ($source =~ /(?:tabs|items) = std::vector<std::string>\{([^}]*)\}/g) {
     check($file, $_) for $1 =~ /$literal/g;
   }

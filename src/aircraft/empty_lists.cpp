@@ -15,15 +15,14 @@ bool inHangar(const App& app) { return app.listedView == View::hangar; }
 
 // What is wrong with the folder of the list files, "" when it stands.
 std::string storeTrouble(App& app) {
-  const std::string store = inHangar(app) ? "Hangar's folder" : "simulator's folder";
-  if (app.ListDir.empty())
-    return "The " + store + " is not set.\nFile, Settings (F2) is the place.";
+  const std::string store = inHangar(app) ? "The Hangar's folder" : "The simulator's folder";
+  if (app.ListDir.empty()) return store + " is not set.\nFile, Settings (F2) is the place.";
   const auto found = app.files().attributes(app.ListDir);
   if (found.ok()) return {};
   if (presenceBy(found.outcome()) == Presence::unknown)
-    return "The " + store + " cannot be read: " + app.ListDir + "\n" +
-           found.outcome().description() + "\nF5 tries again." + settingsLine;
-  return "The " + store + " is not there: " + app.ListDir +
+    return store + " cannot be read: " + app.ListDir + "\n" + found.outcome().description() +
+           "\nF5 tries again." + settingsLine;
+  return store + " is not there: " + app.ListDir +
          "\nIf its disk is not mounted, mount it and press F5." + settingsLine;
 }
 
@@ -42,9 +41,10 @@ std::string noAircraft(App& app) {
   }
   const auto count = std::ranges::count_if(listing.value(), &FolderEntry::folder);
   if (count > 0) {
-    const std::string stand = count == 1 ? " aircraft stands in " : " aircraft stand in ";
-    return std::to_string(count) + stand + place + " and " + (count == 1 ? "is" : "are") +
-           " not listed yet." + importLine(app.frmMain.mnuFileImportAC);
+    const std::string number = std::to_string(count);
+    return (count == 1 ? number + " aircraft stands in " + place + " and is not listed yet."
+                       : number + " aircraft stand in " + place + " and are not listed yet.") +
+           importLine(app.frmMain.mnuFileImportAC);
   }
   if (inHangar(app))
     return "The Hangar is empty.\n\"To Hangar...\" among the simulator's aircraft copies one "

@@ -31,7 +31,7 @@ QString filterOf(const std::string& filter) {
       else
         patterns += letter;
     }
-    filters << QStringLiteral("%1 (%2)").arg(shown(parts[i]), patterns);
+    filters << QStringLiteral("%1 (%2)").arg(captioned(parts[i]), patterns);
   }
   return filters.join(QStringLiteral(";;"));
 }

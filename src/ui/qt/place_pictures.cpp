@@ -5,6 +5,7 @@
 #include <array>
 
 #include "ui/qt/icons.h"
+#include "ui/qt/language.h"
 #include "ui/qt/theme.h"
 
 namespace skv::ui::qt {
@@ -38,10 +39,10 @@ const PlaceSet& libraryPlaces() {
 }
 
 QString PlaceSet::words(int number) const {
-  if (number == 1) return QLatin1String(onlyFirst);
+  if (number == 1) return captioned(onlyFirst);
   QStringList words;
   for (const Place& place : places)
-    if (stands(number, place)) words << QLatin1String(place.words);
+    if (stands(number, place)) words << captioned(place.words);
   return words.join(QStringLiteral(", "));
 }
 

@@ -9,6 +9,7 @@
 
 #include "core/long_operation.h"
 #include "ui/qt/language.h"
+#include "ui/qt/place_pictures.h"
 #include "ui/qt/window_fixture.h"
 
 namespace skv::test {
@@ -113,6 +114,10 @@ TEST(LanguageTest, CaptionsFollowTheDesktopAndTextsOfTheUserDoNot) {
   EXPECT_EQ(QObject::tr("No picture").toStdString(), "Kein Bild");
   EXPECT_EQ(german("There is no drive Q:"), "Es gibt kein Laufwerk Q:");
   EXPECT_EQ(german("Alias: FS98\\panel %1"), "Alias: FS98\\panel %1");
+  EXPECT_EQ(german("2 aircraft stand in the Hangar and are not listed yet."),
+            "2 Flugzeuge stehen im Hangar und sind noch nicht aufgenommen.");
+  EXPECT_EQ(german("%1 is not there: %2"), "%1 ist nicht da: %2");
+  EXPECT_EQ(ui::qt::aircraftPlaces().words(6).toStdString(), "als Package, im Hangar");
   EXPECT_EQ(german("Title:\n\nMy own words"), "Titel:\n\nMy own words");
   for (QTranslator* translator : qApp->findChildren<QTranslator*>()) delete translator;
   QLocale::setDefault(before);
