@@ -3,6 +3,7 @@
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
+#include <QStyle>
 #include <algorithm>
 
 #include "ui/qt/theme.h"
@@ -80,7 +81,10 @@ void CaptionLabel::paintEvent(QPaintEvent*) {
   painter.setRenderHint(QPainter::Antialiasing);
   QRect area = rect();
   if (sizeHint().width() < area.width()) area.setWidth(sizeHint().width());
-  if (alignment() & Qt::AlignHCenter) area.moveLeft((width() - area.width()) / 2);
+  if (alignment() & Qt::AlignHCenter)
+    area.moveLeft((width() - area.width()) / 2);
+  else
+    area = QStyle::visualRect(layoutDirection(), rect(), area);
   if (grounded()) {
     painter.setPen(notice_ ? QPen(palette().color(QPalette::Mid)) : QPen(Qt::NoPen));
     painter.setBrush(tint(colour_, palette()));

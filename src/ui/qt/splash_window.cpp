@@ -28,6 +28,8 @@ class Banner : public QLabel {
  protected:
   void paintEvent(QPaintEvent*) override {
     QPainter painter(this);
+    // The picture is drawn for words on its left in any language.
+    painter.setLayoutDirection(Qt::LeftToRight);
     painter.drawPixmap(0, 0, drawing(QStringLiteral("splash"), size(), devicePixelRatio()));
     painter.setPen(Qt::white);
     painter.drawText(QRect(34, 92, 300, 24), Qt::AlignLeft | Qt::AlignVCenter,
