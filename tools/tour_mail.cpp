@@ -48,8 +48,11 @@ void MailRoad::accounts() {
   user_.stage("The mail accounts, and who sends");
   user_.expect("frmSettings", [this](QWidget&) {
     user_.clickTab("tabSettings", "EMail");
+    user_.type("txtPOPUserName", "anna");
+    user_.type("txtPOPHost", "pop.example.org");
     user_.type("txtSMTPHost", "smtp.example.org:587");
-    user_.type("txtOutlookFolder", inbox().string());
+    user_.type("txtSMTPUserName", "anna");
+    user_.type("txtOutlookFolder", "Thunderbird/Local Folders/Inbox");
     user_.expect("frmIdentity", [this](QWidget& window) {
       user_.type("txtFirstName", "Anna");
       user_.type("txtLastName", "Berg");
@@ -59,6 +62,7 @@ void MailRoad::accounts() {
     });
     user_.click("btnIdentity");
     user_.picture("mail-accounts");
+    user_.type("txtOutlookFolder", inbox().string());
     user_.click("btnOK");
   });
   user_.press(Qt::Key_F2);
