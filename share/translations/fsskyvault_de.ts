@@ -1054,6 +1054,10 @@ Datei, Package/ZIP installieren bringt eines aus einer ZIP-Datei in den Hangar.<
         <translation>"%1" konnte nicht gelesen werden.</translation>
     </message>
     <message>
+        <source>empty</source>
+        <translation>leer</translation>
+    </message>
+    <message>
         <source>%1 %2 percent</source>
         <translation>%1 %2 Prozent</translation>
     </message>

@@ -117,6 +117,7 @@ QVariant RowsModel::data(const QModelIndex& index, int role) const {
     case Qt::AccessibleTextRole: {
       const QString said = wordsOf(row, column);
       const QString text = shown(textAt(row, column));
+      if (text.isEmpty()) return said.isEmpty() ? tr("empty") : said;
       return said.isEmpty() ? text : text + QStringLiteral(", ") + said;
     }
     case Qt::AccessibleDescriptionRole:

@@ -69,8 +69,8 @@ class CaptionAccess : public QAccessibleWidget {
 
 QAccessibleInterface* accessOf(const QString& kind, QObject* object) {
   if (auto* status = dynamic_cast<StatusView*>(object)) return new StatusAccess(status);
-  if (auto* picture = dynamic_cast<PictureView*>(object))
-    return new QAccessibleWidget(picture, QAccessible::Graphic);
+  if (dynamic_cast<PictureView*>(object) || object->property(isGraphic).toBool())
+    return new QAccessibleWidget(static_cast<QWidget*>(object), QAccessible::Graphic);
   // Each would be of no kind that a desktop knows.
   if (dynamic_cast<SplitBarView*>(object) || qobject_cast<QSplitterHandle*>(object))
     return new QAccessibleWidget(static_cast<QWidget*>(object), QAccessible::Separator);

@@ -3,6 +3,9 @@
 
 namespace skv::ui::qt {
 
+// The property of a widget that is a picture and nothing else.
+inline constexpr const char* isGraphic = "graphic";
+
 // Once for the program, before its windows.
 void describeToScreenReaders();
 

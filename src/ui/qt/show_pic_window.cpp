@@ -9,6 +9,7 @@
 
 #include "ui/qt/dialogs.h"
 #include "ui/qt/form_window.h"
+#include "ui/qt/screen_reader.h"
 #include "ui/qt/scroll_room.h"
 
 namespace skv::ui::qt {
@@ -23,6 +24,7 @@ class FullPicture : public QWidget {
  public:
   FullPicture(Bindings& bindings, Form& form, Image& image) : image_(image) {
     setAccessibleName(QObject::tr("Picture at full size"));
+    setProperty(isGraphic, true);
     setFocusPolicy(Qt::StrongFocus);
     setCursor(Qt::PointingHandCursor);
     binding_ = new Binding(bindings, form, image, this, [this] { take(); });

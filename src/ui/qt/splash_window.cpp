@@ -1,5 +1,4 @@
 #include <QFrame>
-#include <QLabel>
 #include <QPainter>
 #include <QPushButton>
 #include <QVBoxLayout>
@@ -9,18 +8,20 @@
 #include "ui/qt/form_builder.h"
 #include "ui/qt/form_window.h"
 #include "ui/qt/icons.h"
+#include "ui/qt/screen_reader.h"
 #include "ui/qt/text.h"
 
 namespace skv::ui::qt {
 
 namespace {
 
-// The program's picture with its name; a label, so that screen readers say it.
-class Banner : public QLabel {
+// The program's picture with its name.
+class Banner : public QWidget {
  public:
   Banner(Bindings& bindings, Form& form, Image& image) {
     setFixedSize(480, 200);
     setAccessibleName(QString::fromLatin1("FS Skyvault"));
+    setProperty(isGraphic, true);
     setAccessibleDescription(QObject::tr("Add-ons of Flight Simulator 2002"));
     new Binding(bindings, form, image, this, [this, &image] { setVisible(image.visible); });
   }

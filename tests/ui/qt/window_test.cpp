@@ -117,7 +117,7 @@ TEST(LanguageTest, CaptionsFollowTheDesktopAndTextsOfTheUserDoNot) {
   EXPECT_EQ(german("2 aircraft stand in the Hangar and are not listed yet."),
             "2 Flugzeuge stehen im Hangar und sind noch nicht aufgenommen.");
   EXPECT_EQ(german("%1 is not there: %2"), "%1 ist nicht da: %2");
-  EXPECT_EQ(ui::qt::aircraftPlaces().words(6).toStdString(), "als Package, im Hangar");
+  EXPECT_EQ(ui::qt::aircraftPlaces().words(7).toStdString(), "als Package, im Hangar");
   EXPECT_EQ(german("Title:\n\nMy own words"), "Titel:\n\nMy own words");
   for (QTranslator* translator : qApp->findChildren<QTranslator*>()) delete translator;
   QLocale::setDefault(before);
