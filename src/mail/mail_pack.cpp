@@ -73,7 +73,7 @@ class Sending {
     app_.frmMain.lblStatus.caption = "";
     if (sent || givenUp()) form_.lblStatus.caption = "";
     if (sent)
-      notice(outlook_ ? "\"" + file_ + "\" was handed to the mail program"
+      notice(outlook_ ? "\"" + file_ + "\" was handed to the mail program of this computer"
                       : "\"" + file_ + "\" was sent to " + recipient_);
     else if (givenUp() && !told_)
       notice("\"" + file_ + "\" was not sent");

@@ -3,6 +3,7 @@
 #include "base/paths.h"
 #include "core/messages.h"
 #include "core/settings_keys.h"
+#include "mail/mail_contact.h"
 #include "mail/passwords.h"
 #include "ui/dialogs/dir_select.h"
 
@@ -80,11 +81,19 @@ bool storeMailSettings(App& app) {
   return true;
 }
 
+void forgetPasswords(App& app) {
+  for (const PasswordField& field : passwordFields) {
+    (app.frmSettings.*field.box).text = "";
+    (app.frmSettings.*field.found).reset();
+  }
+}
+
 void listOutlookFolders(App& app) {
   auto& box = app.frmSettings.cmbOutlookFolders;
   if (!box.items->empty()) return;
-  const auto engine = app.platform.mail.load(app.files());
-  std::vector<std::string> items = engine ? engine->OutlookFolders() : std::vector<std::string>();
+  const auto engine = makeMailEngine(app, app.frmMain.lblStatus);
+  if (!engine) return;
+  std::vector<std::string> items = engine->OutlookFolders();
   items.insert(items.begin(), items.empty() ? "No mail folders found on this computer"
                                             : "Choose one of the mail folders found...");
   box.enabled = items.size() > 1;

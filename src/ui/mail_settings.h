@@ -11,6 +11,9 @@ void loadMailSettings(App& app);
 // the user has been told.
 bool storeMailSettings(App& app);
 
+// The fields of a dialog that nobody sees hold no passwords.
+void forgetPasswords(App& app);
+
 // Fills cmbOutlookFolders with the mail folders of this computer, once for each showing of the
 // dialog.
 void listOutlookFolders(App& app);

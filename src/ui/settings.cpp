@@ -161,6 +161,11 @@ void reloadLists(App& app) {
   if (app.frmMain.frameScenery.visible && !app.ending) mnuViewFSScenery_Click(app);
 }
 
+void hide(App& app) {
+  app.windows.hide(app.frmSettings);
+  forgetPasswords(app);
+}
+
 }  // namespace
 
 void runSettings(App& app) {
@@ -219,7 +224,7 @@ void cmbFound_Click(App& app) {
 
 void frmSettings_Form_Unload(App& app) {
   cancelFolderChoice(app);
-  app.windows.hide(app.frmSettings);
+  hide(app);
   if (!app.ending && !app.starting) app.frmMain.visible = true;
 }
 
@@ -315,13 +320,13 @@ void frmSettings_btnOK_Click(App& app) {
 
   if (!storeMailSettings(app) || app.ending) return;
   if (!app.starting) app.frmMain.visible = true;
-  app.windows.hide(form);
+  hide(app);
 }
 
 void frmSettings_btnQuit_Click(App& app) {
   app.ending = true;
   cancelFolderChoice(app);
-  app.windows.hide(app.frmSettings);
+  hide(app);
 }
 
 }  // namespace skv
