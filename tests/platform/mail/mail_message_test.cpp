@@ -1,3 +1,5 @@
+#include <sys/syscall.h>
+
 #include <algorithm>
 #include <sstream>
 
@@ -9,6 +11,7 @@
 #include "platform/mail/received_mail.h"
 #include "platform/mail/work_file.h"
 #include "support/disk_fixture.h"
+#include "support/failing_calls.h"
 #include "support/text.h"
 
 namespace skv::test {
@@ -133,6 +136,14 @@ TEST_F(MessageTest, ReadsMailsAsTheyAre) {
   while (vast.size() < (std::size_t{6} << 20U)) vast += "<div>And one line more\n";
   const std::string body = received(vast)->GetBody().valueOr("");
   EXPECT_TRUE(body.size() < (std::size_t{4} << 20U) && body.ends_with("\n[...]"));
+}
+
+TEST_F(MessageTest, AnAttachmentIsSavedWhenItIsOnTheDisk) {
+  const auto mail = received(mixed(part("Content-Disposition: attachment; filename=a.zip", "a")));
+  const auto save = [&] { return std::to_string(mail->SaveAttachment(0, "C:\\").number()); };
+  const auto number = withFailingCalls({SYS_fsync}, EIO, save);
+  if (!number) GTEST_SKIP() << "this machine lets no calls fail";
+  EXPECT_EQ(*number, std::to_string(err::deviceIo));
 }
 
 // What a stranger repeats a million times costs no memory without a bound, and can be stopped.
