@@ -13,8 +13,9 @@
 //
 // Failures. err::mail with a text for the user, which names the host and holds what the server
 // said, but never a password; err::mailLost for one mail that cannot be had, while others may;
-// err::cancelled when Yield answered false; err::mailNotEncrypted; those of the disk by their own numbers. Connecting may take 30 seconds; a server that is silent
-// for 60 has failed, and so has one whose lines or headers have no end.
+// err::cancelled when Yield answered false; err::mailNotEncrypted; those of the disk by their own
+// numbers. Connecting may take 30 seconds; a server that is silent for 60 has failed, and so has
+// one whose lines or headers have no end.
 //
 // Encryption. On the ports 465 and 995 at once, elsewhere as soon as the server offers it, with its
 // certificate and host name checked. A server that offers none is refused with
@@ -78,8 +79,8 @@ class MailEngine {
   // Of all mails, in the mailbox's order. `lines`: how many lines of each mail's body.
   virtual Result<std::unique_ptr<MailBundle>> FetchHeaders(int lines) = 0;
   // The whole mail of one that FetchHeaders of this engine made. It lies in a private file below
-  // the user's cache until the message goes. Fails with err::mailLost when the mail is no longer there,
-  // refused or too much for the memory.
+  // the user's cache until the message goes. Fails with err::mailLost when the mail is no longer
+  // there, refused or too much for the memory.
   virtual Result<std::unique_ptr<MailMessage>> FetchFullMail(const MailMessage& head) = 0;
   // On success the server has said that the mail is gone for good; a mail that was gone already is
   // one. On failure it may be there still.
