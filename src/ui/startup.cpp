@@ -210,6 +210,7 @@ void Form_Load(App& app) {
   moveOldLists(app);
   app.error.clear();
   clearUnfinishedFolders(app);
+  form.lblStatus.caption = "";  // nothing of that is left to do
   mnuViewFSAircraft_Click(app);
   restoreOrder(app);
   selectLastAircraft(app);

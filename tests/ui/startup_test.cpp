@@ -35,10 +35,11 @@ TEST_F(StartupTest, ANormalStartShowsTheSimulatorsAircraft) {
   settings.values["Window/MainWidth"] = "12000";
   settings.values["Window/MainState"] = "2";
   drive.write("C:\\Temp\\SKVInstallTemp\\left\\over.txt", "x");
-  drive.write("C:\\FS\\aircraft\\~SKVUnfinished\\half", "of a killed run");
+  drive.write("C:\\FS\\aircraft\\~SKVUnfinished\\folder\\half", "of a killed run");
   Form_Load(app);
   EXPECT_EQ(drive.tree("C:\\Temp\\SKVInstallTemp"), Lines{});
   EXPECT_FALSE(drive.exists("C:\\FS\\aircraft\\~SKVUnfinished"));
+  EXPECT_EQ(app.frmMain.lblStatus.caption, "");
   EXPECT_EQ(form.lstAircraft.count(), 2);
   EXPECT_EQ(form.lstAircraft.selected(), 2);
   EXPECT_EQ(app.ACRoot, "C:\\FS\\aircraft\\");
