@@ -3,6 +3,7 @@
 #include <glib.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <vector>
 
@@ -97,6 +98,8 @@ std::optional<Outcome> byItsOwnOptions(const ComposedMail& mail, milliseconds ti
   constexpr milliseconds soon{2000};
   const std::string entry =
       firstLineOf({"xdg-mime", "query", "default", "x-scheme-handler/mailto"}, soon);
+  // It is the program itself that runs on, and its window is there by then.
+  time = std::min(time, soon);
   for (const std::string program : {"sylpheed", "claws-mail"}) {
     if (entry != program + ".desktop" || findProgram(program).empty()) continue;
     std::string to;
