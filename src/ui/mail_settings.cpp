@@ -110,7 +110,9 @@ void cmbOutlookFolders_Click(App& app) {
 
 void btnOutlookFile_Click(App& app) {
   const std::string now = app.frmSettings.txtOutlookFolder.text;
-  const auto picked = app.windows.openFile({folderAbove(now), "All Files|*"});
+  const std::string above = folderAbove(now);
+  const auto picked =
+      app.windows.openFile({above.empty() ? app.platform.environment.home : above, "All Files|*"});
   if (picked.ok())
     app.frmSettings.txtOutlookFolder.text = picked.value().path;
   else if (picked.outcome().number() != err::cancelled)
