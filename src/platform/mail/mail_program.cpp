@@ -91,28 +91,25 @@ std::string escaped(const std::string& text) {
   return escapes;
 }
 
-// The desktop's mail program when it is one that leaves the attachment of a "mailto:" address out
-// without a word, which is how portal and xdg-email would call it. It takes one by an option.
-std::optional<Outcome> byItsOwnOptions(const ComposedMail& mail, milliseconds time,
-                                       MailPulse& pulse) {
+// Sylpheed, where it is the desktop's mail program: it leaves the attachment of a "mailto:"
+// address, which is how portal and xdg-email would call it, out without a word. It takes one by an
+// option.
+std::optional<Outcome> bySylpheed(const ComposedMail& mail, milliseconds time, MailPulse& pulse) {
   constexpr milliseconds soon{2000};
-  const std::string entry =
-      firstLineOf({"xdg-mime", "query", "default", "x-scheme-handler/mailto"}, soon);
+  if (findProgram("sylpheed").empty() ||
+      firstLineOf({"xdg-mime", "query", "default", "x-scheme-handler/mailto"}, soon) !=
+          "sylpheed.desktop")
+    return std::nullopt;
+  std::string to;
+  for (const std::string& address : mail.addresses)
+    to += (to.empty() ? "" : ",") + escaped(address);
+  std::vector<std::string> command{
+      "sylpheed", "--compose",
+      "mailto:" + to + "?subject=" + escaped(mail.subject) + "&body=" + escaped(mail.body),
+      "--attach"};
+  command.insert(command.end(), mail.attachments.begin(), mail.attachments.end());
   // It is the program itself that runs on, and its window is there by then.
-  time = std::min(time, soon);
-  for (const std::string program : {"sylpheed", "claws-mail"}) {
-    if (entry != program + ".desktop" || findProgram(program).empty()) continue;
-    std::string to;
-    for (const std::string& address : mail.addresses)
-      to += (to.empty() ? "" : ",") + escaped(address);
-    std::vector<std::string> command{
-        program, "--compose",
-        "mailto:" + to + "?subject=" + escaped(mail.subject) + "&body=" + escaped(mail.body),
-        "--attach"};
-    command.insert(command.end(), mail.attachments.begin(), mail.attachments.end());
-    return startProgram(std::move(command), time, pulse);
-  }
-  return std::nullopt;
+  return startProgram(std::move(command), std::min(time, soon), pulse);
 }
 
 std::optional<Outcome> byXdgEmail(const ComposedMail& mail, milliseconds time, MailPulse& pulse) {
@@ -204,7 +201,7 @@ Outcome handToMailProgram(const OutgoingMessage& mail, const std::string& workFo
   if (const auto complete = mail.envelope(); !complete.ok()) return complete.outcome();
   const auto plain = composed(mail, workFolder + "/outbox");
   if (!plain.ok()) return plain.outcome();
-  if (const auto handed = byItsOwnOptions(plain.value(), times.toStart, pulse)) return *handed;
+  if (const auto handed = bySylpheed(plain.value(), times.toStart, pulse)) return *handed;
   switch (composeByPortal(plain.value(), pulse)) {
     case PortalAnswer::taken:
       return {};

@@ -17,7 +17,7 @@ struct HandOverTimes {
   std::chrono::milliseconds toSend{std::chrono::minutes(30)};
 };
 
-// Asked in turn: a mail program that has to be started directly, the desktop's portal, xdg-email,
+// Asked in turn: Sylpheed where it is the mail program, the desktop's portal, xdg-email,
 // sendmail. All but the last open the mail for their user, who sends it; sendmail sends it.
 // `workFolder`: for the mail under way, and below it for attachments that the mail program is yet
 // to read. Fails with err::mail when there is none of them, and when the user or sendmail did not

@@ -75,18 +75,16 @@ TEST_F(MailProgramTest, HandsTheMailToTheDesktop) {
   EXPECT_EQ(fs::file_size(standing), 200'000U);
   EXPECT_FALSE(fs::exists(old));
 
-  // A program that leaves the attachment of an address out.
-  for (const std::string own : {"sylpheed", "claws-mail"}) {
-    program("xdg-mime", "echo " + own + ".desktop");
-    program(own, "exit 0");
-    fs::remove(notes("xdg-email"));
-    ASSERT_TRUE(send().ok());
-    EXPECT_EQ(noted(own),
-              "--compose\nmailto:anna@example.org?subject=--attach%3D%2Fetc%2Fpasswd&body=Hi%2C%0A."
-              "%0Abye%27%20%26%20%24%28id%29%0A\n--attach\n" +
-                  drive.native() + "/Packs/Rome.zip\n");
-    EXPECT_FALSE(fs::exists(notes("xdg-email")));
-  }
+  // It leaves the attachment of an address out.
+  program("xdg-mime", "echo sylpheed.desktop");
+  program("sylpheed", "exit 0");
+  fs::remove(notes("xdg-email"));
+  ASSERT_TRUE(send().ok());
+  EXPECT_EQ(noted("sylpheed"),
+            "--compose\nmailto:anna@example.org?subject=--attach%3D%2Fetc%2Fpasswd&body=Hi%2C%0A."
+            "%0Abye%27%20%26%20%24%28id%29%0A\n--attach\n" +
+                drive.native() + "/Packs/Rome.zip\n");
+  EXPECT_FALSE(fs::exists(notes("xdg-email")));
   program("xdg-mime", "echo other.desktop");
 
   program("xdg-email", "exec /bin/sleep 3");
