@@ -1,4 +1,5 @@
 // Boxes and dialogs, driven as a user drives them while the program waits for an answer.
+#include <QAccessible>
 #include <QDialog>
 #include <QLineEdit>
 #include <QMessageBox>
@@ -8,6 +9,23 @@
 #include "ui/qt/window_fixture.h"
 
 namespace skv::test {
+
+// Every control below that the keyboard reaches has a name for a screen reader, and no part is a
+// mere frame, which would be a window of its own to it.
+void expectNames(const QAccessibleInterface& part, const std::string& place) {
+  const QAccessible::State state = part.state();
+  if (state.invisible) return;
+  const std::string here = place + "/" + part.text(QAccessible::Name).toStdString();
+  const bool labelled = !part.relations(QAccessible::Label).isEmpty();
+  if (state.focusable) {
+    EXPECT_TRUE(labelled || !here.ends_with('/'))
+        << here << " " << part.object()->objectName().toStdString();
+  }
+  EXPECT_TRUE(labelled || part.role() != QAccessible::ComboBox) << here;
+  EXPECT_NE(part.role(), QAccessible::Border) << here;
+  for (int i = 0; i < part.childCount(); ++i)
+    if (const QAccessibleInterface* child = part.child(i)) expectNames(*child, here);
+}
 
 // The box that has the floor.
 QDialog* activeBox() { return qobject_cast<QDialog*>(QApplication::activeModalWidget()); }
@@ -70,6 +88,38 @@ TEST_F(BoxTest, EveryFormHasAWindowAndAnUnknownOneStopsTheProgram) {
     EXPECT_TRUE(windows.makers().knows(*form)) << form->name();
   ui::Form stranger("frmStranger");
   EXPECT_DEATH(windows.show(stranger, nullptr), "frmStranger");
+}
+
+TEST_F(BoxTest, ScreenReadersHaveNamesForAll) {
+  showMain();
+  fillAircraft(2);
+  app.frmSCOptions.lstFlatten.add("", {});
+  const auto expectAll = [](const ui::Form& form) {
+    auto* window = find<QWidget>(form.name().c_str());
+    ASSERT_NE(window, nullptr) << form.name();
+    expectNames(*QAccessible::queryAccessibleInterface(window), form.name());
+  };
+  expectAll(app.frmMain);
+  for (ui::Form* form : std::initializer_list<ui::Form*>{&app.frmDirSelect, &app.frmSCOptions,
+                                                         &app.frmMailPack, &app.frmIdentity}) {
+    windows.show(*form, &app.frmMain);
+    settle();
+    expectAll(*form);
+    windows.unload(*form);
+  }
+  inDialog(app.frmSettings, [&] {
+    app.frmSettings.lblIntro.visible = app.frmSettings.cmbFound.visible = true;
+    settle();
+    expectAll(app.frmSettings);
+  });
+  click("mnuFileSettings");
+  inDialog(app.frmSplash, [&] {
+    expectAll(app.frmSplash);
+    // Enter does what the window is for, and opens no web page.
+    EXPECT_EQ(find<QWidget>("frmSplash")->focusWidget(), find<QWidget>("btnClose"));
+    click("btnClose");
+  });
+  click("mnuHelpAbout");
 }
 
 TEST_F(BoxTest, SettingsAreOpenedByKeyFilledAndAccepted) {
