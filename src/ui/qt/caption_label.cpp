@@ -23,6 +23,7 @@ CaptionLabel::CaptionLabel(QWidget* parent) : QLabel(parent) {
 void CaptionLabel::setCaption(const QString& caption, Colour colour) {
   colour_ = colour;
   setText(caption);
+  if (field_) field_->setAccessibleDescription(caption);
   updateGeometry();
   update();
 }
@@ -37,6 +38,11 @@ void CaptionLabel::makeHeading() {
 void CaptionLabel::makeNotice() {
   notice_ = true;
   updateGeometry();
+}
+
+void CaptionLabel::tellOf(QWidget* field) {
+  field_ = field;
+  field_->setAccessibleDescription(text());
 }
 
 void CaptionLabel::setClickable(bool clickable) {

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <QLabel>
+#include <QPointer>
 #include <functional>
 
 #include "ui/model/list_view.h"
@@ -17,6 +18,8 @@ class CaptionLabel : public QLabel {
   void makeHeading();
   // With a ground of its own whatever lies below, for a text over a picture or a list.
   void makeNotice();
+  // What it says is about a field: screen readers tell it there.
+  void tellOf(QWidget* field);
   // Drawn as a link, and reached by the keyboard.
   void setClickable(bool clickable);
   bool clickable() const { return clickable_; }
@@ -37,6 +40,7 @@ class CaptionLabel : public QLabel {
   Colour colour_ = defaultColour;
   bool notice_ = false;
   bool clickable_ = false;
+  QPointer<QWidget> field_;
 };
 
 }  // namespace skv::ui::qt

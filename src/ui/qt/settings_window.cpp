@@ -59,7 +59,10 @@ std::pair<QGridLayout*, int> fields(FormBuilder& build, std::initializer_list<Ro
           build.button(*row.browse, QObject::tr("Browse: %1").arg(spoken(row.box->label))), line,
           2);
     ++line;
-    if (row.state) grid->addWidget(build.label(*row.state), line++, 1, 1, 2);
+    if (!row.state) continue;
+    CaptionLabel* state = build.label(*row.state);
+    state->tellOf(build.bindings().widgetOf(*row.box));
+    grid->addWidget(state, line++, 1, 1, 2);
   }
   return {grid, line};
 }

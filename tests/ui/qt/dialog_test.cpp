@@ -111,6 +111,7 @@ TEST_F(BoxTest, ScreenReadersHaveNamesForAll) {
     app.frmSettings.lblIntro.visible = app.frmSettings.cmbFound.visible = true;
     settle();
     expectAll(app.frmSettings);
+    EXPECT_EQ(find<QWidget>("txtFSRoot")->accessibleDescription(), "FS2002 found here");
   });
   click("mnuFileSettings");
   inDialog(app.frmSplash, [&] {
