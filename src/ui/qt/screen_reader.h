@@ -3,7 +3,8 @@
 
 namespace skv::ui::qt {
 
-// The property of a widget that is a picture and nothing else.
+// The property of a widget that is a picture and nothing else. It is set before the name: with that
+// a screen reader asks for the first time what the widget is.
 inline constexpr const char* isGraphic = "graphic";
 
 // Once for the program, before its windows.

@@ -23,8 +23,8 @@ constexpr QSize leastRoom(260, 120);
 class FullPicture : public QWidget {
  public:
   FullPicture(Bindings& bindings, Form& form, Image& image) : image_(image) {
-    setAccessibleName(QObject::tr("Picture at full size"));
     setProperty(isGraphic, true);
+    setAccessibleName(QObject::tr("Picture at full size"));
     setFocusPolicy(Qt::StrongFocus);
     setCursor(Qt::PointingHandCursor);
     binding_ = new Binding(bindings, form, image, this, [this] { take(); });

@@ -20,8 +20,8 @@ class Banner : public QWidget {
  public:
   Banner(Bindings& bindings, Form& form, Image& image) {
     setFixedSize(480, 200);
-    setAccessibleName(QString::fromLatin1("FS Skyvault"));
     setProperty(isGraphic, true);
+    setAccessibleName(QString::fromLatin1("FS Skyvault"));
     setAccessibleDescription(QObject::tr("Add-ons of Flight Simulator 2002"));
     new Binding(bindings, form, image, this, [this, &image] { setVisible(image.visible); });
   }
