@@ -68,16 +68,17 @@ class CaptionAccess : public QAccessibleWidget {
 };
 
 QAccessibleInterface* accessOf(const QString& kind, QObject* object) {
-  if (auto* status = dynamic_cast<StatusView*>(object)) return new StatusAccess(status);
-  if (dynamic_cast<PictureView*>(object) || object->property(isGraphic).toBool())
-    return new QAccessibleWidget(static_cast<QWidget*>(object), QAccessible::Graphic);
+  auto* widget = qobject_cast<QWidget*>(object);
+  if (!widget) return nullptr;
+  if (auto* status = dynamic_cast<StatusView*>(widget)) return new StatusAccess(status);
+  if (dynamic_cast<PictureView*>(widget) || widget->property(isGraphic).toBool())
+    return new QAccessibleWidget(widget, QAccessible::Graphic);
   // Each would be of no kind that a desktop knows.
-  if (dynamic_cast<SplitBarView*>(object) || qobject_cast<QSplitterHandle*>(object))
-    return new QAccessibleWidget(static_cast<QWidget*>(object), QAccessible::Separator);
-  if (auto* label = dynamic_cast<CaptionLabel*>(object)) return new CaptionAccess(label);
+  if (dynamic_cast<SplitBarView*>(widget) || qobject_cast<QSplitterHandle*>(widget))
+    return new QAccessibleWidget(widget, QAccessible::Separator);
+  if (auto* label = dynamic_cast<CaptionLabel*>(widget)) return new CaptionAccess(label);
   // What is just a frame, and no kind of control: Qt would make it a window of its own.
-  if (kind == QLatin1String("QFrame"))
-    return new QAccessibleWidget(static_cast<QWidget*>(object), QAccessible::Grouping);
+  if (kind == QLatin1String("QFrame")) return new QAccessibleWidget(widget, QAccessible::Grouping);
   return nullptr;
 }
 
