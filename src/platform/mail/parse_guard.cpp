@@ -26,7 +26,7 @@ constexpr std::size_t mostMemory = std::size_t{8} << 20U;
 // Memory is looked at after so many bytes, of which one that may begin a part counts as many.
 constexpr std::size_t judgedAtOnce = std::size_t{1} << 16U;
 constexpr std::size_t weightOfParts = 8;
-constexpr std::chrono::seconds timeOfOthers{1};
+constexpr std::chrono::milliseconds timeOfOthers{500};
 // The parser asks for a few thousand bytes at a time.
 constexpr std::size_t pieceSize = std::size_t{1} << 18U;
 

@@ -163,7 +163,7 @@ TEST_F(MessageTest, BearsMailsThatAreMadeToHurt) {
   for (const auto& [what, begin, again] : cases) {
     SCOPED_TRACE(what);
     std::string mail = begin;
-    while (mail.size() < (std::size_t{16} << 20U)) mail += again;
+    while (mail.size() < (std::size_t{10} << 20U)) mail += again;
     const std::size_t before = ParseGuard::inUse();
     const auto read = received(mail);
     EXPECT_LT(ParseGuard::inUse(), before + (std::size_t{64} << 20U));
