@@ -6,7 +6,7 @@ set -euo pipefail
 cd "$(dirname "$0")/.."
 
 tools/install-dependencies.sh
-cmake --preset release >/dev/null
+cmake --preset release --fresh >/dev/null
 cmake --build --preset release --target fsskyvault skyvault-data -- --quiet
 rm -f build/release/fsskyvault_*.deb
 cpack --config build/release/CPackConfig.cmake >/dev/null

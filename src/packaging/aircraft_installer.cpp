@@ -189,16 +189,17 @@ bool Installation::addRow(const std::string& title) {
 // A run that ended between the aircraft's name and its row left an aircraft that no other run could
 // install again. It is whole: only the row is missing, or it is on screen and could not be saved.
 bool Installation::listIfMissing() {
-  if (archive_.name().empty() ||
-      presenceOf(app_.files(), aircraftFolder() + "\\Aircraft.cfg") != Presence::there)
-    return true;
+  if (archive_.name().empty()) return true;
+  const auto found = app_.files().attributes(aircraftFolder() + "\\Aircraft.cfg");
+  if (!found.ok())
+    return presenceBy(found.outcome()) == Presence::absent || !ReportError(app_, found.outcome());
   const std::string folder = aircraftFolder() + "\\";
   const bool onScreen = app_.ListDir == hangarDir_;
   if (onScreen && app_.frmMain.lstAircraft.findSubItem1(folder) != 0) {
     const auto rows = parseLibraryRows(app_.aircraftSource.bytes.value_or(""), app_.codePage);
     return std::ranges::any_of(rows,
                                [&folder](const LibraryRow& row) {
-                                 return equalsIgnoringCase(row.Folder, folder);
+                                 return equalsIgnoringCase(withBackslash(row.Folder), folder);
                                }) ||
            SaveACList(app_);
   }

@@ -52,7 +52,12 @@ class Installation {
 
   bool listStanding(const std::string& name) {
     archive_.setName(name);
-    return listIfMissing();
+    if (listIsKnown()) return listIfMissing();
+    ReportError(app_, Outcome::withText(err::pathFileAccess,
+                                        "The list of the scenery library could not be read, and "
+                                        "so nobody knows whether \"" +
+                                            name + "\" is in it."));
+    return false;
   }
 
  private:
@@ -128,12 +133,11 @@ class Installation {
   }
 
   // A run that ended between the scenery's name and its row left one that no other run could
-  // install again. It is whole: only the row is missing.
-  // False when it could not be listed, which the user is told.
+  // install again. It is whole: only the row is missing. False when it could not be listed, which
+  // the user is told.
   bool listIfMissing() {
     const auto& list = app_.frmMain.lstInactScenery;
-    if (archive_.name().empty() || !app_.librarySource.bytes || !app_.frmMain.frameScenery.visible)
-      return true;
+    if (archive_.name().empty() || !listIsKnown()) return true;
     for (int row = 1; row <= list.count(); ++row)
       if (equalsIgnoringCase(leafOf(list.subItem(row, sceneryColumn::Folder)), archive_.name()))
         return true;
@@ -142,6 +146,8 @@ class Installation {
         archive_.name() + " was in the library already. Now the list has it, too.";
     return true;
   }
+
+  bool listIsKnown() const { return app_.librarySource.bytes && app_.frmMain.frameScenery.visible; }
 
   // Nothing of the run remains.
   void undo() {

@@ -15,7 +15,7 @@
 // said, but never a password; err::mailLost for one mail that cannot be had, while others may;
 // err::cancelled when Yield answered false; err::mailNotEncrypted; those of the disk by their own
 // numbers. Connecting may take 30 seconds; a server that is silent for 60 has failed, and so has
-// one whose lines or headers have no end.
+// one whose answers have no end.
 //
 // Encryption. On the ports 465 and 995 at once, elsewhere as soon as the server offers it, with its
 // certificate and host name checked. A server that offers none is refused with

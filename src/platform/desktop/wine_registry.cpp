@@ -59,10 +59,11 @@ std::uint32_t takeHex(std::string_view& rest) {
 // The text up to `end`, its escapes undone, taken off `rest` with the end; nothing without an end.
 std::optional<std::string> takeQuoted(std::string_view& rest, char end) {
   std::string text;
+  std::optional<std::size_t> length;  // what follows a NUL is not part of a text
   while (!rest.empty()) {
     const char c = rest.front();
     rest.remove_prefix(1);
-    if (c == end) return text;
+    if (c == end) return text.substr(0, length.value_or(text.size()));
     if (c != '\\' || rest.empty()) {
       text += c;
       continue;
@@ -72,7 +73,7 @@ std::optional<std::string> takeQuoted(std::string_view& rest, char end) {
     if (escaped == 'x')
       appendUtf8(text, takeHex(rest));
     else if (escaped == '0')
-      break;  // what follows a NUL is not part of a text
+      length = length.value_or(text.size());
     else
       text += escaped;
   }

@@ -5,6 +5,7 @@
 #include <unordered_set>
 
 #include "base/paths.h"
+#include "base/text.h"
 #include "platform/desktop/wine_prefixes.h"
 #include "platform/desktop/wine_registry.h"
 #include "platform/disk/drive_file_system.h"
@@ -54,13 +55,14 @@ class Found {
   std::vector<std::string> folders_;
 };
 
-// The folder of a value, which names it or the program in it.
-std::string registryFolder(const std::string& prefix) {
-  for (const char* key : registryKeys)
-    if (const auto text = registryText(prefix + "/system.reg", key, registryName);
-        text && !text->empty())
-      return text->ends_with(".exe") || text->ends_with(".EXE") ? folderAbove(*text) : *text;
-  return {};
+// Values name the folder, or the program in it.
+void lookWhereTheRegistrySays(Found& found, const std::string& prefix) {
+  for (const char* key : registryKeys) {
+    const auto text = registryText(prefix + "/system.reg", key, registryName);
+    if (!text || text->empty()) continue;
+    found.look(DriveFileSystem(prefix + "/dosdevices"),
+               lowerAscii(*text).ends_with(".exe") ? folderAbove(*text) : *text);
+  }
 }
 
 void lookAtUsualFolders(Found& found, const FileSystem& drives) {
@@ -76,9 +78,7 @@ void lookAtUsualFolders(Found& found, const FileSystem& drives) {
 std::vector<std::string> WineSimulatorFinder::find() const {
   Found found(files_);
   const std::vector<std::string> prefixes = winePrefixes();
-  for (const std::string& prefix : prefixes)
-    if (const std::string folder = registryFolder(prefix); !folder.empty())
-      found.look(DriveFileSystem(prefix + "/dosdevices"), folder);
+  for (const std::string& prefix : prefixes) lookWhereTheRegistrySays(found, prefix);
   lookAtUsualFolders(found, files_);
   for (const std::string& prefix : prefixes)
     lookAtUsualFolders(found, DriveFileSystem(prefix + "/dosdevices"));

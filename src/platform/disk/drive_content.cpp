@@ -212,7 +212,8 @@ class DriveFileSystem::Writer : public FileWriter {
     if (const int error = writeAll(file_.fd(), bytes)) failed_ = systemFailure(error, path_);
     unsent_ += static_cast<off_t>(bytes.size());
     if (unsent_ >= sentAtOnce) {
-      // Lets the disk begin, so that a flush at the end finds little left. A wish only.
+      // Lets the disk begin, so that a flush at the end finds little left. Waits only where the
+      // disk has too much to do already.
       ::sync_file_range(file_.fd(), sent_, unsent_, SYNC_FILE_RANGE_WRITE);
       sent_ += std::exchange(unsent_, 0);
     }

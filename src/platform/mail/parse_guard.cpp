@@ -73,8 +73,11 @@ std::int64_t ParseGuard::read(std::int64_t at, std::span<char> into) {
     piece_.resize(pieceSize);
     const auto wanted = static_cast<std::size_t>(
         std::clamp<std::int64_t>(end_ - at, 0, static_cast<std::int64_t>(pieceSize)));
-    pieceLength_ = std::max<std::int64_t>(
-        retried([&] { return ::pread(file_, piece_.data(), wanted, at); }), 0);
+    pieceLength_ = retried([&] { return ::pread(file_, piece_.data(), wanted, at); });
+    if (pieceLength_ < 0) {
+      error_ = errno;
+      pieceLength_ = 0;
+    }
   }
   const std::int64_t skipped = at - pieceBegin_;
   const auto bytes = std::span(piece_).subspan(
@@ -100,16 +103,19 @@ bool ParseGuard::mayReadOn(std::span<const char> bytes) {
   unjudged_ = 0;
   // Pictures may be read meanwhile, for which nobody has to pay here: they go soon.
   const auto since = std::chrono::steady_clock::now();
-  while (growsTooMuch() && std::chrono::steady_clock::now() - since < timeOfOthers) {
-    if (!pulse_.beat()) break;
+  while (growsTooMuch() && std::chrono::steady_clock::now() - since < timeOfOthers && beat())
     std::this_thread::sleep_for(MailPulse::interval);
-  }
   tooMuch_ = growsTooMuch();
-  const std::size_t now = inUse();
-  ended_ = tooMuch_ || !pulse_.beat();
-  // The window has lived meanwhile, which is not the mail's doing.
-  before_ += inUse() - now;
+  ended_ = tooMuch_ || !beat();
   return !ended_;
+}
+
+// What the window takes while it lives is not the mail's doing.
+bool ParseGuard::beat() {
+  const std::size_t now = inUse();
+  const bool goesOn = pulse_.beat();
+  before_ += inUse() - now;
+  return goesOn;
 }
 
 bool ParseGuard::growsTooMuch() const {

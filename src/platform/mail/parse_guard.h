@@ -1,6 +1,6 @@
 // What keeps the parsing of a stranger's mail within bounds: it reads through a stream that lives
-// on signs of life and ends early where the mail grows in memory, be it by millions of parts, by
-// headers without an end or by what nobody has thought of.
+// on signs of life and ends early, to be refused, where the mail grows in memory, be it by millions
+// of parts, by headers without an end or by what nobody has thought of.
 #pragma once
 
 #include <sys/types.h>
@@ -27,6 +27,8 @@ class ParseGuard {
   // without this guard, which outlives the stream. The descriptor stays the caller's.
   GMimeStream* streamOf(int file, std::int64_t begin, std::int64_t end);
 
+  // The system's error number when the file could not be read to its end, else 0.
+  int error() const { return error_; }
   // The mail was too much, and its end was not read.
   bool tooMuch() const { return tooMuch_; }
 
@@ -37,12 +39,13 @@ class ParseGuard {
   // Whether to read on after these bytes.
   bool mayReadOn(std::span<const char> bytes);
   bool growsTooMuch() const;
+  bool beat();
   MailPulse& pulse_;
   std::size_t before_;
   std::size_t unjudged_ = 0;
   bool ended_ = false, tooMuch_ = false;
 
-  int file_ = -1;
+  int file_ = -1, error_ = 0;
   std::int64_t end_ = 0;
   std::vector<char> piece_;
   std::int64_t pieceBegin_ = 0, pieceLength_ = 0;

@@ -258,10 +258,13 @@ Result<std::vector<int>> Pop3Mailbox::numbersOf(const MailKey& key) {
     if (key.uid.empty() && entry.uid.empty() && entry.size == key.size) alike.push_back(entry);
   }
   if (alike.empty()) return numbers;
+  refusal_ = {};
   const auto heads = headsOf(alike, key.lines);
   if (!heads.ok()) return heads.outcome();
   for (const MailHead& head : heads.value())
     if (head.key.print == key.print) numbers.push_back(head.key.number);
+  // It may be one of those that the server does not show now.
+  if (numbers.empty() && !refusal_.ok()) return refusal_;
   return numbers;
 }
 

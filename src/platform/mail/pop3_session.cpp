@@ -45,10 +45,9 @@ Outcome Pop3Session::askForCapabilities() {
   std::string text;
   const auto answer = listing("CAPA", longestCapabilities, text);
   if (!answer.ok() || !answer.value().agreed) return answer.outcome();
-  for (const std::string& line : split(lowerAscii(text), '\n')) {
-    pipelining_ = pipelining_ || trim(line) == "pipelining";
-    offersTop_ = offersTop_ || trim(line) == "top";
-  }
+  text = "\n" + lowerAscii(text);
+  pipelining_ = text.find("\npipelining\r\n") != std::string::npos;
+  offersTop_ = text.find("\ntop\r\n") != std::string::npos;
   return {};
 }
 

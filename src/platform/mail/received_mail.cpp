@@ -249,6 +249,7 @@ Result<std::unique_ptr<MailMessage>> readMail(MailFile where, FileSystem& files,
   g_mime_parser_set_persist_stream(parser.get(), TRUE);
   GOwned<GMimeMessage> message(g_mime_parser_construct_message(parser.get(), nullptr));
   if (!pulse.beat()) return MailPulse::cancelled();
+  if (guard.error() != 0) return systemFailure(guard.error(), "the mail under way");
   if (guard.tooMuch())
     return Outcome::withText(err::mailLost, "A mail has too many parts or headers to be read.");
   if (!message) message.reset(g_mime_message_new(FALSE));

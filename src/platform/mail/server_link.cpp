@@ -267,7 +267,7 @@ class CurlCall {
     }
     const bool refused = line.starts_with("-ERR") || line.starts_with('4') || line.starts_with('5');
     if (refused) call.refusal_ = line.starts_with("-ERR") ? line.substr(4) : line;
-    const std::string offer = lowerAscii(trim(line));
+    const std::string offer = lowerAscii(line.substr(0, line.find_last_not_of(" \r\n") + 1));
     if (offer == "stls" || offer == "250-starttls" || offer == "250 starttls")
       call.encryptionOffered_ = true;
     return line.size();

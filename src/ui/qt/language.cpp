@@ -95,12 +95,19 @@ QString translatedLine(const QString& text) {
 void speakTheDesktopsLanguage(QApplication& application) {
   initTranslations();
   auto* own = new ProgramsTranslator(&application);
-  if (!own->load(QLocale(), QStringLiteral("fsskyvault"), QStringLiteral("_"),
-                 QStringLiteral(":/translations")))
-    return;
+  // In the user's order. English is what the texts are.
+  QString spoken;
+  for (const QString& language : QLocale().uiLanguages()) {
+    if (language.startsWith(QLatin1String("en")) || language == QLatin1String("C")) return;
+    const QString name = QStringLiteral("fsskyvault_") + language;
+    if (!own->load(name, QStringLiteral(":/translations"), QStringLiteral("_-"))) continue;
+    spoken = language;
+    break;
+  }
+  if (spoken.isEmpty()) return;
   // Below it what Qt says itself: the file dialog, the menu of a text field.
   auto* qt = new QTranslator(&application);
-  if (qt->load(QLocale(), QStringLiteral("qtbase"), QStringLiteral("_"),
+  if (qt->load(QLocale(spoken), QStringLiteral("qtbase"), QStringLiteral("_"),
                QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
     QCoreApplication::installTranslator(qt);
   translating = QCoreApplication::installTranslator(own);

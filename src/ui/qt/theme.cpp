@@ -8,6 +8,7 @@
 #include <QThreadPool>
 #include <QToolTip>
 #include <algorithm>
+#include <clocale>
 #include <cmath>
 
 #include "ui/qt/desktop_scheme.h"
@@ -130,7 +131,11 @@ class IconAfterwards : public QObject {
 }  // namespace
 
 // The larger part, for which no application has to be there.
-FontSearch::FontSearch() : configuration_([] { FcInit(); }) {}
+FontSearch::FontSearch() {
+  // The application sets it as well; by then it must not change any more what a number looks like.
+  std::setlocale(LC_ALL, "");
+  search_ = std::jthread([] { FcInit(); });
+}
 
 void dress(QApplication& application) {
   // The rest of the search. Whoever needs a font waits for the end of it.

@@ -19,7 +19,7 @@ class FontSearch {
   FontSearch();
 
  private:
-  std::jthread configuration_;
+  std::jthread search_;
 };
 
 // Dresses the whole program; dark or in strong contrast when the

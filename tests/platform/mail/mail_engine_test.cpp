@@ -303,6 +303,17 @@ TEST_F(EngineTest, TellsNothingToServersElsewhereThatDoNotEncrypt) {
   for (const std::string& line : smtp.heard())
     EXPECT_TRUE(line.starts_with("EHLO") || line == "QUIT") << line;
 
+  // One that offers it and fails at it is no such server.
+  RudeServer failing(
+      [](const std::string& line) {
+        return line.starts_with("EHLO") ? "250-hello\r\n250 STARTTLS\r\n"
+                                        : "454 TLS not available\r\n";
+      },
+      address);
+  engine->SetSmtpHost(failing.host());
+  EXPECT_TRUE(holds(engine->SendMail(*mail).description(), "refuses: 454 TLS not available"));
+  engine->SetSmtpHost(smtp.host());
+
   engine->AllowPlain(address);
   EXPECT_EQ(engine->MailboxCount().valueOr(-1), 1);
   EXPECT_TRUE(engine->SendMail(*mail).ok());
