@@ -59,7 +59,7 @@ std::optional<std::string> FaultyFileSystem::contentOf(Path path) const {
   return std::move(content).value();
 }
 
-void FaultyFileSystem::made(Path path, std::optional<std::string> before) {
+void FaultyFileSystem::made(Path path, const std::optional<std::string>& before) {
   const std::scoped_lock lock(mutex_);
   unflushed_.try_emplace(real_.nativePath(path).valueOr(""), std::move(before));
 }

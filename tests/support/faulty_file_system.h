@@ -127,7 +127,7 @@ class FaultyFileSystem : public FileSystem {
   };
   Outcome fault(const std::string& operation, Path path, bool changes) const;
   std::optional<std::string> contentOf(Path path) const;
-  void made(Path path, std::optional<std::string> before);
+  void made(Path path, const std::optional<std::string>& before);
   Outcome flushed(Path path, Outcome written);
   Outcome moved(const std::string& operation, Path from, Path to,
                 Outcome (FileSystem::*move)(Path, Path));

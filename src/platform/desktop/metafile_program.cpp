@@ -108,11 +108,11 @@ class Output {
 
 // A picture as "P6\n640 480\n255\n" and its pixels as red, green, blue.
 std::optional<Pixels> pixelMap(Output& output) {
-  const auto number = [&output](char after) {
+  const auto number = [&output](std::uint8_t after) {
     int value = 0;
     for (std::uint8_t c = 0; output.fill(&c, 1);) {
       if (c == after) return value;
-      if (c < std::uint8_t{'0'} || c > std::uint8_t{'9'} || value > mostSide) break;
+      if (c < '0' || c > '9' || value > mostSide) break;
       value = value * 10 + (c - '0');
     }
     return 0;

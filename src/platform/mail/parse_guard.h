@@ -12,7 +12,7 @@
 
 #include "platform/mail/mail_pulse.h"
 
-using GMimeStream = struct _GMimeStream;
+using GMimeStream = struct _GMimeStream;  // NOLINT(bugprone-reserved-identifier)
 
 namespace skv {
 
