@@ -61,7 +61,7 @@ std::optional<std::string> FaultyFileSystem::contentOf(Path path) const {
 
 void FaultyFileSystem::made(Path path, const std::optional<std::string>& before) {
   const std::scoped_lock lock(mutex_);
-  unflushed_.try_emplace(real_.nativePath(path).valueOr(""), std::move(before));
+  unflushed_.try_emplace(real_.nativePath(path).valueOr(""), before);
 }
 
 Outcome FaultyFileSystem::flushed(Path path, Outcome written) {
