@@ -119,7 +119,7 @@ Outcome FaultyFileSystem::flushDisk(Path path) {
 Outcome FaultyFileSystem::copyFile(Path from, Path to) {
   auto before = contentOf(to);
   Outcome copied = change("copyFile", &FileSystem::copyFile, from, to);
-  if (copied.ok()) made(to, std::move(before));
+  if (copied.ok()) made(to, before);
   return copied;
 }
 
@@ -136,7 +136,7 @@ void FaultyFileSystem::copyFiles(const std::vector<FileCopy>& copies,
   real_.copyFiles(copies, [&](const Outcome& outcome) {
     const std::size_t copy = told++;
     fault("copyFile", copies[copy].from, true).skipped();
-    if (outcome.ok()) made(copies[copy].to, std::move(before[copy]));
+    if (outcome.ok()) made(copies[copy].to, before[copy]);
     return copied(outcome);
   });
 }
@@ -169,7 +169,7 @@ class FaultyFileSystem::Writer : public FileWriter {
     if (Outcome failure = files_.fault("commit", path_, true); !failure.ok()) return failure;
     auto before = files_.contentOf(path_);
     Outcome committed = real_->commit(modified);
-    if (committed.ok()) files_.made(path_, std::move(before));
+    if (committed.ok()) files_.made(path_, before);
     return committed;
   }
 
