@@ -222,6 +222,21 @@ TEST_F(EngineTest, DoesWithoutTopAndWithoutUidl) {
   EXPECT_EQ(box.sessions, 1);
 }
 
+// The server keeps its answer to the second mail until it has heard of the third.
+TEST_F(EngineTest, AsksForManyHeadsAtOnceWhereTheServerTakesThat) {
+  Mailbox box{{mailOf("a"), mailOf("b"), mailOf("c")}, true, true, "", 0};
+  std::string kept;
+  RudeServer server([&](const std::string& line) -> std::optional<std::string> {
+    if (line == "CAPA") return "+OK\r\nTOP\r\nUSER\r\nPIPELINING\r\n.\r\n";
+    if (line.starts_with("TOP 2")) return kept = *box(line), "";
+    return line.starts_with("TOP 3") ? kept + *box(line) : box(line);
+  });
+  const auto engine = loadFor(server, 5s);
+  const auto heads = engine->FetchHeaders(10);
+  ASSERT_TRUE(heads.ok()) << heads.outcome().description();
+  EXPECT_EQ(heads.value()->MessageCount(), 3);
+}
+
 TEST_F(EngineTest, GivesUpOnServersThatMisbehave) {
   const std::string all = [] {
     std::string bytes;
