@@ -8,10 +8,12 @@
 namespace skv {
 
 // An operation that the user may wish to stop. The wish goes with the outermost one, so that it
-// never meets another.
+// never meets another, and neither does one that came while none ran.
 class StoppableOperation {
  public:
-  explicit StoppableOperation(App& app) : app_(app) { ++app_.operations; }
+  explicit StoppableOperation(App& app) : app_(app) {
+    if (app_.operations++ == 0) app_.stopRequested = false;
+  }
   ~StoppableOperation() {
     if (--app_.operations == 0) app_.stopRequested = false;
   }

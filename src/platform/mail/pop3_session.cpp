@@ -21,6 +21,12 @@ constexpr std::chrono::seconds farewellTime{2};
 // never idle; the commands themselves are so short that they never fill one.
 constexpr std::size_t window = 64;
 
+// Without its end, of which the line feed is off already.
+std::string plainLine(std::string_view line) {
+  if (line.ends_with('\r')) line.remove_suffix(1);
+  return trim(line);
+}
+
 }  // namespace
 
 Pop3Session::Pop3Session(std::unique_ptr<ServerLink> link, ServerAccess access,
@@ -118,7 +124,7 @@ Result<Pop3Session::Listing> Pop3Session::list(std::string_view command, int cou
     const char* const end = line.data() + line.size();
     const auto [rest, error] = std::from_chars(line.data(), end, number);
     if (error != std::errc() || number <= 0 || rest == end || *rest != ' ') continue;
-    listing.entries.emplace_back(number, trim(std::string_view(rest, end)));
+    listing.entries.emplace_back(number, plainLine(std::string_view(rest, end)));
   }
   return listing;
 }
@@ -145,7 +151,7 @@ Result<Pop3Answer> Pop3Session::readAnswer() {
       return serverFailure(access_, "does not answer");
     if (Outcome more = readMore(); !more.ok()) return more;
   }
-  const std::string line = trim(unread().substr(0, length));
+  const std::string line = plainLine(unread().substr(0, length));
   begin_ += length + 1;
   if (line.starts_with("+OK")) return Pop3Answer{true, trim(line.substr(3))};
   if (line.starts_with("-ERR")) return Pop3Answer{false, trim(line.substr(4))};
