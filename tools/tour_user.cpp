@@ -38,6 +38,13 @@ bool showsItsPicture(const QWidget* widget) {
   return !view || view->settled();
 }
 
+// Every window lies on the one that has opened it.
+int ownersOf(const QWidget* window) {
+  int owners = 0;
+  for (const QWidget* each = window->parentWidget(); each; each = each->parentWidget()) ++owners;
+  return owners;
+}
+
 std::string flat(QString text) {
   return text.replace(QLatin1Char('\n'), QLatin1Char(' ')).toStdString();
 }
@@ -82,11 +89,9 @@ void User::picture(const std::string& name) {
   for (QWidget* window : QApplication::topLevelWidgets()) {
     if (!window->isVisible() || window->width() < 2) continue;
     area |= window->geometry();
-    if (window->objectName() == QLatin1String("frmMain"))
-      windows.prepend(window);
-    else
-      windows.append(window);
+    windows.append(window);
   }
+  std::ranges::stable_sort(windows, {}, ownersOf);
   require(!area.isEmpty(), "there is nothing to take a picture of");
   QPixmap sheet(area.size());
   sheet.fill(QColor(0x70, 0x78, 0x80));
