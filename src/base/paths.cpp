@@ -35,8 +35,18 @@ bool isElementName(std::string_view name) {
 }
 
 bool isForbiddenInNames(char c) {
-  return static_cast<unsigned char>(c) < ' ' ||
-         std::string_view("<>:\"|?*").find(c) != std::string_view::npos;
+  switch (c) {
+    case '<':
+    case '>':
+    case ':':
+    case '"':
+    case '|':
+    case '?':
+    case '*':
+      return true;
+    default:
+      return static_cast<unsigned char>(c) < ' ';
+  }
 }
 
 }  // namespace skv

@@ -38,15 +38,25 @@ Look lookAt(const dirent64& entry, int folder, bool measured) {
   return {kindOf(status.st_mode), static_cast<std::uint64_t>(status.st_size)};
 }
 
-struct Sorted {
+struct Found {
   std::string key;  // the name in upper case
   FolderEntry entry;
-
-  bool operator<(const Sorted& other) const {
-    if (key != other.key) return ntfsLess(key, other.key);
-    return entry.name < other.entry.name;
-  }
 };
+
+// In the order in which NTFS lists names.
+std::vector<FolderEntry> sorted(std::vector<Found>& found) {
+  std::vector<Found*> order;
+  order.reserve(found.size());
+  for (Found& each : found) order.push_back(&each);
+  std::ranges::sort(order, [](const Found* a, const Found* b) {
+    if (a->key != b->key) return ntfsLess(a->key, b->key);
+    return a->entry.name < b->entry.name;
+  });
+  std::vector<FolderEntry> entries;
+  entries.reserve(found.size());
+  for (Found* each : order) entries.push_back(std::move(each->entry));
+  return entries;
+}
 
 }  // namespace
 
@@ -68,7 +78,7 @@ Result<std::vector<FolderEntry>> DriveFileSystem::list(std::string_view folder,
     return systemFailure(error, withBackslash(folder).append(name));
   };
   StoredDosBits stored(fd.get(), native);
-  std::vector<Sorted> found;
+  std::vector<Found> found;
   FolderReader reader(fd.get());
   while (const dirent64* entry = reader.next()) {
     const std::string_view name = entry->d_name;
@@ -88,11 +98,7 @@ Result<std::vector<FolderEntry>> DriveFileSystem::list(std::string_view folder,
   }
   if (reader.error() != 0) return systemFailure(reader.error(), folder);
 
-  std::sort(found.begin(), found.end());
-  std::vector<FolderEntry> result;
-  result.reserve(found.size());
-  for (Sorted& each : found) result.push_back(std::move(each.entry));
-  return result;
+  return sorted(found);
 }
 
 }  // namespace skv

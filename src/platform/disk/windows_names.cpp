@@ -20,7 +20,9 @@ bool isRefused(char c) { return isSeparator(c) || isForbiddenInNames(c); }
 bool isDeviceName(std::string_view name) {
   std::string_view base = name.substr(0, name.find('.'));
   while (base.ends_with(' ')) base.remove_suffix(1);
-  if (base.size() < 3 || base.size() > 7) return false;
+  constexpr std::string_view beginnings = "cpanlCPANL";
+  if (base.size() < 3 || base.size() > 7 || beginnings.find(base[0]) == beginnings.npos)
+    return false;
   const std::string device = lowerAscii(base);
   static constexpr std::array<std::string_view, 6> fixed = {"con", "prn",    "aux",
                                                             "nul", "conin$", "conout$"};
@@ -103,13 +105,15 @@ bool isWindowsName(std::string_view name) {
 }
 
 bool ntfsLess(std::string_view upperA, std::string_view upperB) {
-  const auto [a, b] = std::ranges::mismatch(upperA, upperB);
-  if (b == upperB.end()) return false;
-  if (a == upperA.end()) return true;
+  const std::size_t common = std::min(upperA.size(), upperB.size());
+  std::size_t i = 0;
+  while (i < common && upperA[i] == upperB[i]) ++i;
+  if (i == common) return upperA.size() < upperB.size();
   // UTF-8 sorts by character, UTF-16 likewise but for the characters above U+FFFF, whose units
   // come before U+E000.
   constexpr unsigned char startOfE000 = 0xEE, startOf10000 = 0xF0;
-  const auto unitA = static_cast<unsigned char>(*a), unitB = static_cast<unsigned char>(*b);
+  const auto unitA = static_cast<unsigned char>(upperA[i]);
+  const auto unitB = static_cast<unsigned char>(upperB[i]);
   if (unitA >= startOfE000 && unitB >= startOfE000 &&
       (unitA >= startOf10000) != (unitB >= startOf10000))
     return unitA > unitB;
