@@ -14,7 +14,6 @@
 #include <cstdlib>
 #include <iostream>
 #include <memory>
-#include <optional>
 
 #include "bench_run.h"
 #include "ui/qt/qt_windowing.h"
@@ -95,8 +94,6 @@ int main(int argc, char** argv) {
   const char* start = std::getenv(skv::bench::startVariable);
   if (start == nullptr) return skv::bench::startAgain(argv);
   skv::bench::useOffscreenWithoutScreen();
-  std::optional<skv::ui::qt::FontSearch> fonts;
-  if (what == "program") fonts.emplace();
   QApplication application(argc, argv);
   const skv::bench::FirstPaint first(std::stoll(start));
   return what == "empty" ? skv::bench::showEmptyWindow() : skv::bench::showProgram(argv[2]);

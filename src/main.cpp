@@ -32,7 +32,6 @@
 int main(int argc, char** argv) {
   QApplication::setApplicationName(QStringLiteral("fsskyvault"));
   QApplication::setDesktopFileName(QStringLiteral("fsskyvault"));
-  const skv::ui::qt::FontSearch fonts;
   QApplication qtApplication(argc, argv);
   skv::ui::qt::speakTheDesktopsLanguage(qtApplication);
   skv::ui::qt::dress(qtApplication);

@@ -91,7 +91,7 @@ bool ReadAndExtract::extract(const std::string& extractfolder, int yields) {
   if (wasStopped(app_, extracted) || report(extracted)) return false;
   app_.windows.yieldUntil([this] { return app_.ZipDone; });
   app_.ZipDone = false;
-  ui::yieldTimes(app_.windows, yields);
+  app_.windows.yieldTimes(yields);
   return true;
 }
 
@@ -109,7 +109,7 @@ bool AddToArchive(App& app, const std::string& archivefile, bool includesystemfi
   zip->usedirectoryinfo = true;
   const Outcome added = zip->addfiles(app.PackFileList);
   if (wasStopped(app, added) || ReportError(app, added)) return false;
-  ui::yieldTimes(app.windows, yieldsAfterAdding);
+  app.windows.yieldTimes(yieldsAfterAdding);
   return true;
 }
 

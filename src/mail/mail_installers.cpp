@@ -91,7 +91,7 @@ class MailRun {
  private:
   void walk() {
     status(source_.checking);
-    ui::yieldTimes(app_.windows, yieldsBeforeStep);
+    app_.windows.yieldTimes(yieldsBeforeStep);
     auto fetched = (this->*source_.fetch)();
     if (endedBy(fetched.outcome())) return;
     bundle_ = std::move(fetched).value();
@@ -177,7 +177,7 @@ class MailRun {
   void installAttachment(const MailMessage& full, int index, const std::string& file,
                          const MailMessage& head) {
     status("Saving Attached \"" + file + "\"...");
-    ui::yieldTimes(app_.windows, yieldsBeforeStep);
+    app_.windows.yieldTimes(yieldsBeforeStep);
     if (endedBy(clearWorkingFolders(app_))) return;
     const std::string archive = app_.InstallTempDir + file;
     const Outcome saved = full.SaveAttachment(index, app_.InstallTempDir);
@@ -185,7 +185,7 @@ class MailRun {
     if (!saved.ok() || !goesOn(app_)) remove(archive);
     if (leftFor(saved)) return;
     app_.PendingZIP = archive;
-    ui::yieldTimes(app_.windows, yieldsBeforeInstaller);
+    app_.windows.yieldTimes(yieldsBeforeInstaller);
     const bool installed = goesOn(app_) && kind_.install(app_);
     app_.PendingZIP.clear();
     if (installed) {

@@ -189,7 +189,7 @@ class Sending {
 
   void status(const std::string& text) {
     form_.lblStatus.caption = text;
-    ui::yieldTimes(app_.windows, yieldsBeforeStep);
+    app_.windows.yieldTimes(yieldsBeforeStep);
   }
 
   App& app_;
@@ -246,7 +246,7 @@ void mnuFileMailPack_Click(App& app) {
 
 void frmMailPack_Form_Load(App& app) {
   auto& form = app.frmMailPack;
-  ui::yieldTimes(app.windows, yieldsOnLoad);
+  app.windows.yieldTimes(yieldsOnLoad);
   form.txtEMail.text = "";
   form.txtMsg.text = "";
   form.lblStatus.caption = form.lblStatus.notice = "";

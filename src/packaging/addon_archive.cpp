@@ -45,7 +45,7 @@ bool AddonArchive::choose() {
     writeSetting(app_, setting::LastZIPDir, app_.LastZIPDir).skipped();
     path_ = std::move(picked).value().path;
   }
-  ui::yieldTimes(app_.windows, yieldsAfterChoice);
+  app_.windows.yieldTimes(yieldsAfterChoice);
   if (const Outcome may = mayBeEmptied(app_, app_.InstallTempDir); !may.ok()) {
     tellFailure(app_, "An installation empties the working folder, and so it does not start.", may);
     return false;
@@ -180,7 +180,7 @@ Outcome AddonArchive::deleteEmbedded(const std::string& folder, const std::strin
     if (deleted.ok()) break;
     files.setAttributes(withoutBackslash(folder), {}).skipped();
     files.setAttributes(folder + name, {}).skipped();
-    ui::yieldTimes(app_.windows, yieldsBetweenTries);
+    app_.windows.yieldTimes(yieldsBetweenTries);
   }
   return deleted;
 }

@@ -44,7 +44,7 @@ void openMenu(App& app, ui::Image& image, ui::MouseButton button) {
 void fillAgain(App& app) {
   auto& versions = app.frmMain.lstACVersions;
   const auto shown = versions.selected() == 0 ? 0 : versions.id(versions.selected());
-  ui::yieldTimes(app.windows, yieldsBeforeFill);
+  app.windows.yieldTimes(yieldsBeforeFill);
   const int row = versions.rowOf(shown);
   if (row == 0 || app.ending) return;  // whoever took the row away has filled the tabs
   versions.select(row);
@@ -96,7 +96,7 @@ Pixels cut(const Pixels& window) {
 Result<Pixels> captureSimulator(App& app) {
   Screen& screen = app.platform.screen;
   if (Outcome active = screen.activate(simulatorTitle, true); !active.ok()) return active;
-  ui::yieldTimes(app.windows, yieldsBeforeCapture);
+  app.windows.yieldTimes(yieldsBeforeCapture);
   // It may have been closed meanwhile, and then another window is the active one.
   if (Outcome active = screen.activate(simulatorTitle, false); !active.ok()) return active;
   return screen.captureActiveWindow();

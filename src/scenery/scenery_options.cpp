@@ -78,7 +78,7 @@ void lstInactScenery_DblClick(App& app) {
 void frmSCOptions_Form_Load(App& app) {
   auto& dialog = app.frmSCOptions;
   dialog.Cancelled = true;  // until OK is pressed
-  ui::yieldTimes(app.windows, yieldsAtLoad);
+  app.windows.yieldTimes(yieldsAtLoad);
   for (ui::ListView* list : {&dialog.lstFlatten, &dialog.lstExclude}) {
     list->clear();
     for (int row = 0; row < shownValues; ++row) list->add("");

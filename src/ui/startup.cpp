@@ -59,7 +59,7 @@ bool cleanWorkingFolder(App& app, std::string& keptArchives) {
 void showSplash(App& app) {
   app.frmSplash.lblVersion.caption = "Version " + app.AppVersionText;
   app.windows.show(app.frmSplash, &app.frmMain);
-  ui::yieldTimes(app.windows, yieldsForSplash);
+  app.windows.yieldTimes(yieldsForSplash);
 }
 
 void restoreWindow(App& app) {
@@ -193,7 +193,7 @@ void Form_Load(App& app) {
   app.SenderIdentity.LastName = readSetting(app, setting::LastName);
   app.AppVersionText = versionText();
   form.caption = std::string(ui::programTitle) + " - " + app.AppVersionText;
-  ui::yieldTimes(app.windows, yieldsBeforeSplash);
+  app.windows.yieldTimes(yieldsBeforeSplash);
   showSplash(app);
   restoreWindow(app);
   form.tabAddon.tabs = std::vector<std::string>{"Info", "Panel", "Sound"};
@@ -263,7 +263,7 @@ void Form_Unload(App& app) {
   for (ui::Form* other :
        std::initializer_list<ui::Form*>{&app.frmIdentity, &app.frmMailPack, &app.frmSettings})
     app.windows.unload(*other);
-  ui::yieldTimes(app.windows, yieldsAtEnd);
+  app.windows.yieldTimes(yieldsAtEnd);
 }
 
 }  // namespace skv

@@ -74,14 +74,13 @@ class Windowing {
 
   // Lets pending events run: any operation may run inside the call.
   virtual void yield() = 0;
+  // That many in a row, the program's only pacing.
+  virtual void yieldTimes(int count) {
+    for (int i = 0; i < count; ++i) yield();
+  }
   // Yields until the condition holds, without burning a processor while there is nothing to do.
   // Returns early when the program is ending.
   virtual void yieldUntil(const std::function<bool()>& condition) = 0;
 };
-
-// `count` yields in a row, the program's only pacing.
-inline void yieldTimes(Windowing& windows, int count) {
-  for (int i = 0; i < count; ++i) windows.yield();
-}
 
 }  // namespace skv::ui

@@ -101,11 +101,13 @@ QWidget* infoPage(FormBuilder& build, FrmMain& form) {
   QGridLayout* stack =
       addStack(*details, build.tabs(form.tabACInfo, tr("Details of the variation")));
   addPage(*stack, generalFrame(build, form));
-  addPage(*stack, detailFrame(build, form.frameACInfoATC,
-                              {&form.txtATCID, &form.txtATCAirline, &form.txtATCFlight}));
-  addPage(*stack, detailFrame(build, form.frameACinfoUI,
-                              {&form.txtUIManufacturer, &form.txtUIType, &form.txtUIVariation}));
-  addPage(*stack, descriptionFrame(build, form));
+  build.later([&build, stack, &form] {
+    addPage(*stack, detailFrame(build, form.frameACInfoATC,
+                                {&form.txtATCID, &form.txtATCAirline, &form.txtATCFlight}));
+    addPage(*stack, detailFrame(build, form.frameACinfoUI,
+                                {&form.txtUIManufacturer, &form.txtUIType, &form.txtUIVariation}));
+    addPage(*stack, descriptionFrame(build, form));
+  });
   page->body()->addWidget(makeHalves(build, form.divInfo, left, right), 1);
   page->body()->addLayout(commands({}, build.button(form.btnSaveACInfo)));
   return page;

@@ -1,5 +1,6 @@
 #include "ui/qt/caption_label.h"
 
+#include <QApplication>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
@@ -22,17 +23,25 @@ CaptionLabel::CaptionLabel(QWidget* parent) : QLabel(parent) {
 
 void CaptionLabel::setCaption(const QString& caption, Colour colour) {
   colour_ = colour;
+  setStrength();
   setText(caption);
   if (field_) field_->setAccessibleDescription(caption);
   updateGeometry();
   update();
 }
 
-void CaptionLabel::makeHeading() {
-  QFont heading = font();
-  heading.setWeight(QFont::DemiBold);
-  heading.setPointSizeF(heading.pointSizeF() * 1.12);
-  setFont(heading);
+// A heading on a ground of its own stands out by that, and the first window needs no second font.
+void CaptionLabel::setStrength() {
+  const bool strong = heading_ && !grounded();
+  if (strong == strong_) return;
+  strong_ = strong;
+  QFont changed = QApplication::font(this);
+  changed.setUnderline(font().underline());
+  if (strong) {
+    changed.setWeight(QFont::DemiBold);
+    changed.setPointSizeF(changed.pointSizeF() * 1.12);
+  }
+  setFont(changed);
 }
 
 void CaptionLabel::makeNotice() {

@@ -14,8 +14,8 @@ class CaptionLabel : public QLabel {
  public:
   explicit CaptionLabel(QWidget* parent = nullptr);
   void setCaption(const QString& caption, Colour colour = defaultColour);
-  // Larger and stronger, for the head of a frame.
-  void makeHeading();
+  // Larger and stronger, for the head of a frame. Before its caption is set.
+  void makeHeading() { heading_ = true; }
   // With a ground of its own whatever lies below, for a text over a picture or a list.
   void makeNotice();
   // What it says is about a field: screen readers tell it there.
@@ -35,10 +35,13 @@ class CaptionLabel : public QLabel {
   void keyPressEvent(QKeyEvent* event) override;
 
  private:
+  void setStrength();
   bool grounded() const { return notice_ || colour_ != defaultColour; }
 
   Colour colour_ = defaultColour;
   bool notice_ = false;
+  bool heading_ = false;
+  bool strong_ = false;
   bool clickable_ = false;
   QPointer<QWidget> field_;
 };

@@ -5,6 +5,7 @@
 #include <QDBusMessage>
 #include <QDBusVariant>
 
+#include "ui/qt/session_bus.h"
 #include "ui/qt/theme.h"
 
 namespace skv::ui::qt {
@@ -20,7 +21,7 @@ constexpr unsigned highContrast = 1;
 // The settings portal, which GNOME, KDE and others have; Qt asks it from version 6.5 on only, and
 // never for the contrast. An invalid value when there is none.
 QVariant portalSays(const QString& space, const QString& key) {
-  if (qEnvironmentVariableIsEmpty("DBUS_SESSION_BUS_ADDRESS")) return {};
+  if (!isSessionBusKnown()) return {};
   QDBusMessage question = QDBusMessage::createMethodCall(
       QStringLiteral("org.freedesktop.portal.Desktop"),
       QStringLiteral("/org/freedesktop/portal/desktop"),

@@ -87,12 +87,13 @@ class Halves : public QSplitter {
 
 QWidget* makeHalves(FormBuilder& build, Divider& divider, QWidget* left, QWidget* right) {
   auto* halves = new Halves(build, divider);
+  QSizePolicy alike(QSizePolicy::Ignored, QSizePolicy::Preferred);
+  alike.setHorizontalStretch(1);
   for (QWidget* half : {left, right}) {
-    half->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+    half->setSizePolicy(alike);
     half->setMinimumWidth(leastHalf);
     halves->addWidget(half);
   }
-  for (const int half : {0, 1}) halves->setStretchFactor(half, 1);
   return halves;
 }
 

@@ -348,7 +348,8 @@ QString ListTree::words() const {
 }
 
 void ListTree::paintEvent(QPaintEvent* event) {
-  QTreeView::paintEvent(event);
+  // Of an empty list nothing is drawn, but the server would be asked where the mouse is.
+  if (rows_.rowCount() > 0) QTreeView::paintEvent(event);
   if (drag_->running()) {
     QPainter painter(viewport());
     drag_->paint(painter);

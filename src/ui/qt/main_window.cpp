@@ -15,16 +15,22 @@ namespace {
 
 constexpr int leastWidth = 10335 / twipsPerPixel;
 
-void addMenus(Bindings& bindings, FrmMain& form, QMainWindow& window) {
-  for (MenuItem* menu : form.menuBar) {
-    if (menu->entries.empty())
-      addEntry(bindings, form, *menu, *window.menuBar());  // a menu that would open on nothing
-    else
-      window.menuBar()->addMenu(makeMenu(bindings, form, *menu, &window));
+void addMenus(FormBuilder& build, FrmMain& form, QMainWindow& window) {
+  Bindings& bindings = build.bindings();
+  for (MenuItem* item : form.menuBar) {
+    if (item->entries.empty()) {
+      addEntry(bindings, form, *item, *window.menuBar());  // a menu that would open on nothing
+      continue;
+    }
+    QMenu* menu = makeClosedMenu(bindings, form, *item, &window);
+    window.menuBar()->addMenu(menu);
+    build.later([&bindings, &form, item, menu] { addEntries(bindings, form, *item, *menu); });
   }
-  // Its entries' shortcuts work though the menu itself opens on the pictures alone.
-  QMenu* pictures = makeMenu(bindings, form, form.mnuPic, &window);
-  window.addActions(pictures->actions());
+  build.later([&bindings, &form, &window] {
+    // Its entries' shortcuts work though the menu itself opens on the pictures alone.
+    QMenu* pictures = makeMenu(bindings, form, form.mnuPic, &window);
+    window.addActions(pictures->actions());
+  });
 }
 
 // Completes itself when it has been seen.
@@ -47,14 +53,14 @@ class MainWindow : public QMainWindow {
 QMainWindow* makeMainWindow(Bindings& bindings, FrmMain& form, const FileSystem& files, QWidget*) {
   auto* window = new MainWindow;
   window->setContextMenuPolicy(Qt::NoContextMenu);
-  addMenus(bindings, form, *window);
+  auto build = std::make_shared<FormBuilder>(bindings, form, files);
+  addMenus(*build, form, *window);
   auto* control = new FormWindow(bindings, form, *window);
 
   auto* content = new QWidget;
   auto* views = new QVBoxLayout(content);
   views->setContentsMargins(10, 10, 10, 10);
   views->setSpacing(10);
-  auto build = std::make_shared<FormBuilder>(bindings, form, files);
   views->addWidget(makeAircraftBand(*build, form), 1);
   views->addWidget(makeAddonBand(*build, form), 1);
   build->later([build, control, views, &form] {

@@ -63,25 +63,35 @@ void addEntry(Bindings& bindings, Form& form, MenuItem& item, QWidget& menu,
   });
 }
 
-QMenu* makeMenu(Bindings& bindings, Form& form, MenuItem& item, QWidget* owner,
-                const std::vector<MenuItem*>& siblings) {
+QMenu* makeClosedMenu(Bindings& bindings, Form& form, MenuItem& item, QWidget* owner,
+                      const std::vector<MenuItem*>& siblings) {
   auto* menu = new QMenu(captioned(item.caption), owner);
   menu->setToolTipsVisible(true);
   new Binding(bindings, form, item, menu, [menu, &item, &siblings] {
     follow(*menu->menuAction(), item, siblings);
     menu->setAccessibleName(spoken(item.caption));
   });
+  return menu;
+}
+
+void addEntries(Bindings& bindings, Form& form, MenuItem& item, QMenu& menu) {
   for (MenuItem* entry : item.entries) {
     if (entry->separator) {
-      QAction* line = menu->addSeparator();
+      QAction* line = menu.addSeparator();
       new Binding(bindings, form, *entry, line,
                   [line, entry] { line->setVisible(entry->visible); });
     } else if (!entry->entries.empty()) {
-      menu->addMenu(makeMenu(bindings, form, *entry, menu, item.entries));
+      menu.addMenu(makeMenu(bindings, form, *entry, &menu, item.entries));
     } else {
-      addEntry(bindings, form, *entry, *menu, item.entries);
+      addEntry(bindings, form, *entry, menu, item.entries);
     }
   }
+}
+
+QMenu* makeMenu(Bindings& bindings, Form& form, MenuItem& item, QWidget* owner,
+                const std::vector<MenuItem*>& siblings) {
+  QMenu* menu = makeClosedMenu(bindings, form, item, owner, siblings);
+  addEntries(bindings, form, item, *menu);
   return menu;
 }
 

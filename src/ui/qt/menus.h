@@ -15,6 +15,11 @@ inline const std::vector<MenuItem*> noSiblings;
 QMenu* makeMenu(Bindings& bindings, Form& form, MenuItem& item, QWidget* owner,
                 const std::vector<MenuItem*>& siblings = noSiblings);
 
+// The same in two steps: the menu with its caption, and what it opens on.
+QMenu* makeClosedMenu(Bindings& bindings, Form& form, MenuItem& item, QWidget* owner,
+                      const std::vector<MenuItem*>& siblings = noSiblings);
+void addEntries(Bindings& bindings, Form& form, MenuItem& item, QMenu& menu);
+
 // An entry without entries of its own, at the end of a menu or a menu bar.
 void addEntry(Bindings& bindings, Form& form, MenuItem& item, QWidget& menu,
               const std::vector<MenuItem*>& siblings = noSiblings);

@@ -9,6 +9,7 @@
 #include <QUrl>
 #include <QVBoxLayout>
 
+#include "ui/qt/flat_drawing.h"
 #include "ui/qt/icons.h"
 #include "ui/qt/text.h"
 
@@ -129,12 +130,8 @@ void PictureView::paintEvent(QPaintEvent*) {
   if (binding_->attached()) look();
   QPainter painter(this);
   if (!isEnabled()) painter.setOpacity(0.5);
-  painter.setRenderHint(QPainter::Antialiasing);
-  const qreal line = hasFocus() ? 2 : 1;
-  const qreal inset = line / 2;
-  painter.setPen(QPen(palette().color(hasFocus() ? QPalette::Link : QPalette::Mid), line));
-  painter.setBrush(palette().color(QPalette::Base));
-  painter.drawRoundedRect(QRectF(rect()).adjusted(inset, inset, -inset, -inset), corner, corner);
+  const QColor line = palette().color(hasFocus() ? QPalette::Link : QPalette::Mid);
+  drawBox(painter, rect(), palette().color(QPalette::Base), {line, hasFocus() ? 2.0 : 1.0}, corner);
   if (picture_.isNull()) {
     if (!outdated_) paintPlaceholder(painter);
     return;

@@ -235,6 +235,11 @@ void QtWindowing::yield() {
   nextLook_ = end + std::clamp<Clock::duration>(end - begin, leastPause, longestPause);
 }
 
+// Those that follow at once find nothing that has come meanwhile.
+void QtWindowing::yieldTimes(int count) {
+  if (count > 0) yield();
+}
+
 void QtWindowing::yieldUntil(const std::function<bool()>& condition) {
   bindings_.flush();
   while (!ending_ && !condition()) {

@@ -53,6 +53,7 @@ class QtWindowing : public Windowing {
   void copyText(const std::string& text) override;
   void popUp(MenuItem& menu) override;
   void yield() override;
+  void yieldTimes(int count) override;
   void yieldUntil(const std::function<bool()>& condition) override;
 
  private:

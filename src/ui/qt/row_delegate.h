@@ -17,6 +17,8 @@ class RowDelegate : public QStyledItemDelegate {
   // Draws the rows' small icons as places.
   void showPlaces(const PlaceSet& set) { places_ = std::make_unique<PlacePictures>(set); }
 
+  void paint(QPainter* painter, const QStyleOptionViewItem& option,
+             const QModelIndex& index) const override;
   QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override;
   bool helpEvent(QHelpEvent* event, QAbstractItemView* view, const QStyleOptionViewItem& option,
                  const QModelIndex& index) override;

@@ -1,19 +1,18 @@
 #include "ui/qt/theme.h"
 
-#include <fontconfig/fontconfig.h>
-
 #include <QApplication>
 #include <QEvent>
 #include <QFontDatabase>
 #include <QThreadPool>
+#include <QTimer>
 #include <QToolTip>
 #include <algorithm>
-#include <clocale>
 #include <cmath>
 
 #include "ui/qt/desktop_scheme.h"
 #include "ui/qt/flat_style.h"
 #include "ui/qt/icons.h"
+#include "ui/qt/session_bus.h"
 
 // A library's resources are not there until they are asked for, and not from within a namespace.
 static void loadDrawings() { Q_INIT_RESOURCE(icons); }
@@ -121,24 +120,21 @@ class IconAfterwards : public QObject {
     if (event->type() != QEvent::Paint) return false;
     qApp->removeEventFilter(this);
     deleteLater();
-    QMetaObject::invokeMethod(
-        qApp, [] { QApplication::setWindowIcon(drawnIcon(QStringLiteral("fsskyvault"))); },
-        Qt::QueuedConnection);
+    constexpr auto afterItsRest = std::chrono::milliseconds(100);
+    QTimer::singleShot(afterItsRest, qApp, [] {
+      QApplication::setWindowIcon(drawnIcon(QStringLiteral("fsskyvault")));
+    });
     return false;
   }
 };
 
 }  // namespace
 
-// The larger part, for which no application has to be there.
-FontSearch::FontSearch() {
-  // The application sets it as well; by then it must not change any more what a number looks like.
-  std::setlocale(LC_ALL, "");
-  search_ = std::jthread([] { FcInit(); });
-}
-
 void dress(QApplication& application) {
-  // The rest of the search. Whoever needs a font waits for the end of it.
+  lookForSessionBus();
+  // Takes its time, and goes on beside what comes before the first widget. Whoever needs a font
+  // waits for the end of it. Not before the application is made: at that it is the X server that
+  // needs the other processor.
   QThreadPool::globalInstance()->start([] { QFontDatabase::families(); });
   loadDrawings();
   const QPalette desktop = QApplication::palette();

@@ -4,23 +4,12 @@
 
 #include <QColor>
 #include <QPalette>
-#include <thread>
 
 #include "ui/model/list_view.h"
 
 class QApplication;
 
 namespace skv::ui::qt {
-
-// Has the machine's fonts looked through in the background, which takes a quarter of the start. To
-// be made before the application; the end of it waits for the search.
-class FontSearch {
- public:
-  FontSearch();
-
- private:
-  std::jthread search_;
-};
 
 // Dresses the whole program; dark or in strong contrast when the
 // desktop's user wants it. Call before any window.
