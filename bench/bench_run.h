@@ -108,7 +108,7 @@ class BenchRun {
   X11Screen screen;
   LazyNet net;
   KeychainSecrets secrets;
-  WineSimulatorFinder simulators{disk};
+  WineSimulatorFinder simulators{(driveC_.parent_path() / "dosdevices").string()};
   Windows windows{disk, pictures};
   App app{Platform{disk,
                    settings,

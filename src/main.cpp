@@ -39,7 +39,8 @@ int main(int argc, char** argv) {
   // ends at once waits for that.
   const auto fontsSeen = qScopeGuard([] { QThreadPool::globalInstance()->waitForDone(); });
 
-  skv::DriveFileSystem files(skv::findDrivesFolder());
+  const std::string drives = skv::findDrivesFolder();
+  skv::DriveFileSystem files(drives);
   skv::QtPictureReader pictures(files);
   skv::ui::qt::QtWindowing windows(files, pictures);
   const auto onlyRun = skv::SingleInstance::acquire();
@@ -65,7 +66,7 @@ int main(int argc, char** argv) {
   skv::X11Screen screen([&windows] { windows.yield(); });
   skv::LazyNet net;
   skv::KeychainSecrets secrets;
-  skv::WineSimulatorFinder simulators(files);
+  skv::WineSimulatorFinder simulators(drives);
   skv::App app({files, settings, clock, shell, zip, pictures, clipboard, screen, net, secrets, net,
                 simulators, skv::processEnvironment(files)},
                windows);

@@ -335,7 +335,7 @@ bool run(const sample::SampleSimulator& sample, const fs::path& config, const fs
   CurlMailSystem mail;
   KeychainSecrets secrets;
   CurlWeb web;
-  WineSimulatorFinder simulators{files};
+  WineSimulatorFinder simulators{sample.drives.string()};
   const Outcome stored = sample::writeSettings(settings, sample, versionText(), clock.now());
   require(stored.ok(), stored.description());
 

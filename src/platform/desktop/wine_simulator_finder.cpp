@@ -1,11 +1,12 @@
 #include "platform/desktop/wine_simulator_finder.h"
 
-#include <algorithm>
+#include <chrono>
 #include <filesystem>
 #include <unordered_set>
 
 #include "base/paths.h"
 #include "base/text.h"
+#include "platform/desktop/timed_search.h"
 #include "platform/desktop/wine_prefixes.h"
 #include "platform/desktop/wine_registry.h"
 #include "platform/disk/drive_file_system.h"
@@ -32,10 +33,13 @@ constexpr const char* usualFolders[] = {
     R"(FS2002\)",
 };
 
-// The simulators found so far, as paths of the program's drives.
+// A start waits no longer for what does not answer.
+constexpr std::chrono::seconds patience{3};
+
+// Tells of the simulators found, as paths of the program's drives.
 class Found {
  public:
-  explicit Found(const FileSystem& files) : files_(files) {}
+  Found(const FileSystem& files, const Tell& tell) : files_(files), tell_(tell) {}
   // `folder` is a path of `drives`, with or without trailing backslash.
   void look(const FileSystem& drives, const std::string& folder) {
     if (!drives.attributes(withBackslash(folder) + mark).ok()) return;
@@ -45,14 +49,13 @@ class Found {
     const auto native = std::filesystem::canonical(place.value(), error);
     if (error || !seen_.insert(native.string()).second) return;
     const std::string path = files_.windowsPath(place.value());
-    if (!path.empty()) folders_.push_back(folderAbove(path));
+    if (!path.empty()) tell_(folderAbove(path));
   }
-  std::vector<std::string> folders() && { return std::move(folders_); }
 
  private:
   const FileSystem& files_;
+  const Tell& tell_;
   std::unordered_set<std::string> seen_;
-  std::vector<std::string> folders_;
 };
 
 // Values name the folder, or the program in it.
@@ -76,13 +79,15 @@ void lookAtUsualFolders(Found& found, const FileSystem& drives) {
 }  // namespace
 
 std::vector<std::string> WineSimulatorFinder::find() const {
-  Found found(files_);
-  const std::vector<std::string> prefixes = winePrefixes();
-  for (const std::string& prefix : prefixes) lookWhereTheRegistrySays(found, prefix);
-  lookAtUsualFolders(found, files_);
-  for (const std::string& prefix : prefixes)
-    lookAtUsualFolders(found, DriveFileSystem(prefix + "/dosdevices"));
-  return std::move(found).folders();
+  return foundInTime(patience, [drivesFolder = drivesFolder_](const Tell& tell) {
+    const DriveFileSystem files(drivesFolder);
+    Found found(files, tell);
+    const std::vector<std::string> prefixes = winePrefixes();
+    for (const std::string& prefix : prefixes) lookWhereTheRegistrySays(found, prefix);
+    lookAtUsualFolders(found, files);
+    for (const std::string& prefix : prefixes)
+      lookAtUsualFolders(found, DriveFileSystem(prefix + "/dosdevices"));
+  });
 }
 
 }  // namespace skv

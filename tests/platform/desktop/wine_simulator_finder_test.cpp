@@ -3,11 +3,15 @@
 #include <sys/stat.h>
 
 #include <algorithm>
+#include <future>
 
+#include "platform/desktop/timed_search.h"
 #include "support/disk_fixture.h"
 #include "support/environment_variable.h"
 
 namespace skv::test {
+
+using namespace std::chrono_literals;
 
 constexpr const char* registryHead =
     "WINE REGISTRY Version 2\n;; All keys relative to \\\\Machine\n\n";
@@ -50,7 +54,7 @@ TEST_F(WineSimulatorFinderTest, FindsWhatTheLaunchersKeep) {
   drive.write("C:\\home\\.local\\share\\Steam\\steamapps\\libraryfolders.vdf",
               "\"libraryfolders\"\n{\n\t\"1\"\n\t{\n\t\t\"path\"\t\t\"" + drive.native() +
                   "/disk/SteamLibrary\"\n");
-  auto found = WineSimulatorFinder(files).find();
+  auto found = WineSimulatorFinder(drive.drives()).find();
   std::vector<std::string> expected;
   for (const std::string& place : places)
     expected.push_back("C:\\" + place + "\\drive_c\\program files\\MICROSOFT GAMES\\fs2002\\");
@@ -73,7 +77,7 @@ TEST_F(WineSimulatorFinderTest, AsksTheRegistryFirst) {
           "#time=1\n@=\"none\"\n\"App\"=dword:00000001\n"
           "\"exe path\"=\"c:\\\\Spiele\\\\Flug\\x00fc"
           "bungen\"\n");
-  EXPECT_EQ(WineSimulatorFinder(files).find(),
+  EXPECT_EQ(WineSimulatorFinder(drive.drives()).find(),
             (std::vector<std::string>{"C:\\home\\.wine\\drive_c\\Spiele\\Flug\xC3\xBC"
                                       "bungen\\",
                                       "C:\\FS2002\\"}));
@@ -90,11 +94,27 @@ TEST_F(WineSimulatorFinderTest, IsNotLedAstray) {
                            "WINE REGISTRY\n[Software\\\\Microsoft\\\\Microsoft "
                            "Games\\\\Flight Simulator\\\\8.0]\n\"EXE Path\"=\"C:\\\\\\x"}) {
     drive.write("C:\\home\\Games\\p\\system.reg", text);
-    EXPECT_TRUE(WineSimulatorFinder(files).find().empty()) << text;
+    EXPECT_TRUE(WineSimulatorFinder(drive.drives()).find().empty()) << text;
   }
   drive.link("C:\\home\\Games\\loop", "loop");
   ASSERT_EQ(mkfifo((drive.native() + "/home/.wine-pipe").c_str(), 0600), 0);
-  EXPECT_TRUE(WineSimulatorFinder(files).find().empty());
+  EXPECT_TRUE(WineSimulatorFinder(drive.drives()).find().empty());
+}
+
+// As behind a share whose server is away.
+TEST(TimedSearchTest, GivesUpWhatDoesNotAnswer) {
+  std::promise<void> server;
+  auto answers = server.get_future().share();
+  const auto found = foundInTime(20ms, [answers](const Tell& tell) {
+    tell("before");
+    answers.wait();
+    tell("after");
+  });
+  EXPECT_EQ(found, std::vector<std::string>{"before"});
+  server.set_value();
+  // One that ends is not waited for beyond that.
+  EXPECT_EQ(foundInTime(24h, [](const Tell& tell) { tell("all"); }),
+            std::vector<std::string>{"all"});
 }
 
 }  // namespace skv::test
