@@ -41,7 +41,8 @@ bool showsItsPicture(const QWidget* widget) {
 // Every window lies on the one that has opened it.
 int ownersOf(const QWidget* window) {
   int owners = 0;
-  for (const QWidget* each = window->parentWidget(); each; each = each->parentWidget()) ++owners;
+  for (const QWidget* each = window->parentWidget(); each; each = each->parentWidget())
+    owners += each->isWindow() ? 1 : 0;
   return owners;
 }
 

@@ -35,7 +35,7 @@ bool isElementName(std::string_view name) {
 }
 
 bool isForbiddenInNames(char c) {
-  switch (c) {
+  switch (c) {  // asked for every letter of a listing
     case '<':
     case '>':
     case ':':

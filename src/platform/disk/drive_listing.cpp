@@ -44,7 +44,7 @@ struct Found {
 };
 
 // In the order in which NTFS lists names.
-std::vector<FolderEntry> sorted(std::vector<Found>& found) {
+std::vector<FolderEntry> sorted(std::vector<Found> found) {
   std::vector<Found*> order;
   order.reserve(found.size());
   for (Found& each : found) order.push_back(&each);
@@ -98,7 +98,7 @@ Result<std::vector<FolderEntry>> DriveFileSystem::list(std::string_view folder,
   }
   if (reader.error() != 0) return systemFailure(reader.error(), folder);
 
-  return sorted(found);
+  return sorted(std::move(found));
 }
 
 }  // namespace skv

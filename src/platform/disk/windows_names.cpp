@@ -20,6 +20,7 @@ bool isRefused(char c) { return isSeparator(c) || isForbiddenInNames(c); }
 bool isDeviceName(std::string_view name) {
   std::string_view base = name.substr(0, name.find('.'));
   while (base.ends_with(' ')) base.remove_suffix(1);
+  // The first letters of the names below: for most names the question ends here.
   constexpr std::string_view beginnings = "cpanlCPANL";
   if (base.size() < 3 || base.size() > 7 || beginnings.find(base[0]) == beginnings.npos)
     return false;

@@ -74,7 +74,7 @@ class Windowing {
 
   // Lets pending events run: any operation may run inside the call.
   virtual void yield() = 0;
-  // That many in a row, the program's only pacing.
+  // What that many in a row do, the program's only pacing.
   virtual void yieldTimes(int count) {
     for (int i = 0; i < count; ++i) yield();
   }

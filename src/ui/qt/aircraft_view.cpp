@@ -5,6 +5,7 @@
 #include <QGridLayout>
 #include <QHBoxLayout>
 #include <QPushButton>
+#include <QSplitter>
 #include <QTabBar>
 #include <QVBoxLayout>
 #include <initializer_list>
@@ -101,15 +102,20 @@ QWidget* infoPage(FormBuilder& build, FrmMain& form) {
   QGridLayout* stack =
       addStack(*details, build.tabs(form.tabACInfo, tr("Details of the variation")));
   addPage(*stack, generalFrame(build, form));
-  build.later([&build, stack, &form] {
+  QSplitter* halves = makeHalves(build, form.divInfo, left, right);
+  QPushButton* save = build.button(form.btnSaveACInfo);
+  build.later([&build, stack, &form, grip = halves->handle(1), save] {
     addPage(*stack, detailFrame(build, form.frameACInfoATC,
                                 {&form.txtATCID, &form.txtATCAirline, &form.txtATCFlight}));
     addPage(*stack, detailFrame(build, form.frameACinfoUI,
                                 {&form.txtUIManufacturer, &form.txtUIType, &form.txtUIVariation}));
     addPage(*stack, descriptionFrame(build, form));
+    // They are reached as if they had been there from the start.
+    QWidget::setTabOrder(build.bindings().widgetOf(form.txtACDescription), grip);
+    QWidget::setTabOrder(grip, save);
   });
-  page->body()->addWidget(makeHalves(build, form.divInfo, left, right), 1);
-  page->body()->addLayout(commands({}, build.button(form.btnSaveACInfo)));
+  page->body()->addWidget(halves, 1);
+  page->body()->addLayout(commands({}, save));
   return page;
 }
 

@@ -7,6 +7,7 @@
 #include <QStyle>
 #include <algorithm>
 
+#include "ui/qt/flat_drawing.h"
 #include "ui/qt/theme.h"
 
 namespace skv::ui::qt {
@@ -30,6 +31,11 @@ void CaptionLabel::setCaption(const QString& caption, Colour colour) {
   update();
 }
 
+void CaptionLabel::makeHeading() {
+  heading_ = true;
+  setStrength();
+}
+
 // A heading on a ground of its own stands out by that, and the first window needs no second font.
 void CaptionLabel::setStrength() {
   const bool strong = heading_ && !grounded();
@@ -46,6 +52,7 @@ void CaptionLabel::setStrength() {
 
 void CaptionLabel::makeNotice() {
   notice_ = true;
+  setStrength();
   updateGeometry();
 }
 
@@ -101,9 +108,8 @@ void CaptionLabel::paintEvent(QPaintEvent*) {
   else
     area = QStyle::visualRect(layoutDirection(), rect(), area);
   if (grounded()) {
-    painter.setPen(notice_ ? QPen(palette().color(QPalette::Mid)) : QPen(Qt::NoPen));
-    painter.setBrush(tint(colour_, palette()));
-    painter.drawRoundedRect(QRectF(area).adjusted(0.5, 0.5, -0.5, -0.5), 5, 5);
+    drawBox(painter, area, tint(colour_, palette()),
+            notice_ ? palette().color(QPalette::Mid) : QColor(Qt::transparent));
     area.adjust(paddingX, 0, -paddingX, 0);
   }
   const QString line = fontMetrics().elidedText(text(), Qt::ElideMiddle, area.width());

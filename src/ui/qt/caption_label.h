@@ -14,8 +14,8 @@ class CaptionLabel : public QLabel {
  public:
   explicit CaptionLabel(QWidget* parent = nullptr);
   void setCaption(const QString& caption, Colour colour = defaultColour);
-  // Larger and stronger, for the head of a frame. Before its caption is set.
-  void makeHeading() { heading_ = true; }
+  // For the head of a frame: larger and stronger, but on a ground of its own.
+  void makeHeading();
   // With a ground of its own whatever lies below, for a text over a picture or a list.
   void makeNotice();
   // What it says is about a field: screen readers tell it there.

@@ -81,7 +81,8 @@ void drawBox(QPainter& painter, const QRect& rect, const QColor& ground, const B
              qreal radius) {
   const qreal line = lineOf(border);
   const int side = qCeil(radius + line);
-  if (!isWhole(line) || qMin(rect.width(), rect.height()) < 2 * side || !hasWholePixels(painter)) {
+  if (side == 0 || !isWhole(line) || qMin(rect.width(), rect.height()) < 2 * side ||
+      !hasWholePixels(painter)) {
     drawOutlinedBox(painter, rect, ground, border, radius);
     return;
   }
@@ -185,10 +186,8 @@ void drawMenuBarItem(QPainter& painter, const QStyleOption* option) {
 void drawScrollBar(QPainter& painter, const QStyleOptionComplex* option, const QRect& handle) {
   const bool active = has(option, QStyle::State_MouseOver) || has(option, QStyle::State_Sunken);
   painter.fillRect(option->rect, colour(option, QPalette::Base));
-  painter.setRenderHint(QPainter::Antialiasing);
-  painter.setPen(Qt::NoPen);
-  painter.setBrush(colour(option, active ? QPalette::PlaceholderText : QPalette::Dark));
-  painter.drawRoundedRect(QRectF(handle).adjusted(2, 2, -2, -2), 4, 4);
+  drawBox(painter, handle.adjusted(2, 2, -2, -2),
+          colour(option, active ? QPalette::PlaceholderText : QPalette::Dark), Qt::transparent, 4);
 }
 
 void drawCheck(QPainter& painter, const QStyleOption& option) {

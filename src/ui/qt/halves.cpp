@@ -85,7 +85,7 @@ class Halves : public QSplitter {
 
 }  // namespace
 
-QWidget* makeHalves(FormBuilder& build, Divider& divider, QWidget* left, QWidget* right) {
+QSplitter* makeHalves(FormBuilder& build, Divider& divider, QWidget* left, QWidget* right) {
   auto* halves = new Halves(build, divider);
   QSizePolicy alike(QSizePolicy::Ignored, QSizePolicy::Preferred);
   alike.setHorizontalStretch(1);

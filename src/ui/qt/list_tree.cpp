@@ -18,12 +18,6 @@
 
 namespace skv::ui::qt {
 
-namespace {
-
-constexpr int leastRows = 3;
-
-}  // namespace
-
 ListTree::ListTree(Bindings& bindings, Form& form, ListView& list, const QString& accessibleName)
     : bindings_(bindings),
       list_(list),
@@ -45,7 +39,6 @@ ListTree::ListTree(Bindings& bindings, Form& form, ListView& list, const QString
   setHorizontalScrollMode(ScrollPerPixel);
   setTabKeyNavigation(false);
   setIndentation(0);
-  setMinimumHeight(heightOf(leastRows));
   binding_ = new Binding(bindings, form, list, this, [this] { refresh(); });
   binding_->onDetach = [this] { rows_.detach(); };
   if (list.contextMenu && !bindings.widgetOf(*list.contextMenu))
@@ -62,14 +55,20 @@ void ListTree::showPlaces(const PlaceSet& set) {
   delegate_->showPlaces(set);
   placeHeight_ = set.cell + 4;
   tellRows([this, &set](int row) { return set.words(list_.smallIcon(row)); });
-  setMinimumHeight(heightOf(leastRows));
 }
 
-int ListTree::heightOf(int rows) const {
-  QStyleOptionViewItem option;
-  initViewItemOption(&option);
-  const int row = delegate_->sizeHint(option, rows_.index(0, 0)).height();
-  return header()->sizeHint().height() + 2 * frameWidth() + rows * std::max(row, placeHeight_);
+// Their height is asked for when the list is about to be seen: the first question for a font waits
+// until all of them have been looked through.
+bool ListTree::event(QEvent* event) {
+  const bool handled = QTreeView::event(event);
+  if (event->type() == QEvent::Polish) {
+    QStyleOptionViewItem option;
+    initViewItemOption(&option);
+    const int row = delegate_->sizeHint(option, rows_.index(0, 0)).height();
+    setMinimumHeight(header()->sizeHint().height() + 2 * frameWidth() +
+                     leastRows_ * std::max(row, placeHeight_));
+  }
+  return handled;
 }
 
 void ListTree::later(std::function<void()> action) {
@@ -348,8 +347,7 @@ QString ListTree::words() const {
 }
 
 void ListTree::paintEvent(QPaintEvent* event) {
-  // Of an empty list nothing is drawn, but the server would be asked where the mouse is.
-  if (rows_.rowCount() > 0) QTreeView::paintEvent(event);
+  QTreeView::paintEvent(event);
   if (drag_->running()) {
     QPainter painter(viewport());
     drag_->paint(painter);

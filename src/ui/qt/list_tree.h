@@ -22,14 +22,15 @@ class ListTree : public QTreeView {
   void showPlaces(const PlaceSet& set);
   // What a row (from 1) tells by mark and colour, for tool tips and screen readers.
   void tellRows(std::function<QString(int row)> words) { rows_.words = std::move(words); }
-  // Header and that many rows.
-  int heightOf(int rows) const;
+  // The window leaves room for that many. Before the list is shown.
+  void setLeastRows(int rows) { leastRows_ = rows; }
   // What stands in the middle of an empty list that has no words of its own.
   void setHint(const QString& hint) { hint_ = hint; }
   // What speaks in place of the words of an empty list while it is seen.
   void setOverlay(const QWidget* overlay) { overlay_ = overlay; }
 
  protected:
+  bool event(QEvent* event) override;
   void currentChanged(const QModelIndex& current, const QModelIndex& previous) override;
   QItemSelectionModel::SelectionFlags selectionCommand(const QModelIndex& index,
                                                        const QEvent* event) const override;
@@ -72,6 +73,7 @@ class ListTree : public QTreeView {
   RowDrag* drag_;
   ListView::RowId dragged_ = 0;  // pressed with the left button
   Binding* binding_;
+  int leastRows_ = 3;
   QString hint_;
   const QWidget* overlay_ = nullptr;
   int placeHeight_ = 0;  // of a row with pictures of places

@@ -41,9 +41,19 @@ class MainWindow : public QMainWindow {
  protected:
   void paintEvent(QPaintEvent* event) override {
     QMainWindow::paintEvent(event);
+    completeIn(std::chrono::milliseconds(0));
+  }
+  void showEvent(QShowEvent* event) override {
+    QMainWindow::showEvent(event);
+    // A window that lies below others, or starts minimised, may hear keys and never be painted.
+    completeIn(std::chrono::seconds(1));
+  }
+
+ private:
+  void completeIn(std::chrono::milliseconds time) {
     if (later.empty()) return;
-    QTimer::singleShot(0, this, [parts = std::exchange(later, {})] {
-      for (const auto& part : parts) part();
+    QTimer::singleShot(time, this, [this] {
+      for (const auto& part : std::exchange(later, {})) part();
     });
   }
 };

@@ -6,6 +6,8 @@
 #include "ui/model/frm_main.h"
 #include "ui/qt/form_builder.h"
 
+class QSplitter;
+
 namespace skv::ui::qt {
 
 class FormWindow;
@@ -18,7 +20,7 @@ QMainWindow* makeMainWindow(Bindings& bindings, FrmMain& form, const FileSystem&
 QWidget* makeAircraftBand(FormBuilder& build, FrmMain& form);
 QWidget* makeAddonBand(FormBuilder& build, FrmMain& form);
 // Two halves with a divider between them that the user drags; equal at first, whatever they hold.
-QWidget* makeHalves(FormBuilder& build, Divider& divider, QWidget* left, QWidget* right);
+QSplitter* makeHalves(FormBuilder& build, Divider& divider, QWidget* left, QWidget* right);
 QWidget* makeSceneryView(FormBuilder& build, FrmMain& form, FormWindow& window);
 
 }  // namespace skv::ui::qt

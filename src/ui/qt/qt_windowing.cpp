@@ -235,7 +235,7 @@ void QtWindowing::yield() {
   nextLook_ = end + std::clamp<Clock::duration>(end - begin, leastPause, longestPause);
 }
 
-// Those that follow at once find nothing that has come meanwhile.
+// A yield looks at most once in leastPause, and the rest would only ask for the time.
 void QtWindowing::yieldTimes(int count) {
   if (count > 0) yield();
 }

@@ -22,7 +22,8 @@ ListTree* addFields(FormBuilder& build, QGridLayout& grid, Label& caption, ListV
   CaptionLabel* head = build.label(caption);
   ListTree* tree = build.list(list, QString::fromStdString(caption.caption).remove(u':'));
   head->setBuddy(tree);
-  tree->setMinimumSize(fieldWidth, tree->heightOf(fields));
+  tree->setMinimumWidth(fieldWidth);
+  tree->setLeastRows(fields);
   grid.addWidget(head, 0, column);
   grid.addWidget(tree, 1, column);
   grid.setColumnStretch(column, 1);

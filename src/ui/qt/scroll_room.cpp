@@ -15,8 +15,8 @@ ScrollRoom::ScrollRoom(QWidget* content, int around) : around_(around) {
   setFrameShape(NoFrame);
   setWidgetResizable(true);
   setFocusPolicy(Qt::NoFocus);
-  // The room gives it a size; without one it would be laid out for that alone.
-  content->setAttribute(Qt::WA_Resized);
+  // Any size: Qt would else give it that of its hint first, and lay it out for that in vain.
+  content->resize(content->size());
   setWidget(content);
   // The window's ground, not a list's.
   viewport()->setAutoFillBackground(false);

@@ -1,6 +1,5 @@
 #include "ui/qt/session_bus.h"
 
-#include <QDBusConnection>
 #include <QFileInfo>
 #include <QStandardPaths>
 
@@ -9,25 +8,29 @@ namespace skv::ui::qt {
 namespace {
 
 constexpr const char* addressVariable = "DBUS_SESSION_BUS_ADDRESS";
+constexpr const char* noBus = "disabled:";  // the address that libdbus takes for none
 
-// The places where libdbus looks.
-bool canBeFound() {
-  const QString runtime = qEnvironmentVariable("XDG_RUNTIME_DIR");
-  return isSessionBusKnown() ||
-         (!runtime.isEmpty() && QFileInfo::exists(runtime + QStringLiteral("/bus"))) ||
-         !QStandardPaths::findExecutable(QStringLiteral("dbus-launch")).isEmpty();
+// How libdbus finds a bus that nobody tells of.
+bool canBeLaunched() {
+  const QString command = QStringLiteral("dbus-launch");
+  return QFileInfo::exists(QStringLiteral("/usr/bin/") + command) ||
+         !QStandardPaths::findExecutable(command).isEmpty();
 }
 
 }  // namespace
 
-bool isSessionBusKnown() { return !qEnvironmentVariableIsEmpty(addressVariable); }
-
-void lookForSessionBus() {
-  if (canBeFound()) return;
-  // For this one look: what the program starts finds its environment as it was.
-  qputenv(addressVariable, "disabled:");
-  QDBusConnection::sessionBus();
-  qunsetenv(addressVariable);
+bool isSessionBusKnown() {
+  if (const QByteArray address = qgetenv(addressVariable); !address.isEmpty())
+    return address != noBus;
+  const QString runtime = qEnvironmentVariable("XDG_RUNTIME_DIR");
+  return !runtime.isEmpty() && QFileInfo::exists(runtime + QStringLiteral("/bus"));
 }
+
+bool hideMissingBus() {
+  return qEnvironmentVariableIsEmpty(addressVariable) && !isSessionBusKnown() && !canBeLaunched() &&
+         qputenv(addressVariable, noBus);
+}
+
+void showMissingBus() { qunsetenv(addressVariable); }
 
 }  // namespace skv::ui::qt

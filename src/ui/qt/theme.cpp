@@ -109,39 +109,42 @@ QColor mixed(const QColor& a, const QColor& b, float share) {
                           part(a.blueF(), b.blueF()));
 }
 
-// Gives the windows their icon when the first one is on the screen: it is drawn in many sizes, for
-// which that one would wait.
-class IconAfterwards : public QObject {
+// What the first window need not wait for. The windows' icon is drawn in many sizes.
+class FirstPaint : public QObject {
  public:
-  using QObject::QObject;
+  FirstPaint(QObject* parent, bool busHidden) : QObject(parent), busHidden_(busHidden) {}
 
  protected:
   bool eventFilter(QObject*, QEvent* event) override {
     if (event->type() != QEvent::Paint) return false;
     qApp->removeEventFilter(this);
     deleteLater();
-    constexpr auto afterItsRest = std::chrono::milliseconds(100);
-    QTimer::singleShot(afterItsRest, qApp, [] {
+    if (busHidden_) showMissingBus();
+    constexpr auto restOfTheWindow = std::chrono::milliseconds(100);  // more than it takes
+    QTimer::singleShot(restOfTheWindow, qApp, [] {
       QApplication::setWindowIcon(drawnIcon(QStringLiteral("fsskyvault")));
     });
     return false;
   }
+
+ private:
+  bool busHidden_;
 };
 
 }  // namespace
 
 void dress(QApplication& application) {
-  lookForSessionBus();
-  // Takes its time, and goes on beside what comes before the first widget. Whoever needs a font
-  // waits for the end of it. Not before the application is made: at that it is the X server that
-  // needs the other processor.
+  const bool busHidden = hideMissingBus();
+  // The search for the machine's fonts takes its time, and goes on beside what comes before the
+  // first widget. Whoever needs a font waits for the end of it. Not before the application is made:
+  // at that it is the X server that needs the other processor.
   QThreadPool::globalInstance()->start([] { QFontDatabase::families(); });
   loadDrawings();
   const QPalette desktop = QApplication::palette();
   const DesktopScheme scheme = desktopScheme();
   const QPalette palette = scheme.highContrast ? strongPalette(desktop, scheme.dark)
                                                : paletteOf(scheme.dark ? darkTones : lightTones);
-  application.installEventFilter(new IconAfterwards(&application));
+  application.installEventFilter(new FirstPaint(&application, busHidden));
   application.setStyle(new FlatStyle);
   QApplication::setPalette(palette);
   QToolTip::setPalette(palette);

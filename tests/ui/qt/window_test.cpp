@@ -53,6 +53,22 @@ TEST_F(WindowTest, FieldsGoBothWaysAndEnterIsTypedAsBackslashN) {
   EXPECT_EQ(form.txtACDescription.text.get(), "one\\ntwo");
 }
 
+// Most of the pages are made after the window has been seen.
+TEST_F(WindowTest, TheKeyboardGoesThroughTheDetailsInTheirOrder) {
+  showMain();
+  const QList<QString> places = {"txtACTitle",        "txtTexture",       "txtATCID",
+                                 "txtUIManufacturer", "txtACDescription", "btnSaveACInfo",
+                                 "lstPanel"};
+  QList<QString> reached;
+  const QWidget* const first = find<QWidget>("txtACTitle");
+  const QWidget* widget = first;
+  do {
+    if (places.contains(widget->objectName())) reached << widget->objectName();
+    widget = widget->nextInFocusChain();
+  } while (widget != first);
+  EXPECT_EQ(reached, places);
+}
+
 TEST_F(WindowTest, AWindowThatIsShownAgainComesToTheFront) {
   showMain();
   mainWindow()->showMinimized();
