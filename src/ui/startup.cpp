@@ -118,7 +118,9 @@ Outcome moveOldList(FileSystem& files, const std::string& old, const std::string
 
 void moveOldLists(App& app) {
   FileSystem& files = app.files();
-  if (app.FSRoot.empty() || presenceOf(files, app.FSRoot) == Presence::absent) return;
+  if (app.platform.environment.programFolder.empty() || app.FSRoot.empty() ||
+      presenceOf(files, app.FSRoot) == Presence::absent)
+    return;
   for (const char* name : {aircraftListFile, panelListFile, soundListFile}) {
     const std::string old = app.AppDir + name;
     if (presenceOf(files, old) == Presence::absent) continue;

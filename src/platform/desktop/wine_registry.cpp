@@ -110,12 +110,14 @@ std::string sectionLine(std::string_view key) {
 
 }  // namespace
 
-std::optional<std::string> registryText(const std::string& nativeFile, std::string_view key,
-                                        std::string_view name) {
-  const auto bytes = registryBytes(nativeFile);
-  if (!bytes || !bytes->starts_with("WINE REGISTRY")) return {};
+WineRegistry::WineRegistry(const std::string& nativeFile) {
+  auto bytes = registryBytes(nativeFile);
+  if (bytes && bytes->starts_with("WINE REGISTRY")) bytes_ = std::move(*bytes);
+}
+
+std::optional<std::string> WineRegistry::text(std::string_view key, std::string_view name) const {
   const std::string wanted = sectionLine(key);
-  const std::string_view all = *bytes;
+  const std::string_view all = bytes_;
   for (std::size_t at = all.find("\n["); at != std::string_view::npos;
        at = all.find("\n[", at + 1)) {
     std::string_view rest = all.substr(at + 1);

@@ -13,10 +13,17 @@
 
 namespace skv {
 
-// The text value `name` of the section `key`, both compared without regard to case; `key` has
-// single backslashes. Nothing when the file cannot be read, is not a registry file, or has no such
-// text. Reads the file once from its start to the section, and keeps nothing of it.
-std::optional<std::string> registryText(const std::string& nativeFile, std::string_view key,
-                                        std::string_view name);
+class WineRegistry {
+ public:
+  // Reads the whole file. Empty when it cannot be read or is no registry file.
+  explicit WineRegistry(const std::string& nativeFile);
+
+  // The text value `name` of the section `key`, both compared without regard to case; `key` has
+  // single backslashes.
+  std::optional<std::string> text(std::string_view key, std::string_view name) const;
+
+ private:
+  std::string bytes_;
+};
 
 }  // namespace skv

@@ -1,8 +1,9 @@
 #include "platform/desktop/wine_simulator_finder.h"
 
+#include <algorithm>
 #include <chrono>
 #include <filesystem>
-#include <unordered_set>
+#include <unordered_map>
 
 #include "base/paths.h"
 #include "base/text.h"
@@ -36,37 +37,33 @@ constexpr const char* usualFolders[] = {
 // A start waits no longer for what does not answer.
 constexpr std::chrono::seconds patience{3};
 
-// Tells of the simulators found, as paths of the program's drives.
+struct Simulator {
+  std::string folder;  // a path of the program's drives
+  bool registered = false;
+};
+
+// Tells of the simulators found.
 class Found {
  public:
-  Found(const FileSystem& files, const Tell& tell) : files_(files), tell_(tell) {}
+  Found(const FileSystem& files, const Tell<Simulator>& tell) : files_(files), tell_(tell) {}
   // `folder` is a path of `drives`, with or without trailing backslash.
-  void look(const FileSystem& drives, const std::string& folder) {
+  void look(const FileSystem& drives, const std::string& folder, bool registered = false) {
     if (!drives.attributes(withBackslash(folder) + mark).ok()) return;
     const auto place = drives.nativePath(withBackslash(folder) + mark);
     if (!place.ok()) return;
     std::error_code error;
     const auto native = std::filesystem::canonical(place.value(), error);
-    if (error || !seen_.insert(native.string()).second) return;
-    const std::string path = files_.windowsPath(place.value());
-    if (!path.empty()) tell_(folderAbove(path));
+    if (error) return;
+    const auto [known, fresh] = seen_.try_emplace(native.string());
+    if (fresh) known->second = folderAbove(files_.windowsPath(place.value()));
+    if (!known->second.empty() && (fresh || registered)) tell_({known->second, registered});
   }
 
  private:
   const FileSystem& files_;
-  const Tell& tell_;
-  std::unordered_set<std::string> seen_;
+  const Tell<Simulator>& tell_;
+  std::unordered_map<std::string, std::string> seen_;  // the folders by their native paths
 };
-
-// Values name the folder, or the program in it.
-void lookWhereTheRegistrySays(Found& found, const std::string& prefix) {
-  for (const char* key : registryKeys) {
-    const auto text = registryText(prefix + "/system.reg", key, registryName);
-    if (!text || text->empty()) continue;
-    found.look(DriveFileSystem(prefix + "/dosdevices"),
-               lowerAscii(*text).ends_with(".exe") ? folderAbove(*text) : *text);
-  }
-}
 
 void lookAtUsualFolders(Found& found, const FileSystem& drives) {
   for (char drive = 'C'; drive <= 'Z'; ++drive) {
@@ -76,18 +73,38 @@ void lookAtUsualFolders(Found& found, const FileSystem& drives) {
   }
 }
 
+// Values name the folder, or the program in it.
+void lookWhereTheRegistrySays(Found& found, const std::string& prefix) {
+  const WineRegistry registry(prefix + "/system.reg");
+  for (const char* key : registryKeys) {
+    const auto text = registry.text(key, registryName);
+    if (!text || text->empty()) continue;
+    found.look(DriveFileSystem(prefix + "/dosdevices"),
+               lowerAscii(*text).ends_with(".exe") ? folderAbove(*text) : *text, true);
+  }
+}
+
 }  // namespace
 
+// The registries come last: a player with many prefixes has hundreds of megabytes of them, and what
+// lies at its usual place is to be found in the time that a slow disk needs for those.
 std::vector<std::string> WineSimulatorFinder::find() const {
-  return foundInTime(patience, [drivesFolder = drivesFolder_](const Tell& tell) {
-    const DriveFileSystem files(drivesFolder);
-    Found found(files, tell);
-    const std::vector<std::string> prefixes = winePrefixes();
-    for (const std::string& prefix : prefixes) lookWhereTheRegistrySays(found, prefix);
-    lookAtUsualFolders(found, files);
-    for (const std::string& prefix : prefixes)
-      lookAtUsualFolders(found, DriveFileSystem(prefix + "/dosdevices"));
-  });
+  const auto all =
+      foundInTime<Simulator>(patience, [drivesFolder = drivesFolder_](const Tell<Simulator>& tell) {
+        const DriveFileSystem files(drivesFolder);
+        Found found(files, tell);
+        lookAtUsualFolders(found, files);
+        const std::vector<std::string> prefixes = winePrefixes();
+        for (const std::string& prefix : prefixes)
+          lookAtUsualFolders(found, DriveFileSystem(prefix + "/dosdevices"));
+        for (const std::string& prefix : prefixes) lookWhereTheRegistrySays(found, prefix);
+      });
+  std::vector<std::string> folders;
+  for (const bool registered : {true, false})
+    for (const Simulator& each : all)
+      if (each.registered == registered && std::ranges::find(folders, each.folder) == folders.end())
+        folders.push_back(each.folder);
+  return folders;
 }
 
 }  // namespace skv

@@ -47,6 +47,24 @@ std::string ownDrives() {
   return drives;
 }
 
+// The letter for the whole machine where drives stand and none of them is it, else 0. Looks at no
+// more of what is behind the links than it takes to find one that stands.
+char letterOfItsOwn(const std::string& folder) {
+  namespace fs = std::filesystem;
+  bool stands = false;
+  char last = 0;
+  for (char drive = 'a'; drive <= 'z'; ++drive) {
+    const fs::path link = folder + "/" + drive + ":";
+    std::error_code error;
+    if (fs::read_symlink(link, error).lexically_normal() == "/") return 0;
+    if (fs::symlink_status(link, error).type() == fs::file_type::not_found)
+      last = drive;
+    else
+      stands = stands || fs::is_directory(link, error);
+  }
+  return stands ? last : '\0';
+}
+
 // What follows `root` in `path`, both without doubled slashes; nothing when the path does not lie
 // below it.
 std::optional<std::string> below(std::string_view root, std::string_view path) {
@@ -74,6 +92,8 @@ std::string findDrivesFolder() {
     if (!prefix.empty() && !isAbsent(prefix + "/dosdevices")) return prefix + "/dosdevices";
   return ownDrives();
 }
+
+Drives::Drives(std::string folder) : folder_(std::move(folder)), own_(letterOfItsOwn(folder_)) {}
 
 std::string Drives::realRoot(char drive) const { return realPath(root(drive)); }
 

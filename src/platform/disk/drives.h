@@ -11,12 +11,15 @@ namespace skv {
 // an empty drive C: and Z: as the whole machine. One that cannot be made has no drives.
 std::string findDrivesFolder();
 
+// A prefix that is shut off from the rest of the machine has no drive for all of it. The program
+// has one of its own there, the last letter that is free: what it came with, its working folder and
+// the simulators of other prefixes lie outside.
 class Drives {
  public:
-  explicit Drives(std::string folder) : folder_(std::move(folder)) {}
+  explicit Drives(std::string folder);
 
   // Native path of a drive's root, with trailing slash; whether or not there is such a drive.
-  std::string root(char drive) const { return folder_ + "/" + drive + ":/"; }
+  std::string root(char drive) const { return drive == own_ ? "/" : folder_ + "/" + drive + ":/"; }
   // The same with all links resolved; "" when there is no such drive.
   std::string realRoot(char drive) const;
   // The Windows path of a native one, by the drive that reaches it with the fewest elements, the
@@ -25,6 +28,7 @@ class Drives {
 
  private:
   std::string folder_;
+  char own_;  // the drive that only the program has, 0 for none
 };
 
 }  // namespace skv

@@ -105,7 +105,7 @@ TEST_F(WineSimulatorFinderTest, IsNotLedAstray) {
 TEST(TimedSearchTest, GivesUpWhatDoesNotAnswer) {
   std::promise<void> server;
   auto answers = server.get_future().share();
-  const auto found = foundInTime(20ms, [answers](const Tell& tell) {
+  const auto found = foundInTime<std::string>(20ms, [answers](const Tell<std::string>& tell) {
     tell("before");
     answers.wait();
     tell("after");
@@ -113,7 +113,7 @@ TEST(TimedSearchTest, GivesUpWhatDoesNotAnswer) {
   EXPECT_EQ(found, std::vector<std::string>{"before"});
   server.set_value();
   // One that ends is not waited for beyond that.
-  EXPECT_EQ(foundInTime(24h, [](const Tell& tell) { tell("all"); }),
+  EXPECT_EQ(foundInTime<std::string>(24h, [](const Tell<std::string>& tell) { tell("all"); }),
             std::vector<std::string>{"all"});
 }
 

@@ -207,6 +207,21 @@ TEST_F(DriveFileSystemTest, AFolderGoesOnlyWhenNothingIsInIt) {
   }
 }
 
+TEST_F(DriveFileSystemTest, APrefixThatIsShutOffGetsADriveForTheMachine) {
+  fs::remove(drive.drives() + "/z:");
+  const DriveFileSystem shut(drive.drives());
+  EXPECT_EQ(shut.windowsPath("/etc/hostname"), "Z:\\etc\\hostname");
+  EXPECT_EQ(shut.nativePath("Z:\\ETC\\hostname").valueOr(""), "/etc/hostname");
+  EXPECT_TRUE(shut.attributes("Z:\\").ok());
+  EXPECT_EQ(shut.windowsPath(onMachine("a")), "C:\\a");
+  // The letter of a disk that is away is not free.
+  fs::create_symlink("/no/disk", drive.drives() + "/z:");
+  EXPECT_EQ(DriveFileSystem(drive.drives()).windowsPath("/etc"), "Y:\\etc");
+  // Without any drive something is wrong that this would hide.
+  for (const char* link : {"/c:", "/z:"}) fs::remove(drive.drives() + link);
+  EXPECT_FALSE(DriveFileSystem(drive.drives()).attributes("Z:\\").ok());
+}
+
 TEST_F(DriveFileSystemTest, DrivesLeadToTheMachineAndBack) {
   drive.write("C:\\Games\\a.txt", "x");
   for (const auto& [path, place] :
