@@ -1,6 +1,5 @@
 #include "platform/mail/server_link.h"
 
-#include <curl/curl.h>
 #include <poll.h>
 #include <sys/socket.h>
 #include <unistd.h>
@@ -11,6 +10,7 @@
 
 #include "base/text.h"
 #include "platform/mail/base64_lines.h"
+#include "platform/mail/curl_transfer.h"
 
 namespace skv {
 
@@ -36,6 +36,10 @@ bool tlsAtOnce(int port, const MailOptions& options) {
   return std::ranges::find(options.tlsPorts, port) != options.tlsPorts.end();
 }
 
+struct Freed {
+  void operator()(curl_slist* list) const { curl_slist_free_all(list); }
+};
+
 template <class Value>
 void set(CURL* easy, CURLoption option, Value value) {
   curl_easy_setopt(easy, option, value);  // NOLINT(cppcoreguidelines-pro-type-vararg)
@@ -50,11 +54,6 @@ std::string inBase64(const std::string& text) {
 }
 
 }  // namespace
-
-void startCurl() {
-  static const CURLcode started = curl_global_init(CURL_GLOBAL_DEFAULT);
-  static_cast<void>(started);
-}
 
 std::string serverWords(std::string_view line, const ServerAccess& access) {
   std::string words(trim(line));
@@ -85,90 +84,69 @@ class CurlCall {
  public:
   CurlCall(ServerAccess theAccess, const std::string& scheme, int port, Cleartext cleartext,
            const MailOptions& theOptions, MailPulse& thePulse)
-      : access(std::move(theAccess)),
-        options(theOptions),
-        pulse(thePulse),
-        easy(curl_easy_init()),
-        multi_(curl_multi_init()) {
+      : access(std::move(theAccess)), options(theOptions), pulse(thePulse) {
     const bool atOnce = tlsAtOnce(port, options);
     const std::string protocols = scheme + "," + scheme + "s";
     const bool smtp = scheme == "smtp";
     const std::string url = scheme + (atOnce ? "s" : "") + "://" + access.host.inUrl() + ":" +
                             std::to_string(port) + "/" + (smtp ? clientName : "");
-    set(easy, CURLOPT_URL, url.c_str());
-    set(easy, CURLOPT_PROTOCOLS_STR, protocols.c_str());
-    set(easy, CURLOPT_REDIR_PROTOCOLS_STR, protocols.c_str());
-    set(easy, CURLOPT_PROXY, "");
-    set(easy, CURLOPT_NETRC, static_cast<long>(CURL_NETRC_IGNORED));
-    set(easy, CURLOPT_NOSIGNAL, 1L);
-    set(easy, CURLOPT_QUICK_EXIT, 1L);
-    set(easy, CURLOPT_TCP_NODELAY, 1L);
-    set(easy, CURLOPT_USE_SSL,
+    set(easy(), CURLOPT_URL, url.c_str());
+    set(easy(), CURLOPT_PROTOCOLS_STR, protocols.c_str());
+    set(easy(), CURLOPT_REDIR_PROTOCOLS_STR, protocols.c_str());
+    set(easy(), CURLOPT_PROXY, "");
+    set(easy(), CURLOPT_NETRC, static_cast<long>(CURL_NETRC_IGNORED));
+    set(easy(), CURLOPT_TCP_NODELAY, 1L);
+    set(easy(), CURLOPT_USE_SSL,
         static_cast<long>(cleartext == Cleartext::never ? CURLUSESSL_ALL : CURLUSESSL_TRY));
-    set(easy, CURLOPT_SSLVERSION, static_cast<long>(CURL_SSLVERSION_TLSv1_2));
-    if (!options.caFile.empty()) set(easy, CURLOPT_CAINFO, options.caFile.c_str());
+    set(easy(), CURLOPT_SSLVERSION, static_cast<long>(CURL_SSLVERSION_TLSv1_2));
+    if (!options.caFile.empty()) set(easy(), CURLOPT_CAINFO, options.caFile.c_str());
     if (!access.user.empty()) {
-      set(easy, CURLOPT_USERNAME, access.user.c_str());
-      set(easy, CURLOPT_PASSWORD, access.password.c_str());
+      set(easy(), CURLOPT_USERNAME, access.user.c_str());
+      set(easy(), CURLOPT_PASSWORD, access.password.c_str());
     }
     const auto longest = options.connectTime + answersOfLogin * options.silenceTime;
-    set(easy, CURLOPT_CONNECTTIMEOUT_MS, static_cast<long>(longest.count()));
-    set(easy, CURLOPT_SERVER_RESPONSE_TIMEOUT,
+    set(easy(), CURLOPT_CONNECTTIMEOUT_MS, static_cast<long>(longest.count()));
+    set(easy(), CURLOPT_SERVER_RESPONSE_TIMEOUT,
         static_cast<long>(std::chrono::ceil<std::chrono::seconds>(options.silenceTime).count()));
-    set(easy, CURLOPT_ERRORBUFFER, error_.data());
+    set(easy(), CURLOPT_ERRORBUFFER, error_.data());
     onThisMachineOnly_ = cleartext == Cleartext::onThisMachine && !atOnce;
-    set(easy, CURLOPT_OPENSOCKETDATA, this);
-    set(easy, CURLOPT_OPENSOCKETFUNCTION, &CurlCall::openSocket);
-    set(easy, CURLOPT_HEADERDATA, this);
-    set(easy, CURLOPT_HEADERFUNCTION, &CurlCall::answered);
-    set(easy, CURLOPT_DEBUGDATA, this);
-    set(easy, CURLOPT_DEBUGFUNCTION, &CurlCall::seen);
-    set(easy, CURLOPT_VERBOSE, 1L);
-    set(easy, CURLOPT_XFERINFODATA, this);
-    set(easy, CURLOPT_XFERINFOFUNCTION, &CurlCall::progressed);
-    set(easy, CURLOPT_NOPROGRESS, 0L);
-  }
-  ~CurlCall() {
-    curl_multi_remove_handle(multi_, easy);
-    curl_easy_cleanup(easy);
-    curl_multi_cleanup(multi_);
-    curl_slist_free_all(recipients_);
+    set(easy(), CURLOPT_OPENSOCKETDATA, this);
+    set(easy(), CURLOPT_OPENSOCKETFUNCTION, &CurlCall::openSocket);
+    set(easy(), CURLOPT_HEADERDATA, this);
+    set(easy(), CURLOPT_HEADERFUNCTION, &CurlCall::answered);
+    set(easy(), CURLOPT_DEBUGDATA, this);
+    set(easy(), CURLOPT_DEBUGFUNCTION, &CurlCall::seen);
+    set(easy(), CURLOPT_VERBOSE, 1L);
+    set(easy(), CURLOPT_XFERINFODATA, this);
+    set(easy(), CURLOPT_XFERINFOFUNCTION, &CurlCall::progressed);
+    set(easy(), CURLOPT_NOPROGRESS, 0L);
   }
   CurlCall(const CurlCall&) = delete;
   CurlCall& operator=(const CurlCall&) = delete;
 
-  void connectOnly() const { set(easy, CURLOPT_CONNECT_ONLY, 1L); }
+  void connectOnly() const { set(easy(), CURLOPT_CONNECT_ONLY, 1L); }
 
   void deliver(const Envelope& envelope, MailSource source) {
     source_ = std::move(source);
-    set(easy, CURLOPT_MAIL_FROM, envelope.from.c_str());
+    set(easy(), CURLOPT_MAIL_FROM, envelope.from.c_str());
     for (const std::string& to : envelope.to)
-      recipients_ = curl_slist_append(recipients_, to.c_str());
-    set(easy, CURLOPT_MAIL_RCPT, recipients_);
-    set(easy, CURLOPT_UPLOAD, 1L);
-    set(easy, CURLOPT_READDATA, this);
-    set(easy, CURLOPT_READFUNCTION, &CurlCall::readMail);
-    set(easy, CURLOPT_INFILESIZE_LARGE, static_cast<curl_off_t>(source_.size));
-    set(easy, CURLOPT_UPLOAD_BUFFERSIZE, 1L << 18U);
+      recipients_.reset(curl_slist_append(recipients_.release(), to.c_str()));
+    set(easy(), CURLOPT_MAIL_RCPT, recipients_.get());
+    set(easy(), CURLOPT_UPLOAD, 1L);
+    set(easy(), CURLOPT_READDATA, this);
+    set(easy(), CURLOPT_READFUNCTION, &CurlCall::readMail);
+    set(easy(), CURLOPT_INFILESIZE_LARGE, static_cast<curl_off_t>(source_.size));
+    set(easy(), CURLOPT_UPLOAD_BUFFERSIZE, 1L << 18U);
     // Says its farewell here, where it is watched, and not when the handles go.
-    set(easy, CURLOPT_FORBID_REUSE, 1L);
+    set(easy(), CURLOPT_FORBID_REUSE, 1L);
   }
 
   CURLcode run() {
     started_ = heard_ = now();
-    if (const CURLMcode added = curl_multi_add_handle(multi_, easy); added != CURLM_OK)
-      return CURLE_FAILED_INIT;
-    for (;;) {
-      int running = 0;
-      if (curl_multi_perform(multi_, &running) != CURLM_OK) return CURLE_FAILED_INIT;
-      int left = 0;
-      if (const CURLMsg* message = curl_multi_info_read(multi_, &left);
-          message != nullptr && message->msg == CURLMSG_DONE)
-        return message->data.result;
-      if (!mayGoOn()) return CURLE_ABORTED_BY_CALLBACK;
-      curl_multi_poll(multi_, nullptr, 0, static_cast<int>(MailPulse::interval.count()), nullptr);
-    }
+    return transfer_.run([this] { return mayGoOn(); });
   }
+
+  CURL* easy() const { return transfer_.easy; }
 
   // What a failed run means to the user.
   Outcome failure(CURLcode code) const {
@@ -217,7 +195,6 @@ class CurlCall {
   const ServerAccess access;
   MailOptions options;
   MailPulse& pulse;
-  CURL* const easy;
 
  private:
   static CurlCall& self(void* pointer) { return *static_cast<CurlCall*>(pointer); }
@@ -233,7 +210,7 @@ class CurlCall {
     if (!pulse.beat()) return false;
     if (limit_ != Limit::none) return false;
     curl_off_t connected = 0;
-    curl_easy_getinfo(easy, CURLINFO_CONNECT_TIME_T, &connected);
+    curl_easy_getinfo(easy(), CURLINFO_CONNECT_TIME_T, &connected);
     if (connected == 0) {
       if (now() - started_ > options.connectTime) limit_ = Limit::connecting;
     } else {
@@ -304,8 +281,7 @@ class CurlCall {
     return got.value();
   }
 
-  CURLM* const multi_;
-  curl_slist* recipients_ = nullptr;
+  std::unique_ptr<curl_slist, Freed> recipients_;
   MailSource source_;
   std::uint64_t sent_ = 0;
   bool wholeMailRead_ = false;
@@ -321,6 +297,8 @@ class CurlCall {
   bool connected_ = false;
   bool farewell_ = false;
   bool onThisMachineOnly_ = false, refusedElsewhere_ = false;
+  // The last member: it still calls on the others when it ends.
+  const CurlTransfer transfer_;
 };
 
 namespace {
@@ -338,7 +316,6 @@ template <class Prepare>
 Result<std::unique_ptr<CurlCall>> runCall(const ServerAccess& access, const char* scheme,
                                           const MailOptions& options, MailPulse& pulse,
                                           Prepare prepare) {
-  startCurl();
   Outcome failure;
   for (const int port : access.ports) {
     ServerAccess shown = access;
@@ -384,7 +361,7 @@ Outcome ServerLink::wait(short events, Time since) {
   if (now() - since > call_->options.silenceTime)
     return serverFailure(call_->access, "does not answer");
   curl_socket_t socket = CURL_SOCKET_BAD;
-  if (curl_easy_getinfo(call_->easy, CURLINFO_ACTIVESOCKET, &socket) != CURLE_OK ||
+  if (curl_easy_getinfo(call_->easy(), CURLINFO_ACTIVESOCKET, &socket) != CURLE_OK ||
       socket == CURL_SOCKET_BAD)
     return serverFailure(call_->access, "has broken off");
   pollfd watched{socket, events, 0};
@@ -396,7 +373,7 @@ Outcome ServerLink::send(std::string_view bytes) {
   const Time since = now();
   while (!bytes.empty()) {
     std::size_t sent = 0;
-    const CURLcode code = curl_easy_send(call_->easy, bytes.data(), bytes.size(), &sent);
+    const CURLcode code = curl_easy_send(call_->easy(), bytes.data(), bytes.size(), &sent);
     if (code != CURLE_OK && code != CURLE_AGAIN)
       return serverFailure(call_->access, "has broken off");
     bytes.remove_prefix(sent);
@@ -411,7 +388,7 @@ Result<std::size_t> ServerLink::receive(std::span<char> buffer) {
   for (;;) {
     if (!call_->pulse.beat()) return MailPulse::cancelled();
     std::size_t got = 0;
-    const CURLcode code = curl_easy_recv(call_->easy, buffer.data(), buffer.size(), &got);
+    const CURLcode code = curl_easy_recv(call_->easy(), buffer.data(), buffer.size(), &got);
     if (code == CURLE_OK && got > 0) return got;
     if (code != CURLE_AGAIN) return serverFailure(call_->access, "has broken off");
     if (Outcome waited = wait(POLLIN, since); !waited.ok()) return waited;

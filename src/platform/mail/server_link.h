@@ -19,9 +19,6 @@
 
 namespace skv {
 
-// libcurl wants to be told once for a process that it is there.
-void startCurl();
-
 struct ServerAccess {
   MailHost host;
   std::vector<int> ports;  // tried in turn until one can be reached

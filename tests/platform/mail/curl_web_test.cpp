@@ -42,4 +42,18 @@ TEST(CurlWebTest, TakesATextAndNothingElse) {
   EXPECT_EQ(web.fetch(host + "/good", [] { return false; }).outcome().number(), err::cancelled);
 }
 
+TEST(CurlWebTest, AServerThatHangsOrDripsIsGivenUp) {
+  const RudeServer server([](const std::string& line) -> std::string {
+    if (line == "GET /drips HTTP/1.1") return "~HTTP/1.1 200 OK\r\n\r\n" + std::string(1000, 'x');
+    return "";
+  });
+  CurlWeb web(std::chrono::milliseconds(300));
+  for (const char* path : {"/hangs", "/drips"}) {
+    const auto start = std::chrono::steady_clock::now();
+    const auto got = web.fetch("http://" + server.host() + path, [] { return true; });
+    EXPECT_EQ(got.outcome().number(), err::web) << path;
+    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(10)) << path;
+  }
+}
+
 }  // namespace skv::test
