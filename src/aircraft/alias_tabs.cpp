@@ -10,7 +10,8 @@ namespace skv {
 
 namespace {
 
-constexpr ui::Colour aliasColour = 65280;
+constexpr ui::Colour aliasColour = 65280;   // green
+constexpr ui::Colour originalColour = 255;  // red
 
 // Shows the alias of the configuration file in `folder`, and answers it.
 std::string showStatus(App& app, ProfileReader& reader, const std::string& folder,
@@ -18,11 +19,13 @@ std::string showStatus(App& app, ProfileReader& reader, const std::string& folde
   auto& label = app.frmMain.*kind.status;
   std::string alias = reader.read(folder + kind.file, "fltsim", "alias");
   const Outcome& read = reader.outcome(folder + kind.file);
-  if (!read.ok() && presenceBy(read) == Presence::unknown)
+  if (!read.ok() && presenceBy(read) == Presence::unknown) {
     label.caption = std::string(kind.file) + " could not be read: " + read.description();
-  else
+    label.colour = ui::defaultColour;
+  } else {
     label.caption = alias.empty() ? "Original" : "Alias: " + alias;
-  label.colour = alias.empty() ? ui::defaultColour : aliasColour;
+    label.colour = alias.empty() ? originalColour : aliasColour;
+  }
   return alias;
 }
 

@@ -69,6 +69,24 @@ TEST_F(AliasCommandsTest, AssignsAPanelKeepsTheRealOneAndGoesBack) {
   EXPECT_FALSE(drive.exists(root + "plane\\panel.vfr\\panel.preSKV.cfg"));
 }
 
+TEST_F(AliasCommandsTest, TheStatusTellsByWordsAndColour) {
+  const auto expect = [this](const std::string& caption, ui::Colour colour) {
+    form.lstACVersions.click();
+    EXPECT_TRUE(form.lblPNStatus.caption.get().starts_with(caption))
+        << form.lblPNStatus.caption.get();
+    EXPECT_EQ(form.lblPNStatus.colour, colour) << caption;
+  };
+  constexpr ui::Colour green = 65280, red = 255;
+  expect("Original", red);
+  files.failWhen("readFile", own, err::deviceIo);
+  expect("panel.cfg could not be read: ", ui::defaultColour);
+  files.heal();
+  drive.write(own, "[fltsim]\r\nalias=far\r\n");
+  expect("Alias: far", green);
+  drive.remove(own);
+  expect("Original", red);
+}
+
 TEST_F(AliasCommandsTest, RefusesWhatWouldLeadNowhereOrInACircle) {
   for (const int row : {1, 3, 4}) {
     assign(row);
