@@ -1,5 +1,7 @@
 #include "ui/help.h"
 
+#include <algorithm>
+
 #include "base/text.h"
 #include "core/messages.h"
 #include "core/program_folder.h"
@@ -78,9 +80,10 @@ VersionFile parseVersionFile(std::string_view text) {
   const auto colon = text.find(':');
   file.version = text.substr(colon == std::string_view::npos ? 0 : colon + 1, versionLength);
   if (const auto begin = text.find('>'); begin != std::string_view::npos) {
-    const std::string_view rest = text.substr(begin + 1);
-    file.download = rest.substr(0, rest.find_first_of(">\r\n"));
-    file.download = trim(file.download);
+    std::string_view rest = text.substr(begin + 1);
+    // It may stand on a line of its own, and ends with it.
+    rest.remove_prefix(std::min(rest.find_first_not_of(" \t\r\n"), rest.size()));
+    file.download = trim(rest.substr(0, rest.find_first_of(">\r\n")));
   }
   return file;
 }
@@ -114,8 +117,8 @@ void checkForUpdate(App& app, std::string_view server) {
 
 std::string_view updateServer() { return SKYVAULT_UPDATE_URL; }
 
-bool updateCheckIsDue(const App& app) {
-  return !updateServer().empty() &&
+bool updateCheckIsDue(const App& app, std::string_view server) {
+  return !server.empty() &&
          val(readSetting(app, setting::LastVersionCheck, "0")) + daysBetweenChecks <
              app.platform.clock.now();
 }

@@ -26,7 +26,7 @@ void checkForUpdate(App& app, std::string_view server);
 std::string_view updateServer();
 
 // Whether the last check that succeeded is more than a week ago, and there is a server to ask.
-bool updateCheckIsDue(const App& app);
+bool updateCheckIsDue(const App& app, std::string_view server = updateServer());
 
 void mnuHelpDownload_Click(App& app);
 void mnuHelpManual_Click(App& app);

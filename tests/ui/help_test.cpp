@@ -20,7 +20,7 @@ TEST_F(HelpTest, ANewerVersionIsOfferedAndOpenedInTheBrowser) {
   checkForUpdate(app, server);
   EXPECT_EQ(windows.boxes.back().text, "Your version is up to date!");
 
-  web.body = "Version:1.03.0001 >https://example.org/skv.zip\r\n";
+  web.body = "Version:1.03.0001 >\r\n https://example.org/skv.zip \r\n";
   windows.answers = {ui::Answer::yes};
   checkForUpdate(app, server);
   EXPECT_EQ(web.fetched.back(), "http://127.0.0.1:8000/home/tolmere/SKVVersion.txt");
@@ -49,11 +49,23 @@ TEST_F(HelpTest, AFailedCheckIsToldAndMadeAgain) {
   EXPECT_EQ(app.frmMain.lblStatus.caption, "");
   EXPECT_TRUE(app.frmMain.mnuHelpDownload.enabled);
 
-  // A copy without a server says who keeps it up to date, and a start asks nobody.
-  EXPECT_FALSE(updateCheckIsDue(app));
+  // A copy without a server says who keeps it up to date.
   windows.answers = {ui::Answer::ok};
-  mnuHelpDownload_Click(app);
+  checkForUpdate(app, "");
+  EXPECT_TRUE(holds(windows.boxes.back().text, "package manager"));
   EXPECT_EQ(web.fetched.size(), 1U);
+}
+
+TEST_F(HelpTest, AStartAsksWhenTheLastCheckIsMoreThanAWeekAgo) {
+  const auto dueAfter = [this](const char* last) {
+    settings.values["General/LastVersionCheck"] = last;
+    return updateCheckIsDue(app, server);
+  };
+  EXPECT_TRUE(updateCheckIsDue(app, server)) << "never";
+  EXPECT_TRUE(dueAfter("46343.49"));
+  EXPECT_FALSE(dueAfter("46343.5")) << "seven days to the minute";
+  EXPECT_FALSE(dueAfter("46350.5"));
+  EXPECT_FALSE(updateCheckIsDue(app, "")) << "nobody to ask";
 }
 
 }  // namespace skv::test
