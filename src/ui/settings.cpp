@@ -69,7 +69,10 @@ void proposeSimulators(App& app, bool first) {
   form.lblIntro.caption = introduction + std::string(found.empty()       ? noneFound
                                                      : found.size() == 1 ? oneFound
                                                                          : severalFound);
-  if (!found.empty()) form.txtFSRoot.text = found.front();
+  if (found.empty()) return;
+  form.txtFSRoot.text = found.front();
+  proposeHangar(app);
+  proposePacks(app);
 }
 
 void refuse(App& app, const std::string& text, ui::BoxIcon icon = ui::BoxIcon::exclamation) {

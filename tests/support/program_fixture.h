@@ -107,7 +107,7 @@ class ProgramWith : public DiskTest {
   ScriptedMail mail;
   MemorySecrets secrets;
   ScriptedWeb web;
-  NoSimulators simulators;
+  ScriptedSimulators simulators;
   Windows windows = windowsOver(files, pictures);
   App app{Platform{files,
                    settings,

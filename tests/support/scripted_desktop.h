@@ -1,4 +1,4 @@
-// The clipboard, the screen and the web of a computer as a test sets them, without simulators.
+// The clipboard, the screen, the web and the simulators of a computer as a test sets them.
 #pragma once
 
 #include <functional>
@@ -70,9 +70,10 @@ class ScriptedWeb : public Web {
   std::vector<std::string> fetched;
 };
 
-class NoSimulators : public SimulatorFinder {
+class ScriptedSimulators : public SimulatorFinder {
  public:
-  std::vector<std::string> find() const override { return {}; }
+  std::vector<std::string> find() const override { return found; }
+  std::vector<std::string> found;
 };
 
 }  // namespace skv::test

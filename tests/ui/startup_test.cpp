@@ -108,6 +108,50 @@ TEST_F(StartupTest, AFirstStartCanBeQuit) {
   EXPECT_TRUE(settings.values.empty());
 }
 
+TEST_F(StartupTest, AFirstStartOffersTheSimulatorsThatAreThere) {
+  auto& dialog = app.frmSettings;
+  const auto folders = [&dialog] {
+    return Lines{dialog.txtFSRoot.text, dialog.txtHangarDir.text, dialog.txtPacksDir.text};
+  };
+  const Lines ofFS{"C:\\FS\\", "C:\\FS\\SKV-Hangar\\", "C:\\FS\\SKV-Packages\\"};
+  settings.values.clear();
+  simulators.found = {"C:\\FS\\"};
+  atSettings([&] {
+    EXPECT_EQ(folders(), ofFS);
+    EXPECT_EQ(dialog.lblHangarState.caption, "Will be made") << "nothing is made unseen";
+    EXPECT_FALSE(dialog.cmbFound.visible);
+    dialog.btnQuit.click();
+  });
+  Form_Load(app);
+  app.ending = false;
+  simulators.found.emplace_back("D:\\FS2002\\");
+  atSettings([&] {
+    EXPECT_TRUE(dialog.cmbFound.visible);
+    EXPECT_EQ(dialog.cmbFound.items.get(), simulators.found);
+    EXPECT_EQ(folders(), ofFS);
+    dialog.cmbFound.listIndex = 1;
+    dialog.cmbFound.click();
+    EXPECT_EQ(folders(),
+              (Lines{"D:\\FS2002\\", "D:\\FS2002\\SKV-Hangar\\", "D:\\FS2002\\SKV-Packages\\"}));
+    dialog.txtHangarDir.text = "C:\\mine\\";
+    dialog.cmbFound.listIndex = 0;
+    dialog.cmbFound.click();
+    EXPECT_EQ(folders(), (Lines{ofFS[0], "C:\\mine\\", ofFS[2]}));
+    dialog.btnOK.click();
+  });
+  Form_Load(app);
+  EXPECT_EQ(settings.values["General/FSRoot"], "C:\\FS\\");
+  // Who has chosen once is not asked again, wherever another simulator turns up.
+  settings.values["General/AppVersion"] = "older";
+  atSettings([&] {
+    EXPECT_FALSE(dialog.cmbFound.visible);
+    EXPECT_EQ(dialog.txtHangarDir.text, "C:\\mine\\");
+    dialog.btnOK.click();
+  });
+  Form_Load(app);
+  EXPECT_EQ(settingsShown, 3);
+}
+
 TEST_F(StartupTest, NothingIsMadeWhereTheSimulatorsDiskIsAway) {
   ASSERT_TRUE(disk.makeFolder("C:\\mnt").ok());
   for (const std::string away : {"C:\\mnt\\FS\\", "C:\\Gone\\FS\\"}) {
