@@ -60,6 +60,9 @@ void connectMenus(App& app) {
   form.mnuListHangar.click = [&app] { btnHangar_Click(app); };
   form.mnuListCopy.click = [&app] { mnuListCopy_Click(app); };
   form.mnuListRename.click = [&app] { mnuListRename_Click(app); };
+  form.mnuHelpDownload.click = [&app] { mnuHelpDownload_Click(app); };
+  form.mnuHelpManual.click = [&app] { mnuHelpManual_Click(app); };
+  form.mnuHelpAbout.click = [&app] { mnuHelpAbout_Click(app); };
 }
 
 void connectAircraftViews(App& app) {
@@ -138,9 +141,6 @@ void connectSceneryView(App& app) {
   form.optScenery.click = handler(optScenery_Click);
   form.optTextures.click = handler(optTextures_Click);
   form.mnuFileImportSceneries.click = handler(mnuFileImportSceneries_Click);
-  form.mnuHelpDownload.click = handler(mnuHelpDownload_Click);
-  form.mnuHelpManual.click = handler(mnuHelpManual_Click);
-  form.mnuHelpAbout.click = handler(mnuHelpAbout_Click);
   form.frameScenery.dblClick = [&app] { frameScenery_DblClick(app); };
   form.lblSepBar.mouseDown = [&app](ui::MouseButton button, int) {
     lblSepBar_MouseDown(app, button);
