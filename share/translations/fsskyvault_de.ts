@@ -672,6 +672,14 @@
         <translation>Ziehen gibt einer Liste mehr Platz</translation>
     </message>
     <message>
+        <source>Border between the halves</source>
+        <translation>Grenze zwischen den Hälften</translation>
+    </message>
+    <message>
+        <source>Drag to give one half more room</source>
+        <translation>Ziehen gibt einer Hälfte mehr Platz</translation>
+    </message>
+    <message>
         <source>Folders</source>
         <translation>Ordner</translation>
     </message>

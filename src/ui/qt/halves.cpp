@@ -1,5 +1,4 @@
 // The two halves of a view.
-#include <QCoreApplication>
 #include <QKeyEvent>
 #include <QPainter>
 #include <QSplitter>
@@ -21,8 +20,8 @@ class Gap : public QSplitterHandle {
  public:
   explicit Gap(QSplitter* splitter) : QSplitterHandle(Qt::Horizontal, splitter) {
     setFocusPolicy(Qt::StrongFocus);
-    setAccessibleName(QCoreApplication::translate("Halves", "Border between the halves"));
-    setToolTip(QCoreApplication::translate("Halves", "Drag to give one half more room"));
+    setAccessibleName(tr("Border between the halves"));
+    setToolTip(tr("Drag to give one half more room"));
   }
 
  protected:
