@@ -716,6 +716,18 @@
         <translation>Strg+Runter</translation>
     </message>
     <message>
+        <source>%1, sorted ascending</source>
+        <translation>%1, aufsteigend sortiert</translation>
+    </message>
+    <message>
+        <source>%1, sorted descending</source>
+        <translation>%1, absteigend sortiert</translation>
+    </message>
+    <message>
+        <source>To sort, click or press Ctrl and the number of the column</source>
+        <translation>Zum Sortieren klicken oder Strg und die Nummer der Spalte drücken</translation>
+    </message>
+    <message>
         <source>Sceneries installed in FS2002</source>
         <translation>Im FS2002 installierte Szenerien</translation>
     </message>

@@ -105,7 +105,7 @@ class ListView : public Control {
   std::function<void()> click;
   std::function<void()> dblClick;               // on the selected row
   std::function<void()> itemClick;              // another row was selected by the user
-  std::function<void(int column)> columnClick;  // column header, from 1
+  std::function<void(int column)> columnClick;  // heading, from 1; also Ctrl and its number
   std::function<void(MouseButton)> mouseDown;
   std::function<void(int row)> itemCheck;
   // The user wants the selected row in another place, `steps` rows lower (negative: higher). Where

@@ -1,5 +1,6 @@
 #include "ui/qt/list_columns.h"
 
+#include <QAccessible>
 #include <QEvent>
 #include <QHeaderView>
 #include <QStyleOptionHeader>
@@ -71,6 +72,14 @@ void ListColumns::showSort() {
   for (int i = 0; i < rows_.columnCount() && list_.sorted(); ++i)
     if (rows_.columnAt(i) == list_.sortKey()) sorted = i;
   header().setSectionsClickable(list_.columnClick != nullptr);
+  if (const auto sort = std::pair(sorted, list_.sortOrder()); std::exchange(sort_, sort) != sort) {
+    // The headings tell it in their names, which a screen reader keeps.
+    for (int i = 0; i < rows_.columnCount() && QAccessible::isActive(); ++i) {
+      QAccessibleEvent renamed(&view_, QAccessible::NameChanged);
+      renamed.setChild(i);
+      QAccessible::updateAccessibility(&renamed);
+    }
+  }
   header().setSortIndicatorShown(sorted >= 0);
   if (sorted >= 0)
     header().setSortIndicator(sorted, list_.sortOrder() == SortOrder::ascending

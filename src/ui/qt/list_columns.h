@@ -4,6 +4,7 @@
 
 #include <QObject>
 #include <functional>
+#include <utility>
 #include <vector>
 
 #include "ui/model/list_view.h"
@@ -41,8 +42,9 @@ class ListColumns : public QObject {
   const RowsModel& rows_;
   ListView& list_;
   bool fitting_ = false;
-  bool held_ = false;        // the user has the header
-  bool moved_ = false;       // since then
+  bool held_ = false;                                         // the user has the header
+  bool moved_ = false;                                        // since then
+  std::pair<int, SortOrder> sort_{-1, SortOrder::ascending};  // as shown last
   std::vector<int> widths_;  // as the list told them last, in twips
 };
 

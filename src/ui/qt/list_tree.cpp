@@ -91,9 +91,7 @@ void ListTree::listen() {
     else
       userSelects(row);
   });
-  connect(header(), &QHeaderView::sectionClicked, this, [this](int section) {
-    later([this, section] { ui::raise(list_.columnClick, rows_.columnAt(section) + 1); });
-  });
+  connect(header(), &QHeaderView::sectionClicked, this, &ListTree::sortBy);
   columns_->changedByUser = [this] { binding_->fire(list_.columnsChanged); };
   rows_.checked = [this](ListView::RowId id, bool checked) {
     const int row = binding_->accepts() ? list_.rowOf(id) : 0;
@@ -285,8 +283,23 @@ void ListTree::keyPressEvent(QKeyEvent* event) {
   const int row = rows_.rowAt(currentIndex());
   if (drag_->running() && event->key() == Qt::Key_Escape)
     drag_->cancel();
-  else if (row == 0 || state() == EditingState || !rowKey(*event, row))
+  else if (state() == EditingState || !(columnKey(*event) || (row != 0 && rowKey(*event, row))))
     QTreeView::keyPressEvent(event);
+}
+
+void ListTree::sortBy(int section) {
+  later([this, section] { ui::raise(list_.columnClick, rows_.columnAt(section) + 1); });
+}
+
+bool ListTree::columnKey(const QKeyEvent& event) {
+  // On some keyboards a digit takes Shift.
+  const auto modifiers = event.modifiers() & ~(Qt::KeypadModifier | Qt::ShiftModifier);
+  const int place = event.key() - Qt::Key_1;
+  if (modifiers != Qt::ControlModifier || place < 0 || place >= rows_.columnCount() ||
+      !header()->sectionsClickable())
+    return false;
+  if (!event.isAutoRepeat()) sortBy(header()->logicalIndex(place));
+  return true;
 }
 
 bool ListTree::rowKey(const QKeyEvent& event, int row) {

@@ -52,6 +52,10 @@ class ListTree : public QTreeView {
   void listen();
   void userSelects(int row);
   void editSelected();
+  // A click on a heading.
+  void sortBy(int section);
+  // Answers whether the key, Ctrl and a digit, was one for the heading in that place.
+  bool columnKey(const QKeyEvent& event);
   // Answers whether the key was one for the row.
   bool rowKey(const QKeyEvent& event, int row);
   void moveSelected(ListView::RowId row, int steps);

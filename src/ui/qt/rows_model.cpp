@@ -157,8 +157,23 @@ bool RowsModel::setData(const QModelIndex& index, const QVariant& value, int rol
 QVariant RowsModel::headerData(int section, Qt::Orientation orientation, int role) const {
   if (orientation != Qt::Horizontal || !list_ || section >= columnCount()) return {};
   if (role == Qt::TextAlignmentRole) return int{Qt::AlignLeft | Qt::AlignVCenter};
-  if (role != Qt::DisplayRole) return {};
-  return captioned(list_->columns()[static_cast<std::size_t>(columnAt(section))].title);
+  const int column = columnAt(section);
+  const std::string& title = list_->columns()[static_cast<std::size_t>(column)].title;
+  switch (role) {
+    case Qt::DisplayRole:
+      return captioned(title);
+    case Qt::AccessibleTextRole:
+      if (!list_->sorted() || column != list_->sortKey()) return spoken(title);
+      return (list_->sortOrder() == SortOrder::ascending ? tr("%1, sorted ascending")
+                                                         : tr("%1, sorted descending"))
+          .arg(spoken(title));
+    case Qt::ToolTipRole:
+    case Qt::AccessibleDescriptionRole:
+      if (!list_->columnClick) return {};
+      return tr("To sort, click or press Ctrl and the number of the column");
+    default:
+      return {};
+  }
 }
 
 Qt::ItemFlags RowsModel::flags(const QModelIndex& index) const {

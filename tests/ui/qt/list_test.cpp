@@ -1,5 +1,6 @@
 // The lists as a user meets them: rows, clicks, renaming.
 #include <QAbstractItemModel>
+#include <QHeaderView>
 #include <QLineEdit>
 
 #include "ui/qt/window_fixture.h"
@@ -79,6 +80,40 @@ TEST_F(ListTest, AHandlerMayTakeRowsAwayWhileItYields) {
   const QModelIndex last = view->model()->index(0, 0);
   list.clear();
   EXPECT_EQ(last.data(), QVariant());
+}
+
+TEST_F(ListTest, CtrlAndADigitSortLikeAClickOnThatHeading) {
+  const auto press = [](QTreeView* tree, int key, Qt::KeyboardModifiers more = {}) {
+    QTest::keyClick(tree, static_cast<Qt::Key>(key), Qt::ControlModifier | more);
+    settle();
+  };
+  const auto heading = [](const QTreeView* tree, int column) {
+    return tree->model()
+        ->headerData(column, Qt::Horizontal, Qt::AccessibleTextRole)
+        .toString()
+        .toStdString();
+  };
+  QTest::mouseClick(view->header()->viewport(), Qt::LeftButton, {}, QPoint(20, 8));
+  settle();
+  EXPECT_EQ(heading(view, 0), "Name, sorted ascending");
+  press(view, Qt::Key_1);
+  EXPECT_EQ(list.text(1), "Aircraft 5");
+  EXPECT_EQ(heading(view, 0), "Name, sorted descending");
+  press(view, Qt::Key_2, Qt::KeypadModifier);
+  EXPECT_EQ(list.sortKey(), 1);
+  EXPECT_EQ(list.text(1), "Aircraft 1");
+  EXPECT_EQ(heading(view, 0), "Name");
+  press(view, Qt::Key_2, Qt::ShiftModifier);
+  EXPECT_EQ(list.text(1), "Aircraft 5");
+  press(view, Qt::Key_9);
+  QTest::keyClick(view, Qt::Key_1);
+  EXPECT_EQ(list.sortKey(), 1) << "no heading is there";
+
+  auto& panels = app.frmMain.lstPanel;
+  for (const char* name : {"b", "a"}) panels.add(name);
+  click("tabAddon", 1);
+  press(find<QTreeView>("lstPanel"), Qt::Key_1);
+  EXPECT_FALSE(panels.sorted()) << "its headings take no clicks";
 }
 
 }  // namespace skv::test
