@@ -34,10 +34,12 @@ class Gap : public QSplitterHandle {
     painter.drawRoundedRect(QRectF(width() / 2.0 - 1.5, height() / 2.0 - 18, 3, 36), 1.5, 1.5);
   }
   void keyPressEvent(QKeyEvent* event) override {
+    // Qt takes the gap's far side for its place where it counts from the right.
+    const int place = x() + (isRightToLeft() ? width() : 0);
     if (event->key() == Qt::Key_Left)
-      moveSplitter(x() - keyStep);
+      moveSplitter(place - keyStep);
     else if (event->key() == Qt::Key_Right)
-      moveSplitter(x() + keyStep);
+      moveSplitter(place + keyStep);
     else
       QSplitterHandle::keyPressEvent(event);
   }

@@ -1,9 +1,12 @@
 // The main window: buttons, menus, fields, and what it does while it is disabled or closed.
+#include <QAccessible>
 #include <QAction>
 #include <QLineEdit>
 #include <QLocale>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QScopeGuard>
+#include <QSplitter>
 #include <QTabBar>
 #include <QTranslator>
 
@@ -118,6 +121,93 @@ TEST_F(WindowTest, ALongOperationIgnoresTheUserAndHearsAWishToClose) {
   EXPECT_EQ(main->focusWidget(), list);
   click("btnHangar");
   EXPECT_EQ(clicks, 1);
+}
+
+TEST_F(WindowTest, ScreenReadersHearWhatAControlIsAndDoes) {
+  showMain();
+  fillAircraft(2);
+  auto& form = app.frmMain;
+  form.lstAircraft.setSmallIcon(2, 6);
+  form.txtACTitle.enabled = true;
+  form.txtACTitle.text = "Boeing";
+  form.btnHangar.enabled = true;
+  form.btnDelAC.enabled = false;
+  settle();
+  const auto part = [](const char* name) {
+    return QAccessible::queryAccessibleInterface(find<QWidget>(name));
+  };
+  const auto expect = [](QAccessibleInterface* heard, QAccessible::Role role, const char* name) {
+    ASSERT_NE(heard, nullptr) << name;
+    EXPECT_EQ(heard->role(), role) << name;
+    EXPECT_EQ(heard->text(QAccessible::Name).toStdString(), name);
+  };
+  expect(part("btnHangar"), QAccessible::Button, "To Hangar...");
+  EXPECT_FALSE(part("btnHangar")->state().disabled);
+  EXPECT_TRUE(part("btnDelAC")->state().disabled);
+
+  expect(part("txtACTitle"), QAccessible::EditableText, "Title");
+  EXPECT_EQ(part("txtACTitle")->text(QAccessible::Value), "Boeing");
+  EXPECT_TRUE(part("txtACTitle")->state().editable);
+  EXPECT_TRUE(part("txtSim")->state().disabled);
+
+  // Rows are heard with their pictures of places.
+  const auto cell = [&part](const char* list, int row) {
+    return part(list)->tableInterface()->cellAt(row - 1, 0);
+  };
+  expect(part("lstAircraft"), QAccessible::Tree, "Aircraft");
+  expect(part("lstAircraft")->child(0), QAccessible::ColumnHeader, "Name");
+  expect(cell("lstAircraft", 1), QAccessible::TreeItem, "Aircraft 1");
+  expect(cell("lstAircraft", 2), QAccessible::TreeItem, "Aircraft 2, in FS2002, in Hangar");
+  EXPECT_TRUE(cell("lstAircraft", 1)->state().selected);
+  EXPECT_FALSE(cell("lstAircraft", 2)->state().selected);
+
+  click("mnuViewFSScenery");
+  form.lstScenery.clear();
+  for (const bool on : {true, false}) {
+    form.lstScenery.add("Rome");
+    form.lstScenery.setChecked(form.lstScenery.count(), on);
+  }
+  settle();
+  expect(cell("lstScenery", 1), QAccessible::TreeItem, "Rome, Active in FS2002");
+  for (const int row : {1, 2}) {
+    const QAccessible::State state = cell("lstScenery", row)->state();
+    EXPECT_TRUE(state.checkable);
+    EXPECT_EQ(state.checked, row == 1 ? 1 : 0);
+  }
+  expect(part("optMove"), QAccessible::RadioButton, "Move");
+  EXPECT_NE(part("optMove")->state().checked, part("optCopy")->state().checked);
+}
+
+TEST_F(WindowTest, RightToLeftTheHalvesAndWhatTheyHoldChangeSides) {
+  QApplication::setLayoutDirection(Qt::RightToLeft);
+  const auto back = qScopeGuard([] { QApplication::setLayoutDirection(Qt::LeftToRight); });
+  showMain();
+  fillAircraft(1);
+  auto* list = find<QTreeView>("lstAircraft");
+  const auto* picture = find<QWidget>("imgAircraft");
+  const auto leftOf = [](const QWidget& widget) {
+    return widget.mapTo(mainWindow(), QPoint()).x();
+  };
+  EXPECT_GT(leftOf(*list), leftOf(*picture));
+  // The name stands at the right of its column.
+  const QRect name = list->visualRect(list->model()->index(0, 0));
+  const QImage drawn = list->viewport()->grab(name).toImage();
+  const auto ink = [&drawn](int from, int to) {
+    int count = 0;
+    for (int x = from; x < to; ++x)
+      for (int y = 2; y + 2 < drawn.height(); ++y)
+        if (drawn.pixel(x, y) != drawn.pixel(drawn.width() / 2, 2)) ++count;
+    return count;
+  };
+  EXPECT_EQ(ink(2, drawn.width() / 3), 0);
+  EXPECT_GT(ink(drawn.width() / 2, drawn.width() - 2), 0);
+  // The border goes where its key points.
+  auto* border = find<QSplitter>("divAircraft")->handle(1);
+  const int x = border->x();
+  QTest::keyClick(border, Qt::Key_Left);
+  EXPECT_EQ(border->x(), x - 16);
+  QTest::keyClick(border, Qt::Key_Right);
+  EXPECT_EQ(border->x(), x);
 }
 
 TEST(LanguageTest, CaptionsFollowTheDesktopAndTextsOfTheUserDoNot) {
