@@ -14,12 +14,15 @@ namespace {
 constexpr std::string_view versionPath = "/home/tolmere/SKVVersion.txt";
 constexpr std::size_t versionLength = 9;
 constexpr double daysBetweenChecks = 7;
+constexpr std::size_t longestShown = 200;
 constexpr const char* manual = "Skyvault.doc";
 // Of the library that moves the mails.
 constexpr const char* mailEngineSite = "https://curl.se/libcurl/";
 
-// Text of a server, for a box: UTF-8 already, or in the page of the old servers.
+// Text of a server, for a box: UTF-8 already, or in the page of the old servers. What answers in
+// the server's place may send a whole page.
 std::string shownText(const App& app, std::string_view bytes) {
+  bytes = bytes.substr(0, longestShown);
   return isUtf8(bytes) ? std::string(bytes) : app.codePage.decode(bytes);
 }
 

@@ -39,6 +39,10 @@ TEST_F(HelpTest, NothingButAWebAddressReachesTheBrowser) {
     checkForUpdate(app, server);
   }
   EXPECT_TRUE(shell.opened.empty());
+  web.body = "<meta name=x:zzzzzzzzz>" + std::string(60000, 'y');
+  windows.answers = {ui::Answer::yes, ui::Answer::ok};
+  checkForUpdate(app, server);
+  EXPECT_LT(windows.boxes.back().text.size(), 500U) << "a page in the server's place";
 }
 
 TEST_F(HelpTest, AFailedCheckIsToldAndMadeAgain) {
