@@ -1,6 +1,7 @@
 // The composition root: the only place that names what the interfaces are made of.
 #include <QApplication>
 #include <QScopeGuard>
+#include <QSessionManager>
 #include <QSocketNotifier>
 #include <QThreadPool>
 #include <QTimer>
@@ -83,12 +84,24 @@ int main(int argc, char** argv) {
     closesWhenIdle.stop();
     if (skv::frmMain_QueryUnload(app)) close();
   });
-  app.frmMain.closed = app.frmMain.closeRequested = [&] {
-    if (skv::frmMain_QueryUnload(app))
+  const auto closed = [&] {
+    const bool may = skv::frmMain_QueryUnload(app);
+    if (may)
       close();
     else if (app.stopRequested)
       closesWhenIdle.start();
+    return may;
   };
+  app.frmMain.closed = app.frmMain.closeRequested = [&] { closed(); };
+  // The end of the desktop's session is held up by what would hold up a closed window.
+  QObject::connect(
+      &qtApplication, &QGuiApplication::commitDataRequest, &qtApplication,
+      [&](QSessionManager& session) {
+        if (!app.frmMain.visible || !session.allowsInteraction()) return;
+        if (!closed()) session.cancel();
+        session.release();
+      },
+      Qt::DirectConnection);
   windows.prepare(app.frmMain);
   windows.run([&] {
     skv::Form_Load(app);
