@@ -10,6 +10,7 @@
 #include "core/long_operation.h"
 #include "core/settings_keys.h"
 #include "platform/desktop/desktop_shell.h"
+#include "platform/desktop/end_signals.h"
 #include "platform/desktop/file_settings_store.h"
 #include "platform/desktop/keychain_secrets.h"
 #include "platform/desktop/lazy_net.h"
@@ -102,6 +103,16 @@ int main(int argc, char** argv) {
         session.release();
       },
       Qt::DirectConnection);
+  // So is a system that ends its programs one by one, as far as it waits.
+  skv::EndSignals endSignals;
+  QSocketNotifier endWished(endSignals.descriptor(), QSocketNotifier::Read);
+  QObject::connect(&endWished, &QSocketNotifier::activated, [&] {
+    if (!app.frmMain.visible) skv::EndSignals::obey();
+    endWished.setEnabled(false);
+    const bool may = closed();
+    endSignals.answer();
+    endWished.setEnabled(!may);
+  });
   windows.prepare(app.frmMain);
   windows.run([&] {
     skv::Form_Load(app);

@@ -1,0 +1,31 @@
+#include "platform/desktop/end_signals.h"
+
+#include <gtest/gtest.h>
+#include <poll.h>
+
+#include <csignal>
+
+namespace skv::test {
+
+bool hasCome(const EndSignals& signals) {
+  pollfd look{signals.descriptor(), POLLIN, 0};
+  return ::poll(&look, 1, 0) == 1;
+}
+
+TEST(EndSignalsTest, TheFirstIsAQuestionTheSecondIsNot) {
+  EndSignals signals;
+  for (const int signal : {SIGTERM, SIGHUP, SIGINT}) {
+    EXPECT_FALSE(hasCome(signals));
+    std::raise(signal);
+    EXPECT_TRUE(hasCome(signals)) << signal;
+    signals.answer();
+  }
+  EXPECT_EXIT(
+      {
+        std::raise(SIGHUP);
+        std::raise(SIGTERM);
+      },
+      ::testing::KilledBySignal(SIGTERM), "");
+}
+
+}  // namespace skv::test
