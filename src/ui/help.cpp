@@ -22,8 +22,14 @@ constexpr const char* mailEngineSite = "https://curl.se/libcurl/";
 // Text of a server, for a box: UTF-8 already, or in the page of the old servers. What answers in
 // the server's place may send a whole page.
 std::string shownText(const App& app, std::string_view bytes) {
-  bytes = bytes.substr(0, longestShown);
-  return isUtf8(bytes) ? std::string(bytes) : app.codePage.decode(bytes);
+  const std::string text = isUtf8(bytes) ? std::string(bytes) : app.codePage.decode(bytes);
+  if (text.size() <= longestShown) return text;
+  std::string shown;
+  for (const std::string& character : characters(text.substr(0, longestShown))) {
+    if (!isUtf8(character)) break;  // the cut one
+    shown += character;
+  }
+  return shown;
 }
 
 bool isWebAddress(std::string_view address) {
