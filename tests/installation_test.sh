@@ -26,11 +26,12 @@ cd "$work/usr"
 icons=$(for size in 16 22 24 32 48 64 128 256 512; do
   echo "share/icons/hicolor/${size}x$size/apps/fsskyvault.png"
 done)
+lib=$(sed -n 's/^CMAKE_INSTALL_LIBDIR:[A-Z]*=//p' "$build/CMakeCache.txt")
 helper=
 [ ! -e "$build/src/skyvault-wmf" ] || helper=libexec/fsskyvault/skyvault-wmf
 diff <(find . -type f -printf '%P\n' | sort) <(grep . <<END | sort
 bin/fsskyvault
-libexec/fsskyvault/skyvault-net.so
+$lib/fsskyvault/skyvault-net.so
 $helper
 share/applications/fsskyvault.desktop
 share/doc/fsskyvault/changelog.gz
@@ -43,9 +44,16 @@ share/metainfo/org.example.fsskyvault.metainfo.xml
 END
 ) || fail "these files differ from what an installation consists of"
 
+# What the program loads and calls lies where it looks.
+for part in "$lib/fsskyvault/skyvault-net.so" $helper; do
+  grep -qaF "../$part" bin/fsskyvault || fail "the program looks for $part in another place"
+done
+
 said=$(desktop-file-validate share/applications/fsskyvault.desktop) && [ -z "$said" ] ||
   fail "the desktop entry: $said"
-said=$(appstreamcli validate --no-net --pedantic share/metainfo/*.xml) || fail "the metainfo: $said"
+# A hint does not make it fail; nothing but this line does it say of a file without one.
+said=$(LC_ALL=C.UTF-8 appstreamcli validate --no-net --pedantic share/metainfo/*.xml) &&
+  [[ $said = *"Validation was successful." && $said != *$'\n'* ]] || fail "the metainfo: $said"
 gzip -dc share/man/man1/fsskyvault.1.gz | grep -q '^\.TH FSSKYVAULT 1' || fail "the man page"
 for icon in $icons; do
   width=$(od -An -tu4 --endian=big -j16 -N4 "$icon" | tr -d ' ')

@@ -5,7 +5,8 @@ set -euo pipefail
 
 packages=(
   g++ cmake ninja-build ccache pkgconf          # build
-  qt6-base-dev qt6-svg-dev qt6-l10n-tools                      # the window
+  qt6-base-dev qt6-svg-dev                      # the window
+  qt6-l10n-tools qt6-translations-l10n          # in German, Qt's own words too
   libzip-dev libdeflate-dev zlib1g-dev          # archives
   libunarr-dev                                  # archives by rarer methods
   libcurl4-openssl-dev ca-certificates          # mail servers, the version check

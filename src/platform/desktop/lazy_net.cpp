@@ -13,7 +13,7 @@ const NetModule* LazyNet::module() {
   std::error_code error;
   const auto folder = std::filesystem::read_symlink("/proc/self/exe", error).parent_path();
   if (error) return nullptr;
-  for (const char* place : {"skyvault-net.so", SKYVAULT_LIBEXEC "/skyvault-net.so"}) {
+  for (const char* place : {"skyvault-net.so", SKYVAULT_LIB "/skyvault-net.so"}) {
     // Never unloaded: its libraries leave threads and handlers behind.
     void* library = ::dlopen((folder / place).c_str(), RTLD_NOW | RTLD_LOCAL);
     if (library == nullptr) continue;
