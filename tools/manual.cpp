@@ -1,19 +1,24 @@
 // skyvault-manual: makes the manual, a rich text document that word processors open by its content,
-// from the Markdown text in share/manual. Ends with 1 when a picture of the text is missing.
+// from the Markdown text in share. In a table row "| File, Refresh | {German} |" it puts the words
+// of the German window in the second place. Ends with 1 when a picture of the text or such a word
+// is missing.
 //
-//   skyvault-manual TEXT FOLDER-OF-PICTURES DOCUMENT
+//   skyvault-manual TEXT FOLDER-OF-PICTURES TRANSLATION DOCUMENT
 #include <QFile>
 #include <QGuiApplication>
+#include <QHash>
 #include <QImage>
 #include <QTextBlock>
 #include <QTextDocument>
 #include <QTextFrame>
 #include <QTextList>
 #include <QTextTable>
+#include <QXmlStreamReader>
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <numeric>
+#include <optional>
 #include <utility>
 #include <vector>
 
@@ -34,14 +39,16 @@ constexpr const char* head = R"({\rtf1\ansi\ansicpg1252\deff0\deflang2057
 {\s1\keepn\sb0\sa180\outlinelevel0\f0\fs36\b\cf1\sbasedon0\snext0 heading 1;}
 {\s2\keepn\sb280\sa120\outlinelevel1\f0\fs26\b\cf1\sbasedon0\snext0 heading 2;}
 {\s4\qc\sa220\f0\fs18\i\cf4\sbasedon0\snext0 caption;}
-{\s5\sa140\li400\f1\fs20\sbasedon0\snext0 Code;}}
+{\s5\sa140\li400\f1\fs20\sbasedon0\snext0 Code;}
+{\s6\sb40\f0\fs19\b\sbasedon0\snext6 toc 1;}{\s7\li400\f0\fs17\sbasedon0\snext7 toc 2;}}
 {\info{\title FS Skyvault: Users Manual}}
 \paperw11906\paperh16838\margl1134\margr1134\margt1134\margb1247\widowctrl
 {\footer\pard\qc\f0\fs18\cf4 FS Skyvault   -   {\field{\*\fldinst PAGE}{\fldrslt 1}}\par}
 )";
 constexpr const char* normal = "\\pard\\plain\\s0\\sa140\\sl276\\slmult1\\f0\\fs21 ";
+// The break is a sign of its own: AbiWord knows none that is a property of the paragraph.
 constexpr const char* headings[] = {
-    "\\pard\\plain\\s1\\keepn\\pagebb\\sa180\\outlinelevel0\\f0\\fs36\\b\\cf1 ",
+    "\\page\\pard\\plain\\s1\\keepn\\sa180\\outlinelevel0\\f0\\fs36\\b\\cf1 ",
     "\\pard\\plain\\s2\\keepn\\sb280\\sa120\\outlinelevel1\\f0\\fs26\\b\\cf1 "};
 constexpr const char* caption = "\\pard\\plain\\s4\\qc\\sa220\\f0\\fs18\\i\\cf4 ";
 constexpr const char* code = "\\pard\\plain\\s5\\sa140\\li400\\f1\\fs20 ";
@@ -60,6 +67,46 @@ QByteArray escaped(const QString& text) {
       out += "\\u" + QByteArray::number(unit > 32767 ? unit - 65536 : unit) + "?";
   }
   return out;
+}
+
+// A caption as it is read: "&" stands before the letter of its key, and "&&" for itself.
+QString withoutKey(QString text) {
+  text.replace(QLatin1String("&&"), QString(QChar::Null));
+  text.remove(u'&');
+  return text.replace(QChar::Null, u'&');
+}
+
+// The captions of a translation file, without the letters of their keys.
+QHash<QString, QString> translations(QFile& file) {
+  QHash<QString, QString> words;
+  QString source;
+  QXmlStreamReader reader(&file);
+  while (!reader.atEnd()) {
+    if (reader.readNext() != QXmlStreamReader::StartElement) continue;
+    if (reader.name() == u"source") source = withoutKey(reader.readElementText());
+    if (reader.name() == u"translation") words[source] = withoutKey(reader.readElementText());
+  }
+  return words;
+}
+
+// Puts the words in their places. Nothing when one of them has no translation.
+std::optional<QString> translatedRows(const QString& markdown,
+                                      const QHash<QString, QString>& german) {
+  const QString place = QStringLiteral("{German}");
+  QStringList lines = markdown.split(u'\n');
+  for (QString& line : lines) {
+    if (!line.contains(place)) continue;
+    QStringList words = line.section(u'|', 1, 1).trimmed().split(QStringLiteral(", "));
+    for (QString& word : words) {
+      if (!german.contains(word)) {
+        std::fprintf(stderr, "No German for \"%s\"\n", qPrintable(word));
+        return {};
+      }
+      word = german[word];
+    }
+    line.replace(place, words.join(QStringLiteral(", ")));
+  }
+  return lines.join(u'\n');
 }
 
 class Manual {
@@ -128,11 +175,13 @@ class Manual {
     for (QTextBlock block = text_.begin(); block.isValid(); block = block.next()) {
       const int level = block.blockFormat().headingLevel();
       if (level == 0 || std::exchange(title, false)) continue;
-      out_ += level == 1 ? "\\pard\\plain\\sb40\\sa0\\f0\\fs19\\b "
-                         : "\\pard\\plain\\li400\\sa0\\f0\\fs17 ";
+      out_ += level == 1 ? "\\pard\\plain\\s6\\sb40\\sa0\\f0\\fs19\\b "
+                         : "\\pard\\plain\\s7\\li400\\sa0\\f0\\fs17 ";
       out_ += "\\tqr\\tx" + QByteArray::number(textWidth) + " ";
       out_ += "{\\field{\\*\\fldinst HYPERLINK \\\\l \"" + markOf(block) + "\"}{\\fldrslt " +
               escaped(block.text()) + "}}";
+      // The number is the word processor's to fill in. One that does not shows none, which is
+      // better than a wrong one.
       out_ +=
           "\\tab {\\field{\\*\\fldinst PAGEREF " + markOf(block) + " \\\\h}{\\fldrslt }}\\par\n";
     }
@@ -206,7 +255,8 @@ class Manual {
         out_ += "\\cellx" + QByteArray::number(right += column);
       }
       for (int column = 0; column < table.columns(); ++column) {
-        out_ += "\n\\pard\\plain\\intbl\\sb40\\sa40\\f0\\fs19";
+        // Room between the lines, too: AbiWord leaves none around the text of a cell.
+        out_ += "\n\\pard\\plain\\intbl\\sb20\\sa20\\sl264\\slmult0\\f0\\fs19";
         out_ += row == 0 ? "\\b " : " ";
         writeInline(table.cellAt(row, column).firstCursorPosition().block());
         out_ += "\\cell";
@@ -236,18 +286,23 @@ int main(int argc, char** argv) {
   qputenv("QT_QPA_PLATFORM", "offscreen");
   QGuiApplication application(argc, argv);
   const QStringList arguments = QGuiApplication::arguments();
-  if (arguments.size() != 4) {
-    std::fprintf(stderr, "usage: skyvault-manual TEXT FOLDER-OF-PICTURES DOCUMENT\n");
+  if (arguments.size() != 5) {
+    std::fprintf(stderr, "usage: skyvault-manual TEXT FOLDER-OF-PICTURES TRANSLATION DOCUMENT\n");
     return 2;
   }
   QFile source(arguments[1]);
-  QFile document(arguments[3]);
-  if (!source.open(QIODevice::ReadOnly)) {
-    std::fprintf(stderr, "%s cannot be read\n", qPrintable(arguments[1]));
-    return 1;
-  }
+  QFile translation(arguments[3]);
+  QFile document(arguments[4]);
+  for (QFile* file : {&source, &translation})
+    if (!file->open(QIODevice::ReadOnly)) {
+      std::fprintf(stderr, "%s cannot be read\n", qPrintable(file->fileName()));
+      return 1;
+    }
+  const auto markdown =
+      translatedRows(QString::fromUtf8(source.readAll()), translations(translation));
+  if (!markdown) return 1;
   QTextDocument text;
-  text.setMarkdown(QString::fromUtf8(source.readAll()),
+  text.setMarkdown(*markdown,
                    QTextDocument::MarkdownFeatures(QTextDocument::MarkdownDialectGitHub) |
                        QTextDocument::MarkdownNoHTML);
   const QByteArray written = Manual(text, arguments[2]).written();

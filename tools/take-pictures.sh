@@ -7,6 +7,7 @@ cd "$(dirname "$0")/.."
 
 # picture=stage. A picture that the text shows and that is missing here stops the manual's build.
 pictures=(
+  first-start=first-start
   aircraft=aircraft
   edit=edit
   panel=panel

@@ -23,7 +23,6 @@
 #include "platform/desktop/qt_clipboard.h"
 #include "platform/desktop/qt_pictures.h"
 #include "platform/desktop/system_clock.h"
-#include "platform/desktop/wine_simulator_finder.h"
 #include "platform/disk/drive_file_system.h"
 #include "platform/mail/curl_mail_engine.h"
 #include "platform/mail/curl_web.h"
@@ -54,12 +53,38 @@ class NoShell : public Shell {
   Outcome editText(std::string_view) override { return {}; }
 };
 
+// The made-up simulator, and none that this machine may have.
+class OneSimulator : public SimulatorFinder {
+ public:
+  explicit OneSimulator(std::string folder) : folder_(std::move(folder)) {}
+  std::vector<std::string> find() const override { return {folder_}; }
+
+ private:
+  const std::string folder_;
+};
+
 class Tour {
  public:
   Tour(const sample::SampleSimulator& sample, fs::path pictures)
       : sample_(sample), user_(std::move(pictures)) {}
 
+  // Before the start: it asks for the folders and goes on with them.
+  void expectFirstStart() {
+    user_.stage("The first start");
+    user_.expect("frmSettings", [this](QWidget&) {
+      require(User::text("txtFSRoot") == sample_.FSRoot, "the simulator is not found");
+      user_.pressIn("txtFSRoot", Qt::Key_Tab);
+      require(User::text("txtHangarDir") == sample_.HangarDir, "another Hangar is proposed");
+      require(User::text("txtPacksDir") == sample_.PacksDir, "another Packages folder is proposed");
+      user_.type("txtCentralPanel", sample_.PanelsDir);
+      user_.type("txtSceneryLib", sample_.SceneryLib);
+      user_.picture("first-start");
+      user_.click("btnOK");
+    });
+  }
+
   void take() {
+    user_.allAnswered();
     aircraftList();
     detailTabs();
     editAndRestore();
@@ -335,8 +360,10 @@ bool run(const sample::SampleSimulator& sample, const fs::path& config, const fs
   CurlMailSystem mail;
   KeychainSecrets secrets;
   CurlWeb web;
-  WineSimulatorFinder simulators{sample.drives.string()};
-  const Outcome stored = sample::writeSettings(settings, sample, versionText(), clock.now());
+  OneSimulator simulators{sample.FSRoot};
+  Outcome stored = sample::writeSettings(settings, sample, versionText(), clock.now());
+  for (const char* folder : {"FSRoot", "HangarDir", "PacksDir", "PanelsDir", "SceneryLib"})
+    if (stored.ok()) stored = settings.write("General", folder, "");
   require(stored.ok(), stored.description());
 
   ui::qt::QtWindowing windows(files, pictureReader);
@@ -365,9 +392,11 @@ bool run(const sample::SampleSimulator& sample, const fs::path& config, const fs
   windows.run([&] {
     try {
       windows.prepare(app.frmMain);
+      Tour tour(sample, pictures);
+      tour.expectFirstStart();
       Form_Load(app);
       User::settle();
-      Tour(sample, pictures).take();
+      tour.take();
       User::find("frmMain").close();
       User::settle();
       require(closed, "the window does not close");

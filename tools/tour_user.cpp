@@ -16,6 +16,7 @@
 #include <QTimer>
 #include <algorithm>
 #include <iostream>
+#include <utility>
 
 #include "ui/qt/picture_view.h"
 #include "ui/qt/status_view.h"
@@ -38,12 +39,12 @@ bool showsItsPicture(const QWidget* widget) {
   return !view || view->settled();
 }
 
-// Every window lies on the one that has opened it.
-int ownersOf(const QWidget* window) {
+// Every window lies on the one that has opened it, and the one in use on its siblings.
+std::pair<int, bool> heightOf(const QWidget* window) {
   int owners = 0;
   for (const QWidget* each = window->parentWidget(); each; each = each->parentWidget())
     owners += each->isWindow() ? 1 : 0;
-  return owners;
+  return {owners, window->isActiveWindow()};
 }
 
 std::string flat(QString text) {
@@ -92,7 +93,7 @@ void User::picture(const std::string& name) {
     area |= window->geometry();
     windows.append(window);
   }
-  std::ranges::stable_sort(windows, {}, ownersOf);
+  std::ranges::stable_sort(windows, {}, heightOf);
   require(!area.isEmpty(), "there is nothing to take a picture of");
   QPixmap sheet(area.size());
   sheet.fill(QColor(0x70, 0x78, 0x80));
