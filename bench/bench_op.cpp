@@ -137,7 +137,7 @@ class Operation {
     const std::string source = windowsPath(from), target = windowsPath(to);
     return seconds([&] {
       require(WalkTree(app(), source, target, WalkCopy, true).complete(), "not all copied");
-      require(app().step(app().files().flushDisk(target)), "not flushed");
+      require(app().files().flushDisk(target).ok(), "not flushed");
     });
   }
   double size(const std::string& folder) {
@@ -243,7 +243,7 @@ class Operation {
     return result;
   }
   double package(const std::string& folder, const std::string& archive) {
-    require(app().step(app().files().setCurrentFolder(windowsPath(folder))), "current folder");
+    require(app().files().setCurrentFolder(windowsPath(folder)).ok(), "current folder");
     const double result = seconds([&] {
       app().PackFileList.clear();
       WalkTree(app(), windowsPath(folder), "", WalkCollect, true).skipped();

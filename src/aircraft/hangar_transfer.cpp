@@ -176,7 +176,6 @@ void btnHangar_Click(App& app) {
   const int row = app.frmMain.lstAircraft.selected();
   if (row == 0) return;
   const LongOperation busy(app);
-  app.error.clear();
   HangarTransfer(app, row).run();
   app.frmMain.lblStatus.caption = "";
 }

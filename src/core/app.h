@@ -8,7 +8,6 @@
 #include <vector>
 
 #include "base/text.h"
-#include "core/error_state.h"
 #include "platform/platform.h"
 #include "ui/model/dialogs.h"
 #include "ui/model/frm_main.h"
@@ -53,7 +52,6 @@ struct App {
   Platform platform;
   ui::Windowing& windows;
   CodePage codePage;  // of stored files
-  ErrorState error;
 
   // Program-wide state. Paths end in a backslash.
   std::string AppDir;          // folder of the program file
@@ -130,9 +128,6 @@ struct App {
   ui::FrmIdentity frmIdentity;
 
   FileSystem& files() { return platform.files; }
-  // Runs on after a failed step, which stays noted as the current error. Answers whether it went
-  // well.
-  bool step(const Outcome& outcome) { return error.note(outcome); }
 };
 
 }  // namespace skv

@@ -32,12 +32,6 @@ const char* shellErrorText(int result) {
 
 }  // namespace
 
-bool ReportError(App& app) {
-  const Outcome error = app.error.current();
-  app.error.clear();
-  return ReportError(app, error);
-}
-
 bool ReportError(App& app, const Outcome& outcome) {
   if (outcome.ok()) return false;
   app.windows.messageBox(

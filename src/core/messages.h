@@ -1,4 +1,4 @@
-// Boxes that tell of failures: the one current error, a step that failed, the desktop's refusals.
+// Boxes that tell of failures: a step that failed, the desktop's refusals.
 #pragma once
 
 #include <string>
@@ -7,11 +7,8 @@
 
 namespace skv {
 
-// The checkpoint of an operation: shows a pending error in the "Error #" box, clears it and answers
-// true, which tells the caller to leave.
-bool ReportError(App& app);
-// The same box for an outcome that an operation keeps to itself; answers whether it was a failure.
-// What yields uses this one: the current error may be cleared by whatever runs meanwhile.
+// The checkpoint of an operation: shows a failure in the "Error #" box and answers true, which
+// tells the caller to leave.
 bool ReportError(App& app, const Outcome& outcome);
 
 // What could not be done, and on the line below it why.

@@ -69,8 +69,7 @@ enum class OnStop { end, goOn };
 // Walks `src` depth first, the files of a folder before its subfolders, in listing order. `src`
 // itself is neither made nor removed, and `dst` ("" but for WalkCopy and WalkMove) must exist.
 // Hidden and system entries are neither visited nor deleted. A file that cannot be worked on is
-// skipped; a `src` that is not there has nothing to do. Yields after every entry. The current error
-// is neither read nor changed.
+// skipped; a `src` that is not there has nothing to do. Yields after every entry.
 //
 // `overwrite` false keeps a target that is newer than its source, or of the same time and length,
 // for the files directly in `src`; in the folders below every target is replaced. Read by WalkCopy

@@ -87,7 +87,6 @@ bool Installation::run() {
     finish();
   else
     undo();
-  app_.error.clear();
   return installed;
 }
 

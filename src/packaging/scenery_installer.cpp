@@ -46,7 +46,6 @@ class Installation {
       finish();
     else
       undo();
-    app_.error.clear();
     return installed;
   }
 

@@ -210,7 +210,6 @@ void Form_Load(App& app) {
   }
   findSceneryPacksPath(app);
   moveOldLists(app);
-  app.error.clear();
   clearUnfinishedFolders(app);
   form.lblStatus.caption = "";  // nothing of that is left to do
   mnuViewFSAircraft_Click(app);
