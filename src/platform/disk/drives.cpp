@@ -53,12 +53,12 @@ char letterOfItsOwn(const std::string& folder) {
   namespace fs = std::filesystem;
   bool stands = false;
   char last = 0;
-  for (char drive = 'a'; drive <= 'z'; ++drive) {
+  for (char drive = 'z'; drive >= 'a'; --drive) {  // it is nearly always the first of them
     const fs::path link = folder + "/" + drive + ":";
     std::error_code error;
     if (fs::read_symlink(link, error).lexically_normal() == "/") return 0;
     if (fs::symlink_status(link, error).type() == fs::file_type::not_found)
-      last = drive;
+      last = std::max(last, drive);
     else
       stands = stands || fs::is_directory(link, error);
   }

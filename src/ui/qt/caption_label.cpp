@@ -31,11 +31,6 @@ void CaptionLabel::setCaption(const QString& caption, Colour colour) {
   update();
 }
 
-void CaptionLabel::makeHeading() {
-  heading_ = true;
-  setStrength();
-}
-
 // A heading on a ground of its own stands out by that, and the first window needs no second font.
 void CaptionLabel::setStrength() {
   const bool strong = heading_ && !grounded();

@@ -14,8 +14,9 @@ class CaptionLabel : public QLabel {
  public:
   explicit CaptionLabel(QWidget* parent = nullptr);
   void setCaption(const QString& caption, Colour colour = defaultColour);
-  // For the head of a frame: larger and stronger, but on a ground of its own.
-  void makeHeading();
+  // For the head of a frame: larger and stronger, but on a ground of its own. From the next caption
+  // on, which brings the ground or not: a font that is never shown is not to be loaded.
+  void makeHeading() { heading_ = true; }
   // With a ground of its own whatever lies below, for a text over a picture or a list.
   void makeNotice();
   // What it says is about a field: screen readers tell it there.

@@ -1,5 +1,6 @@
 #include "ui/qt/session_bus.h"
 
+#include <QDBusConnection>
 #include <QFileInfo>
 #include <QStandardPaths>
 
@@ -26,11 +27,13 @@ bool isSessionBusKnown() {
   return !runtime.isEmpty() && QFileInfo::exists(runtime + QStringLiteral("/bus"));
 }
 
-bool hideMissingBus() {
-  return qEnvironmentVariableIsEmpty(addressVariable) && !isSessionBusKnown() && !canBeLaunched() &&
-         qputenv(addressVariable, noBus);
+void spareSearchForSessionBus() {
+  if (!qEnvironmentVariableIsEmpty(addressVariable) || isSessionBusKnown() || canBeLaunched())
+    return;
+  // For the one look that Qt takes: what the program starts finds its environment as it was.
+  qputenv(addressVariable, noBus);
+  QDBusConnection::sessionBus();
+  qunsetenv(addressVariable);
 }
-
-void showMissingBus() { qunsetenv(addressVariable); }
 
 }  // namespace skv::ui::qt

@@ -7,11 +7,8 @@ namespace skv::ui::qt {
 bool isSessionBusKnown();
 
 // Where no bus can be, keeps libdbus from looking for one. It would do so by dbus-launch: a fork of
-// the whole program, for which the first window waits even on machines without such a command. Qt
-// asks for the bus once, for that window; after it the environment is to be as it was, for what the
-// program starts. Before the program's first thread, which may read it. Answers whether there is
-// something to undo.
-bool hideMissingBus();
-void showMissingBus();
+// the whole program, for which the first window waits even on machines without such a command. With
+// the application made, and before the program's first thread, which may read the environment.
+void spareSearchForSessionBus();
 
 }  // namespace skv::ui::qt

@@ -109,32 +109,29 @@ QColor mixed(const QColor& a, const QColor& b, float share) {
                           part(a.blueF(), b.blueF()));
 }
 
-// What the first window need not wait for. The windows' icon is drawn in many sizes.
-class FirstPaint : public QObject {
+// Gives the windows their icon when the first one is complete: it is drawn in many sizes, for which
+// that one would wait.
+class IconAfterwards : public QObject {
  public:
-  FirstPaint(QObject* parent, bool busHidden) : QObject(parent), busHidden_(busHidden) {}
+  using QObject::QObject;
 
  protected:
   bool eventFilter(QObject*, QEvent* event) override {
     if (event->type() != QEvent::Paint) return false;
     qApp->removeEventFilter(this);
     deleteLater();
-    if (busHidden_) showMissingBus();
     constexpr auto restOfTheWindow = std::chrono::milliseconds(100);  // more than it takes
     QTimer::singleShot(restOfTheWindow, qApp, [] {
       QApplication::setWindowIcon(drawnIcon(QStringLiteral("fsskyvault")));
     });
     return false;
   }
-
- private:
-  bool busHidden_;
 };
 
 }  // namespace
 
 void dress(QApplication& application) {
-  const bool busHidden = hideMissingBus();
+  spareSearchForSessionBus();
   // The search for the machine's fonts takes its time, and goes on beside what comes before the
   // first widget. Whoever needs a font waits for the end of it. Not before the application is made:
   // at that it is the X server that needs the other processor.
@@ -144,7 +141,7 @@ void dress(QApplication& application) {
   const DesktopScheme scheme = desktopScheme();
   const QPalette palette = scheme.highContrast ? strongPalette(desktop, scheme.dark)
                                                : paletteOf(scheme.dark ? darkTones : lightTones);
-  application.installEventFilter(new FirstPaint(&application, busHidden));
+  application.installEventFilter(new IconAfterwards(&application));
   application.setStyle(new FlatStyle);
   QApplication::setPalette(palette);
   QToolTip::setPalette(palette);
