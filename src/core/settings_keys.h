@@ -28,6 +28,8 @@ inline constexpr Setting PacksMoveFrom{general, "PacksMoveFrom"};
 inline constexpr Setting PanelsDir{general, "PanelsDir"};
 inline constexpr Setting SceneryLib{general, "SceneryLib"};
 inline constexpr Setting SceneryPacksPath{general, "SceneryPacksPath"};  // made by hand alone
+// The letter that was the program's own drive in the last run, "" for none.
+inline constexpr Setting OwnDrive{general, "OwnDrive"};
 inline constexpr Setting LastZIPDir{general, "LastZIPDir"};
 inline constexpr Setting AppVersion{general, "AppVersion"};  // that ran the settings dialog last
 inline constexpr Setting LastACSelected{general, "LastACSelected"};  // row of lstAircraft, from 1

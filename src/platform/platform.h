@@ -66,6 +66,8 @@ struct Environment {
   // Windows path of what an installation has apart from the program file, "" when it has not: the
   // specimen pictures, the manual. With trailing backslash.
   std::string dataFolder = {};
+  // The letter of the drive that only the program has, "" when Wine has one for the whole machine.
+  std::string ownDrive = {};
 };
 
 struct Platform {

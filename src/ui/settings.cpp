@@ -124,6 +124,7 @@ bool storeFolders(App& app) {
     values.push_back({key.section, key.key, value});
   };
   for (const FolderField& field : folderFields) put(field.key, (form.*field.box).text);
+  put(setting::OwnDrive, app.platform.environment.ownDrive);
   if (!equalsIgnoringCase(form.OldPacksDir, form.txtPacksDir.text.get()))
     put(setting::PacksMoveFrom, form.OldPacksDir);
   const Outcome stored = app.platform.settings.writeTogether(values);

@@ -1,10 +1,12 @@
 #include "ui/startup.h"
 
+#include <algorithm>
 #include <cstdio>
 
 #include "aircraft/aircraft_cfg.h"
 #include "aircraft/aircraft_views.h"
 #include "base/paths.h"
+#include "base/text.h"
 #include "core/disk_queries.h"
 #include "core/long_operation.h"
 #include "core/messages.h"
@@ -95,6 +97,35 @@ void askForSettings(App& app) {
   app.frmMain.visible = false;
   runSettings(app);
   app.frmMain.visible = false;
+}
+
+// Whether stored folders name a drive that was the program's own and is another one now, or none.
+bool ownDriveHasGone(const App& app) {
+  const std::string old = readSetting(app, setting::OwnDrive);
+  return !old.empty() && old != app.platform.environment.ownDrive &&
+         std::ranges::any_of(
+             std::initializer_list<const std::string*>{&app.FSRoot, &app.HangarDir, &app.PacksDir,
+                                                       &app.PanelsDir, &app.SceneryLib},
+             [&old](const std::string* folder) {
+               return equalsIgnoringCase(folder->substr(0, 2), old + ":");
+             });
+}
+
+// Before anything is done in those folders, which may be those of another disk. Asked at each start
+// until the user has confirmed them.
+void checkOwnDrive(App& app) {
+  const std::string& own = app.platform.environment.ownDrive;
+  if (ownDriveHasGone(app)) {
+    app.windows.messageBox(
+        {"Drive " + readSetting(app, setting::OwnDrive) +
+             ": was FS Skyvault's own name for the whole of this computer. The drives of Wine have "
+             "changed, and it is so no longer.\r\n\r\nFolders on it may be missing now, or be "
+             "those of another disk. Please look at them in the settings, which open now.",
+         ui::BoxIcon::exclamation});
+    askForSettings(app);
+  } else if (readSetting(app, setting::OwnDrive) != own) {
+    writeSetting(app, setting::OwnDrive, own).skipped();
+  }
 }
 
 void completeSettings(App& app) {
@@ -203,7 +234,8 @@ void Form_Load(App& app) {
 
   restoreLists(app);
   readSettings(app);
-  completeSettings(app);
+  checkOwnDrive(app);
+  if (!app.ending) completeSettings(app);
   if (app.ending) {
     app.windows.unload(app.frmSplash);
     return;

@@ -152,6 +152,29 @@ TEST_F(StartupTest, AFirstStartOffersTheSimulatorsThatAreThere) {
   EXPECT_EQ(settingsShown, 3);
 }
 
+// What was the whole computer may be a backup of it now, with all the same folders.
+TEST_F(StartupTest, ADriveThatIsNoLongerTheProgramsOwnIsAskedAbout) {
+  settings.values["General/OwnDrive"] = "C";
+  app.platform.environment.ownDrive = "Y";
+  atSettings([this] { app.frmSettings.closed(); });
+  Form_Load(app);
+  expectTold("Drive C: was FS Skyvault's own name for the whole of this computer.");
+  EXPECT_EQ(settings.values["General/OwnDrive"], "C") << "asked about again";
+
+  startAgain();
+  atSettings([this] { app.frmSettings.btnOK.click(); });
+  Form_Load(app);
+  expectTold("Drive C: ");
+  EXPECT_EQ(settings.values["General/OwnDrive"], "Y");
+  // One that no folder is on.
+  startAgain();
+  app.platform.environment.ownDrive = "";
+  Form_Load(app);
+  EXPECT_EQ(settings.values["General/OwnDrive"], "");
+  EXPECT_EQ(settingsShown, 2);
+  EXPECT_TRUE(windows.boxes.empty());
+}
+
 TEST_F(StartupTest, NothingIsMadeWhereTheSimulatorsDiskIsAway) {
   ASSERT_TRUE(disk.makeFolder("C:\\mnt").ok());
   for (const std::string away : {"C:\\mnt\\FS\\", "C:\\Gone\\FS\\"}) {

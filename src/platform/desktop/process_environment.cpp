@@ -2,6 +2,7 @@
 
 #include <filesystem>
 
+#include "base/text.h"
 #include "platform/disk/user_folders.h"
 
 namespace skv {
@@ -26,11 +27,12 @@ std::string dataFolder(const FileSystem& files) {
 
 }  // namespace
 
-Environment processEnvironment(const FileSystem& files) {
+Environment processEnvironment(const DriveFileSystem& files) {
   Environment environment;
   environment.programFolder = files.windowsPath(programFolder().string());
   environment.dataFolder = dataFolder(files);
   environment.home = files.windowsPath(homeFolder());
+  if (const char own = files.ownDrive(); own != 0) environment.ownDrive = upper({&own, 1});
   environment.TEMP = environmentValue("TEMP");
   if (environment.TEMP.starts_with('/')) environment.TEMP = files.windowsPath(environment.TEMP);
   if (environment.TEMP.empty() && makePrivateFolder(cacheFolder()))

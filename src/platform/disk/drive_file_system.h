@@ -34,6 +34,8 @@ class DriveFileSystem : public FileSystem {
   // The native folder of drive links, as findDrivesFolder (drives.h) gives it. The current
   // folder is C:\ at first.
   explicit DriveFileSystem(std::string driveFolder);
+  // The letter of the drive that only the program has, in lower case; 0 when it has none.
+  char ownDrive() const { return paths_.drives().own(); }
 
   Result<Attributes> attributes(std::string_view path) const override;
   Outcome setAttributes(std::string_view path, Attributes attributes) override;

@@ -56,7 +56,8 @@ char letterOfItsOwn(const std::string& folder) {
   for (char drive = 'z'; drive >= 'a'; --drive) {  // it is nearly always the first of them
     const fs::path link = folder + "/" + drive + ":";
     std::error_code error;
-    if (fs::read_symlink(link, error).lexically_normal() == "/") return 0;
+    const fs::path target = fs::read_symlink(link, error);
+    if (!error && (fs::path(folder) / target).lexically_normal() == "/") return 0;
     if (fs::symlink_status(link, error).type() == fs::file_type::not_found)
       last = std::max(last, drive);
     else

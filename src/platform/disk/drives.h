@@ -22,6 +22,8 @@ class Drives {
   std::string root(char drive) const { return drive == own_ ? "/" : folder_ + "/" + drive + ":/"; }
   // The same with all links resolved; "" when there is no such drive.
   std::string realRoot(char drive) const;
+  // The letter of the program's own drive, in lower case; 0 when it has none.
+  char own() const { return own_; }
   // The Windows path of a native one, by the drive that reaches it with the fewest elements, the
   // first of equals; "" when no drive reaches it.
   std::string windowsPath(std::string_view native) const;
