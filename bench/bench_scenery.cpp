@@ -39,7 +39,7 @@ constexpr int turns = 15;
 // Both sides take turns in one process: what one of them has freed is put in order before the
 // other's time begins, and not within it, which a large block does.
 void tidyHeap() {
-  constexpr std::size_t large = 64 * 1024;
+  constexpr std::size_t large = std::size_t{64} * 1024;
   void* volatile block = std::malloc(large);
   std::free(block);
 }

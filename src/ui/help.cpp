@@ -22,7 +22,7 @@ constexpr const char* mailEngineSite = "https://curl.se/libcurl/";
 // Text of a server, for a box: UTF-8 already, or in the page of the old servers. What answers in
 // the server's place may send a whole page.
 std::string shownText(const App& app, std::string_view bytes) {
-  const std::string text = isUtf8(bytes) ? std::string(bytes) : app.codePage.decode(bytes);
+  std::string text = isUtf8(bytes) ? std::string(bytes) : app.codePage.decode(bytes);
   if (text.size() <= longestShown) return text;
   std::string shown;
   for (const std::string& character : characters(text.substr(0, longestShown))) {

@@ -57,8 +57,8 @@ void ListTree::showPlaces(const PlaceSet& set) {
   tellRows([this, &set](int row) { return set.words(list_.smallIcon(row)); });
 }
 
-// Their height is asked for when the list is about to be seen: the first question for a font waits
-// until all of them have been looked through.
+// The rows' height is asked for when the list is about to be seen: the first question for a font
+// waits until all of them have been looked through.
 bool ListTree::event(QEvent* event) {
   const bool handled = QTreeView::event(event);
   if (event->type() == QEvent::Polish) {
