@@ -132,13 +132,13 @@ class IconAfterwards : public QObject {
 
 void dress(QApplication& application) {
   spareSearchForSessionBus();
-  // The search for the machine's fonts takes its time, and goes on beside what comes before the
-  // first widget. Whoever needs a font waits for the end of it. Not before the application is made:
-  // at that it is the X server that needs the other processor.
-  QThreadPool::globalInstance()->start([] { QFontDatabase::families(); });
   loadDrawings();
   const QPalette desktop = QApplication::palette();
   const DesktopScheme scheme = desktopScheme();
+  // The search for the machine's fonts takes its time, and goes on beside what comes before the
+  // first widget. Whoever needs a font waits for the end of it. Not before the application is made
+  // and the desktop has been asked: at that it is they who need the other processor.
+  QThreadPool::globalInstance()->start([] { QFontDatabase::families(); });
   const QPalette palette = scheme.highContrast ? strongPalette(desktop, scheme.dark)
                                                : paletteOf(scheme.dark ? darkTones : lightTones);
   application.installEventFilter(new IconAfterwards(&application));
