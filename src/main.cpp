@@ -109,9 +109,9 @@ int main(int argc, char** argv) {
   QObject::connect(&endWished, &QSocketNotifier::activated, [&] {
     if (!app.frmMain.visible) skv::EndSignals::obey();
     endWished.setEnabled(false);
-    const bool may = closed();
+    if (closed()) return;  // a second signal ends what its end would take too long for
     endSignals.answer();
-    endWished.setEnabled(!may);
+    endWished.setEnabled(true);
   });
   windows.prepare(app.frmMain);
   windows.run([&] {

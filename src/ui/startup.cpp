@@ -111,8 +111,8 @@ bool ownDriveHasGone(const App& app) {
              });
 }
 
-// Before anything is done in those folders, which may be those of another disk. Asked at each start
-// until the user has confirmed them.
+// Before anything is done in those folders, which may be those of another disk: without the user's
+// OK nothing is.
 void checkOwnDrive(App& app) {
   const std::string& own = app.platform.environment.ownDrive;
   if (ownDriveHasGone(app)) {
@@ -120,9 +120,11 @@ void checkOwnDrive(App& app) {
         {"Drive " + readSetting(app, setting::OwnDrive) +
              ": was FS Skyvault's own name for the whole of this computer. The drives of Wine have "
              "changed, and it is so no longer.\r\n\r\nFolders on it may be missing now, or be "
-             "those of another disk. Please look at them in the settings, which open now.",
+             "those of another disk. Please look at them in the settings, which open now. Without "
+             "your OK there, FS Skyvault ends.",
          ui::BoxIcon::exclamation});
     askForSettings(app);
+    if (readSetting(app, setting::OwnDrive) != own) app.ending = true;
   } else if (readSetting(app, setting::OwnDrive) != own) {
     writeSetting(app, setting::OwnDrive, own).skipped();
   }

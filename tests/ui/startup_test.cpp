@@ -159,12 +159,14 @@ TEST_F(StartupTest, ADriveThatIsNoLongerTheProgramsOwnIsAskedAbout) {
   atSettings([this] { app.frmSettings.closed(); });
   Form_Load(app);
   expectTold("Drive C: was FS Skyvault's own name for the whole of this computer.");
-  EXPECT_EQ(settings.values["General/OwnDrive"], "C") << "asked about again";
+  EXPECT_TRUE(app.ending) << "nothing is done there without a word of the user's";
+  EXPECT_EQ(settings.values["General/OwnDrive"], "C");
 
   startAgain();
   atSettings([this] { app.frmSettings.btnOK.click(); });
   Form_Load(app);
   expectTold("Drive C: ");
+  EXPECT_FALSE(app.ending);
   EXPECT_EQ(settings.values["General/OwnDrive"], "Y");
   // One that no folder is on.
   startAgain();

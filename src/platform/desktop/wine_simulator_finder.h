@@ -1,9 +1,11 @@
 // Finds the simulator on the program's own drives and in the user's Wine prefixes.
 #pragma once
 
-#include "platform/simulator_finder.h"
-
+#include <string>
 #include <utility>
+#include <vector>
+
+#include "platform/simulator_finder.h"
 
 namespace skv {
 
