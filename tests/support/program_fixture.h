@@ -8,6 +8,7 @@
 #include "platform/desktop/qt_pictures.h"
 #include "platform/zip/libzip_zipit.h"
 #include "support/disk_fixture.h"
+#include "support/metafile_program.h"
 #include "support/scripted_desktop.h"
 #include "support/scripted_mail.h"
 #include "support/scripted_windows.h"
@@ -101,7 +102,7 @@ class ProgramWith : public DiskTest {
   FixedClock clock;
   RecordingShell shell;
   LibzipEngine zip{CodePage(1252)};
-  QtPictureReader pictures{files, METAFILE_PROGRAM};
+  QtPictureReader pictures{files, metafileProgram()};
   ScriptedClipboard clipboard;
   ScriptedScreen screen;
   ScriptedMail mail;

@@ -7,6 +7,7 @@
 
 #include "platform/desktop/qt_pictures.h"
 #include "support/disk_fixture.h"
+#include "support/metafile_program.h"
 #include "support/zip_maker.h"
 
 namespace skv::test {
@@ -89,7 +90,7 @@ class PictureReaderTest : public DiskTest {
     return at[2] << 16 | at[1] << 8 | at[0];
   }
 
-  QtPictureReader reader{files, METAFILE_PROGRAM};
+  QtPictureReader reader{files, metafileProgram()};
 };
 
 TEST_F(PictureReaderTest, ReadsByContentUprightAndOnWhite) {
