@@ -1085,5 +1085,33 @@ Datei, Package/ZIP installieren bringt eines aus einer ZIP-Datei in den Hangar.<
         <source>%1 %</source>
         <translation>%1 %</translation>
     </message>
+    <message>
+        <source>Show what was left over</source>
+        <translation>Übriges zeigen</translation>
+    </message>
+    <message>
+        <source>Install</source>
+        <translation>Installieren</translation>
+    </message>
+    <message>
+        <source>Skip</source>
+        <translation>Überspringen</translation>
+    </message>
+    <message>
+        <source>Make it anew</source>
+        <translation>Neu machen</translation>
+    </message>
+    <message>
+        <source>Send it as it is</source>
+        <translation>So senden</translation>
+    </message>
+    <message>
+        <source>Uncompress it again</source>
+        <translation>Wieder entpacken</translation>
+    </message>
+    <message>
+        <source>Leave it compressed</source>
+        <translation>Gepackt lassen</translation>
+    </message>
 </context>
 </TS>

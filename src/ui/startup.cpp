@@ -14,6 +14,7 @@
 #include "core/staged_folder.h"
 #include "core/stores.h"
 #include "core/working_folder.h"
+#include "packaging/left_over.h"
 #include "scenery/scenery_view.h"
 #include "ui/dialogs/dir_select.h"
 #include "ui/help.h"
@@ -245,6 +246,7 @@ void Form_Load(App& app) {
   findSceneryPacksPath(app);
   moveOldLists(app);
   clearUnfinishedFolders(app);
+  clearLeftOver(app);
   form.lblStatus.caption = "";  // nothing of that is left to do
   mnuViewFSAircraft_Click(app);
   restoreOrder(app);
