@@ -303,7 +303,8 @@ TEST_F(DriveContentTest, AHiddenNameServesWhereFilesNeedOne) {
 }
 
 TEST_F(DriveContentTest, WhatAKilledRunHasLeftGoesAtTheNextStartAndNothingElse) {
-  const std::string notes = onMachine("notes/unfinished"), other = "C:\\d\\.skv-0123456789abcdef.tmp";
+  const std::string notes = onMachine("notes/unfinished"),
+                    other = "C:\\d\\.skv-0123456789abcdef.tmp";
   drive.write("C:\\d\\old", "old");
   drive.write(other, "of another run");
   const auto killed = [&](const std::function<void()>& work) {
