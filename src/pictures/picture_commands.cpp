@@ -54,10 +54,13 @@ void fillAgain(App& app) {
   ui::raise(versions.click);
 }
 
-// Whether the picture that is there may go: one of the user's own is asked about.
+// Whether the picture that is there may go: one of the user's own is asked about. What cannot be
+// written is told of by whoever tries.
 bool mayReplace(App& app, const ui::Image& image) {
   const auto file = PicFile(app, image);
-  if (!file.ok() || presenceOf(app.files(), file.value()) == Presence::absent) return true;
+  if (!file.ok() || !picFileMayChange(app, image).ok() ||
+      presenceOf(app.files(), file.value()) == Presence::absent)
+    return true;
   const bool shared =
       &image == &app.frmMain.imgPanel && !isOrHolds(app.infoSource.folder, app.PanelPicDir);
   return app.windows.messageBox(

@@ -25,10 +25,10 @@ TEST_F(PictureTest, APictureFromTheClipboardBelongsToTheImageOfTheLastRightClick
   windows.answers = {Answer::no, Answer::yes};
   ui::raise(form.mnuPicClip.click);  // by its shortcut: the panel is on a tab that does not show
   EXPECT_EQ(sizeOf(own), "40x30") << "the user's own picture stays until a Yes";
+  EXPECT_EQ(windows.boxes.back().defaultButton, ui::DefaultButton::no);
+  expectTold("Replace your picture \"" + own);
   ui::raise(form.mnuPicClip.click);
   EXPECT_EQ(sizeOf(own), "50x30");
-  expectTold("Replace your picture \"" + own);
-  EXPECT_EQ(windows.boxes.back().defaultButton, ui::DefaultButton::no);
   ui::raise(form.tabAddon.click, 1);
   ui::raise(form.imgPanel.mouseDown, ui::MouseButton::right);
   ui::raise(form.mnuPic.closed);

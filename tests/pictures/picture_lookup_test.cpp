@@ -86,6 +86,7 @@ TEST_F(PictureTest, TheViewerShowsWhatTheImageShows) {
   click(form.imgAircraft);
   EXPECT_EQ(opened, 0);
   EXPECT_TRUE(holds(form.lblStatus.notice, "cannot be shown"));
+  windows.answers = {ui::Answer::yes};
   paste(form.imgAircraft);
   EXPECT_FALSE(form.imgAircraft.pixels.get());
   click(form.imgAircraft);

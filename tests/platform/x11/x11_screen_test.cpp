@@ -218,6 +218,7 @@ TEST_F(X11ScreenTest, TakesAWindowOfADesktopInAWindow) {
     xcb_change_property(desk->get(), XCB_PROP_MODE_REPLACE, window, XCB_ATOM_WM_NAME,
                         XCB_ATOM_STRING, 8, static_cast<std::uint32_t>(std::strlen(name)), name);
     xcb_map_window(desk->get(), window);
+    EXPECT_TRUE(comes([&] { return desk->isViewable(window); }));
   };
   inside(title, 30, 100, green);
   inside("on top of it", 0, 300, red);
