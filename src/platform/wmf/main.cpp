@@ -54,20 +54,16 @@ void measure(skv::Metafile& metafile, const wmfD_Rect& drawn, int longestSide) {
   metafile.height = std::max(1, static_cast<int>(height * scale));
 }
 
-// What draws, for a metafile with fonts and without text: those are not looked for.
-void drawWithoutLetters(wmfAPI* api) {
-  wmf_gd_function(api);
-  static_cast<wmfFontData*>(api->font_data)->map = [](wmfAPI*, wmfFont*) {};
-}
-
 // As pixels of red, green, blue behind their header; "" when it cannot be drawn.
 std::string draw(skv::Metafile metafile, int longestSide, bool letters) {
   wmfAPI* api = nullptr;
   wmfAPI_Options options{};
-  options.function = letters ? wmf_gd_function : drawWithoutLetters;
+  options.function = wmf_gd_function;
   if (wmf_api_create(&api, WMF_OPT_FUNCTION | WMF_OPT_NO_ERROR | WMF_OPT_IGNORE_NONFATAL,
                      &options) != wmf_E_None)
     return {};
+  // A metafile without text may have fonts still, which are not looked for.
+  if (!letters) static_cast<wmfFontData*>(api->font_data)->map = [](wmfAPI*, wmfFont*) {};
   auto* const canvas = WMF_GD_GetData(api);
   if (wmf_mem_open(api, metafile.bytes.data(), static_cast<long>(metafile.bytes.size())) !=
           wmf_E_None ||
