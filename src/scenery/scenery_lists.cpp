@@ -55,6 +55,7 @@ void fillFromCache(App& app, const SceneryCache& cache, const FileState& file) {
   }
   app.sceneryDatabase.read = true;
   app.sceneryDatabase.was = file;
+  findUnreachedAreas(app);
 }
 
 }  // namespace
@@ -63,6 +64,7 @@ void LoadSceneryList(App& app) {
   auto& list = app.frmMain.lstScenery;
   const std::string database = app.FSRoot + sceneryCfgFile;
   list.clear();
+  showNoScenery(app);
   // An older load, which this one ends, may have hidden the list.
   list.visible = true;
   app.frmMain.lblListLoading.visible = false;
