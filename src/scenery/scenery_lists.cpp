@@ -112,11 +112,16 @@ void LoadSceneryLibList(App& app) {
       tellListFailure(app, "read", file, bytes.outcome());
     return;
   }
+  for (const SceneryRow& row : parseSceneryLibrary(bytes.value(), app.codePage)) addRow(list, row);
+  showLibraryPlaces(app);
+}
+
+void showLibraryPlaces(App& app) {
+  auto& list = app.frmMain.lstInactScenery;
   SceneryPlaces places(app);
-  for (const SceneryRow& row : parseSceneryLibrary(bytes.value(), app.codePage)) {
-    const int added = addRow(list, row);
-    if (!row.Folder.empty()) list.setSmallIcon(added, places.icon(row.Folder));
-  }
+  for (int row = 1; row <= list.count(); ++row)
+    if (const std::string& Folder = list.subItem(row, sceneryColumn::Folder); !Folder.empty())
+      list.setSmallIcon(row, places.icon(Folder));
 }
 
 bool SaveSceneryLibList(App& app) {

@@ -5,7 +5,7 @@
 #include "core/stores.h"
 #include "core/view.h"
 #include "scenery/scenery_database.h"
-#include "scenery/scenery_library.h"
+#include "scenery/scenery_import.h"
 #include "scenery/scenery_lists.h"
 #include "scenery/scenery_order.h"
 #include "scenery/scenery_row.h"

@@ -17,6 +17,8 @@
 #include "pictures/picture_commands.h"
 #include "pictures/picture_viewer.h"
 #include "scenery/scenery_database.h"
+#include "scenery/scenery_deletion.h"
+#include "scenery/scenery_import.h"
 #include "scenery/scenery_library.h"
 #include "scenery/scenery_menu.h"
 #include "scenery/scenery_options.h"
