@@ -39,6 +39,7 @@ constexpr const char* withValues[] = {
     "Aircraft: %1",
     "Scenery: %1",
     "%1 aircraft stands in %2 and is not listed yet.",
+    "At least %1 aircraft stand in %2 and are not listed yet.",
     "%1 aircraft stand in %2 and are not listed yet.",
     "This cannot be stored. The simulator's files have no \"%1\".",
     "File, Import, %1 lists what is there.",
