@@ -8,6 +8,7 @@
 #include <QPlainTextEdit>
 #include <QRegularExpression>
 #include <QScreen>
+#include <QPushButton>
 #include <algorithm>
 
 #include "ui/qt/icons.h"
