@@ -36,11 +36,12 @@ void AddonRoad::assignAndReset() {
   selectAircraft("Corvane C-410 Swiftlet");
   user_.clickTab("tabAddon", "Panel");
   user_.clickRow("lstPanel", User::rowOf("lstPanel", "Halden H2 Trainer"));
+  user_.expectBox("The panel of this variation is used by:", "Yes");
   user_.click("btnAssignPN");
+  user_.allAnswered();
   require(sample::readFile(folder / "panel.cfg") == "[fltsim]\r\nalias=halden_h2\\panel\r\n",
           "panel.cfg is " + sample::readFile(folder / "panel.cfg"));
   require(sample::readFile(folder / "panel.preSKV.cfg") == own, "no true backup");
-  selectAircraft("Corvane C-410 Swiftlet");
   require(User::text("lblPNStatus") == "Alias: halden_h2\\panel",
           "the status is " + User::text("lblPNStatus"));
   user_.picture("panel-assigned");

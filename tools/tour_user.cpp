@@ -324,7 +324,7 @@ void User::expect(const std::string& window, std::function<void(QWidget&)> answe
 void User::expectBox(const std::string& text, const std::string& button) {
   expect("messageBox", [this, text, button](QWidget& window) {
     auto& box = dynamic_cast<QMessageBox&>(window);
-    require(flat(box.text()) == text, "the box says: " + flat(box.text()));
+    require(flat(box.text()).starts_with(text), "the box says: " + flat(box.text()));
     picture("box");
     pressButton(window, button);
   });

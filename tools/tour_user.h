@@ -85,7 +85,7 @@ class User {
   // answered by `answer`, while the operation that opened it waits. A box that nobody expects makes
   // the tour go wrong. In the order in which they are expected.
   void expect(const std::string& window, std::function<void(QWidget& window)> answer);
-  // A message box: its text, and the button that is pressed ("OK", "Yes", "No").
+  // A message box: how its text begins, and the button that is pressed ("OK", "Yes", "No").
   void expectBox(const std::string& text, const std::string& button);
   static void pressButton(QWidget& box, const std::string& button);
   // Throws when an expected window did not come, or an answer went wrong.

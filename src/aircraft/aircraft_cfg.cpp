@@ -330,7 +330,7 @@ void btnACRestoreOriginal_Click(App& app) {
   constexpr const char* title = "Reset original Aircraft";
   const std::string folder = selectedAircraftFolder(app);
   if (folder.empty()) return;
-  std::string question = "Are you sure to reset Aircraft.cfg to original?";
+  std::string question = "Are you sure to reset Aircraft.cfg to original?\r" + folder + aircraftCfg;
   if (isEdited(app)) question += "\rWhat was changed in the boxes and is not saved goes, too.";
   if (app.windows.messageBox({question, ui::BoxIcon::warning, ui::BoxButtons::yesNo, title}) !=
       ui::Answer::yes)
@@ -344,6 +344,8 @@ void btnACRestoreOriginal_Click(App& app) {
   showAircraft(app, app.frmMain.lstACVersions.selected());
   app.windows.messageBox(
       {"Aircraft reset to original version!", ui::BoxIcon::information, ui::BoxButtons::ok, title});
+  // A disabled button hands the focus to whatever comes next.
+  if (!app.frmMain.btnACRestoreOriginal.enabled) app.windows.setFocus(app.frmMain.lstACVersions);
 }
 
 void mnuViewACCfgAC_Click(App& app) {

@@ -66,7 +66,9 @@ void remove(App& app, const AddonKind& kind) {
   auto& list = app.frmMain.*kind.list;
   if (list.selected() == 0) return;
   const auto id = list.id(list.selected());
-  if (app.windows.messageBox({kind.words.deleteQuestion, ui::BoxIcon::warning,
+  const std::string named =
+      "\r\"" + list.text(list.selected()) + "\", " + list.subItem(list.selected(), 1);
+  if (app.windows.messageBox({kind.words.deleteQuestion + named, ui::BoxIcon::warning,
                               ui::BoxButtons::yesNo, kind.words.deleteTitle}) != ui::Answer::yes)
     return;
   const int row = list.rowOf(id);
@@ -172,7 +174,8 @@ void restore(App& app, const AddonKind& kind) {
     button.enabled = false;
     return;
   }
-  if (app.windows.messageBox({kind.words.resetQuestion, ui::BoxIcon::warning, ui::BoxButtons::yesNo,
+  if (app.windows.messageBox({kind.words.resetQuestion + ("\r" + own + kind.file),
+                              ui::BoxIcon::warning, ui::BoxButtons::yesNo,
                               kind.words.resetTitle}) != ui::Answer::yes)
     return;
   Outcome restored = mayBeFilled(app, {own, app.infoSource.folder});
@@ -184,6 +187,8 @@ void restore(App& app, const AddonKind& kind) {
   showAliasState(app, kind);
   app.windows.messageBox(
       {kind.words.resetDone, ui::BoxIcon::information, ui::BoxButtons::ok, kind.words.resetTitle});
+  // A disabled button hands the focus to whatever comes next.
+  if (!button.enabled) app.windows.setFocus(app.frmMain.*kind.list);
 }
 
 // Whether the two folders may be brought into line, and stand then.

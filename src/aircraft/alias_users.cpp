@@ -43,21 +43,28 @@ Result<std::vector<Aircraft>> allAircraft(App& app) {
 
 }  // namespace
 
-std::vector<Alias> aliasesOf(App& app, const std::string& folder) {
+Result<std::vector<Alias>> aliasesOf(App& app, const std::string& folder) {
   std::vector<Alias> aliases;
+  Outcome unknown;
+  const auto fails = [&unknown](const Outcome& read) {
+    if (!read.ok() && presenceBy(read) == Presence::unknown && unknown.ok()) unknown = read;
+    return !read.ok();
+  };
   ProfileReader reader(app.files(), app.codePage);
   const auto look = [&](const std::string& where, const AddonKind& kind) {
     const std::string target = reader.read(where + kind.file, "fltsim", "alias");
-    if (!target.empty()) aliases.push_back({where, withoutBackslash(target), &kind});
+    if (!fails(reader.outcome(where + kind.file)) && !target.empty())
+      aliases.push_back({where, withoutBackslash(target), &kind});
   };
   const std::array kinds{&panelKind, &soundKind};
   for (const AddonKind* kind : kinds) look(folder, *kind);
   const auto listing = app.files().list(folder, FileSystem::Entries::named);
-  if (!listing.ok()) return aliases;
-  for (const FolderEntry& entry : listing.value())
-    for (const AddonKind* kind : kinds)
-      if (entry.folder && lowerAscii(entry.name).starts_with(kind->part))
-        look(folder + entry.name + "\\", *kind);
+  if (!fails(listing.outcome()))
+    for (const FolderEntry& entry : listing.value())
+      for (const AddonKind* kind : kinds)
+        if (entry.folder && lowerAscii(entry.name).starts_with(kind->part))
+          look(folder + entry.name + "\\", *kind);
+  if (!unknown.ok()) return unknown;
   return aliases;
 }
 
@@ -71,10 +78,13 @@ std::string aliasUsersNote(App& app, const std::string& folder, const std::strin
   if (!aircraft.ok()) return heading + "\rThat cannot be told. " + aircraft.outcome().description();
   std::vector<std::string> users;
   for (const Aircraft& each : aircraft.value()) {
-    if (std::ranges::any_of(aliasesOf(app, each.folder), [&](const Alias& alias) {
-          return upper(withBackslash(alias.target)).starts_with(place) &&
-                 !isOrHolds(folder, alias.folder);
-        }))
+    const auto aliases = aliasesOf(app, each.folder);
+    if (!aliases.ok())
+      users.push_back(each.name + " (cannot be told: " + aliases.outcome().description() + ")");
+    else if (std::ranges::any_of(aliases.value(), [&](const Alias& alias) {
+               return upper(withBackslash(alias.target)).starts_with(place) &&
+                      !isOrHolds(folder, alias.folder);
+             }))
       users.push_back(each.name);
     app.windows.yield();
   }

@@ -16,8 +16,8 @@ struct Alias {
 };
 
 // Those in an aircraft's folder and its folders of panels and sounds. `folder` ends in a backslash.
-// What cannot be read has none.
-std::vector<Alias> aliasesOf(App& app, const std::string& folder);
+// Fails where one cannot be read.
+Result<std::vector<Alias>> aliasesOf(App& app, const std::string& folder);
 
 // A paragraph that names whose aliases lead into `folder`, an aircraft's or one of its parts, from
 // outside it: `who`, the names, or that it cannot be told; "" for nobody. All folders of the

@@ -162,13 +162,19 @@ class HangarTransfer {
   // Asks about each aircraft whose panel or sound this one uses, and that the simulator lacks.
   bool aliasesAreAgreed(const std::string& folder) {
     std::unordered_set<std::string> asked{upper(FolderName_)};
-    for (const Alias& alias : aliasesOf(app_, withBackslash(folder))) {
+    const auto aliases = aliasesOf(app_, withBackslash(folder));
+    if (!succeeds(aliases.outcome())) return false;
+    for (const Alias& alias : aliases.value()) {
       const std::string name = split(alias.target, '\\')[0];
-      if (!isElementName(name) || !asked.insert(upper(name)).second ||
-          presenceOf(files_, aircraftRootOf(FSRoot_) + name) != Presence::absent)
-        continue;
-      const bool stands = PathExists(files_, app_.PacksDir + name + packageEnd) ||
-                          PathExists(files_, aircraftRootOf(HangarDir_) + name + "\\aircraft.cfg");
+      if (!isElementName(name) || !asked.insert(upper(name)).second) continue;
+      const auto there = files_.attributes(aircraftRootOf(FSRoot_) + name);
+      if (there.ok()) continue;
+      if (presenceBy(there.outcome()) == Presence::unknown) return succeeds(there.outcome());
+      const auto mayStand = [&](const std::string& path) {
+        return presenceOf(files_, path) != Presence::absent;
+      };
+      const bool stands = mayStand(app_.PacksDir + name + packageEnd) ||
+                          mayStand(aircraftRootOf(HangarDir_) + name + "\\aircraft.cfg");
       const std::string lacks = "\"" + Name_ + "\" uses the " + alias.kind->part + " of \"" + name +
                                 "\", which the simulator does not have.";
       const char* const elsewhere =

@@ -324,11 +324,14 @@ std::string CodePage::lacking(std::string_view text) const {
     nextUtf8(text, i);
     const auto length = static_cast<std::size_t>(i) - start;
     const std::string_view character = text.substr(start, length);
-    // A lead byte alone would become one character with what follows it.
-    int32_t next = i;
-    if (i < static_cast<int32_t>(text.size())) nextUtf8(text, next);
-    const auto both = text.substr(start, static_cast<std::size_t>(next) - start);
-    const bool kept = holds(character) && (holds(both) || !holds(both.substr(length)));
+    bool kept = holds(character);
+    if (kept && !tables_->pairs.empty() && i < static_cast<int32_t>(text.size())) {
+      // A lead byte alone would become one character with what follows it.
+      int32_t next = i;
+      nextUtf8(text, next);
+      const auto both = text.substr(start, static_cast<std::size_t>(next) - start);
+      kept = holds(both) || !holds(both.substr(length));
+    }
     if (!kept && seen.insert(character).second) missing += character;
   }
   return missing;

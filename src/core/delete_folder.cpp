@@ -23,8 +23,9 @@ std::string setAside(App& app, const std::string& path, const std::string& root)
 // Speaks of the folder by the name that users know.
 void useOwnName(WalkReport& report, const std::string& aside, const std::string& path) {
   const auto renamed = [&](std::string text) {
-    for (auto at = text.find(aside); at != std::string::npos; at = text.find(aside, at))
-      text.replace(at, aside.size(), path), at += path.size();
+    for (auto at = text.find(aside); at != std::string::npos;
+         at = text.find(aside, at + path.size()))
+      text.replace(at, aside.size(), path);
     return text;
   };
   report.where = renamed(report.where);

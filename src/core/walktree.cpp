@@ -377,7 +377,11 @@ class Walk {
     return hit_ || report_.stopped;
   }
 
-  void showFolder(const std::string& src) { app_.frmMain.lblStatus.caption = walkStatus + src; }
+  void showFolder(const std::string& src) {
+    // A name of the program's own tells nobody anything.
+    const bool ours = rules_.code == WalkDelete && src.find(StagedFolder::name) != src.npos;
+    app_.frmMain.lblStatus.caption = ours ? "Deleting files..." : walkStatus + src;
+  }
 
   App& app_;
   FileSystem& files_;

@@ -152,10 +152,17 @@ TEST_F(AliasCommandsTest, OneOfTheTwoFilesAlwaysStands) {
             EXPECT_TRUE(drive.read(own) == real || drive.read(kept) == real);
             EXPECT_TRUE(drive.exists(own));
             EXPECT_TRUE(struck || (drive.read(own) == real) == restores);
-            if (restores) return;
-            assign(2);
-            EXPECT_EQ(drive.read(own), "[fltsim]\r\nalias=other\\panel.big\r\n");
-            EXPECT_EQ(drive.read(kept), real) << "the second try";
+            // The second try.
+            if (restores) {
+              windows.answers = {ui::Answer::yes};
+              click(form.btnPNRestoreOriginal);
+              EXPECT_EQ(drive.read(own), real);
+              EXPECT_FALSE(drive.exists(kept));
+            } else {
+              assign(2);
+              EXPECT_EQ(drive.read(own), "[fltsim]\r\nalias=other\\panel.big\r\n");
+              EXPECT_EQ(drive.read(kept), real);
+            }
           });
 }
 

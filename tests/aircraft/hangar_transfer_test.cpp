@@ -210,6 +210,10 @@ TEST_F(HangarTransferTest, TheAircraftThatAnAliasLeadsToIsOfferedToo) {
     press();
     return windows.boxes.size();
   };
+  files.failWhen("readFile", here + "h\\panel\\panel.cfg", err::deviceIo);
+  answers({yes});
+  expectTold("h was not copied to the simulator.\r\nDevice I/O error");
+  files.heal();
   EXPECT_EQ(answers({ui::Answer::cancel}), 1U);
   EXPECT_EQ(windows.boxes[0].text,
             "\"h\" uses the panel of \"lender\", which the simulator does not have.\r\r"
