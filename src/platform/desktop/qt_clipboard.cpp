@@ -20,7 +20,7 @@ constexpr const char* pictureTypes[] = {"image/png",  "image/bmp", "image/x-bmp"
                                         "image/tiff", "image/gif", "image/webp",  "image/jpeg"};
 // A program that does not answer is waited for by Qt, some seconds for each question. After this
 // time it is asked no other.
-constexpr qint64 patience = 4000;
+constexpr qint64 longestWait = 4000;
 
 Outcome tooLarge() { return Outcome::failure(err::invalidPicture, "more than 100 million pixels"); }
 
@@ -55,7 +55,7 @@ Result<QImage> offered(const QMimeData& data) {
   for (const char* type : pictureTypes)
     for (const QString& offer : offers) {
       if (offer.compare(QLatin1String(type), Qt::CaseInsensitive) != 0) continue;
-      if (waited.elapsed() > patience) return why;
+      if (waited.elapsed() > longestWait) return why;
       auto image = decoded(data.data(offer));
       if (image.ok()) return image;
       why = image.outcome();
