@@ -15,12 +15,12 @@ packages=(
   libgmime-3.0-dev libglib2.0-dev libxml2-dev   # mails, and those that are written in HTML
   libicu-dev                                    # letters, code pages
   libxcb1-dev libxcb-composite0-dev             # windows of other programs
-  libwmf-dev libseccomp-dev                     # metafiles, drawn in a process that may do little
+  libwmf-dev libexpat1-dev libseccomp-dev       # metafiles, drawn in a process that may do little
   libgtest-dev libbenchmark-dev                 # tests, measuring
   dovecot-pop3d python3-aiosmtpd openssl        # the mail servers of the tests
   xvfb xdotool fonts-dejavu-core                # the window without a screen
   openbox                                       # tests: windows as other programs have them
-  librsvg2-bin dpkg-dev                         # icons, the Debian package
+  librsvg2-bin dpkg-dev file                    # icons, the Debian package
   desktop-file-utils appstream                  # what a desktop is told, validated
   zip unzip libjpeg-turbo-progs                 # the programs that we measure ourselves beside
 )

@@ -9,7 +9,8 @@ tools/install-dependencies.sh
 cmake --preset release --fresh >/dev/null
 cmake --build --preset release --target fsskyvault skyvault-data -- --quiet
 rm -f build/release/fsskyvault_*.deb
-cpack --config build/release/CPackConfig.cmake >/dev/null
+# Its progress is silent, its errors are not.
+said=$(cpack --config build/release/CPackConfig.cmake 2>&1) || { echo "$said" >&2; exit 1; }
 package=$(ls build/release/fsskyvault_*.deb)
 # Debian's own check, where it is installed.
 if command -v lintian >/dev/null; then

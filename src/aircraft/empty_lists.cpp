@@ -10,11 +10,11 @@ namespace {
 // A front-end with little room shows the first line alone.
 const std::string settingsLine = "\nFile, Settings (F2) names another folder.";
 
-bool inHangar(const App& app) { return app.listedView == View::hangar; }
+bool showsHangar(const App& app) { return app.listedView == View::hangar; }
 
 // What is wrong with the folder of the list files, "" when it stands.
 std::string storeTrouble(App& app) {
-  const std::string store = inHangar(app) ? "The Hangar's folder" : "The simulator's folder";
+  const std::string store = showsHangar(app) ? "The Hangar's folder" : "The simulator's folder";
   if (app.ListDir.empty()) return store + " is not set.\nFile, Settings (F2) is the place.";
   const auto found = app.files().attributes(app.ListDir);
   if (found.ok()) return {};
@@ -30,7 +30,7 @@ std::string importLine(const ui::MenuItem& entry) {
 }
 
 std::string noAircraft(App& app) {
-  const std::string place = inHangar(app) ? "the Hangar" : "the simulator";
+  const std::string place = showsHangar(app) ? "the Hangar" : "the simulator";
   const auto listing = app.files().list(app.ACRoot);
   if (!listing.ok()) {
     if (presenceBy(listing.outcome()) == Presence::unknown)
@@ -48,7 +48,7 @@ std::string noAircraft(App& app) {
                 : number + " aircraft stand in " + place + " and are not listed yet.") +
            importLine(app.frmMain.mnuFileImportAC);
   }
-  if (inHangar(app))
+  if (showsHangar(app))
     return "The Hangar is empty.\n\"To Hangar...\" among the simulator's aircraft copies one "
            "into it.";
   return "There are no aircraft in the simulator.\nFile, Install Package/ZIP, Aircraft unpacks "

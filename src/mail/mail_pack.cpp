@@ -19,7 +19,7 @@ namespace skv {
 namespace {
 
 constexpr int yieldsOnLoad = 100;
-constexpr int yieldsBeforeStep = 1000;
+constexpr int yieldsBeforePackage = 1000;
 
 bool byOutlook(const App& app) { return app.frmMailPack.cmbMailType.listIndex != 0; }
 
@@ -164,7 +164,7 @@ class Sending {
 
   void status(const std::string& text) {
     form_.lblStatus.caption = text;
-    app_.windows.yieldTimes(yieldsBeforeStep);
+    app_.windows.yieldTimes(yieldsBeforePackage);
   }
 
   App& app_;

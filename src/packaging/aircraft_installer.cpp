@@ -28,9 +28,9 @@ std::string counted(int number, const char* what) {
 }
 
 // One run of the installer, from the archive to the selected row.
-class Installation {
+class AircraftInstallation {
  public:
-  explicit Installation(App& app)
+  explicit AircraftInstallation(App& app)
       : app_(app),
         hangarDir_(app.HangarDir),
         store_{AddonType::aircraft, hangarDir_, acRoot(), app.PacksDir, "Aircraft"},
@@ -72,7 +72,7 @@ class Installation {
   int gauges_ = 0;
 };
 
-bool Installation::run() {
+bool AircraftInstallation::run() {
   const LongOperation busy(app_);
   if (!archive_.choose()) return false;
   if (!archive_.askName()) {
@@ -90,7 +90,7 @@ bool Installation::run() {
   return installed;
 }
 
-bool Installation::place() {
+bool AircraftInstallation::place() {
   AddonPlacement& parts = *placement_;
   parts.placeShared("Looking for Gauges...", WalkFindGauge, "\\Gauges");
   parts.placeShared("Looking for Main Effects...", WalkFindEffect, "\\Effects");
@@ -112,7 +112,7 @@ bool Installation::place() {
 }
 
 // A panel that lies beside the aircraft is used when the aircraft has none of its own.
-void Installation::placePanel() {
+void AircraftInstallation::placePanel() {
   status("Looking for panel root...");
   AddonPlacement& parts = *placement_;
   const std::string panelHit = parts.find(WalkFindPanelCfg);
@@ -123,7 +123,7 @@ void Installation::placePanel() {
   parts.move(panelHit, target);
 }
 
-int Installation::countGauges() {
+int AircraftInstallation::countGauges() {
   const auto others = std::exchange(app_.PackFileList, {});
   // Only a number to be shown.
   WalkTree(app_, placement_->main() + "\\Gauges", "", WalkCollect, true).skipped();
@@ -133,7 +133,7 @@ int Installation::countGauges() {
   return static_cast<int>(count);
 }
 
-bool Installation::settle() {
+bool AircraftInstallation::settle() {
   // While all can be undone, so that a title that could not be read is read by the next try.
   const auto title = titleOf(placement_->addon());
   if (ReportError(app_, title.outcome())) return false;
@@ -141,7 +141,7 @@ bool Installation::settle() {
   return placement_->settle();
 }
 
-void Installation::finish() {
+void AircraftInstallation::finish() {
   LeftOver& leftOver = placement_->leftOver();
   archive_.finish(leftOver);
   addRow(title_);
@@ -151,7 +151,7 @@ void Installation::finish() {
   archive_.tellRest(leftOver);
 }
 
-Result<std::string> Installation::titleOf(const std::string& folder) const {
+Result<std::string> AircraftInstallation::titleOf(const std::string& folder) const {
   ProfileReader reader(app_.platform.files, app_.codePage);
   const std::string file = folder + "\\Aircraft.cfg";
   std::string title = reader.read(file, "fltsim.0", "Title");
@@ -159,7 +159,7 @@ Result<std::string> Installation::titleOf(const std::string& folder) const {
   return title.empty() ? archive_.name() : title;
 }
 
-bool Installation::addRow(const std::string& title) {
+bool AircraftInstallation::addRow(const std::string& title) {
   const std::string folder = aircraftFolder() + "\\";
   if (app_.ListDir != hangarDir_) {
     // Another view came up meanwhile. Its list is not the Hangar's, whose file learns of the row.
@@ -188,7 +188,7 @@ bool Installation::addRow(const std::string& title) {
 
 // A run that ended between the aircraft's name and its row left an aircraft that no other run could
 // install again. It is whole: only the row is missing, or it is on screen and could not be saved.
-bool Installation::listIfMissing() {
+bool AircraftInstallation::listIfMissing() {
   if (archive_.name().empty()) return true;
   const auto found = app_.files().attributes(aircraftFolder() + "\\Aircraft.cfg");
   if (!found.ok())
@@ -217,17 +217,17 @@ bool Installation::listIfMissing() {
 }
 
 // Nothing of the run remains.
-void Installation::undo() {
+void AircraftInstallation::undo() {
   placement_->undo(archive_.stillThere());
   archive_.giveUp();
   if (app_.stopRequested)
-    app_.frmMain.lblStatus.notice = "Installation stopped: nothing was added to the Hangar";
+    app_.frmMain.lblStatus.notice = "AircraftInstallation stopped: nothing was added to the Hangar";
 }
 
 }  // namespace
 
 bool listInstalledAC(App& app, const std::string& name) {
-  return Installation(app).listStanding(name);
+  return AircraftInstallation(app).listStanding(name);
 }
 
 bool mnuFileInstallAC_Click(App& app) {
@@ -236,7 +236,7 @@ bool mnuFileInstallAC_Click(App& app) {
     mnuViewHangar_Click(app);
     app.windows.yield();
   }
-  return Installation(app).run();
+  return AircraftInstallation(app).run();
 }
 
 }  // namespace skv

@@ -18,7 +18,7 @@ namespace skv {
 
 namespace {
 
-constexpr int yieldsAfterExtraction = 10000;
+constexpr int yieldsAfterUnpackage = 10000;
 constexpr int packageBit = 2;
 constexpr const char* mainPart = "Main\\";
 
@@ -198,7 +198,7 @@ bool PackageJob::packageIsWhole() {
   // After a power cut the list of its entries may be whole, and their data not.
   ReadAndExtract job(app_);
   return !app_.stopRequested && makeWork() && job.open(package_) && job.fits(app_.InstallTempDir) &&
-         job.extract(work_, yieldsAfterExtraction);
+         job.extract(work_, yieldsAfterUnpackage);
 }
 
 void PackageJob::thin() {
@@ -214,7 +214,7 @@ bool PackageJob::unpack() {
   if (!makeWork()) return false;
   status("Unpacking: " + name_ + packageEnd + " ...");
   ReadAndExtract job(app_);
-  if (!job.open(package_) || !job.fits(store_) || !job.extract(work_, yieldsAfterExtraction))
+  if (!job.open(package_) || !job.fits(store_) || !job.extract(work_, yieldsAfterUnpackage))
     return false;
   freeTargets(job);
   WalkReport moved;

@@ -24,9 +24,9 @@ namespace skv {
 namespace {
 
 // One run of the installer, from the archive to the selected row.
-class Installation {
+class SceneryInstallation {
  public:
-  explicit Installation(App& app)
+  explicit SceneryInstallation(App& app)
       : app_(app),
         store_{AddonType::scenery, app.SceneryLib, sceneryRootOf(app.SceneryLib),
                app.SceneryPacksPath, "Scenery"},
@@ -165,7 +165,8 @@ class Installation {
     placement_->undo(archive_.stillThere());
     archive_.giveUp();
     if (app_.stopRequested)
-      app_.frmMain.lblStatus.notice = "Installation stopped: nothing was added to the library";
+      app_.frmMain.lblStatus.notice =
+          "SceneryInstallation stopped: nothing was added to the library";
   }
 
   void status(const std::string& text) { app_.frmMain.lblStatus.caption = text; }
@@ -179,7 +180,7 @@ class Installation {
 }  // namespace
 
 bool listInstalledSC(App& app, const std::string& name) {
-  return Installation(app).listStanding(name);
+  return SceneryInstallation(app).listStanding(name);
 }
 
 bool mnuFileInstallSC_Click(App& app) {
@@ -190,7 +191,7 @@ bool mnuFileInstallSC_Click(App& app) {
          ui::BoxIcon::exclamation});
     return false;
   }
-  const bool installed = Installation(app).run();
+  const bool installed = SceneryInstallation(app).run();
   showSceneryCommands(app);
   return installed;
 }

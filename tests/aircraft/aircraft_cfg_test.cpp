@@ -4,7 +4,7 @@
 
 namespace skv::test {
 
-constexpr const char* folder = "C:\\FS\\aircraft\\plane\\";
+constexpr const char* planeFolder = "C:\\FS\\aircraft\\plane\\";
 const std::string cfg =
     "; a comment\r\n"
     "[fltsim.0]\r\ntitle=First\r\nsim=air\r\n\r\n"
@@ -19,10 +19,10 @@ class AircraftCfgTest : public ProgramTest {
     app.ListDir = "C:\\FS\\";
     drive.write(current, cfg);
     drive.write(other + "aircraft.cfg", "[fltsim.0]\r\ntitle=Other\r\n");
-    form.lstAircraft.add("Plane", {folder});
+    form.lstAircraft.add("Plane", {planeFolder});
     form.lstAircraft.add("Other", {other});
   }
-  static std::string path(const std::string& name) { return folder + name; }
+  static std::string path(const std::string& name) { return planeFolder + name; }
   void selectVariation(int row) {
     form.lstACVersions.select(row);
     form.lstACVersions.click();

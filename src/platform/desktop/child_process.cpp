@@ -18,7 +18,7 @@ namespace skv {
 namespace {
 
 using std::chrono::milliseconds;
-using Clock = std::chrono::steady_clock;
+using SteadyClock = std::chrono::steady_clock;
 
 constexpr int cannotRun = 127;
 
@@ -46,9 +46,10 @@ void readFrom(int input) {
 }
 
 // What comes until the other end closes, or the deadline. Answers whether it closed in time.
-bool readUntil(Clock::time_point deadline, int fd, std::string& text) {
+bool readUntil(SteadyClock::time_point deadline, int fd, std::string& text) {
   for (;;) {
-    const auto left = std::chrono::duration_cast<milliseconds>(deadline - Clock::now()).count();
+    const auto left =
+        std::chrono::duration_cast<milliseconds>(deadline - SteadyClock::now()).count();
     pollfd waiting{fd, POLLIN, 0};
     const int ready = ::poll(&waiting, 1, left > 0 ? static_cast<int>(left) : 0);
     if (ready == -1 && errno == EINTR) continue;
@@ -128,7 +129,7 @@ bool startDetached(std::vector<std::string> command) {
   const Descriptor report = start(std::move(command), false).report;
   constexpr milliseconds longEnough{2000};
   std::string failure;
-  if (report.valid()) readUntil(Clock::now() + longEnough, report.get(), failure);
+  if (report.valid()) readUntil(SteadyClock::now() + longEnough, report.get(), failure);
   return report.valid() && failure.empty();
 }
 
@@ -142,7 +143,7 @@ Helper::Helper(std::vector<std::string> command, int input, int errors) {
 std::optional<int> Helper::status(milliseconds time) {
   if (status_) return status_;
   std::string bytes;
-  const bool closed = readUntil(Clock::now() + time, report_.get(), bytes);
+  const bool closed = readUntil(SteadyClock::now() + time, report_.get(), bytes);
   // One that closed without a word was ended by somebody.
   if (!bytes.empty() || closed)
     status_ = bytes.empty() ? cannotRun : static_cast<unsigned char>(bytes[0]);
@@ -173,7 +174,7 @@ std::string firstLineOf(std::vector<std::string> command, milliseconds time) {
   }
   pipe->writing.close();
   std::string text;
-  if (!readUntil(Clock::now() + time, pipe->reading.get(), text)) ::kill(child, SIGKILL);
+  if (!readUntil(SteadyClock::now() + time, pipe->reading.get(), text)) ::kill(child, SIGKILL);
   int status = 0;
   retried([&] { return ::waitpid(child, &status, 0); });
   return text.substr(0, text.find('\n'));

@@ -22,7 +22,7 @@ namespace skv {
 
 namespace {
 
-using Clock = std::chrono::steady_clock;
+using SteadyClock = std::chrono::steady_clock;
 using namespace std::chrono_literals;
 
 constexpr auto longestTime = 10s;
@@ -90,7 +90,7 @@ class Output {
     }
     return true;
   }
-  bool late() const { return Clock::now() >= end_; }
+  bool late() const { return SteadyClock::now() >= end_; }
 
  private:
   bool wait() {
@@ -103,7 +103,7 @@ class Output {
 
   int fd_;
   const std::stop_token& stop_;
-  Clock::time_point end_ = Clock::now() + longestTime;
+  SteadyClock::time_point end_ = SteadyClock::now() + longestTime;
 };
 
 // A picture as "P6\n640 480\n255\n" and its pixels as red, green, blue.

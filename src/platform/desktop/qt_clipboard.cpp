@@ -19,7 +19,7 @@ constexpr const char* pictureTypes[] = {"image/png", "image/bmp",  "image/x-bmp"
                                         "image/gif", "image/webp", "image/jpeg"};
 // A program that does not answer is waited for by Qt, some seconds for each question. After this
 // time it is asked no other.
-constexpr qint64 patience = 4000;
+constexpr qint64 longestWait = 4000;
 
 // What this program has put there itself.
 Result<Pixels> own(const QMimeData& data) {
@@ -39,7 +39,7 @@ Result<Pixels> offered(const QMimeData& data) {
   for (const char* type : pictureTypes)
     for (const QString& offer : offers) {
       if (offer.compare(QLatin1String(type), Qt::CaseInsensitive) != 0) continue;
-      if (waited.elapsed() > patience) return why;
+      if (waited.elapsed() > longestWait) return why;
       auto picture = decodePicture(data.data(offer), "the clipboard");
       if (picture.ok()) return picture;
       why = picture.outcome();

@@ -17,14 +17,14 @@ namespace {
 
 constexpr const char* socketName = "window";
 constexpr std::string_view answer = "here";
-constexpr std::chrono::milliseconds patience{2000};
+constexpr std::chrono::milliseconds answerTime{2000};
 
-Outcome cannotRun(const std::string& folder, const std::string& reason) {
+Outcome cannotUse(const std::string& folder, const std::string& reason) {
   return Outcome::withText(err::pathFileAccess, "FS Skyvault keeps its settings in the folder\r\n" +
                                                     folder + "\r\n" + reason);
 }
-Outcome cannotRun(const std::string& folder, int error) {
-  return cannotRun(folder, std::string("and cannot write there: ") + std::strerror(error) + ".");
+Outcome cannotUse(const std::string& folder, int error) {
+  return cannotUse(folder, std::string("and cannot write there: ") + std::strerror(error) + ".");
 }
 
 // An address holds some hundred bytes and a folder's path may be longer, so the socket is named by
@@ -87,13 +87,13 @@ bool sendAll(const Descriptor& socket, std::string_view text) {
 
 Result<SingleInstance> SingleInstance::acquire(const std::string& folder) {
   if (!makePrivateFolder(folder))
-    return cannotRun(folder, "which cannot be made here, or belongs to somebody else.");
+    return cannotUse(folder, "which cannot be made here, or belongs to somebody else.");
   Descriptor lock = openFile(folder + "/running", O_RDWR | O_CREAT | O_NOFOLLOW, 0600);
-  if (!lock.valid()) return cannotRun(folder, errno);
+  if (!lock.valid()) return cannotUse(folder, errno);
   const int error = errorOf([&] { return ::flock(lock.get(), LOCK_EX | LOCK_NB); });
   if (error == EWOULDBLOCK)
     return Outcome::withText(alreadyRunning, "FS Skyvault is already running.");
-  if (error != 0) return cannotRun(folder, error);
+  if (error != 0) return cannotUse(folder, error);
   return SingleInstance(std::move(lock), listenIn(folder));
 }
 
@@ -124,6 +124,6 @@ bool SingleInstance::call(const std::string& folder, std::chrono::milliseconds t
          received(socket, time) == answer;
 }
 
-bool SingleInstance::call() { return call(configFolder(), patience); }
+bool SingleInstance::call() { return call(configFolder(), answerTime); }
 
 }  // namespace skv

@@ -36,7 +36,7 @@ constexpr const char* usualFolders[] = {
 constexpr const char* usualNames[] = {R"(FS2002\)", R"(Flight Simulator 2002\)"};
 
 // A start waits no longer for what does not answer.
-constexpr std::chrono::seconds patience{3};
+constexpr std::chrono::seconds searchTime{3};
 
 struct Simulator {
   std::string folder;  // a path of the program's drives
@@ -93,8 +93,8 @@ void lookWhereTheRegistrySays(Found& found, const std::string& prefix) {
 // The registries come last: a player with many prefixes has hundreds of megabytes of them, and what
 // lies at its usual place is to be found in the time that a slow disk needs for those.
 std::vector<std::string> WineSimulatorFinder::find() const {
-  const auto all =
-      foundInTime<Simulator>(patience, [drivesFolder = drivesFolder_](const Tell<Simulator>& tell) {
+  const auto all = foundInTime<Simulator>(
+      searchTime, [drivesFolder = drivesFolder_](const Tell<Simulator>& tell) {
         const DriveFileSystem files(drivesFolder);
         Found found(files, tell);
         lookAtUsualFolders(found, files);

@@ -22,7 +22,7 @@ namespace {
 using Clock = std::chrono::steady_clock;
 
 constexpr const char* service = "org.freedesktop.portal.Desktop";
-constexpr const char* object = "/org/freedesktop/portal/desktop";
+constexpr const char* objectPath = "/org/freedesktop/portal/desktop";
 constexpr const char* interface = "org.freedesktop.portal.Email";
 // The user may be asked for a mail program.
 constexpr std::chrono::minutes answerTime{10};
@@ -145,7 +145,7 @@ class PortalCall {
     {
       const Begun begun(context_);
       g_dbus_connection_call_with_unix_fd_list(
-          bus_.get(), service, object, callInterface, method, arguments, G_VARIANT_TYPE(answer),
+          bus_.get(), service, objectPath, callInterface, method, arguments, G_VARIANT_TYPE(answer),
           G_DBUS_CALL_FLAGS_NONE, callTime, files, stop_.get(), &PortalCall::take, this);
     }
     const auto result = resultOf();

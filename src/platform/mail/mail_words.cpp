@@ -14,7 +14,7 @@ namespace {
 
 bool isControl(char c) { return static_cast<unsigned char>(c) < ' ' || c == 0x7F; }
 
-std::string utf8(std::string_view bytes) {
+std::string validUtf8(std::string_view bytes) {
   return isUtf8(bytes) ? std::string(bytes) : CodePage(1252).decode(bytes);
 }
 
@@ -97,20 +97,20 @@ std::string decodedHeader(const std::string& value) {
   std::string plain = value;
   std::ranges::replace_if(plain, isControl, ' ');
   char* decoded = g_mime_utils_header_decode_text(nullptr, plain.c_str());
-  std::string result = onOneLine(utf8(decoded));
+  std::string result = onOneLine(validUtf8(decoded));
   g_free(decoded);
   return trim(result);
 }
 
 std::string decodedText(const std::string& bytes, const std::string& charset) {
-  if (equalsIgnoringCase(charset, "utf-8") || charset.empty()) return utf8(bytes);
+  if (equalsIgnoringCase(charset, "utf-8") || charset.empty()) return validUtf8(bytes);
   GMimeFilter* filter = g_mime_filter_charset_new(charset.c_str(), "UTF-8");
-  if (filter == nullptr) return utf8(bytes);
+  if (filter == nullptr) return validUtf8(bytes);
   std::string copy = bytes;  // the filter's interface may write
   char* out = nullptr;
   std::size_t length = 0, before = 0;
   g_mime_filter_complete(filter, copy.data(), copy.size(), 0, &out, &length, &before);
-  std::string text = utf8({out, length});
+  std::string text = validUtf8({out, length});
   g_object_unref(filter);
   return text;
 }

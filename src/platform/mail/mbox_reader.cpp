@@ -15,7 +15,7 @@ namespace skv {
 
 namespace {
 
-constexpr std::string_view from = "From ";
+constexpr std::string_view fromLine = "From ";
 constexpr std::size_t pieceSize = std::size_t{1} << 20U;
 static_assert(pieceSize >= 4 * longestHead);
 
@@ -31,7 +31,7 @@ std::size_t findIn(std::string_view text, std::string_view word, std::size_t at)
 // takes twice as long.
 std::size_t findLineFrom(std::string_view text, std::size_t at) {
   for (at = text.find('\n', at); at != std::string_view::npos; at = text.find('\n', at + 1))
-    if (text.substr(at + 1).starts_with(from)) return at;
+    if (text.substr(at + 1).starts_with(fromLine)) return at;
   return at;
 }
 
@@ -94,7 +94,7 @@ class MboxScan {
 
   Outcome run() {
     if (Outcome read = advance(0); !read.ok()) return read;
-    if (window_.text().starts_with(from))
+    if (window_.text().starts_with(fromLine))
       if (Outcome begun = beginMail(0, 0); !begun.ok()) return begun;
     while (found_.size() < limit_ || open_) {
       const std::size_t line = findLineFrom(window_.text(), at_);
@@ -105,7 +105,7 @@ class MboxScan {
         if (Outcome begun = beginMail(line + 1, before); !begun.ok()) return begun;
       } else if (window_.more()) {
         // What may be the beginning of such a line, and the empty line before it.
-        const std::size_t kept = std::min(window_.text().size(), from.size() + 2);
+        const std::size_t kept = std::min(window_.text().size(), fromLine.size() + 2);
         const std::size_t dropped = window_.text().size() - kept;
         at_ = std::max(at_, dropped) - dropped;
         if (Outcome read = advance(dropped); !read.ok()) return read;
@@ -157,7 +157,7 @@ class MboxScan {
           !window_.more() || head.size() >= longestHead || text.size() > pieceSize / 2;
       if (next != std::string_view::npos || enough) {
         if (!isHeaderLine(head.substr(0, next))) {
-          at_ = start + from.size() - 1;
+          at_ = start + fromLine.size() - 1;
           return {};
         }
         read = readStoredHead(head);
@@ -211,7 +211,7 @@ class Unquoting {
         return std::max(done, end);
       }
       const std::size_t rest = text.find_first_not_of('>', line + 1);
-      const bool open = rest == std::string_view::npos || rest + from.size() > text.size();
+      const bool open = rest == std::string_view::npos || rest + fromLine.size() > text.size();
       // So many are no quoting.
       constexpr std::size_t most = 64;
       if (open && !last && text.size() - line < most) {
@@ -220,7 +220,7 @@ class Unquoting {
         return line;
       }
       at = line + 1;
-      if (open || text.substr(rest, from.size()) != from) continue;
+      if (open || text.substr(rest, fromLine.size()) != fromLine) continue;
       if (const int error = writeAll(into_, text.substr(done, at - done)))
         return systemFailure(error, "the mail under way");
       done = at + 1;

@@ -28,7 +28,7 @@ constexpr std::size_t judgedAtOnce = std::size_t{1} << 16U;
 constexpr std::size_t weightOfParts = 8;
 constexpr std::chrono::milliseconds timeOfOthers{500};
 // The parser asks for a few thousand bytes at a time.
-constexpr std::size_t pieceSize = std::size_t{1} << 18U;
+constexpr std::size_t readSize = std::size_t{1} << 18U;
 
 struct GuardedStream {
   GMimeStreamFs base;
@@ -70,9 +70,9 @@ GMimeStream* ParseGuard::streamOf(int file, std::int64_t begin, std::int64_t end
 std::int64_t ParseGuard::read(std::int64_t at, std::span<char> into) {
   if (at < pieceBegin_ || at >= pieceBegin_ + pieceLength_) {
     pieceBegin_ = at;
-    piece_.resize(pieceSize);
+    piece_.resize(readSize);
     const auto wanted = static_cast<std::size_t>(
-        std::clamp<std::int64_t>(end_ - at, 0, static_cast<std::int64_t>(pieceSize)));
+        std::clamp<std::int64_t>(end_ - at, 0, static_cast<std::int64_t>(readSize)));
     pieceLength_ = retried([&] { return ::pread(file_, piece_.data(), wanted, at); });
     if (pieceLength_ < 0) {
       error_ = errno;

@@ -16,7 +16,7 @@ constexpr std::uint64_t longestCapabilities = std::uint64_t{1} << 16U;
 // A name of UIDL has 70 characters at the most (RFC 1939).
 constexpr std::uint64_t longestEntry = 100;
 // A farewell is a courtesy.
-constexpr std::chrono::seconds farewellTime{2};
+constexpr std::chrono::seconds quitTime{2};
 // Commands on their way at once. Their answers wait in the network's buffers, so that the server is
 // never idle; the commands themselves are so short that they never fill one.
 constexpr std::size_t window = 64;
@@ -63,7 +63,7 @@ Result<Pop3Answer> Pop3Session::command(std::string_view line) {
 }
 
 void Pop3Session::farewell() {
-  link_->setPatience(farewellTime);
+  link_->setPatience(quitTime);
   command("QUIT").outcome().skipped();
 }
 

@@ -10,9 +10,9 @@ namespace skv {
 namespace {
 
 // Of extra fields.
-constexpr std::uint16_t extendedTimestamp = 0x5455;  // seconds since 1970, UTC
-constexpr std::uint16_t ntfsTimes = 0x000a;          // 100 ns since 1601, UTC
-constexpr std::uint16_t oldUnixTimes = 0x5855;       // seconds of access and change
+constexpr std::uint16_t extendedTimestampField = 0x5455;  // seconds since 1970, UTC
+constexpr std::uint16_t ntfsTimes = 0x000a;               // 100 ns since 1601, UTC
+constexpr std::uint16_t oldUnixTimes = 0x5855;            // seconds of access and change
 
 std::uint64_t littleEndian(const zip_uint8_t* bytes, int count) {
   std::uint64_t value = 0;
@@ -45,7 +45,7 @@ std::optional<FileTime> timeOf(zip_t* archive, zip_uint64_t index, const zip_sta
       return FileTime{units / unitsOfSecond - secondsBefore1970,
                       static_cast<std::int32_t>(units % unitsOfSecond * 100)};
   }
-  if (const ExtraField field = extraField(archive, index, extendedTimestamp);
+  if (const ExtraField field = extraField(archive, index, extendedTimestampField);
       field.size >= 5 && (field.data[0] & 1U) != 0)
     return FileTime{static_cast<std::int32_t>(littleEndian(field.data + 1, 4)), 0};
   if (const ExtraField field = extraField(archive, index, oldUnixTimes); field.size >= 8)
@@ -57,19 +57,19 @@ std::optional<FileTime> timeOf(zip_t* archive, zip_uint64_t index, const zip_sta
   return std::nullopt;
 }
 
-enum class Kind { file, folder, special };
+enum class EntryKind { file, folder, special };
 
 // By what the maker's system noted; the name tells the rest.
-Kind kindOf(int host, zip_uint32_t attributes, std::uint64_t size) {
+EntryKind kindOf(int host, zip_uint32_t attributes, std::uint64_t size) {
   constexpr zip_uint32_t typeMask = 0170000, unixFolder = 0040000, unixLink = 0120000,
                          unixCharacters = 0020000, unixBlocks = 0060000, dosFolder = 0x10;
   const zip_uint32_t type = (attributes >> 16U) & typeMask;
   const bool knowsTypes = host == ZIP_OPSYS_UNIX || host == ZIP_OPSYS_OS_X;
-  if (type == unixLink) return Kind::special;
+  if (type == unixLink) return EntryKind::special;
   // A pipe is what somebody has packed from, and its data a file.
-  if (knowsTypes && (type == unixCharacters || type == unixBlocks)) return Kind::special;
+  if (knowsTypes && (type == unixCharacters || type == unixBlocks)) return EntryKind::special;
   const bool folder = knowsTypes ? type == unixFolder : (attributes & dosFolder) != 0;
-  return folder && size == 0 ? Kind::folder : Kind::file;
+  return folder && size == 0 ? EntryKind::folder : EntryKind::file;
 }
 
 }  // namespace
@@ -89,17 +89,17 @@ Result<std::vector<ArchiveEntry>> readDirectory(const ArchiveFile& file, const Z
     zip_uint8_t host = 0;
     zip_uint32_t attributes = 0;
     zip_file_get_external_attributes(archive, i, 0, &host, &attributes);
-    const Kind kind = kindOf(host, attributes, status.size);
+    const EntryKind kind = kindOf(host, attributes, status.size);
     ArchiveEntry entry;
     // A field that repeats the name in UTF-8 has taken its place already.
     entry.Filename = decodeEntryName(status.name, host, systemPage);
-    if (kind == Kind::folder && !isFolderName(entry.Filename)) entry.Filename += '/';
+    if (kind == EntryKind::folder && !isFolderName(entry.Filename)) entry.Filename += '/';
     entry.size = status.size;
     entry.packed = status.comp_size;
     entry.crc = status.crc;
     entry.method = status.comp_method;
     entry.encrypted = status.encryption_method != ZIP_EM_NONE;
-    entry.special = kind == Kind::special;
+    entry.special = kind == EntryKind::special;
     entry.modified = timeOf(archive, i, status);
     entries.push_back(std::move(entry));
   }
@@ -109,12 +109,13 @@ Result<std::vector<ArchiveEntry>> readDirectory(const ArchiveFile& file, const Z
 namespace {
 
 // Deflate cannot grow by more than 1032; the head start is for what is nearly empty. Blank pictures
-// come close to that, and there are add-ons of nothing else, but these stay smaller than `large`.
+// come close to that, and there are add-ons of nothing else, but these stay smaller than
+// `largeEntry`.
 constexpr std::uint64_t mostGrowth = 1032, headStart = 1024;
-constexpr std::uint64_t large = std::uint64_t{512} << 20U, mostGrowthOfLarge = 400;
+constexpr std::uint64_t largeEntry = std::uint64_t{512} << 20U, mostGrowthOfLarge = 400;
 
 bool isAbsurd(std::uint64_t size, std::uint64_t packed) {
-  return size > large && size / mostGrowthOfLarge > packed;
+  return size > largeEntry && size / mostGrowthOfLarge > packed;
 }
 
 const char* faultOf(const ArchiveEntry& entry) {

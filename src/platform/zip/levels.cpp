@@ -24,7 +24,7 @@ std::string kindOf(const std::string& path) {
                                                        : lowerAscii(path.substr(dot));
 }
 
-struct Kind {
+struct FileKind {
   std::vector<FileToPack*> files;
   std::uint64_t bytes = 0;
 };
@@ -53,7 +53,7 @@ std::size_t sizeByZlib(std::span<const char> bytes) {
 }
 
 // Pieces from the middle of a few files of a kind.
-std::vector<std::string> somePieces(const FileSystem& files, const Kind& kind) {
+std::vector<std::string> somePieces(const FileSystem& files, const FileKind& kind) {
   constexpr std::size_t most = 4, length = std::size_t{64} << 10U;
   std::vector<std::string> pieces;
   const std::size_t count = std::min(most, kind.files.size());
@@ -71,12 +71,12 @@ std::vector<std::string> somePieces(const FileSystem& files, const Kind& kind) {
 // What a trial tells of a kind: how much smaller, for each of its bytes, the thorough level makes
 // it than the quick one, and by how many bytes the quick one stays behind the yardstick.
 struct Trial {
-  Kind* kind = nullptr;
+  FileKind* kind = nullptr;
   bool hardlyPacks = false;
   double gain = 0, excess = 0;
 };
 
-Trial trialOf(Kind& kind, const std::vector<std::string>& pieces, Deflater& deflater) {
+Trial trialOf(FileKind& kind, const std::vector<std::string>& pieces, Deflater& deflater) {
   const auto packedSize = [&](int level) {
     std::size_t sum = 0;
     for (const std::string& piece : pieces) sum += deflater.pack(piece, level).size();
@@ -96,7 +96,7 @@ Trial trialOf(Kind& kind, const std::vector<std::string>& pieces, Deflater& defl
 }
 
 // Spreads the thorough level over a part of the kind.
-void apply(double thoroughPart, const Kind& kind) {
+void apply(double thoroughPart, const FileKind& kind) {
   double due = 0;
   for (FileToPack* file : kind.files) {
     const auto size = static_cast<double>(file->size);
@@ -136,10 +136,10 @@ void chooseLevels(const FileSystem& files, int level, std::span<FileToPack> toPa
     for (FileToPack& file : toPack) file.level = std::max(level, 0);
     return;
   }
-  std::map<std::string, Kind> kinds;
+  std::map<std::string, FileKind> kinds;
   for (FileToPack& file : toPack) {
     file.level = quick;
-    Kind& kind = kinds[kindOf(file.path)];
+    FileKind& kind = kinds[kindOf(file.path)];
     kind.files.push_back(&file);
     kind.bytes += file.size;
   }

@@ -1,6 +1,5 @@
 // The two bands of an aircraft view: the aircraft above, what belongs to the selected one below. In
 // each the left half is a list, the right half a picture or details.
-#include <QCoreApplication>
 #include <QFormLayout>
 #include <QGridLayout>
 #include <QHBoxLayout>
@@ -13,6 +12,7 @@
 #include "ui/qt/caption_label.h"
 #include "ui/qt/frame_panel.h"
 #include "ui/qt/icons.h"
+#include "ui/qt/language.h"
 #include "ui/qt/list_tree.h"
 #include "ui/qt/main_window.h"
 #include "ui/qt/picture_view.h"
@@ -21,8 +21,6 @@
 namespace skv::ui::qt {
 
 namespace {
-
-QString tr(const char* text) { return QCoreApplication::translate("AircraftView", text); }
 
 // The commands under the halves: those on the list, and the one that puts the choice to use.
 QHBoxLayout* commands(std::initializer_list<QPushButton*> onList, QPushButton* use) {

@@ -14,7 +14,7 @@ namespace skv::ui::qt {
 namespace {
 
 // A desktop that has not answered by then is starting up itself.
-constexpr int patienceMilliseconds = 60;
+constexpr int answerMilliseconds = 60;
 // org.freedesktop.appearance: color-scheme 1 is dark, contrast 1 is high.
 constexpr unsigned darkScheme = 1;
 constexpr unsigned highContrast = 1;
@@ -33,7 +33,7 @@ QVariant portalSays(const QString& space, const QString& key) {
       QDBusMessage::createMethodCall(portal, portalPath, settings, QStringLiteral("Read"));
   question << space << key;
   const QDBusMessage answer =
-      QDBusConnection::sessionBus().call(question, QDBus::Block, patienceMilliseconds);
+      QDBusConnection::sessionBus().call(question, QDBus::Block, answerMilliseconds);
   if (answer.type() != QDBusMessage::ReplyMessage || answer.arguments().isEmpty()) return {};
   // The value comes wrapped, by some portals twice.
   QVariant value = answer.arguments().constFirst();

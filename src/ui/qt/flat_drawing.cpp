@@ -10,13 +10,13 @@
 
 namespace skv::ui::qt {
 
-namespace {
-
 bool has(const QStyleOption* option, QStyle::StateFlag flag) { return option->state & flag; }
 
 QColor colour(const QStyleOption* option, QPalette::ColorRole role) {
   return option->palette.color(role);
 }
+
+namespace {
 
 QRectF markArea(const QRect& rect) {
   QRectF area(0, 0, markSide - 1, markSide - 1);

@@ -2,7 +2,9 @@
 #pragma once
 
 #include <QColor>
+#include <QPalette>
 #include <QRect>
+#include <QStyle>
 #include <utility>
 
 class QPainter;
@@ -20,6 +22,9 @@ struct Border {
   QColor colour;
   qreal width;
 };
+
+bool has(const QStyleOption* option, QStyle::StateFlag flag);
+QColor colour(const QStyleOption* option, QPalette::ColorRole role);
 
 // A box with round corners.
 void drawBox(QPainter& painter, const QRect& rect, const QColor& ground, const Border& border,

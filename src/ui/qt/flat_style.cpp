@@ -17,12 +17,6 @@ namespace {
 constexpr int scrollBarExtent = 12;
 constexpr int leastHandle = 28;
 
-bool has(const QStyleOption* option, QStyle::StateFlag flag) { return option->state & flag; }
-
-QColor colour(const QStyleOption* option, QPalette::ColorRole role) {
-  return option->palette.color(role);
-}
-
 }  // namespace
 
 FlatStyle::FlatStyle() : QProxyStyle(QStringLiteral("Fusion")) {}

@@ -14,7 +14,7 @@
 namespace skv::ui::qt {
 
 namespace {
-constexpr int leastRowHeight = 24;
+constexpr int folderRowHeight = 24;
 constexpr int pathRole = Qt::UserRole;  // the Windows path with trailing backslash, as bytes
 
 // Hidden folders of a home below which programs keep Wine prefixes: Wine itself, Flatpak, Lutris
@@ -90,7 +90,7 @@ QTreeWidgetItem* FolderView::addItem(QTreeWidgetItem* parent, const std::string&
                                      const std::string& path, const QString& drawingName) {
   auto* item = new QTreeWidgetItem;
   item->setText(0, shown(name));
-  item->setSizeHint(0, QSize(0, leastRowHeight));
+  item->setSizeHint(0, QSize(0, folderRowHeight));
   item->setData(0, pathRole, QByteArray::fromStdString(path));
   item->setIcon(0, drawnIcon(drawingName, QPalette::Link));
   // Whether a folder holds others is known only when it is opened.

@@ -13,7 +13,7 @@ namespace {
 
 constexpr int gap = 12;
 constexpr int leastHalf = 240;
-constexpr int keyStep = 16;
+constexpr int pixelsByKey = 16;
 
 // The gap between the halves, with a grip like that of the split bar.
 class Gap : public QSplitterHandle {
@@ -37,9 +37,9 @@ class Gap : public QSplitterHandle {
     // Qt takes the gap's far side for its place where it counts from the right.
     const int place = x() + (isRightToLeft() ? width() : 0);
     if (event->key() == Qt::Key_Left)
-      moveSplitter(place - keyStep);
+      moveSplitter(place - pixelsByKey);
     else if (event->key() == Qt::Key_Right)
-      moveSplitter(place + keyStep);
+      moveSplitter(place + pixelsByKey);
     else
       QSplitterHandle::keyPressEvent(event);
   }

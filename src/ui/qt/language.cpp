@@ -115,6 +115,8 @@ void speakTheDesktopsLanguage(QApplication& application) {
   translating = QCoreApplication::installTranslator(own);
 }
 
+QString tr(const char* text) { return QCoreApplication::translate(context, text); }
+
 QString captioned(const std::string& caption) {
   if (!translating) return shown(caption);
   QStringList lines = shown(caption).remove(QLatin1Char('\r')).split(QLatin1Char('\n'));

@@ -17,4 +17,7 @@ void speakTheDesktopsLanguage(QApplication& application);
 // the words around the value.
 QString captioned(const std::string& caption);
 
+// Words that the window alone says, in the desktop's language.
+QString tr(const char* text);
+
 }  // namespace skv::ui::qt

@@ -15,7 +15,7 @@ namespace skv::ui::qt {
 
 namespace {
 
-constexpr int pictureWidth = 260, fieldWidth = 380, messageHeight = 130;
+constexpr int pictureWidth = 260, recipientWidth = 380, messageHeight = 130;
 
 // The message takes the room that there is, below its label.
 void addMessage(FormBuilder& build, QVBoxLayout& column, TextBox& box) {
@@ -44,7 +44,7 @@ QVBoxLayout* mailSide(FormBuilder& build, FrmMailPack& form) {
   side->setSpacing(6);
   auto* recipient = new QGridLayout;
   recipient->setHorizontalSpacing(8);
-  recipient->setColumnMinimumWidth(1, fieldWidth - 100);
+  recipient->setColumnMinimumWidth(1, recipientWidth - 100);
   build.field(*recipient, 0, 0, 1, form.txtEMail);
   side->addLayout(recipient);
   addMessage(build, *side, form.txtMsg);

@@ -14,16 +14,16 @@ namespace skv::ui::qt {
 
 namespace {
 
-constexpr int fields = 9;
-constexpr int fieldWidth = 300;
+constexpr int fieldCount = 9;
+constexpr int treeWidth = 300;
 
 ListTree* addFields(FormBuilder& build, QGridLayout& grid, Label& caption, ListView& list) {
   const int column = grid.count() == 0 ? 0 : 1;
   CaptionLabel* head = build.label(caption);
   ListTree* tree = build.list(list, QString::fromStdString(caption.caption).remove(u':'));
   head->setBuddy(tree);
-  tree->setMinimumWidth(fieldWidth);
-  tree->setLeastRows(fields);
+  tree->setMinimumWidth(treeWidth);
+  tree->setLeastRows(fieldCount);
   grid.addWidget(head, 0, column);
   grid.addWidget(tree, 1, column);
   grid.setColumnStretch(column, 1);

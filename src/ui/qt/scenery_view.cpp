@@ -1,6 +1,5 @@
 // The Scenery Manager: the simulator's sceneries above the library's on the left, picture and file
 // browser on the right.
-#include <QCoreApplication>
 #include <QEvent>
 #include <QHBoxLayout>
 #include <QPushButton>
@@ -12,6 +11,7 @@
 #include "ui/qt/caption_label.h"
 #include "ui/qt/frame_panel.h"
 #include "ui/qt/icons.h"
+#include "ui/qt/language.h"
 #include "ui/qt/list_tree.h"
 #include "ui/qt/main_window.h"
 #include "ui/qt/picture_view.h"
@@ -21,8 +21,6 @@
 namespace skv::ui::qt {
 
 namespace {
-
-QString tr(const char* text) { return QCoreApplication::translate("SceneryView", text); }
 
 QHBoxLayout* rowOf(std::initializer_list<QWidget*> widgets) {
   auto* row = new QHBoxLayout;

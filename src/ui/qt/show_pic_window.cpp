@@ -43,8 +43,8 @@ class FullPicture : public QWidget {
       scaled_ = QPixmap::fromImage(
           picture_.scaled(target, Qt::IgnoreAspectRatio, Qt::SmoothTransformation));
     scaled_.setDevicePixelRatio(ratio);
-    const QPoint corner((width() - seen.width()) / 2, (height() - seen.height()) / 2);
-    QPainter(this).drawPixmap(corner, scaled_);
+    const QPoint topLeft((width() - seen.width()) / 2, (height() - seen.height()) / 2);
+    QPainter(this).drawPixmap(topLeft, scaled_);
   }
   void mouseReleaseEvent(QMouseEvent* event) override {
     if (event->button() == Qt::LeftButton) binding_->fire(image_.click);
