@@ -14,6 +14,7 @@
 #include <cstring>
 #include <memory>
 #include <unordered_map>
+#include <unordered_set>
 
 namespace skv {
 
@@ -84,12 +85,36 @@ std::string upper(std::string_view text) {
 
 std::string composed(std::string_view text) {
   std::string result;
-  if (isAscii(text) || !isUtf8(text)) return result = text;
   UErrorCode status = U_ZERO_ERROR;
-  const icu::Normalizer2* const form = icu::Normalizer2::getNFCInstance(status);
-  icu::StringByteSink<std::string> sink(&result);
-  if (U_SUCCESS(status)) form->normalizeUTF8(0, text, sink, nullptr, status);
-  if (U_FAILURE(status)) result = text;
+  const icu::Normalizer2* const form =
+      isAscii(text) || !isUtf8(text) ? nullptr : icu::Normalizer2::getNFCInstance(status);
+  if (form == nullptr || U_FAILURE(status)) return result = text;
+  // Sorting the accents of one letter takes the square of their number. So many are no letter's,
+  // and stay as they are.
+  constexpr std::size_t mostBytes = 256;
+  std::size_t done = 0, letter = 0;
+  const auto compose = [&](std::size_t end) {
+    std::string piece;
+    icu::StringByteSink<std::string> sink(&piece);
+    const std::string_view plain = text.substr(done, end - done);
+    status = U_ZERO_ERROR;
+    form->normalizeUTF8(0, plain, sink, nullptr, status);
+    result += U_SUCCESS(status) ? std::string_view(piece) : plain;
+    done = end;
+  };
+  for (int32_t i = 0; i < static_cast<int32_t>(text.size());) {
+    const auto start = static_cast<std::size_t>(i);
+    const bool begins = form->hasBoundaryBefore(nextUtf8(text, i)) != 0;
+    const auto end = begins ? start : static_cast<std::size_t>(i);
+    const bool last = static_cast<std::size_t>(i) == text.size();
+    if ((begins || last) && end - letter > mostBytes) {
+      compose(letter);
+      result += text.substr(letter, end - letter);
+      done = end;
+    }
+    if (begins) letter = start;
+  }
+  compose(text.size());
   return result;
 }
 
@@ -292,11 +317,21 @@ std::string CodePage::decode(std::string_view bytes) const {
 std::string CodePage::lacking(std::string_view text) const {
   std::string missing;
   if (number_ == utf8Page || isAscii(text)) return missing;
+  const Converter converter = tables_->singleByte ? Converter() : openConverter(number_);
+  const auto isHeld = [&](UChar32 character) {
+    if (character < 0 || tables_->bytes.contains(character)) return character >= 0;
+    const std::string pair = converter ? bytesOf(converter.get(), character) : std::string();
+    if (pair.size() != 2) return false;
+    const auto lead = static_cast<unsigned char>(pair[0]);
+    return tables_->characters[lead] == privateBytes + lead &&
+           characterOf(converter.get(), pair) == character;
+  };
+  std::unordered_set<std::string_view> seen;
   for (int32_t i = 0; i < static_cast<int32_t>(text.size());) {
     const auto start = static_cast<std::size_t>(i);
-    nextUtf8(text, i);
-    const std::string_view character = text.substr(start, static_cast<std::size_t>(i) - start);
-    if (!holds(character) && missing.find(character) == std::string::npos) missing += character;
+    const UChar32 character = nextUtf8(text, i);
+    const std::string_view piece = text.substr(start, static_cast<std::size_t>(i) - start);
+    if (seen.insert(piece).second && !isHeld(character)) missing += piece;
   }
   return missing;
 }
