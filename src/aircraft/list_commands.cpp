@@ -161,13 +161,7 @@ class Deletion {
 
   // Who would stand without a panel or sound.
   std::string usersNote() {
-    constexpr std::size_t named = 5;
-    const auto users = aliasUsers(app_, withBackslash(Folder_));
-    if (users.empty()) return {};
-    std::string note = "\r\rIts panel or sound is used by:";
-    for (std::size_t i = 0; i < std::min(named, users.size()); ++i) note += "\r" + users[i];
-    if (users.size() > named) note += "\rand " + std::to_string(users.size() - named) + " more";
-    return note;
+    return aliasUsersNote(app_, withBackslash(Folder_), "Its panel or sound is used by:");
   }
 
   void removeRow() {

@@ -34,43 +34,18 @@ TEST(TextTest, WhatAPageLacksIsStoredByItsLikeness) {
       {1250, "Łódź", "Łódź"},
       {1252, "\u041c\u0438\u0413-21", "MiG-21"},
       {1252, "na\xefve", "na\u00efve"},
+      // Half a character, which would become another one with a letter or a path's backslash.
+      {932,
+       "\x81"
+       "A\u65e5\x83",
+       "_A\u65e5_"},
   };
   for (const auto& [page, text, stored] : cases)
     EXPECT_EQ(storable(text, CodePage(page)), stored) << text;
-}
-
-TEST(TextTest, NamesWhatAPageLacksOnceEach) {
-  const struct {
-    int page;
-    const char *text, *lacking;
-  } cases[] = {{1252, "a\u00e9\u0141\u00e9\u0142\u0141\xef", "\u0141\u0142\xef"},
-               {932, "\u30bb\u30b9\u30ca\u00e9\u30bb\u00e9\uff76", "\u00e9"},
-               {65001, "\u0141\xef", ""}};
-  for (const auto& [page, text, lacking] : cases)
-    EXPECT_EQ(CodePage(page).lacking(text), lacking) << page;
-}
-
-TEST(TextTest, PutsLettersAndTheirAccentsTogether) {
-  const std::string grave = "\u0300", below = "\u0323";
-  std::string many;
-  for (int count = 0; count < 100; ++count) many += grave + below;
-  EXPECT_EQ(composed("e" + grave + "x"), "\u00e8x");
-  EXPECT_EQ(composed("a" + grave + below), "\u1ea1" + grave);
-  EXPECT_EQ(composed("\xff"
-                     "e" +
-                     grave),
-            "\xff"
-            "e" +
-                grave);
-  // So many are no letter's; those around them are looked at all the same.
-  EXPECT_EQ(composed("e" + grave + "a" + many + "e" + grave),
-            "\u00e8"
-            "a" +
-                many + "\u00e8");
-  EXPECT_EQ(composed("e" + grave + "a" + many),
-            "\u00e8"
-            "a" +
-                many);
+  const CodePage japanese(932);
+  const std::string half = japanese.decode("\x81");
+  EXPECT_EQ(japanese.lacking(half + "A"), half);
+  EXPECT_EQ(japanese.lacking("\u65e5\u672c \u0142\u0142"), "\u0142");
 }
 
 }  // namespace skv::test
