@@ -18,6 +18,7 @@ packages=(
   libwmf-dev libexpat1-dev libseccomp-dev       # metafiles, drawn in a process that may do little
   libgtest-dev libbenchmark-dev                 # tests, measuring
   dovecot-pop3d python3-aiosmtpd openssl        # the mail servers of the tests
+  dbus-daemon                                   # and the bus of their desktop
   xvfb xdotool fonts-dejavu-core                # the window without a screen
   openbox                                       # tests: windows as other programs have them
   librsvg2-bin dpkg-dev file                    # icons, the Debian package

@@ -80,10 +80,12 @@ class MailEngine {
   virtual Result<std::unique_ptr<MailBundle>> FetchHeaders(int lines) = 0;
   // The whole mail of one that FetchHeaders of this engine made. It lies in a private file below
   // the user's cache until the message goes. Fails with err::mailLost when the mail is no longer
-  // there, refused or too much for the memory.
+  // there, refused, too large, too much for the memory or another one than FetchHeaders has shown,
+  // or when the connection broke for the second time while it came.
   virtual Result<std::unique_ptr<MailMessage>> FetchFullMail(const MailMessage& head) = 0;
   // On success the server has said that the mail is gone for good; a mail that was gone already is
-  // one. On failure it may be there still.
+  // one. On failure it may be there still. Nothing is deleted where the server shows another mail
+  // in its place.
   virtual Outcome DeleteMail(const MailMessage& head) = 0;
   virtual void Disconnect() = 0;
 

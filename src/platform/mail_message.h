@@ -48,7 +48,7 @@ class MailMessage {
   // Who says to have sent it, decoded, on one line, "" for nobody. A head does not tell.
   virtual std::string GetSender() const { return {}; }
   // The first text that is no attachment, decoded, with "\n" at the line ends and without control
-  // characters. Of a text in HTML what a reader would see. A text of more than 4 MB is cut and says
+  // characters. Of a text in HTML what a reader would see. A text of more than 1 MB is cut and says
   // so at its end.
   virtual Result<std::string> GetBody() const = 0;
 

@@ -40,6 +40,15 @@ std::vector<char*> argumentsOf(std::vector<std::string>& command) {
   return arguments;
 }
 
+// In a new process: what this one ignores or blocks, be it that it was started so, is not for the
+// program to inherit, which could not be ended then.
+void heedAllSignals() {
+  for (int signal = 1; signal < NSIG; ++signal) std::signal(signal, SIG_DFL);
+  sigset_t none;
+  ::sigemptyset(&none);
+  ::sigprocmask(SIG_SETMASK, &none, nullptr);
+}
+
 // In a new process.
 void readFrom(int input) {
   ::dup2(input >= 0 ? input : ::open("/dev/null", O_RDWR | O_CLOEXEC), STDIN_FILENO);
@@ -84,6 +93,7 @@ Started start(std::vector<std::string> command, bool tellEnd, int input = -1, in
   const pid_t child = ::fork();
   if (child < 0) return {};
   if (child == 0) {
+    heedAllSignals();
     ::setsid();
     if (::fork() != 0) ::_exit(0);
     readFrom(input);
@@ -167,6 +177,7 @@ std::string firstLineOf(std::vector<std::string> command, milliseconds time) {
   const pid_t child = ::fork();
   if (child < 0) return {};
   if (child == 0) {
+    heedAllSignals();
     readFrom(-1);
     ::dup2(pipe->writing.get(), STDOUT_FILENO);
     ::execv(program.c_str(), arguments.data());

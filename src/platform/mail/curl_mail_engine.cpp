@@ -151,6 +151,9 @@ class CurlMailEngine : public MailEngine {
       full = std::move(mail).value();
       return {};
     });
+    if (fetched.number() == err::mailLost)
+      return Outcome::withText(err::mailLost, "The mail \"" + head.GetSubject() +
+                                                  "\" was not fetched. " + fetched.description());
     if (!fetched.ok()) return fetched;
     return full;
   }

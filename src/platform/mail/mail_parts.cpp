@@ -140,8 +140,9 @@ class Walk {
   }
 
   void visitPart(GMimePart* part) {
-    if (isAttachment(part)) {
-      found.attachments.push_back({part, nameOf(part), false, {}});
+    std::string name = nameOf(part);
+    if (!name.empty() || g_mime_part_is_attachment(part) != 0) {
+      found.attachments.push_back({part, std::move(name), false, {}});
       return;
     }
     if (!isText(GMIME_OBJECT(part))) return;

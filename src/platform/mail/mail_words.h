@@ -5,11 +5,12 @@
 #include <string>
 #include <string_view>
 
+#include "platform/mail/mail_pulse.h"
+
 namespace skv {
 
-// The value of the first header of this name in a block of headers, unfolded, as it was sent.
-std::string headerIn(std::string_view headers, std::string_view name);
-// A header's value as people read it (RFC 2047), on one line.
+// A header's value as people read it (RFC 2047), on one line. Of one that is longer than 16 KB the
+// beginning.
 std::string decodedHeader(const std::string& value);
 
 // `bytes` in a character set by its name in mails. An unknown one is taken for UTF-8, or for
@@ -17,8 +18,9 @@ std::string decodedHeader(const std::string& value);
 std::string decodedText(const std::string& bytes, const std::string& charset);
 // Text for a box: "\n" at the line ends, no other control characters than tabs.
 std::string plainText(std::string_view text);
-// What a reader would see of a text in HTML.
-std::string textOfHtml(const std::string& html);
+// What a reader would see of a text in HTML, in UTF-8. Ends early when the caller of the pulse
+// wants that.
+std::string textOfHtml(std::string_view html, MailPulse& pulse);
 
 // For a line that goes into a header: control characters become blanks.
 std::string onOneLine(std::string_view text);

@@ -5,14 +5,24 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <array>
 #include <chrono>
 #include <cstring>
 #include <thread>
 
+#include "base/text.h"
 #include "platform/disk/native_calls.h"
 
-#ifdef __SANITIZE_ADDRESS__
-// Its heap is not glibc's.
+// The heap of a sanitizer is not glibc's. GCC and clang tell of them in ways of their own.
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+#define SKYVAULT_OTHER_HEAP
+#elif defined(__has_feature)
+#if __has_feature(address_sanitizer) || __has_feature(thread_sanitizer) || \
+    __has_feature(memory_sanitizer)
+#define SKYVAULT_OTHER_HEAP
+#endif
+#endif
+#ifdef SKYVAULT_OTHER_HEAP
 extern "C" std::size_t __sanitizer_get_current_allocated_bytes();  // NOLINT(*-reserved-identifier)
 #endif
 
@@ -43,6 +53,27 @@ ssize_t readGuarded(GMimeStream* stream, char* buffer, std::size_t length) {
   return got;
 }
 
+constexpr std::array<std::string_view, 9> hiddenNames = {
+    "subject", "from", "sender", "reply-to", "to", "cc", "bcc", "date", "message-id"};
+constexpr std::size_t longestHidden = 16;  // with the colon
+
+bool isHidden(std::string_view line) {
+  const std::size_t end =
+      std::min(line.substr(0, longestHidden).find_first_of(": \t"), line.size());
+  return end < line.size() &&
+         std::ranges::find(hiddenNames, lowerAscii(line.substr(0, end))) != hiddenNames.end();
+}
+
+// Gives such headers other names, in lines that begin at `from` or behind it.
+void hideHeaders(std::span<char> bytes, std::size_t from) {
+  const std::string_view text(bytes.data(), bytes.size());
+  for (std::size_t line = from; line < text.size();) {
+    const bool begins = line == 0 || text[line - 1] == '\n';
+    if (begins && isHidden(text.substr(line))) bytes[line] = 'X';
+    line = std::min(text.find('\n', line), text.size() - 1) + 1;
+  }
+}
+
 void initClass(gpointer its, gpointer) { static_cast<GMimeStreamClass*>(its)->read = &readGuarded; }
 
 GType guardedType() {
@@ -56,6 +87,7 @@ GType guardedType() {
 
 GMimeStream* ParseGuard::streamOf(int file, std::int64_t begin, std::int64_t end) {
   file_ = file;
+  begin_ = begin;
   end_ = end;
   auto* guarded = static_cast<GuardedStream*>(g_object_new(guardedType(), nullptr));
   auto* stream = reinterpret_cast<GMimeStream*>(guarded);  // NOLINT(*-reinterpret-cast)
@@ -68,17 +100,7 @@ GMimeStream* ParseGuard::streamOf(int file, std::int64_t begin, std::int64_t end
 }
 
 std::int64_t ParseGuard::read(std::int64_t at, std::span<char> into) {
-  if (at < pieceBegin_ || at >= pieceBegin_ + pieceLength_) {
-    pieceBegin_ = at;
-    piece_.resize(readSize);
-    const auto wanted = static_cast<std::size_t>(
-        std::clamp<std::int64_t>(end_ - at, 0, static_cast<std::int64_t>(readSize)));
-    pieceLength_ = retried([&] { return ::pread(file_, piece_.data(), wanted, at); });
-    if (pieceLength_ < 0) {
-      error_ = errno;
-      pieceLength_ = 0;
-    }
-  }
+  if (at < pieceBegin_ || at >= pieceBegin_ + pieceLength_) readPiece(at);
   const std::int64_t skipped = at - pieceBegin_;
   const auto bytes = std::span(piece_).subspan(
       static_cast<std::size_t>(skipped),
@@ -87,8 +109,24 @@ std::int64_t ParseGuard::read(std::int64_t at, std::span<char> into) {
   return mayReadOn(bytes) ? static_cast<std::int64_t>(bytes.size()) : 0;
 }
 
+void ParseGuard::readPiece(std::int64_t at) {
+  // With the byte before, and so many behind that a header's name is whole.
+  const std::int64_t from = std::max(at - 1, begin_);
+  piece_.resize(readSize + longestHidden + 1);
+  const auto wanted = static_cast<std::size_t>(
+      std::clamp<std::int64_t>(end_ - from, 0, static_cast<std::int64_t>(piece_.size())));
+  const ssize_t got = retried([&] { return ::pread(file_, piece_.data(), wanted, from); });
+  if (got < 0) error_ = errno;
+  const auto length = static_cast<std::size_t>(std::max<ssize_t>(got, 0));
+  const auto before = std::min<std::size_t>(static_cast<std::size_t>(at - from), length);
+  hideHeaders({piece_.data(), length}, before);
+  piece_.erase(piece_.begin(), piece_.begin() + static_cast<std::ptrdiff_t>(before));
+  pieceBegin_ = at;
+  pieceLength_ = static_cast<std::int64_t>(std::min(length - before, readSize));
+}
+
 std::size_t ParseGuard::inUse() {
-#ifdef __SANITIZE_ADDRESS__
+#ifdef SKYVAULT_OTHER_HEAP
   return __sanitizer_get_current_allocated_bytes();
 #else
   const auto memory = ::mallinfo2();

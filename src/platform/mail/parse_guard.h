@@ -1,6 +1,9 @@
 // What keeps the parsing of a stranger's mail within bounds: it reads through a stream that lives
 // on signs of life and ends early, to be refused, where the mail grows in memory, be it by millions
 // of parts, by headers without an end or by what nobody has thought of.
+//
+// Subject, addresses and the like the parser does not get to see: it takes them apart at once, of
+// each forwarded mail, too, which may cost minutes or the stack, and nobody here asks it for them.
 #pragma once
 
 #include <sys/types.h>
@@ -36,6 +39,7 @@ class ParseGuard {
   std::int64_t read(std::int64_t at, std::span<char> into);
 
  private:
+  void readPiece(std::int64_t at);
   // Whether to read on after these bytes.
   bool mayReadOn(std::span<const char> bytes);
   bool growsTooMuch() const;
@@ -46,7 +50,7 @@ class ParseGuard {
   bool ended_ = false, tooMuch_ = false;
 
   int file_ = -1, error_ = 0;
-  std::int64_t end_ = 0;
+  std::int64_t begin_ = 0, end_ = 0;
   std::vector<char> piece_;
   std::int64_t pieceBegin_ = 0, pieceLength_ = 0;
 };

@@ -4,11 +4,13 @@
 
 #include <algorithm>
 #include <charconv>
+#include <map>
+#include <tuple>
 #include <unordered_map>
 
 #include "base/text.h"
 #include "platform/disk/native_calls.h"
-#include "platform/mail/mail_words.h"
+#include "platform/mail/stored_head.h"
 
 namespace skv {
 
@@ -16,9 +18,9 @@ namespace {
 
 // Nobody has more mails.
 constexpr std::uint64_t mostMails = 1'000'000;
-// Of headers: what is looked at, and what is kept of thousands of mails at once.
-constexpr std::size_t keptHead = std::size_t{1} << 16U;
-constexpr std::size_t longestSubject = 1024, keptLines = 1024;
+// What is kept of thousands of mails at once. A subject is longer where memory allows it.
+constexpr std::size_t keptSubject = 1024, keptLines = 1024;
+constexpr std::size_t roomForSubjects = std::size_t{32} << 20U;
 constexpr std::size_t writtenAtOnce = std::size_t{1} << 18U;
 
 std::uint64_t leadingNumber(std::string_view text) {
@@ -27,19 +29,25 @@ std::uint64_t leadingNumber(std::string_view text) {
   return number;
 }
 
-// Of the headers alone, and without those by which a server marks what it has shown.
-std::size_t printOf(std::string_view head) {
-  std::string kept;
-  for (std::size_t at = 0; at < head.size();) {
-    const std::size_t end = std::min(head.find('\n', at), head.size() - 1) + 1;
-    const std::string_view line = head.substr(at, end - at);
-    at = end;
-    if (trim(line).empty()) break;
-    const std::string name = lowerAscii(line.substr(0, line.find(':')));
-    if (name != "status" && name != "x-status") kept += line;
-  }
-  return std::hash<std::string>()(kept);
+bool mayBeSame(std::uint64_t size, std::uint64_t other) {
+  return size == other || size == 0 || other == 0;
 }
+
+Outcome lost(const std::string& text) { return Outcome::withText(err::mailLost, text); }
+
+// The headers of a mail that comes whole.
+class HeadOfTransfer {
+ public:
+  void take(std::string_view piece) {
+    text_ += piece.substr(0, longestHead - std::min(longestHead, text_.size()));
+  }
+  std::uint64_t markOfSender() const {
+    return skv::markOfSender(std::string_view(text_).substr(0, readStoredHead(text_).length));
+  }
+
+ private:
+  std::string text_;
+};
 
 // A file that is empty is left alone: ext4 puts one that was cut to nothing on the disk when it is
 // closed, even if it goes with that.
@@ -68,12 +76,22 @@ void Pop3Mailbox::setAccess(const ServerAccess& access) {
   }
   close();
   removed_.clear();
+  listed_.clear();
   access_ = access;
   topMissing_ = false;
 }
 
 Outcome Pop3Mailbox::refused(const Pop3Answer& answer) const {
   return serverFailure(*access_, "refuses", answer.words);
+}
+
+Outcome Pop3Mailbox::misnamed() const {
+  return serverFailure(*access_, "names another mail by the name that this one had");
+}
+
+void Pop3Mailbox::drop() {
+  if (session_) end_ = session_->end();
+  session_.reset();
 }
 
 Outcome Pop3Mailbox::connect() {
@@ -94,15 +112,14 @@ Outcome Pop3Mailbox::connect() {
   return {};
 }
 
-// Work that may be done again: a session that was open before may have been ended by the server
-// meanwhile, and a new one is tried then.
 template <class Work>
 Outcome Pop3Mailbox::inSession(Work work) {
   const bool wasOpen = session_ != nullptr;
   Outcome done = connect();
   if (!done.ok()) return done;
   done = work();
-  if (session_ || !wasOpen || done.number() != err::mail) return done;
+  if (session_ || !wasOpen || done.number() != err::mail || end_ != Pop3Session::End::broken)
+    return done;
   if (Outcome again = connect(); !again.ok()) return again;
   return work();
 }
@@ -138,7 +155,7 @@ Outcome Pop3Mailbox::loadEntries() {
     return {};
   };
   Outcome taken = take("UIDL", [](Entry& entry, const std::string& uid) { entry.uid = uid; });
-  if (taken.ok() && order.size() != static_cast<std::size_t>(count_))
+  if (taken.ok())
     taken = take("LIST",
                  [](Entry& entry, const std::string& size) { entry.size = leadingNumber(size); });
   if (!taken.ok()) return taken;
@@ -151,25 +168,30 @@ Outcome Pop3Mailbox::loadEntries() {
 }
 
 // A server without TOP sends the whole mail; what is not looked at goes as it comes.
-Result<std::vector<MailHead>> Pop3Mailbox::headsOf(const std::vector<Entry>& entries, int lines) {
+Result<std::vector<MailHead>> Pop3Mailbox::headsOf(const std::vector<Entry>& entries) {
   std::vector<MailHead> heads;
   std::vector<std::size_t> without;
+  std::size_t room = roomForSubjects;
   const auto note = [&](std::size_t index, const std::string& text) {
     MailHead& head = heads[index];
     const Entry& entry = entries[index];
-    head.key = {entry.uid, entry.size, printOf(text), lines, entry.number, sessions_, false};
-    // Thousands of these are held at once.
-    head.subject = headerIn(text, "Subject").substr(0, longestSubject);
-    const std::size_t gap = std::min(text.find("\n\r\n"), text.size());
-    head.lines = text.substr(std::min(gap + 3, text.size()), keptLines);
+    const StoredHead stored = readStoredHead(text);
+    const std::string_view headers = std::string_view(text).substr(0, stored.length);
+    head.key = {entry.uid, entry.size, markOfHead(headers), markOfSender(headers), entry.number,
+                sessions_, 1};
+    head.subject = stored.subject.substr(0, std::max(room, keptSubject));
+    room -= std::min(room, head.subject.size());
+    // Behind the empty line.
+    const std::size_t body = stored.whole ? text.find('\n', stored.length) : text.size();
+    if (body < text.size()) head.lines = text.substr(body + 1, keptLines);
   };
   heads.resize(entries.size());
   std::vector<std::string> commands;
   if (!topMissing_)
     for (const Entry& entry : entries)
-      commands.push_back("TOP " + std::to_string(entry.number) + " " + std::to_string(lines));
+      commands.push_back("TOP " + std::to_string(entry.number) + " " + std::to_string(lines_));
   Outcome asked =
-      session_->mails(commands, keptHead,
+      session_->mails(commands, longestHead,
                       [&](std::size_t index, const Pop3Answer& answer, const std::string& text) {
                         if (answer.agreed)
                           note(index, text);
@@ -184,7 +206,7 @@ Result<std::vector<MailHead>> Pop3Mailbox::headsOf(const std::vector<Entry>& ent
     std::string text;
     const auto answer = session_->mail(
         "RETR " + std::to_string(entries[index].number), [&](std::string_view piece) {
-          text += piece.substr(0, keptHead - std::min(keptHead, text.size()));
+          text += piece.substr(0, longestHead - std::min(longestHead, text.size()));
           return true;
         });
     asked = answer.outcome();
@@ -209,12 +231,13 @@ Result<std::vector<MailHead>> Pop3Mailbox::heads(int lines) {
     if (Outcome loaded = loadEntries(); !loaded.ok()) return loaded;
     heads.clear();
     refusal_ = {};
+    lines_ = lines;
     // The first one alone shows whether the server knows TOP: many end a session that asks too
     // often for what they do not know.
     const auto second = entries_.begin() + (entries_.empty() ? 0 : 1);
     for (const auto& part :
          {std::vector(entries_.begin(), second), std::vector(second, entries_.end())}) {
-      auto read = headsOf(part, lines);
+      auto read = headsOf(part);
       if (!read.ok()) return read.outcome();
       std::ranges::move(read.value(), std::back_inserter(heads));
     }
@@ -222,9 +245,16 @@ Result<std::vector<MailHead>> Pop3Mailbox::heads(int lines) {
     return heads.empty() ? refusal_ : Outcome();
   });
   if (!fetched.ok()) return fetched;
-  std::unordered_map<std::string_view, int> uids;
-  for (const MailHead& head : heads) ++uids[head.key.uid];
-  for (MailHead& head : heads) head.key.alone = uids[head.key.uid] == 1;
+  std::map<std::tuple<std::string_view, std::uint64_t, std::uint64_t>, std::size_t> alike;
+  const auto identity = [](const MailKey& key) {
+    return std::tuple(std::string_view(key.uid), key.size, key.mark);
+  };
+  for (const MailHead& head : heads) ++alike[identity(head.key)];
+  listed_.clear();
+  for (MailHead& head : heads) {
+    head.key.alike = alike[identity(head.key)];
+    if (!head.key.uid.empty()) listed_[head.key.uid] = head.key.mark;
+  }
   return heads;
 }
 
@@ -237,109 +267,208 @@ int Pop3Mailbox::likelyNumber(const MailKey& key) const {
   return number;
 }
 
-// More than one where mails are alike in all that is known of them.
-Result<std::vector<int>> Pop3Mailbox::numbersOf(const MailKey& key) {
-  // One line in the place of a list of thousands.
-  if (key.alone && !key.uid.empty() && !entriesLoaded_) {
-    const std::string number = std::to_string(likelyNumber(key));
-    const auto answer = session_->command("UIDL " + number);
+// The name was another mail's when the mailbox was listed: this server's names wander, as numbers
+// do.
+bool Pop3Mailbox::namesAnother(const std::string& uid, const MailKey& key) const {
+  const auto listed = listed_.find(uid);
+  return listed != listed_.end() && listed->second != key.mark;
+}
+
+Result<Pop3Mailbox::Entry> Pop3Mailbox::entryAt(int number) {
+  Entry entry{number, {}, 0};
+  const std::string which = std::to_string(number) + " ";
+  const auto value = [&which](const Pop3Answer& answer) {
+    return answer.agreed && answer.words.starts_with(which)
+               ? trim(answer.words.substr(which.size()))
+               : std::string();
+  };
+  for (const char* command : {"UIDL ", "LIST "}) {
+    const auto answer = session_->command(command + std::to_string(number));
     if (!answer.ok()) {
       drop();
       return answer.outcome();
     }
-    if (answer.value().agreed && trim(answer.value().words) == number + " " + key.uid)
-      return std::vector<int>{likelyNumber(key)};
+    if (*command == 'U')
+      entry.uid = value(answer.value());
+    else
+      entry.size = leadingNumber(value(answer.value()));
   }
-  if (Outcome loaded = loadEntries(); !loaded.ok()) return loaded;
+  return entry;
+}
+
+// The numbers of those that have the mail's headers.
+Result<std::vector<int>> Pop3Mailbox::sameAs(const MailKey& key,
+                                             const std::vector<Entry>& entries) {
   std::vector<int> numbers;
-  std::vector<Entry> alike;
-  for (const Entry& entry : entries_) {
-    if (!key.uid.empty() && entry.uid == key.uid) numbers.push_back(entry.number);
-    if (key.uid.empty() && entry.uid.empty() && entry.size == key.size) alike.push_back(entry);
-  }
-  if (alike.empty()) return numbers;
+  if (entries.empty()) return numbers;
   refusal_ = {};
-  const auto heads = headsOf(alike, key.lines);
+  const auto heads = headsOf(entries);
   if (!heads.ok()) return heads.outcome();
   for (const MailHead& head : heads.value())
-    if (head.key.print == key.print) numbers.push_back(head.key.number);
+    if (head.key.mark == key.mark) numbers.push_back(head.key.number);
   // It may be one of those that the server does not show now.
   if (numbers.empty() && !refusal_.ok()) return refusal_;
   return numbers;
 }
 
-// 0 for a mail that is no longer there.
-Result<int> Pop3Mailbox::find(const MailKey& key) {
-  if (key.session == sessions_) return key.number;
+// More than one where mails are alike in all that is known of them.
+Result<std::vector<int>> Pop3Mailbox::numbersOf(const MailKey& key) {
+  misnamed_ = false;
+  // A few lines in the place of lists of thousands.
+  if (const int likely = likelyNumber(key);
+      key.alike == 1 && !key.uid.empty() && !entriesLoaded_ && likely >= 1 && likely <= count_) {
+    const auto entry = entryAt(likely);
+    if (!entry.ok()) return entry.outcome();
+    const std::string& uid = entry.value().uid;
+    if ((uid == key.uid || namesAnother(uid, key)) && mayBeSame(entry.value().size, key.size)) {
+      auto numbers = sameAs(key, {entry.value()});
+      if (!numbers.ok() || !numbers.value().empty()) return numbers;
+    }
+  }
+  if (Outcome loaded = loadEntries(); !loaded.ok()) return loaded;
+  std::vector<Entry> named, others;
+  for (const Entry& entry : entries_) {
+    const bool itsName = !key.uid.empty() && entry.uid == key.uid;
+    misnamed_ = misnamed_ || itsName;
+    if (mayBeSame(entry.size, key.size)) (itsName ? named : others).push_back(entry);
+  }
+  auto numbers = sameAs(key, named);
+  if (numbers.ok() && numbers.value().empty()) {
+    // Where names mean mails, a mail of another name is another one.
+    if (!misnamed_)
+      std::erase_if(others, [&](const Entry& entry) {
+        return !key.uid.empty() && !entry.uid.empty() && !namesAnother(entry.uid, key);
+      });
+    numbers = sameAs(key, others);
+  }
+  return numbers;
+}
+
+Result<Pop3Mailbox::Place> Pop3Mailbox::find(const MailKey& key) {
+  if (key.session == sessions_) return Place{key.number, key.alike};
+  const std::pair itself(key.session, key.number);
+  if (foundIn_ == sessions_ && foundKey_ == itself) return found_;
   const auto numbers = numbersOf(key);
   if (!numbers.ok()) return numbers.outcome();
-  return numbers.value().empty() ? 0 : numbers.value().front();
+  foundKey_ = itself;
+  foundIn_ = sessions_;
+  found_ = {};
+  if (!numbers.value().empty()) found_ = {numbers.value().front(), numbers.value().size()};
+  return found_;
 }
 
 Outcome Pop3Mailbox::fetch(const MailKey& key, int file) {
-  return inSession([&]() -> Outcome {
-    const auto number = find(key);
-    if (!number.ok()) return number.outcome();
-    if (number.value() == 0)
-      return Outcome::withText(err::mailLost, "A mail is no longer in the mailbox.");
-    const std::string which = " " + std::to_string(number.value());
-    auto answer = session_->command("LIST" + which);
-    std::uint64_t size = 0;
-    if (answer.ok()) {
-      const std::string& words = answer.value().words;
-      size = leadingNumber(words.substr(std::min(words.find(' ') + 1, words.size())));
-      int error = emptied(file);
-      if (error == 0) error = holdRoom(file, size);
-      if (error != 0) return systemFailure(error, options_.workFolder);
-      std::uint64_t done = 0;
-      std::string unwritten;
-      const auto write = [&](std::size_t atLeast) {
-        if (error != 0 || unwritten.size() < atLeast) return;
-        error = writeAll(file, unwritten);
-        unwritten.clear();
-      };
-      answer = session_->mail("RETR" + which, [&](std::string_view piece) {
-        unwritten += piece;
-        write(writtenAtOnce);
-        pulse_.tell(done += piece.size(), size);
-        return error == 0;
-      });
-      write(0);
-      if (error != 0) {
-        drop();
-        return systemFailure(error, options_.workFolder);
-      }
-    }
-    if (!answer.ok()) {
-      drop();
-      return answer.outcome();
-    }
-    if (answer.value().agreed) return {};
-    return Outcome::withText(err::mailLost, refused(answer.value()).description());
+  Outcome done;
+  for (int breaks = 0; breaks < 2;) {
+    const bool wasOpen = session_ != nullptr;
+    if (Outcome connected = connect(); !connected.ok()) return connected;
+    bool begun = false;
+    done = fetchOnce(key, file, begun);
+    if (done.ok()) silences_ = 0;
+    if (session_ || done.number() != err::mail) return done;
+    const bool broken = end_ == Pop3Session::End::broken;
+    if (!begun && (!broken || !wasOpen)) return done;
+    if (!begun) continue;
+    // A server that is silent on one mail may have another one; a second silence is its own.
+    if (end_ == Pop3Session::End::silent && silences_++ > 0) return done;
+    breaks += broken ? 1 : 2;
+  }
+  return lost(done.description());
+}
+
+Outcome Pop3Mailbox::fetchOnce(const MailKey& key, int file, bool& begun) {
+  const auto place = find(key);
+  if (!place.ok()) return place.outcome();
+  if (place.value().number == 0)
+    return lost(misnamed_ ? misnamed().description() : "The mail is no longer in the mailbox.");
+  const std::string which = " " + std::to_string(place.value().number);
+  const auto listed = session_->command("LIST" + which);
+  if (!listed.ok()) {
+    drop();
+    return listed.outcome();
+  }
+  const std::string& words = listed.value().words;
+  const std::uint64_t size =
+      listed.value().agreed
+          ? leadingNumber(words.substr(std::min(words.find(' ') + 1, words.size())))
+          : 0;
+  if (size > largestMail)
+    return lost("It has " + std::to_string(size >> 20U) + " MB, and " +
+                std::to_string(largestMail >> 20U) + " MB is the most.");
+  begun = true;
+  return receive(which, size, key, file);
+}
+
+Outcome Pop3Mailbox::receive(const std::string& which, std::uint64_t size, const MailKey& key,
+                             int file) {
+  int error = emptied(file);
+  if (error == 0) error = holdRoom(file, size);
+  if (error != 0) return systemFailure(error, options_.workFolder);
+  std::uint64_t done = 0;
+  std::string unwritten;
+  HeadOfTransfer head;
+  const auto write = [&](std::size_t atLeast) {
+    if (error != 0 || unwritten.size() < atLeast) return;
+    error = writeAll(file, unwritten);
+    unwritten.clear();
+  };
+  const auto answer = session_->mail("RETR" + which, [&](std::string_view piece) {
+    head.take(piece);
+    unwritten += piece;
+    write(writtenAtOnce);
+    pulse_.tell(done += piece.size(), size);
+    return error == 0;
   });
+  write(0);
+  if (error != 0) {
+    drop();
+    return systemFailure(error, options_.workFolder);
+  }
+  if (!answer.ok()) {
+    drop();
+    return answer.outcome();
+  }
+  if (!answer.value().agreed) return lost(refused(answer.value()).description());
+  if (head.markOfSender() != key.sender)
+    return lost(serverFailure(*access_, "has sent another mail than the one that it had listed")
+                    .description());
+  return {};
+}
+
+// Once more before a deletion: in a session that goes on while the user reads and installs, some
+// servers give the numbers anew.
+Outcome Pop3Mailbox::confirm(const MailKey& key, int number) {
+  if (topMissing_) return {};
+  const auto numbers = sameAs(key, {Entry{number, key.uid, key.size}});
+  if (!numbers.ok()) return numbers.outcome();
+  if (!numbers.value().empty()) return {};
+  drop();
+  return misnamed();
 }
 
 Outcome Pop3Mailbox::remove(const MailKey& key) {
   Outcome failure;
   // How many mails like this one there were when the server's last word on them was lost.
   std::optional<std::size_t> inDoubt;
+  const auto isFinal = [&] {
+    return failure.number() == err::cancelled || (!session_ && end_ == Pop3Session::End::silent);
+  };
   for (int attempt = 0; attempt < 3; ++attempt) {
-    const bool known = session_ && key.session == sessions_;
     if (failure = connect(); !failure.ok()) return failure;
-    const auto numbers = numbersOf(key);
-    if (!numbers.ok()) {
-      failure = numbers.outcome();
-      if (failure.number() == err::cancelled) return failure;
-      continue;
-    }
-    const std::vector<int>& alike = numbers.value();
-    if (alike.empty() || (inDoubt && alike.size() < *inDoubt)) return {};
-    const bool itself = known && std::ranges::find(alike, key.number) != alike.end();
-    const int number = itself ? key.number : alike.front();
+    const bool known = key.session == sessions_ || foundIn_ == sessions_;
+    const auto place = find(key);
+    failure = place.outcome();
+    if (place.ok() && place.value().alike == 0)
+      return misnamed_ && !inDoubt ? misnamed() : Outcome();
+    if (place.ok() && inDoubt && place.value().alike < *inDoubt) return {};
+    if (place.ok() && known) failure = confirm(key, place.value().number);
+    if (!failure.ok() && isFinal()) return failure;
+    if (!failure.ok()) continue;
+    const int number = place.value().number;
     auto answer = session_->command("DELE " + std::to_string(number));
     const bool marked = answer.ok() && answer.value().agreed;
     if (marked) {
-      inDoubt = alike.size();
+      inDoubt = place.value().alike;
       answer = session_->command("QUIT");
     }
     if (marked || !answer.ok()) drop();
@@ -349,7 +478,7 @@ Outcome Pop3Mailbox::remove(const MailKey& key) {
       return {};
     }
     failure = answer.outcome();
-    if (failure.number() == err::cancelled) return failure;
+    if (isFinal()) return failure;
   }
   return failure;
 }

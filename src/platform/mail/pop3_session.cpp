@@ -21,11 +21,7 @@ constexpr std::chrono::seconds quitTime{2};
 // never idle; the commands themselves are so short that they never fill one.
 constexpr std::size_t window = 64;
 
-// Without its end, of which the line feed is off already.
-std::string plainLine(std::string_view line) {
-  if (line.ends_with('\r')) line.remove_suffix(1);
-  return trim(line);
-}
+constexpr std::string_view lineEnd = "\r\n";
 
 }  // namespace
 
@@ -51,9 +47,9 @@ Outcome Pop3Session::askForCapabilities() {
   std::string text;
   const auto answer = listing("CAPA", longestCapabilities, text);
   if (!answer.ok() || !answer.value().agreed) return answer.outcome();
-  text = "\n" + lowerAscii(text);
-  pipelining_ = text.find("\npipelining\r\n") != std::string::npos;
-  offersTop_ = text.find("\ntop\r\n") != std::string::npos;
+  text = "\r\n" + lowerAscii(text);
+  pipelining_ = text.find("\r\npipelining\r\n") != std::string::npos;
+  offersTop_ = text.find("\r\ntop\r\n") != std::string::npos;
   return {};
 }
 
@@ -119,40 +115,41 @@ Result<Pop3Session::Listing> Pop3Session::list(std::string_view command, int cou
       listing(command, longestEntry * (static_cast<std::uint64_t>(count) + 100), text);
   if (!answer.ok()) return answer.outcome();
   Listing listing{answer.value().agreed, {}};
-  for (const std::string& line : split(text, '\n')) {
+  for (std::string_view lines = text; !lines.empty();) {
+    const std::string_view line = lines.substr(0, lines.find(lineEnd));
+    lines.remove_prefix(std::min(line.size() + lineEnd.size(), lines.size()));
     int number = 0;
     const char* const end = line.data() + line.size();
     const auto [rest, error] = std::from_chars(line.data(), end, number);
-    if (error != std::errc() || number <= 0 || rest == end || *rest != ' ') continue;
-    listing.entries.emplace_back(number, plainLine(std::string_view(rest, end)));
+    if (error != std::errc() || number <= 0 || number > count || rest == end || *rest != ' ')
+      continue;
+    listing.entries.emplace_back(number, trim(std::string_view(rest, end)));
   }
   return listing;
 }
 
-Outcome Pop3Session::readMore() {
+Outcome Pop3Session::readMore(std::optional<std::chrono::steady_clock::time_point> until) {
   if (begin_ > 0) {
     std::memmove(buffer_.data(), buffer_.data() + begin_, end_ - begin_);
     end_ -= begin_;
     begin_ = 0;
   }
-  const auto got = link_->receive(std::span(buffer_).subspan(end_));
+  const auto got = link_->receive(std::span(buffer_).subspan(end_), until);
   if (!got.ok()) return got.outcome();
   end_ += got.value();
   return {};
 }
 
 Result<Pop3Answer> Pop3Session::readAnswer() {
-  const auto since = std::chrono::steady_clock::now();
+  const auto until = std::chrono::steady_clock::now() + lineTime_;
   std::size_t length = 0;
-  while ((length = unread().find('\n')) == std::string_view::npos) {
+  while ((length = unread().find(lineEnd)) == std::string_view::npos) {
     if (unread().size() > longestAnswerLine)
       return serverFailure(access_, "answers without an end");
-    if (std::chrono::steady_clock::now() - since > lineTime_)
-      return serverFailure(access_, "does not answer");
-    if (Outcome more = readMore(); !more.ok()) return more;
+    if (Outcome more = readMore(until); !more.ok()) return more;
   }
-  const std::string line = plainLine(unread().substr(0, length));
-  begin_ += length + 1;
+  const std::string line = trim(unread().substr(0, length));
+  begin_ += length + lineEnd.size();
   if (line.starts_with("+OK")) return Pop3Answer{true, trim(line.substr(3))};
   if (line.starts_with("-ERR")) return Pop3Answer{false, trim(line.substr(4))};
   return serverFailure(access_, "answers what is no POP3", line);
@@ -164,6 +161,7 @@ Outcome Pop3Session::readLines(std::uint64_t longest,
                                std::optional<std::chrono::milliseconds> lineTime,
                                const Sink& sink) {
   bool lineBegins = true;
+  char last = '\n';  // of what was looked at
   std::uint64_t taken = 0;
   auto lineSince = std::chrono::steady_clock::now();
   for (;;) {
@@ -177,31 +175,33 @@ Outcome Pop3Session::readLines(std::uint64_t longest,
     bool ended = false;
     while (at < text.size()) {
       if (lineBegins && text[at] == '.') {
-        const std::string_view rest = text.substr(at + 1, 2);
-        if (rest.empty() || rest == "\r") break;  // what it is comes with the next piece
+        const std::string_view rest = text.substr(at + 1, lineEnd.size());
+        if (rest.size() < lineEnd.size() && lineEnd.starts_with(rest)) break;  // more is to come
         pass(at);
         from = at + 1;
-        if (rest == "\r\n" || rest.front() == '\n') {
-          at += rest.front() == '\n' ? 2 : 3;
-          from = at;
-          ended = true;
+        ended = rest == lineEnd;
+        if (ended) {
+          from = at += 1 + lineEnd.size();
           break;
         }
       }
-      const std::size_t newline = text.find('\n', at);
-      lineBegins = newline != std::string_view::npos;
-      at = lineBegins ? newline + 1 : text.size();
+      const std::size_t feed = text.find('\n', at);
+      if (feed != std::string_view::npos && feed > 0) last = text[feed - 1];
+      lineBegins = feed != std::string_view::npos && last == '\r';
+      at = feed == std::string_view::npos ? text.size() : feed + 1;
+      last = text[at - 1];
     }
     pass(at);
     begin_ += at;
     if (!wanted) return Outcome::failure(err::cancelled);
     if (ended) return {};
     taken += at;
-    if (taken > longest) return serverFailure(access_, "answers without an end");
-    const auto now = std::chrono::steady_clock::now();
-    if (text.find('\n') != std::string_view::npos) lineSince = now;
-    if (lineTime && now - lineSince > *lineTime) return serverFailure(access_, "does not answer");
-    if (Outcome more = readMore(); !more.ok()) return more;
+    endless_ = taken > longest;
+    if (endless_) return serverFailure(access_, "answers without an end");
+    if (text.find('\n') != std::string_view::npos) lineSince = std::chrono::steady_clock::now();
+    std::optional<std::chrono::steady_clock::time_point> until;
+    if (lineTime) until = lineSince + *lineTime;
+    if (Outcome more = readMore(until); !more.ok()) return more;
   }
 }
 

@@ -3,6 +3,9 @@
 //   STAT              +OK 2 320
 //   TOP 1 10          +OK, the headers and ten lines of the body, "."
 //   DELE 1            +OK: the server will delete the mail when it hears QUIT, and not before
+//
+// A line ends with CR LF and with nothing else: what a mail holds between line feeds alone is no
+// line of the conversation, and a dot there neither ends a mail nor goes.
 #pragma once
 
 #include <cstdint>
@@ -34,7 +37,13 @@ class Pop3Session {
   static Result<std::unique_ptr<Pop3Session>> open(const ServerAccess& access,
                                                    const MailOptions& options, MailPulse& pulse);
 
-  // Every call that fails leaves a session of no use.
+  // Every call that fails leaves a session of no use. Why:
+  enum class End {
+    broken,   // the connection was lost
+    silent,   // the server kept it waiting: it would most likely do so again
+    endless,  // what it sent was more than a mail can be
+  };
+  End end() const { return endless_ ? End::endless : link_->silent() ? End::silent : End::broken; }
 
   Result<Pop3Answer> command(std::string_view line);
 
@@ -76,7 +85,8 @@ class Pop3Session {
   // `lineTime`: for the end of each line, where there is one.
   Outcome readLines(std::uint64_t longest, std::optional<std::chrono::milliseconds> lineTime,
                     const Sink& sink);
-  Outcome readMore();
+  // `until`: when the server has had its time, however much it sends in between.
+  Outcome readMore(std::optional<std::chrono::steady_clock::time_point> until = {});
   std::string_view unread() const {
     return std::string_view(buffer_.data() + begin_, end_ - begin_);
   }
@@ -84,7 +94,7 @@ class Pop3Session {
   std::unique_ptr<ServerLink> link_;
   const ServerAccess access_;
   const std::chrono::milliseconds lineTime_;
-  bool pipelining_ = false, offersTop_ = false;
+  bool pipelining_ = false, offersTop_ = false, endless_ = false;
   std::vector<char> buffer_;
   std::size_t begin_ = 0, end_ = 0;  // of what has come and was not looked at
 };

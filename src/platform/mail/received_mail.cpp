@@ -1,5 +1,7 @@
 #include "platform/mail/received_mail.h"
 
+#include <unistd.h>
+
 #include <algorithm>
 #include <array>
 #include <future>
@@ -11,12 +13,13 @@
 #include "platform/mail/mail_parts.h"
 #include "platform/mail/mail_words.h"
 #include "platform/mail/parse_guard.h"
+#include "platform/mail/stored_head.h"
 
 namespace skv {
 
 namespace {
 
-constexpr std::size_t longestBody = std::size_t{4} << 20U;
+constexpr std::size_t longestBody = std::size_t{1} << 20U;
 constexpr std::size_t textPiece = std::size_t{1} << 14U;
 constexpr std::size_t filePiece = std::size_t{1} << 20U;
 
@@ -90,7 +93,14 @@ class ReceivedMail : public MailMessage {
         files_(files),
         pulse_(pulse) {}
 
-  std::string GetSubject() const override { return header("Subject"); }
+  std::string GetSubject() const override {
+    std::string head(std::min(longestHead, static_cast<std::size_t>(where_.end - where_.begin)),
+                     '\0');
+    const ssize_t got = retried(
+        [&] { return ::pread(where_.file->get(), head.data(), head.size(), where_.begin); });
+    head.resize(static_cast<std::size_t>(std::max<ssize_t>(got, 0)));
+    return decodedHeader(readStoredHead(head).subject);
+  }
   std::string GetSender() const override { return header("From"); }
 
   Result<std::string> GetBody() const override {
@@ -99,7 +109,7 @@ class ReceivedMail : public MailMessage {
     GMimeContentType* type = g_mime_object_get_content_type(GMIME_OBJECT(parts_.text));
     std::string text = decodedText(
         bytes, std::string(orEmpty(g_mime_content_type_get_parameter(type, "charset"))));
-    if (g_mime_content_type_is_type(type, "text", "html") != 0) text = textOfHtml(text);
+    if (g_mime_content_type_is_type(type, "text", "html") != 0) text = textOfHtml(text, pulse_);
     text = plainText(text);
     if (cut) text += "\n[...]";
     return text;
@@ -123,7 +133,9 @@ class ReceivedMail : public MailMessage {
   Outcome SaveAttachment(int index, std::string_view folder) const override {
     if (!has(index)) return Outcome::failure(err::invalidProcedureCall);
     const std::string name = lastElement(at(index).name);
-    if (!isElementName(name) || std::ranges::any_of(name, isForbiddenInNames))
+    // The disk would drop a dot at the end, and save another name than the caller looks for.
+    if (!isElementName(name) || name.ends_with('.') ||
+        std::ranges::any_of(name, isForbiddenInNames))
       return Outcome::failure(err::badFileName, onOneLine(name));
     pulse_.restart();
     const std::string path = withBackslash(folder) + name;

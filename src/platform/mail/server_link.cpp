@@ -356,10 +356,10 @@ Result<std::unique_ptr<ServerLink>> ServerLink::open(const ServerAccess& access,
 
 void ServerLink::setPatience(std::chrono::milliseconds time) { call_->options.silenceTime = time; }
 
-Outcome ServerLink::wait(short events, Time since) {
+Outcome ServerLink::wait(short events, Time until) {
   if (!call_->pulse.beat()) return MailPulse::cancelled();
-  if (now() - since > call_->options.silenceTime)
-    return serverFailure(call_->access, "does not answer");
+  silent_ = now() > until;
+  if (silent_) return serverFailure(call_->access, "does not answer");
   curl_socket_t socket = CURL_SOCKET_BAD;
   if (curl_easy_getinfo(call_->easy(), CURLINFO_ACTIVESOCKET, &socket) != CURLE_OK ||
       socket == CURL_SOCKET_BAD)
@@ -370,7 +370,7 @@ Outcome ServerLink::wait(short events, Time since) {
 }
 
 Outcome ServerLink::send(std::string_view bytes) {
-  const Time since = now();
+  const Time until = now() + call_->options.silenceTime;
   while (!bytes.empty()) {
     std::size_t sent = 0;
     const CURLcode code = curl_easy_send(call_->easy(), bytes.data(), bytes.size(), &sent);
@@ -378,20 +378,21 @@ Outcome ServerLink::send(std::string_view bytes) {
       return serverFailure(call_->access, "has broken off");
     bytes.remove_prefix(sent);
     if (code != CURLE_AGAIN) continue;
-    if (Outcome waited = wait(POLLOUT, since); !waited.ok()) return waited;
+    if (Outcome waited = wait(POLLOUT, until); !waited.ok()) return waited;
   }
   return {};
 }
 
-Result<std::size_t> ServerLink::receive(std::span<char> buffer) {
-  const Time since = now();
+Result<std::size_t> ServerLink::receive(std::span<char> buffer, std::optional<Time> until) {
+  const Time latest = now() + call_->options.silenceTime;
+  const Time end = until ? std::min(*until, latest) : latest;
   for (;;) {
     if (!call_->pulse.beat()) return MailPulse::cancelled();
     std::size_t got = 0;
     const CURLcode code = curl_easy_recv(call_->easy(), buffer.data(), buffer.size(), &got);
     if (code == CURLE_OK && got > 0) return got;
     if (code != CURLE_AGAIN) return serverFailure(call_->access, "has broken off");
-    if (Outcome waited = wait(POLLIN, since); !waited.ok()) return waited;
+    if (Outcome waited = wait(POLLIN, end); !waited.ok()) return waited;
   }
 }
 

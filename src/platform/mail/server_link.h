@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -49,13 +50,18 @@ class ServerLink {
   Outcome send(std::string_view bytes);
   // How long the server may be silent from now on.
   void setPatience(std::chrono::milliseconds time);
-  // Waits for one byte at least, and answers how many came.
-  Result<std::size_t> receive(std::span<char> buffer);
+  // Waits for one byte at least, and answers how many came. `until`: when to wait no longer,
+  // should this be before the server's time for silence is over.
+  Result<std::size_t> receive(std::span<char> buffer,
+                              std::optional<std::chrono::steady_clock::time_point> until = {});
+  // What has failed has failed by waiting.
+  bool silent() const { return silent_; }
 
  private:
   explicit ServerLink(std::unique_ptr<CurlCall> call);
-  Outcome wait(short events, std::chrono::steady_clock::time_point since);
+  Outcome wait(short events, std::chrono::steady_clock::time_point until);
   std::unique_ptr<CurlCall> call_;
+  bool silent_ = false;
 };
 
 struct Envelope {

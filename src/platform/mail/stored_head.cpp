@@ -58,10 +58,32 @@ bool saysDeleted(std::string_view line) {
   return false;
 }
 
+// In small letters.
+std::string nameOf(std::string_view line) {
+  return trim(lowerAscii(line.substr(0, std::min(line.find_first_of(":\t"), line.size()))));
+}
+
 bool isNote(std::string_view line) {
-  const std::string name = lowerAscii(line.substr(0, std::min(line.find(':'), line.size())));
+  const std::string name = nameOf(line);
   return name.starts_with("x-mozilla-") || name == "x-evolution" || name == "status" ||
-         name == "x-status" || name == "x-keywords" || name == "x-uid";
+         name == "x-status" || name == "x-keywords" || name == "x-uid" || name == "x-uidl";
+}
+
+bool isSenders(std::string_view line) {
+  const std::string name = nameOf(line);
+  return name == "subject" || name == "from" || name == "date" || name == "message-id";
+}
+
+std::uint64_t markOf(std::string_view head, bool (*counts)(std::string_view line)) {
+  constexpr std::uint64_t spread = 0x9E37'79B9'7F4A'7C15;
+  std::uint64_t mark = 0;
+  bool taken = true;
+  while (!head.empty()) {
+    const std::string_view line = takeLine(head);
+    if (!isFolded(line)) taken = counts(line);
+    if (taken) mark = (mark ^ std::hash<std::string_view>{}(line)) * spread;
+  }
+  return mark;
 }
 
 }  // namespace
@@ -98,16 +120,10 @@ StoredHead readStoredHead(std::string_view mail) {
 }
 
 std::uint64_t markOfHead(std::string_view head) {
-  constexpr std::uint64_t spread = 0x9E37'79B9'7F4A'7C15;
-  std::uint64_t mark = 0;
-  bool passed = false;
-  while (!head.empty()) {
-    const std::string_view line = takeLine(head);
-    if (!isFolded(line)) passed = isNote(line);
-    if (!passed) mark = (mark ^ std::hash<std::string_view>{}(line)) * spread;
-  }
-  return mark;
+  return markOf(head, [](std::string_view line) { return !isNote(line); });
 }
+
+std::uint64_t markOfSender(std::string_view head) { return markOf(head, &isSenders); }
 
 bool isHeaderLine(std::string_view line) {
   if (line.starts_with(">From ")) return true;

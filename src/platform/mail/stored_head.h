@@ -22,8 +22,11 @@ struct StoredHead {
 StoredHead readStoredHead(std::string_view mail);
 
 // Tells whether a mail is still the same: equal for equal headers, but for those by which mail
-// programs note what became of it.
+// programs and servers note what became of it.
 std::uint64_t markOfHead(std::string_view head);
+// Of what the sender has written, the same on its whole way: what stands between a server and us
+// may add to a mail that it hands over whole.
+std::uint64_t markOfSender(std::string_view head);
 
 // "Name: value", or what stands for one in a forwarded mbox.
 bool isHeaderLine(std::string_view line);

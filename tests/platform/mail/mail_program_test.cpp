@@ -5,6 +5,7 @@
 
 #include "platform/mail/curl_mail_engine.h"
 #include "platform/mail/mail_program.h"
+#include "platform/mail/portal_bus.h"
 #include "support/disk_fixture.h"
 #include "support/environment_variable.h"
 
@@ -35,21 +36,25 @@ struct MailProgramTest : DiskTest {
     mail.emplace(disk);
     EXPECT_TRUE(mail->SetFromAddress("me@example.org").ok());
     if (Outcome added = mail->AddRecipient(address, address); !added.ok()) return added;
+    EXPECT_TRUE(alsoTo.empty() || mail->AddRecipient(alsoTo, alsoTo).ok());
     mail->SetSubject("--attach=/etc/passwd");
     mail->SetBody("Hi,\r\n.\r\nbye' & $(id)\r\n");
     EXPECT_TRUE(mail->AddAttachment("C:\\Packs\\Rome.zip").ok());
     EXPECT_TRUE(mail->SetAttachmentName(0, attachment).ok());
+    if (removed) drive.remove("C:\\Packs\\Rome.zip");
     return handToMailProgram(*mail, drive.native() + "/mails", pulse, times);
   }
 
   const std::string programs = drive.native() + "/programs";
-  Variable path{"PATH", programs}, bus{"DBUS_SESSION_BUS_ADDRESS", ""},
-      runtime{"XDG_RUNTIME_DIR", ""};
+  Variable path{"PATH", programs}, runtime{"XDG_RUNTIME_DIR", ""};
+  std::optional<Variable> bus{std::in_place, "DBUS_SESSION_BUS_ADDRESS", ""};
   CurlMailSystem system;
   std::unique_ptr<MailEngine> engine = system.load(disk);
   MailPulse pulse{*engine};
   std::optional<OutgoingMessage> mail;
   int beats = 0, stopAt = 1'000'000;
+  std::string alsoTo;    // a second recipient
+  bool removed = false;  // the attached file, before the mail is handed over
 };
 
 TEST_F(MailProgramTest, HandsTheMailToTheDesktop) {
@@ -75,6 +80,15 @@ TEST_F(MailProgramTest, HandsTheMailToTheDesktop) {
   EXPECT_EQ(fs::file_size(standing), 200'000U);
   EXPECT_FALSE(fs::exists(old));
 
+  // The file goes before the program is called: its bytes are there all the same.
+  removed = true;
+  ASSERT_TRUE(send("anna@example.org", "Gone.zip").ok());
+  const std::string last = noted("xdg-email");
+  const std::size_t from = last.find("\n--attach\n") + 10;
+  EXPECT_EQ(fs::file_size(last.substr(from, last.find('\n', from) - from)), 200'000U);
+  drive.write("C:\\Packs\\Rome.zip", std::string(200'000, 'z'));
+  removed = false;
+
   // It leaves the attachment of an address out.
   program("xdg-mime", "echo sylpheed.desktop");
   program("sylpheed", "exit 0");
@@ -92,6 +106,47 @@ TEST_F(MailProgramTest, HandsTheMailToTheDesktop) {
   program("xdg-email", "exit 1");
   EXPECT_EQ(send().number(), err::mail);
   EXPECT_FALSE(drive.exists("C:\\sendmail"));
+}
+
+TEST_F(MailProgramTest, HandsTheMailToThePortal) {
+  program("xdg-email", "exit 0");
+  const auto isLeftToOthers = [&] { return fs::remove(notes("xdg-email")); };
+  PortalBus portal;
+  bus.emplace("DBUS_SESSION_BUS_ADDRESS", portal.address());
+  for (const bool first : {false, true}) {
+    portal.respondsFirst = first;
+    ASSERT_TRUE(send().ok());
+  }
+  EXPECT_EQ(portal.options, (Lines{"address='anna@example.org'", "subject='--attach=/etc/passwd'",
+                                   "body=\"Hi,\\n.\\nbye' & $(id)\\n\""}));
+  EXPECT_EQ(portal.attachments, Lines{std::string(200'000, 'z')});
+  alsoTo = "bob@example.org";
+  ASSERT_TRUE(send().ok());
+  EXPECT_EQ(portal.options[0], "addresses=['anna@example.org', 'bob@example.org']");
+  EXPECT_FALSE(isLeftToOthers());
+
+  // What it cannot do, others may.
+  portal.version = 2;
+  EXPECT_TRUE(send().ok());
+  alsoTo.clear();
+  EXPECT_TRUE(isLeftToOthers());
+  for (const auto& [version, refuses, response] :
+       {std::tuple(0U, false, 0), std::tuple(3U, true, 0), std::tuple(3U, false, 2)}) {
+    portal.version = version;
+    portal.refuses = refuses;
+    portal.response = response;
+    EXPECT_TRUE(send().ok());
+    EXPECT_TRUE(isLeftToOthers()) << version << refuses << response;
+  }
+
+  // What the user does not want, nobody does.
+  portal.response = 1;
+  EXPECT_EQ(send().description(), "No mail program was chosen for the mail.");
+  portal.response = -1;
+  const int before = portal.asked;
+  engine->Yield = [&] { return portal.asked == before; };
+  EXPECT_EQ(send().number(), err::mail);
+  EXPECT_FALSE(isLeftToOthers());
 }
 
 TEST_F(MailProgramTest, HandsTheMailToSendmail) {
@@ -127,7 +182,8 @@ TEST_F(MailProgramTest, HandsTheMailToSendmail) {
 }
 
 TEST_F(MailProgramTest, SaysThatThereIsNoMailProgram) {
-  if (fs::exists("/usr/sbin/sendmail") || fs::exists("/usr/lib/sendmail")) GTEST_SKIP();
+  if (fs::exists("/usr/sbin/sendmail") || fs::exists("/usr/lib/sendmail"))
+    GTEST_SKIP() << "this machine has a sendmail";
   EXPECT_EQ(send().number(), err::mail);
   drive.remove("C:\\Packs\\Rome.zip");
 }

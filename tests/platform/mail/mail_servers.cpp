@@ -114,7 +114,7 @@ void RudeServer::talk(int client) {
     for (std::size_t at = slowly ? 1 : 0; at < end && !ending_;) {
       const ssize_t sent =
           ::send(client, reply->data() + at, slowly ? 1 : end - at, MSG_NOSIGNAL | MSG_DONTWAIT);
-      if (slowly) ::usleep(50'000);
+      if (slowly) ::usleep(10'000);
       if (sent > 0) at += static_cast<std::size_t>(sent);
       if (sent < 0 && errno != EAGAIN) return false;
       if (sent < 0) ::usleep(1000);

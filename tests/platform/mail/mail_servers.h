@@ -46,7 +46,7 @@ class MailServers {
 class RudeServer {
  public:
   // What the server sends on a line of the client ("" is the connection itself). None: it hangs up;
-  // "": it is silent. What begins with "~" comes byte by byte, 50 ms apart; after what ends with
+  // "": it is silent. What begins with "~" comes byte by byte, 10 ms apart; after what ends with
   // "~" it hangs up.
   using Answer = std::function<std::optional<std::string>(const std::string& line)>;
   explicit RudeServer(Answer answer, const std::string& address = "127.0.0.1");

@@ -6,6 +6,7 @@ FOLDER, empty at first, gets maildir/new, where mails for the POP3 mailbox are p
 password "secret word"), out/, where the mails lie that were sent, and ca.pem, the certificate to trust.
 Prints the ports of POP3, POP3S, SMTP and SMTPS once they answer, and ends with its standard input.
 """
+import grp
 import os
 import pwd
 import signal
@@ -44,11 +45,13 @@ def start_dovecot(pop3, pop3s):
         os.mkdir(name)
         os.chown(name, owner.pw_uid, owner.pw_gid)
         os.chmod(name, 0o777)
-    own = "" if root else f"""
+    # Who was refused once waits for seconds at the next login.
+    no_penalty = "unix_listener anvil-auth-penalty {\n mode = 0\n }"
+    own = f"service anvil {{\n {no_penalty}\n}}" if root else f"""
 default_internal_user = {user}
 default_login_user = {user}
-default_internal_group = {owner.pw_gid}
-service anvil {{\n chroot =\n}}
+default_internal_group = {grp.getgrgid(owner.pw_gid).gr_name}
+service anvil {{\n chroot =\n {no_penalty}\n}}
 service stats {{\n chroot =\n}}
 """
     with open(folder + "/passwd", "w") as file:
