@@ -6,9 +6,9 @@
 #include <QKeyEvent>
 #include <QLabel>
 #include <QPlainTextEdit>
+#include <QPushButton>
 #include <QRegularExpression>
 #include <QScreen>
-#include <QPushButton>
 #include <algorithm>
 
 #include "ui/qt/icons.h"
