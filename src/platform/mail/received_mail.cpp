@@ -93,15 +93,8 @@ class ReceivedMail : public MailMessage {
         files_(files),
         pulse_(pulse) {}
 
-  std::string GetSubject() const override {
-    std::string head(std::min(longestHead, static_cast<std::size_t>(where_.end - where_.begin)),
-                     '\0');
-    const ssize_t got = retried(
-        [&] { return ::pread(where_.file->get(), head.data(), head.size(), where_.begin); });
-    head.resize(static_cast<std::size_t>(std::max<ssize_t>(got, 0)));
-    return decodedHeader(readStoredHead(head).subject);
-  }
-  std::string GetSender() const override { return header("From"); }
+  std::string GetSubject() const override { return decodedHeader(storedHeader(head(), "subject")); }
+  std::string GetSender() const override { return decodedHeader(storedHeader(head(), "from")); }
 
   Result<std::string> GetBody() const override {
     if (parts_.text == nullptr) return std::string();
@@ -149,11 +142,13 @@ class ReceivedMail : public MailMessage {
   }
 
  private:
-  std::string header(const char* name) const {
-    char* headers = g_mime_object_get_headers(GMIME_OBJECT(message_.get()), nullptr);
-    std::string value = decodedHeader(headerIn(orEmpty(headers), name));
-    g_free(headers);
-    return value;
+  std::string head() const {
+    std::string bytes(std::min(longestHead, static_cast<std::size_t>(where_.end - where_.begin)),
+                      '\0');
+    const ssize_t got = retried(
+        [&] { return ::pread(where_.file->get(), bytes.data(), bytes.size(), where_.begin); });
+    bytes.resize(static_cast<std::size_t>(std::max<ssize_t>(got, 0)));
+    return bytes;
   }
   bool has(int index) const {
     return index >= 0 && index < static_cast<int>(parts_.attachments.size());

@@ -119,6 +119,20 @@ StoredHead readStoredHead(std::string_view mail) {
   return head;
 }
 
+std::string storedHeader(std::string_view mail, std::string_view name) {
+  std::string_view rest = mail.substr(0, longestHead);
+  while (!rest.empty()) {
+    const std::string_view line = takeLine(rest);
+    std::string_view begun;
+    if (line.empty()) break;
+    if (!valueOf(line, name, begun)) continue;
+    std::string value(begun);
+    while (isFolded(rest)) value += takeLine(rest);
+    return value;
+  }
+  return {};
+}
+
 std::uint64_t markOfHead(std::string_view head) {
   return markOf(head, [](std::string_view line) { return !isNote(line); });
 }

@@ -21,6 +21,9 @@ struct StoredHead {
 // `mail`: from its beginning on, as far as it is at hand.
 StoredHead readStoredHead(std::string_view mail);
 
+// The first header of that name, which is in small letters, as it was sent, unfolded; "" for none.
+std::string storedHeader(std::string_view mail, std::string_view name);
+
 // Tells whether a mail is still the same: equal for equal headers, but for those by which mail
 // programs and servers note what became of it.
 std::uint64_t markOfHead(std::string_view head);
