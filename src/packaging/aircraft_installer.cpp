@@ -221,7 +221,7 @@ void AircraftInstallation::undo() {
   placement_->undo(archive_.stillThere());
   archive_.giveUp();
   if (app_.stopRequested)
-    app_.frmMain.lblStatus.notice = "AircraftInstallation stopped: nothing was added to the Hangar";
+    app_.frmMain.lblStatus.notice = "Installation stopped: nothing was added to the Hangar";
 }
 
 }  // namespace

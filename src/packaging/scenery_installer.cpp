@@ -166,7 +166,7 @@ class SceneryInstallation {
     archive_.giveUp();
     if (app_.stopRequested)
       app_.frmMain.lblStatus.notice =
-          "SceneryInstallation stopped: nothing was added to the library";
+          "Installation stopped: nothing was added to the library";
   }
 
   void status(const std::string& text) { app_.frmMain.lblStatus.caption = text; }
