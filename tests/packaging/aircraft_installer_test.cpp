@@ -335,6 +335,7 @@ TEST_P(InstallerFaultTest, AnyFailingCallIsToldAndTheNextTryEndsWell) {
   const auto begin = [this] {
     drive.clear("C:\\Hangar");
     drive.clear("C:\\Temp\\SKVInstallTemp");
+    clearLeftOver(app);
     mnuViewFSAircraft_Click(app);
     windows.boxes.clear();
   };
