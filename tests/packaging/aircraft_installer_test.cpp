@@ -327,6 +327,7 @@ class InstallerFaultTest : public InstallerTest, public ::testing::WithParamInte
 TEST_P(InstallerFaultTest, AnyFailingCallIsToldAndTheNextTryEndsWell) {
   zip({{"p/aircraft.cfg", cfg},
        {"Gauges/g.gau", "g"},
+       {"read.me", "r"},
        {"in.zip", sample::zipBytes({{"e.fx", "e"}})}});
   const Lines simulator = drive.tree("C:\\FS");
   const Lines whole{"Main\\plane\\Effects\\e.fx", "Main\\plane\\Gauges\\g.gau", "SKV_AC.lst",
@@ -334,6 +335,7 @@ TEST_P(InstallerFaultTest, AnyFailingCallIsToldAndTheNextTryEndsWell) {
   const auto begin = [this] {
     drive.clear("C:\\Hangar");
     drive.clear("C:\\Temp\\SKVInstallTemp");
+    clearLeftOver(app);
     mnuViewFSAircraft_Click(app);
     windows.boxes.clear();
   };
@@ -356,7 +358,8 @@ TEST_P(InstallerFaultTest, AnyFailingCallIsToldAndTheNextTryEndsWell) {
     EXPECT_EQ(hangar(), whole);
     mnuViewHangar_Click(app);
     EXPECT_EQ(rows(form.lstAircraft), Lines{"The Plane|C:\\Hangar\\aircraft\\plane\\"});
-    const Lines texts = windows.boxTexts();
+    Lines texts = windows.boxTexts();
+    std::erase_if(texts, [](const std::string& text) { return text.find("Left over") < 50; });
     EXPECT_TRUE(texts.empty() || texts == Lines{"Aircraft 'plane' already exists!"}) << texts[0];
   };
   EXPECT_GT(forEveryCall(

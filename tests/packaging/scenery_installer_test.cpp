@@ -80,12 +80,17 @@ TEST_F(SceneryInstallerTest, NoFileTakesThePlaceOfAnotherAndWhatIsLeftOverIsKept
                     {"n/s.zip", embedded("n.bgl")},
                     {"s/s.zip", embedded("s.bgl")}},
                    {});
+  const std::string left = "C:\\Temp\\SKVLeftOver\\";
+  files.failWhen("rename", "C:\\Lib\\Scenery\\~SKVUnfinished", err::diskFull);
+  install();
+  files.heal();
+  windows.boxes.clear();
+  EXPECT_EQ(drive.filesIn(left), Lines{}) << "the archive has all of it";
   windows.usual["Show what was left over"] = yes;
   install("Left over in the archive: 3 files, the first: \"night\\Scenery\\A.bgl\"");
   EXPECT_EQ(drive.filesIn(alps), words(R"(Scenery\a.bgl Scenery\b.bgl Scenery\n.bgl Scenery\s.bgl)"
                                        R"( Texture\t.bmp read.me)"));
   EXPECT_EQ(drive.read(alps + "\\Scenery\\a.bgl"), "1");
-  const std::string left = "C:\\Temp\\SKVLeftOver\\";
   EXPECT_EQ(shell.opened, Lines{left + "Alps\\"});
   EXPECT_EQ(drive.filesIn(left + "Alps"),
             words(R"(night\Scenery\A.bgl night\Texture\t.bmp s.zip\read.me)"));

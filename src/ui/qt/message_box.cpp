@@ -1,5 +1,6 @@
 #include "ui/qt/message_box.h"
 
+#include <QAbstractButton>
 #include <QClipboard>
 #include <QGridLayout>
 #include <QGuiApplication>

@@ -79,6 +79,14 @@ TEST_F(BoxTest, ABoxShowsItsTextAsItIsAndAnswers) {
               answer)
         << press;
   }
+  withBox([](QDialog& box) {
+    auto& message = dynamic_cast<QMessageBox&>(box);
+    EXPECT_EQ(message.button(QMessageBox::Yes)->text(), "Install");
+    EXPECT_EQ(message.button(QMessageBox::No)->text(), "Skip");
+    QTest::mouseClick(message.button(QMessageBox::Yes), Qt::LeftButton);
+  });
+  EXPECT_EQ(windows.messageBox({.text = "note", .buttons = yesNo, .yes = "Install", .no = "Skip"}),
+            Answer::yes);
 }
 
 TEST_F(BoxTest, EveryFormHasAWindowAndAnUnknownOneStopsTheProgram) {
