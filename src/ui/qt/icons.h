@@ -4,6 +4,7 @@
 
 #include <QColor>
 #include <QIcon>
+#include <QPalette>
 #include <QPixmap>
 #include <QString>
 
@@ -14,7 +15,7 @@ namespace skv::ui::qt {
 QPixmap drawing(const QString& name, QSize size, qreal ratio, const QColor& colour = {});
 
 // An icon that is drawn when it is needed, at the size and sharpness it is needed in, greyed when
-// disabled.
-QIcon drawnIcon(const QString& name, const QColor& colour = {});
+// disabled. Its colour is the application's for that part, then; no part keeps the drawing's own.
+QIcon drawnIcon(const QString& name, QPalette::ColorRole part = QPalette::NoRole);
 
 }  // namespace skv::ui::qt

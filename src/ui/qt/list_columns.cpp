@@ -17,12 +17,18 @@ namespace skv::ui::qt {
 namespace {
 constexpr int leastColumn = 44;
 
-// Measures its texts as they are drawn. Qt's own does so in bold, and loads that font for it.
+// Muted. Measures its texts as they are drawn: Qt's own does so in bold, and loads that font for it.
 class PlainHeader : public QHeaderView {
  public:
   using QHeaderView::QHeaderView;
 
  protected:
+  void initStyleOption(QStyleOptionHeader* option) const override {
+    QHeaderView::initStyleOption(option);
+    for (const auto group : {QPalette::Active, QPalette::Inactive})
+      option->palette.setColor(group, QPalette::ButtonText,
+                               option->palette.color(group, QPalette::PlaceholderText));
+  }
   QSize sectionSizeFromContents(int section) const override {
     QStyleOptionHeader option;
     initStyleOption(&option);
@@ -42,9 +48,6 @@ ListColumns::ListColumns(QTreeView& view, const RowsModel& rows, ListView& list)
   header().setStretchLastSection(false);
   header().setMinimumSectionSize(leastColumn);
   header().setHighlightSections(false);
-  QPalette muted = view.palette();
-  muted.setColor(QPalette::ButtonText, muted.color(QPalette::PlaceholderText));
-  header().setPalette(muted);
   header().setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
   header().viewport()->installEventFilter(this);
   connect(&header(), &QHeaderView::sectionResized, this, [this] {

@@ -60,6 +60,7 @@ void ListTree::showPlaces(const PlaceSet& set) {
 // The rows' height is asked for when the list is about to be seen: the first question for a font
 // waits until all of them have been looked through.
 bool ListTree::event(QEvent* event) {
+  if (event->type() == QEvent::PaletteChange) delegate_->forgetColours();
   const bool handled = QTreeView::event(event);
   if (event->type() == QEvent::Polish) {
     QStyleOptionViewItem option;

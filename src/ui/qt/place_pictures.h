@@ -47,6 +47,7 @@ class PlacePictures {
   QSize size() const { return set_.size(); }
   // Blank for a number that is no picture. Drawn once for each sharpness.
   const QPixmap& picture(int number, const QPalette& palette, qreal ratio);
+  void forget() { drawn_.clear(); }
 
  private:
   const PlaceSet& set_;
