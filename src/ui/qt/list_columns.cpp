@@ -17,7 +17,8 @@ namespace skv::ui::qt {
 namespace {
 constexpr int leastColumn = 44;
 
-// Muted. Measures its texts as they are drawn: Qt's own does so in bold, and loads that font for it.
+// Muted. Measures its texts as they are drawn: Qt's own does so in bold, and loads that font for
+// it.
 class PlainHeader : public QHeaderView {
  public:
   using QHeaderView::QHeaderView;

@@ -120,9 +120,9 @@ void MessageBox::addButtons(const Box& box) {
     return;
   }
   const bool cancels = box.buttons != BoxButtons::yesNo;
-  setStandardButtons((box.buttons == BoxButtons::okCancel ? QMessageBox::Ok
-                                                          : QMessageBox::Yes | QMessageBox::No) |
-                     (cancels ? QMessageBox::Cancel : QMessageBox::NoButton));
+  setStandardButtons(
+      (box.buttons == BoxButtons::okCancel ? QMessageBox::Ok : QMessageBox::Yes | QMessageBox::No) |
+      (cancels ? QMessageBox::Cancel : QMessageBox::NoButton));
   unanswered_ = cancels ? Answer::cancel : Answer::no;
   setEscapeButton(cancels ? QMessageBox::Cancel : QMessageBox::No);
   setDefaultButton(defaultOf(box));
