@@ -11,7 +11,6 @@ struct AddonKind {
   const char* file;    // configuration file
   const char* backup;  // the real one, kept beside an alias
   ui::ListView ui::FrmMain::*list;
-  ui::TextBox ui::FrmMain::*box;  // the variation's value
   ui::Label ui::FrmMain::*status;
   ui::Button ui::FrmMain::*restore;
   ui::Button ui::FrmMain::*assign;

@@ -118,10 +118,17 @@ void showVariation(App& app, ProfileReader& reader) {
   FillSoundTab(app, reader);
 }
 
-void showAircraft(App& app) {
+// Shows the selected aircraft as the disk has it, by its first variation or, where it has as many,
+// another one.
+void showAircraft(App& app, int variation = 0) {
   ProfileReader reader(app.files(), app.codePage);
   ClearInfoTab(app);
   FillACVersions(app, reader);
+  auto& versions = app.frmMain.lstACVersions;
+  if (variation > 1 && variation <= versions.count()) {
+    versions.select(variation);
+    versions.ensureVisible(variation);
+  }
   showVariation(app, reader);
 }
 
@@ -158,6 +165,10 @@ Outcome writeInfo(App& app) {
     if (!cfg.write(section, variationKeys[i].key, texts[i]))
       return refused("\"" + texts[i] + "\" cannot be stored.");
   }
+  if (cfg.read(section, variationKeys.front().key).empty())
+    return refused(
+        "A variation needs a title: the simulator would show neither this one nor those "
+        "behind it.");
   return changeKeepingOriginal(app.files(), source.folder + aircraftCfg,
                                source.folder + originalAircraftCfg, cfg.bytes());
 }
@@ -308,15 +319,20 @@ void btnSaveACInfo_Click(App& app) {
     tellFailure(app, notSaved, Outcome::withText(err::pathFileAccess, refusal));
     return;
   }
-  if (saveInfo(app)) showAircraft(app);
+  const std::string saved = "Variation " + app.frmMain.lstACVersions.text(source.variation) +
+                            " is saved in " + source.folder + aircraftCfg;
+  if (!saveInfo(app)) return;
+  showAircraft(app);
+  app.frmMain.lblStatus.notice = saved;
 }
 
 void btnACRestoreOriginal_Click(App& app) {
   constexpr const char* title = "Reset original Aircraft";
   const std::string folder = selectedAircraftFolder(app);
   if (folder.empty()) return;
-  if (app.windows.messageBox({"Are you sure to reset Aircraft.cfg to original?",
-                              ui::BoxIcon::warning, ui::BoxButtons::yesNo, title}) !=
+  std::string question = "Are you sure to reset Aircraft.cfg to original?";
+  if (isEdited(app)) question += "\rWhat was changed in the boxes and is not saved goes, too.";
+  if (app.windows.messageBox({question, ui::BoxIcon::warning, ui::BoxButtons::yesNo, title}) !=
       ui::Answer::yes)
     return;
   const Outcome restored =
@@ -325,9 +341,9 @@ void btnACRestoreOriginal_Click(App& app) {
     tellFailure(app, "The aircraft could not be reset.", restored);
     return;
   }
+  showAircraft(app, app.frmMain.lstACVersions.selected());
   app.windows.messageBox(
       {"Aircraft reset to original version!", ui::BoxIcon::information, ui::BoxButtons::ok, title});
-  app.frmMain.btnACRestoreOriginal.enabled = false;
 }
 
 void mnuViewACCfgAC_Click(App& app) {

@@ -3,6 +3,7 @@
 #include "aircraft/addon_kind.h"
 #include "aircraft/aircraft_cfg.h"
 #include "aircraft/alias_tabs.h"
+#include "aircraft/alias_users.h"
 #include "aircraft/list_commands.h"
 #include "base/paths.h"
 #include "core/disk_queries.h"
@@ -25,6 +26,10 @@ constexpr const char* aliasKey = "alias";
 
 Outcome refused(const std::string& why) { return Outcome::withText(err::pathFileAccess, why); }
 
+bool isAlias(const App& app, const std::string& bytes) {
+  return !Profile(bytes, app.codePage).read(aliasSection, aliasKey).empty();
+}
+
 // Whether the folder holds a real panel or sound; if not, the user is told what it is.
 bool isReal(App& app, const std::string& folder, const AddonKind& kind) {
   const std::string file = folder + kind.file;
@@ -36,7 +41,7 @@ bool isReal(App& app, const std::string& folder, const AddonKind& kind) {
       tellFailure(app, "\"" + file + "\" could not be read.", bytes.outcome());
     return false;
   }
-  if (Profile(bytes.value(), app.codePage).read(aliasSection, aliasKey).empty()) return true;
+  if (!isAlias(app, bytes.value())) return true;
   app.windows.messageBox(
       {kind.words.alias, ui::BoxIcon::exclamation, ui::BoxButtons::ok, kind.words.aliasTitle});
   return false;
@@ -94,14 +99,17 @@ Outcome writeAlias(App& app, const std::string& own, const std::string& alias,
                    const AddonKind& kind) {
   FileSystem& files = app.files();
   const std::string current = own + kind.file, original = own + kind.backup;
-  // Beside a backup stands an alias, or what the user has made of it: the rest of it stays.
+  // Beside a backup stands an alias, or what the user has made of it: the rest of it stays. Where
+  // an assignment was cut off behind its backup, the real one stands yet.
   const auto kept = files.attributes(original);
   if (!kept.ok() && presenceBy(kept.outcome()) == Presence::unknown) return kept.outcome();
   std::string before;
   if (kept.ok()) {
     auto bytes = files.readFile(current);
     if (!bytes.ok() && presenceOf(files, current) != Presence::absent) return bytes.outcome();
-    before = std::move(bytes).valueOr({});
+    const auto real = files.readFile(original);
+    if (!real.ok()) return real.outcome();
+    if (bytes.ok() && bytes.value() != real.value()) before = std::move(bytes).value();
   }
   Profile file(before, app.codePage);
   if (!file.write(aliasSection, aliasKey, alias)) return refused("\"" + alias + "\" is no alias.");
@@ -121,18 +129,39 @@ Outcome assignTo(App& app, const std::string& own, const std::string& alias,
   return written;
 }
 
+// The simulator follows one alias: whoever uses the variation's own panel would stand without one
+// when that becomes an alias.
+bool mayBecomeAlias(App& app, const std::string& own, const AddonKind& kind) {
+  const auto bytes = app.files().readFile(own + kind.file);
+  if (!bytes.ok() || isAlias(app, bytes.value())) return true;
+  const LongOperation busy(app);
+  const std::string part = kind.part;
+  const std::string note =
+      aliasUsersNote(app, own, "The " + part + " of this variation is used by:");
+  return note.empty() ||
+         app.windows.messageBox({.text = note.substr(note.find_first_not_of('\r')) +
+                                         "\r\rThey would stand without a " + part +
+                                         ". Assign another one all the same?",
+                                 .icon = ui::BoxIcon::warning,
+                                 .buttons = ui::BoxButtons::yesNo,
+                                 .title = kind.words.aliasTitle}) == ui::Answer::yes;
+}
+
 void assign(App& app, const AddonKind& kind) {
   const auto& list = app.frmMain.*kind.list;
   const std::string own = variationFolder(app, kind);
   if (list.selected() == 0 || app.infoSource.values.empty()) return;
   const std::string name = list.text(list.selected());
-  const auto alias = aliasTo(app, withBackslash(list.subItem(list.selected(), 1)), own, kind);
+  const std::string target = withBackslash(list.subItem(list.selected(), 1));
+  const auto alias = aliasTo(app, target, own, kind);
+  if (alias.ok() && (!isReal(app, target, kind) || !mayBecomeAlias(app, own, kind))) return;
   const Outcome assigned = alias.ok() ? assignTo(app, own, alias.value(), kind) : alias.outcome();
   if (!assigned.ok())
     tellFailure(app, "\"" + name + "\" was not assigned.", assigned);
   else
     app.frmMain.lblStatus.notice =
         "The " + std::string(kind.part) + " of this variation is \"" + name + "\" now";
+  showAliasState(app, kind);
 }
 
 void restore(App& app, const AddonKind& kind) {
@@ -152,7 +181,7 @@ void restore(App& app, const AddonKind& kind) {
     tellFailure(app, "The " + std::string(kind.part) + " could not be reset.", restored);
     return;
   }
-  button.enabled = false;
+  showAliasState(app, kind);
   app.windows.messageBox(
       {kind.words.resetDone, ui::BoxIcon::information, ui::BoxButtons::ok, kind.words.resetTitle});
 }

@@ -14,7 +14,7 @@ void btnDelPN_Click(App& app);
 void btnDelSN_Click(App& app);
 
 // Writes an alias to the selected row's folder into the folder of the variation, whose real
-// configuration stays beside it. What is on screen follows at the next click in a list.
+// configuration stays beside it.
 void btnAssignPN_Click(App& app);
 void btnAssignSN_Click(App& app);
 

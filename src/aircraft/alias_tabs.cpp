@@ -1,6 +1,5 @@
 #include "aircraft/alias_tabs.h"
 
-#include "aircraft/addon_kind.h"
 #include "aircraft/aircraft_cfg.h"
 #include "base/paths.h"
 #include "core/disk_queries.h"
@@ -32,7 +31,7 @@ std::string showStatus(App& app, ProfileReader& reader, const std::string& folde
 // The folder whose configuration file is in force for the selected variation.
 std::string folderInForce(App& app, const std::string& folder, const AddonKind& kind) {
   if (PathExists(app.files(), folder + kind.file)) return folder;
-  return folder + partFolder(kind.part, (app.frmMain.*kind.box).text);
+  return folder + partFolder(kind.part, variationValue(app, kind.part));
 }
 
 // Answers the folder that the variation really uses, "" without an aircraft.
@@ -52,7 +51,7 @@ std::string fillTab(App& app, ProfileReader& reader, const AddonKind& kind) {
   list.select(list.findSubItem1(used));
   if (list.selected() != 0) list.ensureVisible(list.selected());
   // The variation's own folder is where an alias is written, and where it is undone.
-  const std::string own = folder + partFolder(kind.part, (app.frmMain.*kind.box).text);
+  const std::string own = folder + partFolder(kind.part, variationValue(app, kind.part));
   restore.enabled = PathExists(app.files(), own + kind.backup);
   return used;
 }
@@ -91,6 +90,15 @@ void FillPanelTab(App& app, ProfileReader& reader) {
 
 void FillSoundTab(App& app, ProfileReader& reader) {
   fillTab(app, reader, soundKind);
+  showAliasCommands(app);
+}
+
+void showAliasState(App& app, const AddonKind& kind) {
+  ProfileReader reader(app.files(), app.codePage);
+  if (&kind == &panelKind)
+    FillPanelTab(app, reader);
+  else
+    FillSoundTab(app, reader);
   showAliasCommands(app);
 }
 

@@ -7,7 +7,7 @@
 //   alias=otherplane\panel.vfr
 #pragma once
 
-#include "core/app.h"
+#include "aircraft/addon_kind.h"
 #include "core/profile.h"
 
 namespace skv {
@@ -16,6 +16,9 @@ namespace skv {
 // do. The boxes of the Info tab must hold the variation's keys.
 void FillPanelTab(App& app, ProfileReader& reader);
 void FillSoundTab(App& app, ProfileReader& reader);
+
+// Shows one of the two tabs as the disk has it now, and leaves edits in the Info tab alone.
+void showAliasState(App& app, const AddonKind& kind);
 
 // Enables what the selected library rows and the shown variation give something to do.
 void showAliasCommands(App& app);

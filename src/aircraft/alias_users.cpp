@@ -2,49 +2,87 @@
 
 #include <algorithm>
 #include <array>
+#include <unordered_set>
 
-#include "aircraft/addon_kind.h"
 #include "base/paths.h"
+#include "core/disk_queries.h"
+#include "core/folder_guard.h"
 #include "core/profile.h"
+#include "core/staged_folder.h"
 
 namespace skv {
 
 namespace {
 
-// Whether an alias in the configuration files of `folder` begins with `place`, in upper case.
-bool hasAliasInto(App& app, const std::string& folder, const std::string& place) {
-  ProfileReader reader(app.files(), app.codePage);
-  return std::ranges::any_of(std::array{&panelKind, &soundKind}, [&](const AddonKind* kind) {
-    return upper(withBackslash(reader.read(folder + kind->file, "fltsim", "alias")))
-        .starts_with(place);
-  });
-}
+struct Aircraft {
+  std::string name, folder;
+};
 
-// A panel or a sound lies in the aircraft's own folder or one below it.
-bool usesFolder(App& app, const std::string& aircraft, const std::string& place) {
-  if (hasAliasInto(app, aircraft, place)) return true;
-  const auto listing = app.files().list(aircraft, FileSystem::Entries::named);
-  if (!listing.ok()) return false;
-  return std::ranges::any_of(listing.value(), [&](const FolderEntry& entry) {
-    const std::string name = lowerAscii(entry.name);
-    return entry.folder && (name.starts_with(panelKind.part) || name.starts_with(soundKind.part)) &&
-           hasAliasInto(app, aircraft + entry.name + "\\", place);
-  });
+// The rows, and the folders of the aircraft root that are none of them.
+Result<std::vector<Aircraft>> allAircraft(App& app) {
+  std::vector<Aircraft> all;
+  std::unordered_set<std::string> listed;
+  const auto& list = app.frmMain.lstAircraft;
+  for (int row = 1; row <= list.count(); ++row) {
+    all.push_back({list.text(row), withBackslash(list.subItem(row, 1))});
+    listed.insert(upper(all.back().folder));
+  }
+  const auto listing = app.files().list(app.ACRoot, FileSystem::Entries::named);
+  if (!listing.ok()) {
+    if (presenceBy(listing.outcome()) == Presence::unknown) return listing.outcome();
+    return all;
+  }
+  for (const FolderEntry& entry : listing.value()) {
+    const std::string folder = app.ACRoot + entry.name + "\\";
+    if (entry.folder && !equalsIgnoringCase(entry.name, StagedFolder::name) &&
+        !listed.contains(upper(folder)))
+      all.push_back({entry.name, folder});
+  }
+  return all;
 }
 
 }  // namespace
 
-std::vector<std::string> aliasUsers(App& app, const std::string& folder) {
+std::vector<Alias> aliasesOf(App& app, const std::string& folder) {
+  std::vector<Alias> aliases;
+  ProfileReader reader(app.files(), app.codePage);
+  const auto look = [&](const std::string& where, const AddonKind& kind) {
+    const std::string target = reader.read(where + kind.file, "fltsim", "alias");
+    if (!target.empty()) aliases.push_back({where, withoutBackslash(target), &kind});
+  };
+  const std::array kinds{&panelKind, &soundKind};
+  for (const AddonKind* kind : kinds) look(folder, *kind);
+  const auto listing = app.files().list(folder, FileSystem::Entries::named);
+  if (!listing.ok()) return aliases;
+  for (const FolderEntry& entry : listing.value())
+    for (const AddonKind* kind : kinds)
+      if (entry.folder && lowerAscii(entry.name).starts_with(kind->part))
+        look(folder + entry.name + "\\", *kind);
+  return aliases;
+}
+
+std::string aliasUsersNote(App& app, const std::string& folder, const std::string& who) {
+  constexpr std::size_t named = 5;
+  const std::string heading = "\r\r" + who;
+  const bool below = isOrHolds(app.ACRoot, folder);
+  const std::string place =
+      upper(withBackslash(below ? folder.substr(app.ACRoot.size()) : FolderName(folder)));
+  const auto aircraft = allAircraft(app);
+  if (!aircraft.ok()) return heading + "\rThat cannot be told. " + aircraft.outcome().description();
   std::vector<std::string> users;
-  const std::string place = upper(FolderName(folder)) + "\\";
-  const auto& list = app.frmMain.lstAircraft;
-  for (int row = 1; row <= list.count(); ++row) {
-    const std::string aircraft = withBackslash(list.subItem(row, 1));
-    if (!equalsIgnoringCase(aircraft, withBackslash(folder)) && usesFolder(app, aircraft, place))
-      users.push_back(list.text(row));
+  for (const Aircraft& each : aircraft.value()) {
+    if (std::ranges::any_of(aliasesOf(app, each.folder), [&](const Alias& alias) {
+          return upper(withBackslash(alias.target)).starts_with(place) &&
+                 !isOrHolds(folder, alias.folder);
+        }))
+      users.push_back(each.name);
     app.windows.yield();
   }
-  return users;
+  if (users.empty()) return {};
+  std::string note = heading;
+  for (std::size_t i = 0; i < std::min(named, users.size()); ++i) note += "\r" + users[i];
+  if (users.size() > named) note += "\rand " + std::to_string(users.size() - named) + " more";
+  return note;
 }
 
 }  // namespace skv

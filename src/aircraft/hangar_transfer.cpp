@@ -1,7 +1,9 @@
 #include "aircraft/hangar_transfer.h"
 
 #include <algorithm>
+#include <unordered_set>
 
+#include "aircraft/alias_users.h"
 #include "aircraft/list_files.h"
 #include "aircraft/place_mask.h"
 #include "base/paths.h"
@@ -24,64 +26,87 @@ namespace {
 
 constexpr int yieldsAfterExtraction = 2000;
 
-// One run. What it needs to know it takes at its begin: the row itself may move or go while the
-// transfer yields, and the settings may name other folders.
+// What a run needs to know of an aircraft, taken at its begin: the row itself may move or go while
+// the transfer yields.
+struct Carried {
+  ui::ListView::RowId row = 0;  // 0 for one that is not listed
+  std::string Name, Folder;
+  int Mask = 0;
+};
+
+Carried carriedRow(App& app, int row) {
+  const auto& list = app.frmMain.lstAircraft;
+  return {list.id(row), list.text(row), list.subItem(row, 1), rowMask(app, row)};
+}
+
+// The Hangar's aircraft of that folder name.
+Carried carriedFromHangar(App& app, const std::string& name) {
+  const std::string folder = aircraftRootOf(app.HangarDir) + name + "\\";
+  if (const int row = app.frmMain.lstAircraft.findSubItem1(folder); row != 0)
+    return carriedRow(app, row);
+  return {0, name, folder, PlaceMask(app, name)};
+}
+
+// One run. The settings may name other folders meanwhile.
 class HangarTransfer {
  public:
-  HangarTransfer(App& app, int row)
+  HangarTransfer(App& app, const Carried& aircraft)
       : app_(app),
         files_(app.files()),
         FSRoot_(app.FSRoot),
         HangarDir_(app.HangarDir),
-        package_(app.PacksDir + FolderName(app.frmMain.lstAircraft.subItem(row, 1)) + packageEnd),
-        row_(app.frmMain.lstAircraft.id(row)),
-        Name_(app.frmMain.lstAircraft.text(row)),
-        Folder_(app.frmMain.lstAircraft.subItem(row, 1)),
+        package_(app.PacksDir + FolderName(aircraft.Folder) + packageEnd),
+        row_(aircraft.row),
+        Name_(aircraft.Name),
+        Folder_(aircraft.Folder),
         FolderName_(FolderName(Folder_)),
-        Mask_(rowMask(app, row)),
+        Mask_(aircraft.Mask),
         toHangar_(inFSView(app)) {}
 
-  void run() {
+  // Names of the aircraft that the user wants to have carried as well.
+  const std::vector<std::string>& wantedToo() const { return wantedToo_; }
+
+  // What to tell of an aircraft that has arrived.
+  const std::string& told() const { return told_; }
+
+  // Answers whether the aircraft has arrived.
+  bool run() {
     // Without a name of its own the aircraft would be spread over the whole store.
-    if (!isElementName(FolderName_)) return;
-    if (toHangar_)
-      toHangar();
-    else if ((Mask_ & inPackage) != 0)
-      packageToSimulator();
-    else
-      hangarToSimulator();
+    if (!isElementName(FolderName_)) return false;
+    if (toHangar_) return toHangar();
+    return (Mask_ & inPackage) != 0 ? packageToSimulator() : hangarToSimulator();
   }
 
  private:
-  void toHangar() {
-    if (!sourceMayBeCopied()) return;
+  bool toHangar() {
+    if (!sourceMayBeCopied()) return false;
     const std::string main = mainRootOf(HangarDir_) + FolderName_;
     for (const std::string& folder : {HangarDir_, HangarDir_ + "Aircraft", HangarDir_ + "Main"})
-      if (!ensureFolder(folder)) return;
+      if (!ensureFolder(folder)) return false;
     LandingFolder aircraft(app_, HangarDir_ + "Aircraft\\", FolderName_);
-    if (!succeeds(aircraft.open())) return;
+    if (!succeeds(aircraft.open())) return false;
     copyAircraft(Folder_, aircraft);
-    if (!allCopied()) return;
-    if (!ensureFolder(main)) return;
+    if (!allCopied() || !ensureFolder(main)) return false;
     for (const char* shared : sharedFolders)
-      if (!ensureFolder(main + "\\" + shared)) return;
-    arrive(aircraft, HangarDir_, inHangar);
+      if (!ensureFolder(main + "\\" + shared)) return false;
+    return arrive(aircraft, HangarDir_, inHangar);
   }
 
-  void hangarToSimulator() {
-    if (!sourceMayBeCopied()) return;
+  bool hangarToSimulator() {
+    if (!sourceMayBeCopied()) return false;
     LandingFolder aircraft(app_, aircraftRootOf(FSRoot_), FolderName_);
-    if (succeeds(aircraft.open()))
-      toSimulator(aircraft, Folder_, mainRootOf(HangarDir_) + FolderName_ + "\\");
+    return succeeds(aircraft.open()) &&
+           toSimulator(aircraft, Folder_, mainRootOf(HangarDir_) + FolderName_ + "\\");
   }
 
   // A Package goes before a folder in the Hangar: compressing has thinned that one out.
-  void packageToSimulator() {
+  bool packageToSimulator() {
     LandingFolder aircraft(app_, aircraftRootOf(FSRoot_), FolderName_);
-    if (!succeeds(aircraft.open()) || !succeeds(clearWorkingFolders(app_))) return;
-    if (unpack())
-      toSimulator(aircraft, app_.InstallTempDir + "Aircraft\\", app_.InstallTempDir + "Main\\");
+    if (!succeeds(aircraft.open()) || !succeeds(clearWorkingFolders(app_))) return false;
+    const bool arrived = unpack() && toSimulator(aircraft, app_.InstallTempDir + "Aircraft\\",
+                                                 app_.InstallTempDir + "Main\\");
     emptyWorkingFolder(app_);
+    return arrived;
   }
 
   bool unpack() {
@@ -98,13 +123,14 @@ class HangarTransfer {
   }
 
   // Merges an aircraft folder and a main folder into the simulator.
-  void toSimulator(LandingFolder& aircraft, const std::string& folder, const std::string& main) {
+  bool toSimulator(LandingFolder& aircraft, const std::string& folder, const std::string& main) {
+    if (!aliasesAreAgreed(folder)) return false;
     copyAircraft(folder, aircraft);
     for (const char* shared : sharedFolders)
       if (report_.complete())
         report_ += fillSharedFolder(app_, main + shared, FSRoot_ + shared, false);
     if (report_.complete()) report_.note(files_.flushDisk(FSRoot_), FSRoot_);
-    if (allCopied()) arrive(aircraft, FSRoot_, inSimulator);
+    return allCopied() && arrive(aircraft, FSRoot_, inSimulator);
   }
 
   // A row may lead anywhere. One whose folder has vanished is carried as an empty folder, but not
@@ -133,17 +159,44 @@ class HangarTransfer {
                                                  : files_.attributes(folder).outcome());
   }
 
+  // Asks about each aircraft whose panel or sound this one uses, and that the simulator lacks.
+  bool aliasesAreAgreed(const std::string& folder) {
+    std::unordered_set<std::string> asked{upper(FolderName_)};
+    for (const Alias& alias : aliasesOf(app_, withBackslash(folder))) {
+      const std::string name = split(alias.target, '\\')[0];
+      if (!isElementName(name) || !asked.insert(upper(name)).second ||
+          presenceOf(files_, aircraftRootOf(FSRoot_) + name) != Presence::absent)
+        continue;
+      const bool stands = PathExists(files_, app_.PacksDir + name + packageEnd) ||
+                          PathExists(files_, aircraftRootOf(HangarDir_) + name + "\\aircraft.cfg");
+      const std::string lacks = "\"" + Name_ + "\" uses the " + alias.kind->part + " of \"" + name +
+                                "\", which the simulator does not have.";
+      const char* const elsewhere =
+          equalsIgnoringCase(name, FolderName(withBackslash(app_.PanelsDir)))
+              ? " \"Synchronize Panels Folder\" brings it."
+              : " Nor does the Hangar.";
+      const ui::Answer answer = app_.windows.messageBox(
+          stands ? ui::Box{lacks + "\r\rCopy that one to the simulator as well?",
+                           ui::BoxIcon::question, ui::BoxButtons::yesNoCancel}
+                 : ui::Box{lacks + elsewhere + "\r\rCopy \"" + Name_ + "\" without it?",
+                           ui::BoxIcon::question, ui::BoxButtons::yesNo});
+      if (answer == ui::Answer::cancel || (!stands && answer == ui::Answer::no)) return false;
+      if (stands && answer == ui::Answer::yes) wantedToo_.push_back(name);
+    }
+    return true;
+  }
+
   // All is copied: what says so comes last.
-  void arrive(LandingFolder& aircraft, const std::string& root, PlaceBit place) {
-    if (!succeeds(aircraft.settle()) || !succeeds(listIn(root))) return;
+  bool arrive(LandingFolder& aircraft, const std::string& root, PlaceBit place) {
+    if (!succeeds(aircraft.settle()) || !succeeds(listIn(root))) return false;
     auto& list = app_.frmMain.lstAircraft;
     if (const int row = list.rowOf(row_); row != 0)
       list.setSmallIcon(row, placeIcon(Mask_ | place));
-    std::string told = Name_ + " copied to " + target() + ": " + std::to_string(report_.done) +
-                       (report_.done == 1 ? " file" : " files");
+    told_ = Name_ + " copied to " + target() + ": " + std::to_string(report_.done) +
+            (report_.done == 1 ? " file" : " files");
     if (report_.left > 0)
-      told += ", " + std::to_string(report_.left) + " left out: another has the same name";
-    app_.frmMain.lblStatus.notice = told;
+      told_ += ", " + std::to_string(report_.left) + " left out: another has the same name";
+    return true;
   }
 
   // The other view learns of the aircraft by a line in its list.
@@ -167,6 +220,8 @@ class HangarTransfer {
   const std::string Name_, Folder_, FolderName_;
   const int Mask_;
   const bool toHangar_;
+  std::vector<std::string> wantedToo_;
+  std::string told_;
   WalkReport report_;
 };
 
@@ -176,7 +231,16 @@ void btnHangar_Click(App& app) {
   const int row = app.frmMain.lstAircraft.selected();
   if (row == 0) return;
   const LongOperation busy(app);
-  HangarTransfer(app, row).run();
+  std::vector<Carried> aircraft{carriedRow(app, row)};
+  std::string told;
+  for (std::size_t i = 0; i < aircraft.size(); ++i) {
+    HangarTransfer transfer(app, aircraft[i]);
+    if (!transfer.run()) break;
+    told += (told.empty() ? "" : "; ") + transfer.told();
+    app.frmMain.lblStatus.notice = told;
+    for (const std::string& name : transfer.wantedToo())
+      aircraft.push_back(carriedFromHangar(app, name));
+  }
   app.frmMain.lblStatus.caption = "";
 }
 

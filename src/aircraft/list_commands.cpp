@@ -55,35 +55,45 @@ class Deletion {
  public:
   Deletion(App& app, int row)
       : app_(app),
+        inSimulator_(inFSView(app)),
         row_(app.frmMain.lstAircraft.id(row)),
+        Name_(app.frmMain.lstAircraft.text(row)),
         Folder_(app.frmMain.lstAircraft.subItem(row, 1)),
         FolderName_(FolderName(withBackslash(Folder_))) {}
 
   void run() {
-    const bool inSimulator = inFSView(app_);
-    if (!asks(inSimulator ? "Remove selected Aircraft?" : "Remove selected Aircraft from Hangar??",
-              ui::BoxIcon::warning, ui::DefaultButton::byIcon))
+    if (ask((inSimulator_ ? "Remove selected Aircraft?"
+                          : "Remove selected Aircraft from Hangar??") +
+                ("\r\"" + Name_ + "\", " + Folder_),
+            ui::BoxIcon::warning, ui::BoxButtons::yesNo) != ui::Answer::yes)
       return;
     const LongOperation busy(app_);
-    if (inSimulator ? simulatorFilesGo() : hangarFilesGo()) removeRow();
+    const bool gone = inSimulator_ ? simulatorFilesGo() : hangarFilesGo();
+    app_.frmMain.lblStatus.caption = "";
+    if (gone)
+      removeRow();
+    else
+      showWhatStands();
   }
 
  private:
-  bool asks(const std::string& text, ui::BoxIcon icon, ui::DefaultButton button) {
+  // No is what Enter presses. Where there is Cancel, Esc means that and calls all off.
+  ui::Answer ask(const std::string& text, ui::BoxIcon icon, ui::BoxButtons buttons) {
     return app_.windows.messageBox({.text = text,
                                     .icon = icon,
-                                    .buttons = ui::BoxButtons::yesNo,
+                                    .buttons = buttons,
                                     .title = "Delete Aircraft",
-                                    .defaultButton = button}) == ui::Answer::yes;
+                                    .defaultButton = ui::DefaultButton::no});
   }
 
   // The three answer whether the row is to go.
   bool simulatorFilesGo() {
-    if (!asks("Delete selected Aircraft FOLDER from FS2002 as well?\rTHIS WILL DELETE THIS FOLDER "
-              "AND\rALL DATA UNDERNEATH IT:\r" +
-                  Folder_ + usersNote(),
-              ui::BoxIcon::question, ui::DefaultButton::no))
-      return true;
+    const ui::Answer files =
+        ask("Delete selected Aircraft FOLDER from FS2002 as well?\rTHIS WILL DELETE THIS FOLDER "
+            "AND\rALL DATA UNDERNEATH IT:\r" +
+                Folder_ + usersNote(),
+            ui::BoxIcon::question, ui::BoxButtons::yesNoCancel);
+    if (files != ui::Answer::yes) return files == ui::Answer::no;
     const std::string folder = withBackslash(Folder_);
     if (equalsIgnoringCase(folder, app_.ACRoot)) return true;
     if (const Outcome may = mayBeDeleted(app_, folder, otherFolders([](const std::string& other) {
@@ -92,45 +102,52 @@ class Deletion {
         !may.ok())
       return filesStay(may);
     for (;;) {
-      const WalkReport report = deleteFolder(app_, folder);
-      if (presenceOf(app_.files(), Folder_) == Presence::absent) return true;
-      if (app_.stopRequested) return false;
+      const WalkReport report = deleteFolder(app_, folder, app_.ACRoot);
+      if (report.complete()) return true;
+      if (report.stopped) return tellWalk(app_, report, "deleted");
       if (app_.windows.messageBox({.text = "Close FS 2002 and click OK!",
                                    .icon = ui::BoxIcon::exclamation,
                                    .buttons = ui::BoxButtons::okCancel,
-                                   .details = report.first.description()}) != ui::Answer::ok)
+                                   .details = report.where + "\n" + report.first.description()}) !=
+          ui::Answer::ok)
         return false;
     }
   }
 
   bool hangarFilesGo() {
-    if (!asks("Delete related Aircraft files from harddrive as well?" + usersNote(),
-              ui::BoxIcon::question, ui::DefaultButton::no))
-      return true;
-    std::vector<std::string> folders;
+    AddonFiles files;
+    std::string named;
+    for (const std::string& root : {aircraftRootOf(app_.HangarDir), mainRootOf(app_.HangarDir)}) {
+      const auto folderOf = [&](const std::string& name) { return root + name + "\\"; };
+      files.folders.push_back(
+          {folderOf(FolderName_), root, otherFolders([&](const std::string& other) {
+             return folderOf(FolderName(withBackslash(other)));
+           })});
+      named += "\r" + folderOf(FolderName_);
+    }
+    const ui::Answer go =
+        ask("Delete related Aircraft files from harddrive as well?" + named + usersNote(),
+            ui::BoxIcon::question, ui::BoxButtons::yesNoCancel);
+    if (go != ui::Answer::yes) return go == ui::Answer::no;
     Outcome may = isElementName(FolderName_)
                       ? Outcome()
                       : Outcome::withText(err::badFileName, "\"" + Folder_ + "\" has no name.");
-    for (const std::string& root : {aircraftRootOf(app_.HangarDir), mainRootOf(app_.HangarDir)}) {
-      folders.push_back(root + FolderName_ + "\\");
-      if (may.ok())
-        may = mayBeGivenUp(app_, {folders.back(), root, otherFolders([&](const std::string& other) {
-                                    return root + FolderName(withBackslash(other)) + "\\";
-                                  })});
-    }
+    for (const FolderUse& use : files.folders)
+      if (may.ok()) may = mayBeGivenUp(app_, use);
     if (!may.ok()) return filesStay(may);
-    WalkReport report;
-    for (const std::string& folder : folders)
-      if (!report.stopped) report += deleteFolder(app_, folder);
-    if (!report.stopped)
-      offerToDeletePackage(app_, app_.PacksDir + FolderName_ + packageEnd, report);
-    tellWalk(app_, report, "deleted");
-    return !report.stopped;
+    const std::string package = app_.PacksDir + FolderName_ + packageEnd;
+    const ui::Answer packageToo = packageGoesToo(app_, package);
+    if (packageToo == ui::Answer::cancel) return false;
+    if (packageToo == ui::Answer::yes) files.package = package;
+    return tellWalk(app_, deleteAddon(app_, files), "deleted");
   }
 
   bool filesStay(const Outcome& why) {
-    tellFailure(app_, "The files of this aircraft stay.", why);
-    return true;
+    tellFailure(app_,
+                "The files of this aircraft stay, and so does its row. Answer No to the question "
+                "for its files to take the row alone out of the list.",
+                why);
+    return false;
   }
 
   template <class Place>
@@ -144,13 +161,7 @@ class Deletion {
 
   // Who would stand without a panel or sound.
   std::string usersNote() {
-    constexpr std::size_t named = 5;
-    const auto users = aliasUsers(app_, withBackslash(Folder_));
-    if (users.empty()) return {};
-    std::string note = "\r\rIts panel or sound is used by:";
-    for (std::size_t i = 0; i < std::min(named, users.size()); ++i) note += "\r" + users[i];
-    if (users.size() > named) note += "\rand " + std::to_string(users.size() - named) + " more";
-    return note;
+    return aliasUsersNote(app_, withBackslash(Folder_), "Its panel or sound is used by:");
   }
 
   void removeRow() {
@@ -165,12 +176,21 @@ class Deletion {
     list.ensureVisible(list.selected());
     lstAircraft_Click(app_);
     fillEmptyTexts(app_);
-    app_.frmMain.lblStatus.caption = "";
+  }
+
+  // After a deletion that did not come to its end.
+  void showWhatStands() {
+    auto& list = app_.frmMain.lstAircraft;
+    const int row = list.rowOf(row_);
+    if (row == 0) return;
+    list.setSmallIcon(row, placeIcon(PlaceMask(app_, FolderName_)));
+    if (list.selected() == row) lstAircraft_Click(app_);
   }
 
   App& app_;
+  const bool inSimulator_;
   const ui::ListView::RowId row_;
-  const std::string Folder_, FolderName_;
+  const std::string Name_, Folder_, FolderName_;
 };
 
 }  // namespace

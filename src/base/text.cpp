@@ -14,6 +14,7 @@
 #include <cstring>
 #include <memory>
 #include <unordered_map>
+#include <unordered_set>
 
 namespace skv {
 
@@ -82,9 +83,25 @@ std::string upper(std::string_view text) {
   return result;
 }
 
+namespace {
+
+// Sorting a long run of accents costs by the square of its length; no letter has as many.
+bool hasPileOfAccents(std::string_view text) {
+  constexpr int most = 64;
+  int run = 0;
+  for (int32_t i = 0; i < static_cast<int32_t>(text.size());) {
+    const UChar32 character = nextUtf8(text, i);
+    run = character >= 0 && u_getCombiningClass(character) != 0 ? run + 1 : 0;
+    if (run > most) return true;
+  }
+  return false;
+}
+
+}  // namespace
+
 std::string composed(std::string_view text) {
   std::string result;
-  if (isAscii(text) || !isUtf8(text)) return result = text;
+  if (isAscii(text) || !isUtf8(text) || hasPileOfAccents(text)) return result = text;
   UErrorCode status = U_ZERO_ERROR;
   const icu::Normalizer2* const form = icu::Normalizer2::getNFCInstance(status);
   icu::StringByteSink<std::string> sink(&result);
@@ -185,12 +202,12 @@ std::string decimal(double number) {
   return number < 0 ? "-" + digits : digits;
 }
 
-// Both tables of an 8-bit page, made once; pages of more bytes for a character go through the
-// converter each time.
+// The tables of a page, made once.
 struct CodePage::Tables {
   std::array<UChar32, 256> characters{};
-  std::unordered_map<UChar32, char> bytes;
-  bool singleByte = true;
+  // By lead byte and trail; negative where the two are no character. Empty for an 8-bit page.
+  std::vector<UChar32> pairs;
+  std::unordered_map<UChar32, std::string> bytes;
 };
 
 namespace {
@@ -257,28 +274,37 @@ CodePage::CodePage(int number) : number_(number) {
   if (number == utf8Page) return;
   const Converter converter = openConverter(number);
   auto tables = std::make_shared<Tables>();
-  tables->singleByte = ucnv_getMaxCharSize(converter.get()) == 1;
   for (int byte = 0; byte < 256; ++byte) {
-    const char c = static_cast<char>(byte);
-    UChar32 character = byte < 0x80 ? byte : characterOf(converter.get(), std::string_view(&c, 1));
+    const std::string one(1, static_cast<char>(byte));
+    UChar32 character = byte < 0x80 ? byte : characterOf(converter.get(), one);
     if (character < 0) character = privateBytes + byte;
     tables->characters[static_cast<std::size_t>(byte)] = character;
-    tables->bytes.emplace(character, c);
+    tables->bytes.emplace(character, one);
+  }
+  if (ucnv_getMaxCharSize(converter.get()) > 1) {
+    tables->pairs.assign(0x10000, -1);
+    for (int pair = 0x8000; pair < 0x10000; ++pair) {
+      const std::string two{static_cast<char>(pair >> 8), static_cast<char>(pair)};
+      if (tables->characters[static_cast<std::size_t>(pair >> 8)] != privateBytes + (pair >> 8))
+        continue;
+      const UChar32 character = characterOf(converter.get(), two);
+      if (character < 0 || bytesOf(converter.get(), character) != two) continue;
+      tables->pairs[static_cast<std::size_t>(pair)] = character;
+      tables->bytes.emplace(character, two);
+    }
   }
   tables_ = std::move(tables);
 }
 
 std::string CodePage::decode(std::string_view bytes) const {
   if (number_ == utf8Page || isAscii(bytes)) return std::string(bytes);
-  const Converter converter = tables_->singleByte ? Converter() : openConverter(number_);
   std::string text;
   for (std::size_t i = 0; i < bytes.size(); ++i) {
     const auto byte = static_cast<unsigned char>(bytes[i]);
     // A lead byte and its trail: only together they are a character.
-    if (converter && byte >= 0x80 && i + 1 < bytes.size() &&
-        tables_->characters[byte] == privateBytes + byte) {
-      if (const UChar32 pair = characterOf(converter.get(), bytes.substr(i, 2));
-          pair >= 0 && bytesOf(converter.get(), pair) == bytes.substr(i, 2)) {
+    if (!tables_->pairs.empty() && byte >= 0x80 && i + 1 < bytes.size()) {
+      const auto trail = static_cast<unsigned char>(bytes[i + 1]);
+      if (const UChar32 pair = tables_->pairs[byte * 256U + trail]; pair >= 0) {
         appendUtf8(text, pair);
         ++i;
         continue;
@@ -292,11 +318,18 @@ std::string CodePage::decode(std::string_view bytes) const {
 std::string CodePage::lacking(std::string_view text) const {
   std::string missing;
   if (number_ == utf8Page || isAscii(text)) return missing;
+  std::unordered_set<std::string_view> seen;
   for (int32_t i = 0; i < static_cast<int32_t>(text.size());) {
     const auto start = static_cast<std::size_t>(i);
     nextUtf8(text, i);
-    const std::string_view character = text.substr(start, static_cast<std::size_t>(i) - start);
-    if (!holds(character) && missing.find(character) == std::string::npos) missing += character;
+    const auto length = static_cast<std::size_t>(i) - start;
+    const std::string_view character = text.substr(start, length);
+    // A lead byte alone would become one character with what follows it.
+    int32_t next = i;
+    if (i < static_cast<int32_t>(text.size())) nextUtf8(text, next);
+    const auto both = text.substr(start, static_cast<std::size_t>(next) - start);
+    const bool kept = holds(character) && (holds(both) || !holds(both.substr(length)));
+    if (!kept && seen.insert(character).second) missing += character;
   }
   return missing;
 }
@@ -312,19 +345,16 @@ std::string CodePage::encode(std::string&& text) const {
 
 std::string CodePage::encode(std::string_view text) const {
   if (number_ == utf8Page || isAscii(text)) return std::string(text);
-  const Converter converter = tables_->singleByte ? Converter() : openConverter(number_);
   std::string bytes;
   for (int32_t i = 0; i < static_cast<int32_t>(text.size());) {
     const int32_t start = i;
     const UChar32 character = nextUtf8(text, i);
-    if (character < 0) {
+    if (character < 0)
       bytes += text[static_cast<std::size_t>(start)];
-    } else if (const auto found = tables_->bytes.find(character); found != tables_->bytes.end()) {
+    else if (const auto found = tables_->bytes.find(character); found != tables_->bytes.end())
       bytes += found->second;
-    } else {
-      const std::string pair = converter ? bytesOf(converter.get(), character) : std::string();
-      bytes += pair.empty() ? "?" : pair;
-    }
+    else
+      bytes += '?';
   }
   return bytes;
 }
@@ -333,7 +363,12 @@ std::string storable(std::string_view text, const CodePage& page) {
   UErrorCode status = U_ZERO_ERROR;
   const std::unique_ptr<icu::Transliterator> latin(
       icu::Transliterator::createInstance("Any-Latin; Latin-ASCII", UTRANS_FORWARD, status));
-  std::string result;
+  std::string result, last;
+  // Half of a character becomes a whole one with what follows it, which is a backslash in a path.
+  const auto dropHalf = [&](const std::string& next) {
+    if (last.empty() || page.holds(last + next)) return;
+    result.replace(result.size() - last.size(), last.size(), "_");
+  };
   for (std::string piece : characters(composed(text))) {
     if (!isUtf8(piece)) piece = page.decode(piece);
     if (!page.holds(piece) && latin) {
@@ -342,8 +377,12 @@ std::string storable(std::string_view text, const CodePage& page) {
       piece.clear();
       letters.toUTF8String(piece);
     }
-    result += !piece.empty() && page.holds(piece) ? piece : "_";
+    if (piece.empty() || !page.holds(piece)) piece = "_";
+    dropHalf(piece);
+    result += piece;
+    last = std::move(piece);
   }
+  dropHalf("\\");
   return result;
 }
 

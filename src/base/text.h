@@ -20,7 +20,7 @@ std::string upper(std::string_view text);
 std::string lowerAscii(std::string_view text);
 
 // Letters and accents that stand apart put together, where Unicode has one character for them
-// (NFC).
+// (NFC). A text with more accents in a row than any letter has stays as it is.
 std::string composed(std::string_view text);
 
 bool equalsIgnoringCase(std::string_view a, std::string_view b);

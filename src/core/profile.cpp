@@ -216,7 +216,11 @@ bool Profile::Content::change(Section& section, std::size_t line, std::string_vi
   std::string changed(old.substr(0, start));
   if (!parts.hasEquals) changed += '=';
   changed += value;
-  changed += old.substr(start + parts.value.size());
+  std::string_view rest = old.substr(start + parts.value.size());
+  // Blanks at the value's end take the place of those in the line, which would grow otherwise.
+  if (trimBlanks(value) != value)
+    rest.remove_prefix(std::min(rest.find_first_not_of(" \t\v\f"), rest.size()));
+  changed += rest;
   if (headerName(changed)) return false;
   section.lines[line] = keep(std::move(changed));
   return true;
@@ -277,6 +281,7 @@ std::vector<std::string> Profile::sections() const {
 }
 
 bool Profile::write(std::string_view section, std::string_view key, std::string_view value) {
+  if (untilNul(key).find('=') != std::string_view::npos) return false;
   Content& content = *content_;
   const std::string text = content.encoding.encode(trimLeadingBlanks(oneLine(value)));
   if (const auto place = content.find(content.byName, section)) {

@@ -41,8 +41,8 @@ class Profile {
   std::vector<std::string> sections() const;
   // An empty value writes the key with an empty value. A section that the file lacks is added at
   // its end. Costs no rebuilding of the file: many writes and one bytes() are linear. Line breaks
-  // in `value` become blanks. False, and nothing is changed, when the line would be the header of a
-  // section ("[key=]").
+  // in `value` become blanks. False, and nothing is changed, when the line would not be read as
+  // that key: it would be the header of a section ("[key=]"), or the key holds a "=".
   bool write(std::string_view section, std::string_view key, std::string_view value);
   // The whole file as it is now.
   std::string bytes() const;

@@ -157,13 +157,36 @@ class Walk {
     const auto copies = std::exchange(copies_, {});
     std::size_t told = 0;
     app_.files().copyFiles(copies, [&](const Outcome& copied) {
-      note(copies[told++].from, copied);
+      const auto& [from, to] = copies[told++];
+      note(from, overReadOnly(from, to, copied, &FileSystem::copyFile));
       app_.windows.yield();
       return !ends();
     });
   }
 
-  // Likewise its deletions.
+  // A read-only target that has refused a file gives way, unless it is the same.
+  Outcome overReadOnly(const std::string& from, const std::string& to, const Outcome& refused,
+                       Outcome (FileSystem::*send)(std::string_view, std::string_view)) {
+    if (refused.number() != err::pathFileAccess) return refused;
+    const auto old = files_.attributes(to);
+    if (!old.ok() || old.value().folder || !old.value().readOnly) return refused;
+    if (rules_.code == WalkCopy && isSame(from, to)) return {};
+    Attributes writable = old.value();
+    writable.readOnly = false;
+    if (!files_.setAttributes(to, writable).ok()) return refused;
+    Outcome sent = (files_.*send)(from, to);
+    if (!sent.ok()) files_.setAttributes(to, old.value()).skipped();
+    return sent;
+  }
+
+  bool isSame(const std::string& one, const std::string& other) const {
+    const auto length = files_.fileLength(one), otherLength = files_.fileLength(other);
+    if (!length.ok() || !otherLength.ok() || length.value() != otherLength.value()) return false;
+    const auto bytes = files_.readFile(one), otherBytes = files_.readFile(other);
+    return bytes.ok() && otherBytes.ok() && bytes.value() == otherBytes.value();
+  }
+
+  // A folder's deletions go to the disk together, too.
   void deleteFiles() {
     const auto paths = std::exchange(deletions_, {});
     std::size_t told = 0;
@@ -268,7 +291,8 @@ class Walk {
     const Outcome cleared = files_.setAttributes(path, {});
     switch (transferOf(file)) {
       case Transfer::send:
-        note(path, files_.moveFile(path, file.target()));
+        note(path, overReadOnly(path, file.target(), files_.moveFile(path, file.target()),
+                                &FileSystem::moveFile));
         break;
       case Transfer::drop:
         note(path, cleared.ok() ? files_.deleteFile(path) : cleared);

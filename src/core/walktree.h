@@ -73,8 +73,10 @@ enum class OnStop { end, goOn };
 //
 // `overwrite` false keeps a target that is newer than its source, or of the same time and length,
 // for the files directly in `src`; in the folders below every target is replaced. Read by WalkCopy
-// and WalkMove alone, and WalkMove deletes a source whose target is kept. Of source names that
-// differ in case alone ("twins") the first one listed gets the target; the others stay behind.
+// and WalkMove alone, and WalkMove deletes a source whose target is kept. A target that is to be
+// replaced gives way even if it is read-only; one that is the same all through stays. Of source
+// names that differ in case alone ("twins") the first one listed gets the target; the others stay
+// behind.
 //
 // A caller empties FoundDir before a finder, zeroes SizeTotal and empties PackFileList. A finder
 // hits nothing that a transfer of FoundDir would not see.

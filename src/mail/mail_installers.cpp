@@ -151,17 +151,21 @@ class MailRun {
       return;
     }
     const std::string name = withoutEnd(file.value());
-    const auto found = app_.files().attributes(addons_ + name);
-    if (!found.ok() && presenceBy(found.outcome()) == Presence::absent)
-      installAttachment(full, last, file.value(), head);
-    else if (endedBy(found.outcome()))
-      return;
-    else if (found.value().folder)
-      passOver(file.value(), head);
-    else
-      leftFor(Outcome::withText(err::badFileName, "\"" + addons_ + name +
-                                                      "\" is a file. An add-on of that name "
-                                                      "cannot be installed."));
+    const StandingAddon found =
+        standingAddon(app_, kind_.type, addons_ + name, app_.*kind_.packages + name + packageEnd);
+    switch (found.standing) {
+      case Standing::unknown:
+        leftFor(found.why);
+        break;
+      case Standing::whole:
+        passOver(file.value(), head);
+        break;
+      // The installer asks what becomes of a folder that is no add-on.
+      case Standing::notWhole:
+      case Standing::absent:
+        installAttachment(full, last, file.value(), head);
+        break;
+    }
   }
 
   // An add-on that is there needs the mail no more; unless it is in no list, as a run that was cut

@@ -14,6 +14,7 @@ constexpr const char* lineEnd = "\r\n";
 constexpr const char* downloadPage = SKYVAULT_DOWNLOAD_URL;
 
 constexpr MailKind aircraft{
+    AddonType::aircraft,
     "/FSSkyvaultPack/AC/",
     "Aircraft",
     &ui::FrmMain::lstAircraft,
@@ -24,7 +25,8 @@ constexpr MailKind aircraft{
     mnuFileInstallAC_Click,
     listInstalledAC};
 
-constexpr MailKind scenery{"/FSSkyvaultPack/SC/",
+constexpr MailKind scenery{AddonType::scenery,
+                           "/FSSkyvaultPack/SC/",
                            "Scenery",
                            &ui::FrmMain::lstInactScenery,
                            &ui::FrmMain::imgScenery,

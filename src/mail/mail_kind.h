@@ -11,10 +11,12 @@
 #include <string_view>
 
 #include "core/app.h"
+#include "core/standing_addon.h"
 
 namespace skv {
 
 struct MailKind {
+  AddonType type;
   const char* marker;  // with a slash at its end
   const char* word;    // for the user
   ui::ListView ui::FrmMain::*list;

@@ -75,15 +75,46 @@ bool AddonArchive::askName() {
         {"\"" + name_ + "\" cannot be the folder's name.\r\n" + fault, ui::BoxIcon::exclamation});
     offered = nearestAddonName(app_, store_.addons, name_);
   }
+  return isNameFree();
+}
+
+bool AddonArchive::isNameFree() {
   // An empty name is the folder of all add-ons, whether that stands or not.
-  const auto found = app_.files().attributes(store_.addons + name_);
-  nameTaken_ = name_.empty() || found.ok();
-  if (nameTaken_)
-    app_.windows.messageBox(
-        {std::string(store_.kind) + " '" + name_ + "' already exists!", ui::BoxIcon::exclamation});
-  else if (presenceBy(found.outcome()) != Presence::absent)
-    return !ReportError(app_, found.outcome());
+  StandingAddon found{Standing::notWhole};
+  if (!name_.empty())
+    found = standingAddon(app_, store_.type, store_.addons + name_,
+                          store_.packages + name_ + packageEnd);
+  standing_ = found.standing;
+  if (standing_ == Standing::unknown) return !ReportError(app_, found.why);
+  nameTaken_ = standing_ != Standing::absent && !mayPutAside();
   return !nameTaken_;
+}
+
+// A folder that is in the way without being the add-on gives its name to it, and nothing of it is
+// lost. One that stands is never touched.
+bool AddonArchive::mayPutAside() {
+  const std::string taken = std::string(store_.kind) + " '" + name_ + "' already exists!";
+  std::string rest;
+  if (standing_ == Standing::notWhole && !name_.empty()) {
+    const auto listing = app_.files().list(store_.addons + name_ + "\\", FileSystem::Entries::all);
+    if (ReportError(app_, listing.outcome())) return false;
+    if (listing.value().empty()) return true;
+    for (const FolderEntry& entry : listing.value()) rest += entry.name + "\r\n";
+  }
+  if (rest.empty()) {
+    app_.windows.messageBox({taken, ui::BoxIcon::exclamation});
+    return false;
+  }
+  return app_.windows.messageBox(
+             {.text = taken + "\r\n\r\nBut the folder \"" + store_.addons + name_ +
+                      "\" holds no whole add-on. Keep what is in it under another name, such as "
+                      "\"" +
+                      fileName(freePath(app_.files(), store_.addons, name_)) +
+                      "\", and install this one?",
+              .icon = ui::BoxIcon::exclamation,
+              .buttons = ui::BoxButtons::yesNo,
+              .defaultButton = ui::DefaultButton::no,
+              .details = rest}) == ui::Answer::yes;
 }
 
 bool AddonArchive::unpack() {

@@ -12,15 +12,18 @@
 #include <string>
 
 #include "core/app.h"
+#include "core/standing_addon.h"
 #include "core/zip_service.h"
 
 namespace skv {
 
 // What the installers differ in. Paths end in a backslash.
 struct AddonStore {
-  std::string folder;  // HangarDir or SceneryLib: has to have room
-  std::string addons;  // where each add-on has a folder: HangarDir + "aircraft\"
-  const char* kind;    // as in "Aircraft 'b737' already exists!"
+  AddonType type;
+  std::string folder;    // HangarDir or SceneryLib: has to have room
+  std::string addons;    // where each add-on has a folder: HangarDir + "aircraft\"
+  std::string packages;  // where each may have a Package
+  const char* kind;      // as in "Aircraft 'b737' already exists!"
 };
 
 class AddonArchive {
@@ -37,8 +40,8 @@ class AddonArchive {
   const std::string& name() const { return name_; }
   // Of an add-on that stands already, in the place of all steps.
   void setName(const std::string& name) { name_ = name; }
-  // The name was refused since a folder has it already.
-  bool nameTaken() const { return nameTaken_; }
+  // The name was refused since the add-on of that name stands.
+  bool addonStands() const { return nameTaken_ && standing_ == Standing::whole; }
   // Whether the user still has what he began with, so that what was unpacked from it may go.
   bool stillThere() const;
 
@@ -51,6 +54,8 @@ class AddonArchive {
 
  private:
   std::string proposedName() const;
+  bool isNameFree();
+  bool mayPutAside();
   void noteRenamed(const ReadAndExtract& job, const std::string& embedded);
   bool unpackOneEmbedded(const std::string& folder, const std::string& name);
   Outcome deleteEmbedded(const std::string& folder, const std::string& name);
@@ -58,9 +63,10 @@ class AddonArchive {
 
   App& app_;
   const AddonStore store_;
-  const std::string runFolder_;  // unique to the run, with trailing backslash
-  std::string path_;             // of the archive
-  std::string name_;             // of the add-on's folder, as the user confirmed it
+  const std::string runFolder_;           // unique to the run, with trailing backslash
+  std::string path_;                      // of the archive
+  std::string name_;                      // of the add-on's folder, as the user confirmed it
+  Standing standing_ = Standing::absent;  // of the name when it was confirmed
   bool nameTaken_ = false;
   int renamed_ = 0;
   std::string renamedNames_;  // a line for each

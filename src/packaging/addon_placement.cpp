@@ -2,8 +2,11 @@
 
 #include <utility>
 
+#include "base/paths.h"
 #include "core/disk_queries.h"
+#include "core/folder_guard.h"
 #include "core/messages.h"
+#include "core/standing_addon.h"
 #include "core/stores.h"
 
 namespace skv {
@@ -11,6 +14,7 @@ namespace skv {
 AddonPlacement::AddonPlacement(App& app, const AddonStore& store, const std::string& name)
     : app_(app),
       store_(store),
+      target_(store.addons + name),
       addon_(app, store.addons, name),
       main_(app, mainRootOf(store.folder), name) {}
 
@@ -49,9 +53,26 @@ bool AddonPlacement::settle() {
   FileSystem& files = app_.files();
   if (ReportError(app_, files.flushDisk(store_.folder))) return false;
   if (!tellWalk(app_, main_.settleOrMerge(), "moved")) return false;
-  Outcome settled = addon_.settle();
+  Outcome settled = makeRoom();
+  if (settled.ok()) settled = addon_.settle();
   if (settled.ok()) settled = files.flushDisk(store_.folder);
   return !ReportError(app_, settled);
+}
+
+// The user has been asked about what stands there. What has come meanwhile is refused.
+Outcome AddonPlacement::makeRoom() {
+  FileSystem& files = app_.files();
+  const StandingAddon found =
+      standingAddon(app_, store_.type, target_, store_.packages + fileName(target_) + packageEnd);
+  if (found.standing == Standing::absent) return {};
+  if (found.standing == Standing::unknown) return found.why;
+  if (found.standing == Standing::whole) return Outcome::failure(err::fileExists, target_);
+  if (Outcome may = mayBeGivenUp(app_, {target_ + "\\", store_.addons}); !may.ok()) return may;
+  if (files.removeFolder(target_).ok()) return {};  // it was empty
+  const std::string aside = freePath(files, store_.addons, fileName(target_));
+  Outcome renamed = files.rename(target_, aside);
+  if (renamed.ok()) aside_ = aside;
+  return renamed;
 }
 
 void AddonPlacement::undo(bool archiveStands) {
@@ -61,6 +82,7 @@ void AddonPlacement::undo(bool archiveStands) {
     if (removed.ok() && archiveStands) removed = folder->clear();
     if (undone.ok()) undone = removed;
   }
+  if (undone.ok() && !aside_.empty()) undone = app_.files().rename(aside_, target_);
   if (!undone.ok())
     tellFailure(
         app_, "What the installation has put into \"" + store_.folder + "\" could not be removed.",

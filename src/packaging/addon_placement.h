@@ -47,18 +47,22 @@ class AddonPlacement {
 
   // Puts all on the disk and gives both folders their names, the add-on's last: a folder of that
   // name stands for a whole add-on. All is there before a list says so and before the archive,
-  // which may be the only copy, goes. False when it did not succeed, which the user is told.
+  // which may be the only copy, goes. A folder that has the name and holds no add-on is put aside
+  // under another one. False when it did not succeed, which the user is told.
   bool settle();
   // Takes back what settle() has done. While the user's archive stands, what was moved goes.
   void undo(bool archiveStands);
 
  private:
+  Outcome makeRoom();
   void status(const char* text) { app_.frmMain.lblStatus.caption = std::string(text); }
 
   App& app_;
   const AddonStore store_;
+  const std::string target_;  // the add-on's folder, without trailing backslash
   StagedFolder addon_, main_;
   WalkReport placed_;
+  std::string aside_;  // where a folder of its name is kept; "" for none
 };
 
 }  // namespace skv

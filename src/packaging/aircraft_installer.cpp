@@ -33,7 +33,7 @@ class Installation {
   explicit Installation(App& app)
       : app_(app),
         hangarDir_(app.HangarDir),
-        store_{hangarDir_, acRoot(), "Aircraft"},
+        store_{AddonType::aircraft, hangarDir_, acRoot(), app.PacksDir, "Aircraft"},
         archive_(app, store_) {}
 
   bool run();
@@ -77,7 +77,7 @@ bool Installation::run() {
   if (!archive_.choose()) return false;
   if (!archive_.askName()) {
     archive_.giveUp();
-    if (archive_.nameTaken()) listIfMissing();
+    if (archive_.addonStands()) listIfMissing();
     return false;
   }
   placement_.emplace(app_, store_, archive_.name());

@@ -13,13 +13,15 @@
 namespace skv {
 
 // Both work on the selected row: of lstInactScenery in the Scenery Manager, else of lstAircraft. In
-// the simulator's view they change to the Hangar and do nothing else.
+// the simulator's view they change to the Hangar, select the same aircraft there and ask.
 //
 // Nothing is thinned before the Package is on the disk and every file that would go has been found
-// in it as it is now. However the run ends, the folder is whole or the Package is.
+// in it as it is now. However the run ends, the folder is whole or the Package is, and another one
+// finishes what was cut off. Aircraft whose folders have one name would have one Package, so none
+// of them is compressed.
 void mnuFilePackage_Click(App& app);
-// The Package goes last, when all of it has arrived in the folders. Of the files that thinning has
-// left, one directly in the add-on's folder stays when it is newer than the Package's.
+// Fills the row's folder. The Package goes last, when all of it has arrived. Of the files that
+// thinning has left, one directly in the add-on's folder stays when it is newer than the Package's.
 void mnuFileUnpackage_Click(App& app);
 
 }  // namespace skv

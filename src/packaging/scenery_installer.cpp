@@ -28,7 +28,8 @@ class Installation {
  public:
   explicit Installation(App& app)
       : app_(app),
-        store_{app.SceneryLib, sceneryRootOf(app.SceneryLib), "Scenery"},
+        store_{AddonType::scenery, app.SceneryLib, sceneryRootOf(app.SceneryLib),
+               app.SceneryPacksPath, "Scenery"},
         archive_(app, store_) {}
 
   bool run() {
@@ -36,7 +37,7 @@ class Installation {
     if (!archive_.choose()) return false;
     if (!archive_.askName()) {
       archive_.giveUp();
-      if (archive_.nameTaken()) listIfMissing();
+      if (archive_.addonStands()) listIfMissing();
       return false;
     }
     placement_.emplace(app_, store_, archive_.name());
@@ -112,17 +113,31 @@ class Installation {
 
   std::string folder() const { return addonScenery + archive_.name(); }
 
-  // False when the list could not be saved, which the user is told.
+  // The row that the library has for the scenery, 0 for none.
+  int rowOfScenery() const {
+    const auto& list = app_.frmMain.lstInactScenery;
+    for (int row = 1; row <= list.count(); ++row)
+      if (equalsIgnoringCase(leafOf(list.subItem(row, sceneryColumn::Folder)), archive_.name()))
+        return row;
+    return 0;
+  }
+
+  // Adds the row, or takes the one that the scenery has, whose folder may have been gone. False
+  // when the list could not be saved, which the user is told.
   bool addRow() {
     auto& list = app_.frmMain.lstInactScenery;
     // Another library, or none yet, is on screen.
     if (!equalsIgnoringCase(app_.librarySource.file, store_.folder + sceneryLibraryFile))
       LoadSceneryLibList(app_);
-    insertRow(list, {.Name = archive_.name(), .Folder = folder()});
-    const auto id = list.id(1);
+    int row = rowOfScenery();
+    if (row == 0) {
+      insertRow(list, {.Name = archive_.name(), .Folder = folder()});
+      row = 1;
+    }
+    const auto id = list.id(row);
     const bool saved = SaveSceneryLibList(app_);
     // A box may have been shown, in whose time the list can change.
-    const int row = list.rowOf(id);
+    row = list.rowOf(id);
     if (row == 0) return saved;
     list.select(row);
     lstInactScenery_ItemClick(app_);
@@ -135,11 +150,7 @@ class Installation {
   // install again. It is whole: only the row is missing. False when it could not be listed, which
   // the user is told.
   bool listIfMissing() {
-    const auto& list = app_.frmMain.lstInactScenery;
-    if (archive_.name().empty() || !listIsKnown()) return true;
-    for (int row = 1; row <= list.count(); ++row)
-      if (equalsIgnoringCase(leafOf(list.subItem(row, sceneryColumn::Folder)), archive_.name()))
-        return true;
+    if (archive_.name().empty() || !listIsKnown() || rowOfScenery() != 0) return true;
     if (!addRow()) return false;
     app_.frmMain.lblStatus.notice =
         archive_.name() + " was in the library already. Now the list has it, too.";

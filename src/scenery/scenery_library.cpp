@@ -306,20 +306,24 @@ class Import {
 void deleteFiles(App& app, ui::ListView::RowId id, WalkReport& report) {
   const auto& list = app.frmMain.lstInactScenery;
   const std::string leaf = leafOf(list.subItem(list.rowOf(id), sceneryColumn::Folder));
-  std::vector<std::string> folders;
+  AddonFiles files;
   Outcome may = leafMayBeUsed(app, leaf);
   for (const std::string& root : {sceneryRootOf(app.SceneryLib), mainRootOf(app.SceneryLib)}) {
-    const FolderUse use = libraryFolder(app, root, list.rowOf(id));
-    if (may.ok()) may = mayBeGivenUp(app, use);
-    folders.push_back(use.folder);
+    files.folders.push_back(libraryFolder(app, root, list.rowOf(id)));
+    if (may.ok()) may = mayBeGivenUp(app, files.folders.back());
   }
   if (!may.ok()) {
     tellFailure(app, "The files of the scenery \"" + leaf + "\" stay.", may);
     return;
   }
-  for (const std::string& folder : folders) report += deleteFolder(app, folder);
-  if (report.stopped) return;
-  offerToDeletePackage(app, app.SceneryPacksPath + leaf + packageEnd, report);
+  const std::string package = app.SceneryPacksPath + leaf + packageEnd;
+  const ui::Answer packageToo = packageGoesToo(app, package);
+  if (packageToo == ui::Answer::cancel) {
+    report.stopped = true;
+    return;
+  }
+  if (packageToo == ui::Answer::yes) files.package = package;
+  report += deleteAddon(app, files);
 }
 
 }  // namespace
@@ -355,7 +359,7 @@ void btnSLDel_Click(App& app) {
   app.frmMain.lblStatus.caption = "";
   tellWalk(app, report, "deleted");
   row = list.rowOf(id);
-  if (row == 0 || report.stopped) return;
+  if (row == 0 || !report.complete()) return;
   list.remove(row);
   SaveSceneryLibList(app);
   list.select(std::min(row, list.count()));

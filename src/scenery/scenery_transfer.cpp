@@ -178,7 +178,7 @@ bool mayDelete(App& app, const std::string& Folder) {
                 ui::BoxIcon::exclamation);
 }
 
-// Deletes the folder of an area. False when the user has stopped it.
+// Deletes the folder of an area. False when something of it may still stand.
 bool deleteAreaFolder(App& app, int row) {
   const std::string& Folder = app.frmMain.lstScenery.subItem(row, sceneryColumn::Folder);
   Outcome may = isElementName(leafOf(Folder))
@@ -191,9 +191,9 @@ bool deleteAreaFolder(App& app, int row) {
     return true;
   }
   app.frmMain.lblStatus.caption = "Deleting files...";
-  const WalkReport report = deleteFolder(app, use.folder);
-  tellWalk(app, report, "deleted");
-  return !report.stopped;
+  const WalkReport report = deleteFolder(app, use.folder, app.FSRoot + addonScenery);
+  app.frmMain.lblStatus.caption = "";
+  return tellWalk(app, report, "deleted");
 }
 
 }  // namespace

@@ -73,6 +73,7 @@ TEST_F(AircraftCfgTest, SavingKeepsTheOriginalOnceAndEveryOtherByte) {
             "ui_manufacturer=\r\nui_type=\r\nui_variation=\r\n"
             "[General]\r\natc_type=X\r\n"
             "[fltsim.3]\r\ntitle=Never reached\r\n");
+  EXPECT_EQ(form.lblStatus.notice, "Variation 01 is saved in " + current);
   EXPECT_EQ(form.lstACVersions.selected(), 1) << "the tab is rebuilt";
   EXPECT_TRUE(form.btnACRestoreOriginal.enabled);
 
@@ -152,6 +153,7 @@ TEST_F(AircraftCfgTest, BoxesThatShowNothingOrSomethingElseAreNotSaved) {
       {"changed by another program", changed, [&] { form.txtACTitle.text = "Mine"; }, theirs},
       {"another row", [&] { form.lstAircraft.select(2); }, nothing},
       {"another variation", [&] { form.lstACVersions.select(2); }, nothing},
+      {"no title", [&] { form.txtACTitle.text = "\"\""; }, nothing},
       {"what the file cannot hold", [&] { form.txtACTitle.text = "\u0141\u00f3d\u017a"; },
        nothing}};
   for (const auto& [what, spoil, then, left] : cases) {
@@ -223,6 +225,7 @@ TEST_F(AircraftCfgTest, ReadOnlyIsNoObstacleAndStays) {
     windows.answers = {ui::Answer::yes};
     btnACRestoreOriginal_Click(app);
     EXPECT_EQ(windows.boxTexts().back(), "Aircraft reset to original version!");
+    EXPECT_EQ(form.txtACTitle.text, "First");
     EXPECT_EQ(drive.read(current), cfg);
     EXPECT_EQ(disk.attributes(current).value().readOnly, readOnly);
     EXPECT_FALSE(drive.exists(original));

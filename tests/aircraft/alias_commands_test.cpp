@@ -37,10 +37,12 @@ class AliasCommandsTest : public ProgramTest {
 };
 
 TEST_F(AliasCommandsTest, AssignsAPanelKeepsTheRealOneAndGoesBack) {
+  form.txtACTitle.text = "Edited";
   assign(2);
+  EXPECT_EQ(form.txtACTitle.text, "Edited");
+  EXPECT_TRUE(form.btnPNRestoreOriginal.enabled);
   EXPECT_EQ(drive.read(own), "[fltsim]\r\nalias=other\\panel.big\r\n");
   EXPECT_EQ(drive.read(kept), real);
-  form.lstACVersions.click();
   EXPECT_EQ(form.lblPNStatus.caption, "Alias: other\\panel.big");
   EXPECT_EQ(form.lstPanel.selected(), 2);
   drive.write(own, "[fltsim]\r\nalias=x\r\nnote=mine\r\n");
@@ -53,6 +55,8 @@ TEST_F(AliasCommandsTest, AssignsAPanelKeepsTheRealOneAndGoesBack) {
   click(form.btnPNRestoreOriginal);
   EXPECT_EQ(drive.read(own), real);
   EXPECT_FALSE(drive.exists(kept) || form.btnPNRestoreOriginal.enabled);
+  EXPECT_TRUE(form.lblPNStatus.caption == "Original" && form.lstPanel.selected() == 1);
+  form.txtACTitle.text = "Plane";
   EXPECT_EQ(windows.boxes.back().text, "Panel reset to original version!");
   click(form.btnPNRestoreOriginal);
   EXPECT_EQ(windows.boxes.size(), 3U) << "nothing to go back to";
@@ -93,7 +97,26 @@ TEST_F(AliasCommandsTest, RefusesWhatWouldLeadNowhereOrInACircle) {
     expectTold("was not assigned.");
     EXPECT_EQ(drive.read(own), real);
   }
+  drive.write(root + "other\\panel.big\\panel.cfg", "[fltsim]\r\nalias=far\\panel\r\n");
+  assign(2);
+  expectTold("already points to\ranother physical panel.");
+  EXPECT_EQ(drive.read(own), real);
   EXPECT_FALSE(drive.exists(kept));
+}
+
+TEST_F(AliasCommandsTest, APanelThatOthersUseIsNotGivenAwayUnasked) {
+  drive.write(root + "guest\\panel\\panel.cfg", "[fltsim]\r\nalias=Plane\\PANEL\r\n");
+  drive.write(root + "plane\\panel.vfr\\panel.cfg", "[fltsim]\r\nalias=plane\\panel\r\n");
+  assign(2);
+  expectTold("The panel of this variation is used by:\rPlane\rguest\r\rThey would");
+  EXPECT_EQ(drive.read(own), real);
+  windows.answers = {ui::Answer::yes};
+  assign(2);
+  EXPECT_EQ(alias(), "other\\panel.big");
+  windows.boxes.clear();
+  assign(2);
+  EXPECT_TRUE(windows.boxes.empty()) << "nobody has used it since";
+  expectIdle();
 }
 
 TEST_F(AliasCommandsTest, AnAircraftWithoutAVariationIsOnlyReset) {
@@ -129,6 +152,10 @@ TEST_F(AliasCommandsTest, OneOfTheTwoFilesAlwaysStands) {
             EXPECT_TRUE(drive.read(own) == real || drive.read(kept) == real);
             EXPECT_TRUE(drive.exists(own));
             EXPECT_TRUE(struck || (drive.read(own) == real) == restores);
+            if (restores) return;
+            assign(2);
+            EXPECT_EQ(drive.read(own), "[fltsim]\r\nalias=other\\panel.big\r\n");
+            EXPECT_EQ(drive.read(kept), real) << "the second try";
           });
 }
 
@@ -164,8 +191,9 @@ TEST_F(AliasCommandsTest, OnlyRealPanelsComeIntoTheLibraryByHand) {
   EXPECT_EQ(drive.read("C:\\FS\\SKV_SN.lst"), line("Loud", root + "other\\sound.x\\"));
   form.lstSound.select(1);
   click(form.lstSound);
-  click(form.btnAssignSN);
-  form.lstACVersions.click();
+  windows.boxes.clear();
+  windows.answers = {ui::Answer::yes};
+  click(form.btnAssignSN, "The sound of this variation is used by:\rOther\r");
   EXPECT_EQ(form.lblSNStatus.caption, "Alias: other\\sound.x");
   EXPECT_TRUE(form.btnSNRestoreOriginal.enabled && !form.btnPNRestoreOriginal.enabled);
 }

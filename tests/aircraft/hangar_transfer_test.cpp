@@ -88,6 +88,36 @@ TEST_F(HangarTransferTest, ToTheSimulatorMergesTheSharedFolders) {
   EXPECT_EQ(list.smallIcon(1), 6);
 }
 
+TEST_F(HangarTransferTest, ReadOnlyFilesAtTheTargetAreNoObstacle) {
+  const std::string here = "C:\\Hangar\\aircraft\\h\\", there = "C:\\FS\\aircraft\\h\\";
+  const auto protect = [this](const std::string& path, const std::string& content) {
+    drive.write(path, content);
+    drive.setModified(path, {1000, 0});
+    EXPECT_TRUE(disk.setAttributes(path, {.readOnly = true}).ok());
+  };
+  drive.write(here + "aircraft.cfg", "new");
+  drive.write(here + "model\\same.mdl", "same");
+  drive.write(here + "model\\other.mdl", "new");
+  drive.write("C:\\Hangar\\Main\\h\\Gauges\\g.gau", "new");
+  protect(there + "aircraft.cfg", "old");
+  protect(there + "model\\same.mdl", "same");
+  protect(there + "model\\other.mdl", "old");
+  protect("C:\\FS\\Gauges\\g.gau", "old");
+  hangarRow("h");
+  // One that cannot be freed.
+  files.failWhen("setAttributes", there + "model\\other.mdl", err::permissionDenied);
+  press();
+  expectTold("files could not be copied");
+  EXPECT_EQ(drive.read(there + "model\\other.mdl"), "old");
+  files.heal();
+  press();
+  EXPECT_EQ(windows.boxTexts(), Lines{});
+  for (const std::string& file :
+       {there + "aircraft.cfg", there + "model\\other.mdl", std::string("C:\\FS\\Gauges\\g.gau")})
+    EXPECT_EQ(drive.read(file), "new") << file;
+  EXPECT_TRUE(disk.attributes(there + "model\\same.mdl").value().readOnly) << "left alone";
+}
+
 TEST_F(HangarTransferTest, APackageGoesBeforeTheHangarFolder) {
   drive.write("C:\\Hangar\\aircraft\\h\\aircraft.cfg", "thinned");
   drive.write("C:\\Temp\\SKVInstallTemp\\Aircraft\\stray.txt", "of a failed job");
@@ -160,6 +190,40 @@ TEST_F(HangarTransferTest, ARowMayGoMeanwhile) {
   };
   press();
   EXPECT_EQ(list.count(), 0);
+  EXPECT_EQ(drive.read(hangarList), planeParked) << "and is copied all the same";
+  EXPECT_EQ(drive.filesIn("C:\\Hangar\\Aircraft\\plane").size(), 2U);
+}
+
+TEST_F(HangarTransferTest, TheAircraftThatAnAliasLeadsToIsOfferedToo) {
+  const std::string here = "C:\\Hangar\\aircraft\\", there = "C:\\FS\\aircraft\\";
+  const auto alias = [](const std::string& to) { return "[fltsim]\r\nalias=" + to + "\r\n"; };
+  drive.write(here + "h\\panel\\panel.cfg", alias("lender\\panel"));
+  drive.write(here + "h\\sound.x\\sound.cfg", alias("Lender\\sound"));
+  drive.write(here + "h\\panel.y\\panel.cfg", alias("plane\\panel"));
+  drive.write(here + "lender\\aircraft.cfg", "");
+  drive.write(here + "lender\\sound\\sound.cfg", alias("gone\\sound"));
+  drive.write(here + "gone\\sound\\sound.cfg", "no aircraft");
+  const auto answers = [&](std::deque<ui::Answer> given) {
+    hangarRow("h");
+    windows.boxes.clear();
+    windows.answers = std::move(given);
+    press();
+    return windows.boxes.size();
+  };
+  EXPECT_EQ(answers({ui::Answer::cancel}), 1U);
+  EXPECT_EQ(windows.boxes[0].text,
+            "\"h\" uses the panel of \"lender\", which the simulator does not have.\r\r"
+            "Copy that one to the simulator as well?");
+  EXPECT_FALSE(drive.exists(there + "h"));
+  EXPECT_EQ(answers({no}), 1U) << "each is asked about once";
+  EXPECT_TRUE(drive.exists(there + "h") && !drive.exists(there + "lender"));
+  EXPECT_EQ(answers({yes, no}), 2U);
+  EXPECT_FALSE(drive.exists(there + "lender")) << "not without what it uses itself";
+  EXPECT_EQ(answers({yes, yes}), 2U);
+  EXPECT_TRUE(drive.exists(there + "lender\\sound\\sound.cfg") && !drive.exists(there + "gone"));
+  EXPECT_TRUE(drive.read("C:\\FS\\SKV_AC.lst").ends_with(line("lender", there + "lender\\")));
+  EXPECT_EQ(form.lblStatus.notice,
+            "h copied to the simulator: 3 files; lender copied to the simulator: 2 files");
 }
 
 TEST_F(HangarTransferTest, ARowAtTheTargetHasNothingToCopy) {

@@ -1,6 +1,8 @@
 #include "aircraft/list_commands.h"
 
 #include "aircraft/aircraft_views.h"
+#include "core/staged_folder.h"
+#include "support/every_call.h"
 #include "support/program_fixture.h"
 
 namespace skv::test {
@@ -71,22 +73,26 @@ TEST_F(ListCommandsTest, AddsOnlyAnAircraftBelowTheRoot) {
 TEST_F(ListCommandsTest, DeletesInTheSimulator) {
   open(mnuViewFSAircraft_Click, fs);
   EXPECT_EQ(remove(1, {no}), 1U);
+  EXPECT_EQ(windows.boxes[0].text, "Remove selected Aircraft?\r\"A\", " + fs + "a\\");
+  EXPECT_EQ(remove(1, {yes, ui::Answer::cancel}), 2U) << "Esc calls all off";
+  EXPECT_EQ(form.lstAircraft.count(), 2);
   EXPECT_EQ(remove(2, {yes, no}), 2U);
   EXPECT_TRUE(windows.boxes[1].text.ends_with(fs + "b\\")) << "nobody's panel is in it";
   EXPECT_TRUE(drive.exists(fs + "b\\sound"));
   open(mnuViewFSAircraft_Click, fs);
-  files.failWhen("removeFolder", fs + "a", err::permissionDenied);
-  files.failWhen("deleteFile", fs + "a\\aircraft.cfg", err::permissionDenied);
+  files.failWhen("deleteFile", fs + "~SKVUnfinished\\aircraft.cfg", err::permissionDenied);
   EXPECT_EQ(remove(1, {yes, yes, ui::Answer::cancel}), 3U);
   EXPECT_EQ(windows.boxes[1].text,
             "Delete selected Aircraft FOLDER from FS2002 as well?\rTHIS WILL DELETE THIS FOLDER "
             "AND\rALL DATA UNDERNEATH IT:\r" +
                 fs + "a\\\r\rIts panel or sound is used by:\rB");
   EXPECT_EQ(windows.boxes[2].text, "Close FS 2002 and click OK!");
+  EXPECT_TRUE(windows.boxes[2].details.starts_with(fs + "a\\aircraft.cfg\n"));
   EXPECT_EQ(form.lstAircraft.count(), 2);
   windows.onYield = [&] { app.stopRequested = app.stopRequested || windows.boxes.size() == 3; };
-  EXPECT_EQ(remove(1, {yes, yes, ui::Answer::ok}), 3U) << "the user has closed the window";
+  EXPECT_EQ(remove(1, {yes, yes, ui::Answer::ok}), 4U) << "the user has closed the window";
   EXPECT_EQ(form.lstAircraft.count(), 2);
+  EXPECT_EQ(form.lblStatus.caption, "");
   windows.onYield = {};
   files.heal();
   EXPECT_EQ(remove(1, {yes, yes}), 2U);
@@ -95,6 +101,43 @@ TEST_F(ListCommandsTest, DeletesInTheSimulator) {
   EXPECT_EQ(drive.read("C:\\FS\\SKV_AC.lst"), line("B", fs + "b\\"));
   EXPECT_EQ(remove(1, {yes, no}), 2U);
   EXPECT_FALSE(form.btnDelAC.enabled);
+}
+
+TEST_F(ListCommandsTest, ADeletionThatWasCutOffIsFinishedByTheNext) {
+  for (const bool inHangar : {false, true}) {
+    const std::string root = inHangar ? hangar : fs, folder = root + "a";
+    const auto prepare = [&] {
+      for (const char* file : {"\\aircraft.cfg", "\\.hidden", "\\panel\\panel.cfg"})
+        drive.write(folder + file, "");
+      drive.write("C:\\Hangar\\Main\\a\\Gauges\\g.gau", "");
+      drive.write("C:\\Packs\\a.zip", "");
+      open(inHangar ? mnuViewHangar_Click : mnuViewFSAircraft_Click, root);
+      windows.answers = {yes, yes, yes};
+      form.lstAircraft.select(1);
+    };
+    const auto expectGone = [&] {
+      EXPECT_FALSE(drive.exists(folder) || drive.exists(root + "~SKVUnfinished"));
+      EXPECT_FALSE(inHangar && drive.exists("C:\\Hangar\\Main\\a"));
+      EXPECT_FALSE(inHangar && drive.exists("C:\\Packs\\a.zip"));
+    };
+    for (const Ending ending : {Ending::failure, Ending::failedLook, Ending::kill}) {
+      if (!inHangar && ending != Ending::failure) continue;
+      forEveryCall(
+          files, ending, prepare, [&] { form.btnDelAC.click(); },
+          [&](bool struck) {
+            const bool listed = form.lstAircraft.count() == 2;
+            EXPECT_TRUE(struck || !listed);
+            if (!listed) return expectGone();
+            clearUnfinishedFolders(app);  // the next start
+            EXPECT_TRUE(!drive.exists(folder) || ending != Ending::kill ||
+                        drive.exists(folder + "\\panel\\panel.cfg"))
+                << "half of it under its name";
+            remove(1, {yes, yes, yes});
+            expectGone();
+            EXPECT_EQ(form.lstAircraft.count(), 1);
+          });
+    }
+  }
 }
 
 TEST_F(ListCommandsTest, TheRowBehindADeletedOneIsShownAndItsEditsAreNotAskedFor) {
@@ -126,7 +169,10 @@ TEST_F(ListCommandsTest, FilesThatAreNotTheRowsAloneStay) {
     SCOPED_TRACE(folder);
     drive.write("C:\\FS\\SKV_AC.lst", line("X", folder) + line("B", fs + "b\\"));
     mnuViewFSAircraft_Click(app);
+    const bool root = folder == fs || folder + "\\" == fs;
     remove(1, {yes, yes, yes});
+    EXPECT_EQ(form.lstAircraft.count(), root ? 1 : 2);
+    if (!root) remove(1, {yes, no});
     EXPECT_EQ(rows(form.lstAircraft), Lines{"B|" + fs + "b\\"});
     EXPECT_TRUE(drive.exists(fs + "a\\aircraft.cfg") && drive.exists(fs + "b\\Aircraft.cfg"));
   }

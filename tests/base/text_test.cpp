@@ -34,9 +34,18 @@ TEST(TextTest, WhatAPageLacksIsStoredByItsLikeness) {
       {1250, "Łódź", "Łódź"},
       {1252, "\u041c\u0438\u0413-21", "MiG-21"},
       {1252, "na\xefve", "na\u00efve"},
+      // Half a character, which would become another one with a letter or a path's backslash.
+      {932,
+       "\x81"
+       "A\u65e5\x83",
+       "_A\u65e5_"},
   };
   for (const auto& [page, text, stored] : cases)
     EXPECT_EQ(storable(text, CodePage(page)), stored) << text;
+  const CodePage japanese(932);
+  const std::string half = japanese.decode("\x81");
+  EXPECT_EQ(japanese.lacking(half + "A"), half);
+  EXPECT_EQ(japanese.lacking("\u65e5\u672c \u0142\u0142"), "\u0142");
 }
 
 }  // namespace skv::test

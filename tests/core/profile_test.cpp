@@ -85,7 +85,9 @@ TEST(ProfileTest, WritesNothingButTheLine) {
        {{"s", "KEY", "new"}},
        "; c\r\n\r\n[S]\r\n  Key = new \t\r\nkey=2\r\n\r\n"},
       {"[s]\r\nk=\r\nl\r\n", {{"s", "k", "1"}, {"s", "l", "2"}}, "[s]\r\nk=1\r\nl=2\r\n"},
-      {"[s]\nk=1", {{"s", "k", "  2 "}}, "[s]\nk=2 "},
+      // Blanks at the value's end don't grow.
+      {"[s]\nk=1", {{"s", "k", "  2 "}, {"s", "k", "2 "}, {"s", "k", "3\t"}}, "[s]\nk=3\t"},
+      {"[s]\nk=1 \t\x1a", {{"s", "k", "2 "}, {"s", "k", "3"}}, "[s]\nk=3 \x1a"},
       {"[s]\r\nk=1\0x\x1a"s, {{"s", "k", "22"}}, "[s]\r\nk=22\0x\x1a"s},
       // At the end of its section, before the blank lines that part it from the next.
       {"a=1\n[s]\r\n;c\r\n\r\n \r\n[t]\r\n[s]\r\nk=1\r\n",
@@ -137,6 +139,7 @@ TEST(ProfileTest, SaysWhenAKeyCannotBeOne) {
   Profile profile("[s]\r\n", western);
   EXPECT_FALSE(profile.write("s", "[t]", "1"));
   EXPECT_FALSE(profile.write("new", "[t", "a]"));
+  EXPECT_FALSE(profile.write("s", "a=b", "1")) << "it would be the key a";
   EXPECT_TRUE(profile.write("s", "[t", "1"));
   EXPECT_EQ(profile.bytes(), "[s]\r\n[t=1\r\n");
 }

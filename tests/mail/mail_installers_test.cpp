@@ -98,9 +98,38 @@ TEST_F(MailInstallTest, TheSecondRunFindsTheAddonInstalled) {
   run({aircraft("a.zip")});
   EXPECT_EQ(left(), Lines{});
   EXPECT_TRUE(holds(rows, drive.read(list)) && !drive.read(list).empty());
+}
+
+TEST_F(MailInstallTest, OnlyAnAddonThatStandsLetsItsMailGo) {
+  const std::string folder = "C:\\Hangar\\aircraft\\a";
+  for (const std::string rest : {"", "\\readme.txt", "\\model\\a.mdl"}) {
+    SCOPED_TRACE(rest);
+    drive.clear("C:\\Hangar");
+    drive.clear(folder);
+    if (!rest.empty()) drive.write(folder + rest, "the user's");
+    mnuViewHangar_Click(app);
+    if (!rest.empty()) {
+      run({aircraft("a.zip")});
+      EXPECT_EQ(left(), Lines{"a.zip"});
+      EXPECT_EQ(drive.filesIn(folder), Lines{rest.substr(1)});
+      windows.answers = {yes};
+    }
+    run({aircraft("a.zip")});
+    EXPECT_EQ(left(), Lines{});
+    EXPECT_TRUE(hangarHas("a"));
+    EXPECT_EQ(form.lstAircraft.count(), 1);
+    EXPECT_TRUE(rest.empty() || drive.read(folder + " (2)" + rest) == "the user's");
+  }
+  // The disk does not tell, another add-on stands further down, or a file has the name.
+  files.failWhen("attributes", folder + "\\aircraft.cfg", err::deviceIo);
+  run({aircraft("a.zip")});
+  EXPECT_EQ(left(), Lines{"a.zip"});
+  files.heal();
+  drive.clear(folder);
+  drive.write(folder + "\\old\\aircraft.cfg", plane);
   drive.write("C:\\Hangar\\aircraft\\f", "a file of somebody's");
-  run({aircraft("f.zip"), aircraft("g.zip")});
-  EXPECT_EQ(left(), Lines{"f.zip"});
+  run({aircraft("a.zip"), aircraft("f.zip"), aircraft("g.zip")});
+  EXPECT_EQ(left(), (Lines{"a.zip", "f.zip"}));
 }
 
 TEST_F(MailInstallTest, AMailThatIsNoGoodDoesNotKeepTheOthersFromTheirTurn) {

@@ -17,9 +17,12 @@ class PackageTest : public SceneryTest {
     for (const std::string& file : whole) drive.write(plane + file, file);
     drive.write(plane + ".hidden", "stays");
     drive.write(gauge, "gauge");
-    drive.write("C:\\Hangar\\SKV_AC.lst", line("Plane", plane));
-    mnuViewHangar_Click(app);
+    list(line("Plane", plane));
     windows.boxes.clear();
+  }
+  void list(const std::string& rows) {
+    drive.write("C:\\Hangar\\SKV_AC.lst", rows);
+    mnuViewHangar_Click(app);
   }
   void compress(const std::string& told = "") { click(form.mnuFilePackage, told); }
   void uncompress(const std::string& told = "") { click(form.mnuFileUnpackage, told); }
@@ -57,6 +60,8 @@ TEST_F(PackageTest, AnAircraftGoesIntoItsPackageAndComesBackWithItsEdits) {
   EXPECT_FALSE(drive.exists(gauge));
   EXPECT_TRUE(icon() == 7 && packed() == 7);
   EXPECT_EQ(drive.tree("C:\\Temp\\SKVInstallTemp"), Lines{});
+  EXPECT_TRUE(holds(form.lblStatus.notice.get(), "is compressed: 3 files"))
+      << form.lblStatus.notice.get();
   expectIdle();
 
   compress("This Aircraft is already compressed!");
@@ -67,6 +72,8 @@ TEST_F(PackageTest, AnAircraftGoesIntoItsPackageAndComesBackWithItsEdits) {
   EXPECT_EQ(aircraft(), whole);
   EXPECT_EQ(drive.read(plane + "aircraft.cfg") + drive.read(gauge), "editedgauge");
   EXPECT_TRUE(icon() == 5 && !drive.exists(package));
+  EXPECT_TRUE(holds(form.lblStatus.notice.get(), "is unpacked: 7 files"))
+      << form.lblStatus.notice.get();
   uncompress("This Aircraft not yet compressed!");
 }
 
@@ -83,8 +90,7 @@ TEST_F(PackageTest, ASceneryLikewise) {
 }
 
 TEST_F(PackageTest, TheDiskDecidesWhetherThereIsAPackage) {
-  drive.write("C:\\Hangar\\SKV_AC.lst", line("Plane", plane) + line("Twin", plane));
-  mnuViewHangar_Click(app);
+  list(line("Plane", plane) + line("Twin", plane));
   drive.write(package, "somebody else's");
   compress("already compressed");
   EXPECT_EQ(form.lstAircraft.smallIcon(2), 7) << "of the same aircraft";
@@ -92,12 +98,106 @@ TEST_F(PackageTest, TheDiskDecidesWhetherThereIsAPackage) {
   drive.remove(package);
   uncompress("not yet compressed");
   EXPECT_EQ(icon(), 5);
-  drive.write("C:\\FS\\SKV_AC.lst", line("Plane", "C:\\FS\\aircraft\\plane\\"));
-  mnuViewFSAircraft_Click(app);
-  compress();
-  EXPECT_TRUE(form.mnuViewHangar.checked && !drive.exists(package)) << "a second click does it";
   app.InstallTempDir = "\\\\server\\temp\\";
   compress("does not support UNC");
+}
+
+TEST_F(PackageTest, TheSimulatorsViewAsksForTheSameAircraftOfTheHangar) {
+  list(line("Other", "C:\\Hangar\\aircraft\\other\\") + line("Plane", plane));
+  const auto compressFrom = [&](const std::string& folder, ui::Answer given) {
+    drive.write("C:\\FS\\SKV_AC.lst", line("Mine", "C:\\FS\\aircraft\\" + folder + "\\"));
+    mnuViewHangar_Click(app);
+    form.lstAircraft.select(1);
+    mnuViewFSAircraft_Click(app);
+    const std::size_t questions = answer(form.mnuFilePackage, {given});
+    EXPECT_TRUE(form.mnuViewHangar.checked);
+    return questions;
+  };
+  EXPECT_EQ(compressFrom("PLANE", no), 1U);
+  EXPECT_TRUE(holds(windows.boxes[0].text, "\"Plane\"\r\n" + plane));
+  EXPECT_FALSE(drive.exists(package));
+  EXPECT_EQ(compressFrom("plane", yes), 1U);
+  EXPECT_EQ(packed(), 6U);
+  EXPECT_EQ(compressFrom("away", yes), 0U);
+  EXPECT_TRUE(holds(form.lblStatus.notice.get(), "\"Mine\" is not in the Hangar"));
+  uncompress();
+  EXPECT_EQ(packed(), 6U) << "no row is selected";
+  EXPECT_EQ(aircraft(), thin);
+}
+
+TEST_F(PackageTest, ADeeperFolderIsTheOneBothWays) {
+  const std::string deeper = "C:\\Hangar\\aircraft\\alpha\\plane\\";
+  ASSERT_TRUE(disk.makeFolder("C:\\Hangar\\aircraft\\alpha").ok());
+  ASSERT_TRUE(disk.rename(plane, deeper).ok());
+  list(line("Plane", deeper));
+  compress();
+  EXPECT_EQ(packed(), 6U);
+  uncompress();
+  EXPECT_EQ(drive.filesIn(deeper).size(), whole.size() + 1);
+  EXPECT_FALSE(drive.exists(plane) || drive.exists(package));
+  // Of two of that name nobody could tell whose Package it is.
+  compress();
+  list(line("Plane", deeper) + line("Twin", plane));
+  EXPECT_EQ(answer(form.mnuFileUnpackage, {no}), 1U);
+  EXPECT_TRUE(holds(windows.boxes[0].text, deeper) && holds(windows.boxes[0].text, plane));
+  EXPECT_FALSE(drive.exists(deeper + "texture\\t.bmp") || drive.exists(plane));
+}
+
+TEST_F(PackageTest, WhatCannotBeCompressedStaysAndTheReasonIsTold) {
+  const std::string inside = plane + "panel\\", beside = "C:\\Hangar\\aircraft\\b\\plane\\";
+  for (const auto& [row, other, told] :
+       {std::tuple{plane, inside, "the folder of another row, \"" + inside},
+        {plane, beside, "\"" + beside + "\" would have the same Package"},
+        {beside, std::string("C:\\x\\"), "\"Plane\" was not compressed."},
+        {std::string("C:\\FS\\aircraft\\"), plane, std::string("does not lie in")}}) {
+    list(line("Plane", row) + line("Other", other));
+    form.lstAircraft.select(1);
+    compress(told);
+    EXPECT_TRUE(aircraft() == whole && drive.tree("C:\\Packs") == Lines{});
+  }
+}
+
+TEST_F(PackageTest, ASecondTryThinsOnlyWhatThePackageSurelyHolds) {
+  const auto wholeAgain = [&] {
+    putAircraft();
+    for (const std::string& file : whole) drive.write(plane + file, std::string(9000, 'x') + file);
+    compress();
+    for (const std::string& file : whole) drive.write(plane + file, std::string(9000, 'x') + file);
+  };
+  const auto spoil = [&](std::size_t at) {
+    std::string bytes = drive.read(package);
+    bytes[at] = static_cast<char>(~bytes[at]);
+    drive.write(package, bytes);
+  };
+  const std::pair<std::function<void()>, std::string> cases[] = {
+      {[&] { drive.write(plane + "texture\\t.bmp", "newer"); }, "already compressed!\r\n\r\nIts"},
+      {[&] { drive.write(plane + "late.bmp", "late"); }, "already compressed!\r\n\r\nIts"},
+      {[&] { spoil(60); }, "is corrupt"},
+      {[] {}, ""},
+  };
+  for (const auto& [change, told] : cases) {
+    SCOPED_TRACE(told);
+    wholeAgain();
+    change();
+    const Lines before = aircraft();
+    compress(told);
+    EXPECT_EQ(aircraft(), told.empty() ? thin : before);
+    EXPECT_EQ(icon(), 7);
+    EXPECT_EQ(drive.tree("C:\\Temp\\SKVInstallTemp"), Lines{});
+  }
+}
+
+TEST_F(PackageTest, AStopBetweenTheHalvesOfAnUnpackingLeavesThePackage) {
+  compress();
+  windows.onYield = [&] {
+    app.stopRequested = form.lblStatus.caption.get().ends_with("Package\\Aircraft\\texture");
+  };
+  uncompress();
+  windows.onYield = {};
+  EXPECT_TRUE(drive.exists(plane + "texture\\t.bmp") && !drive.exists(gauge) && packed() == 6);
+  EXPECT_TRUE(icon() == 7 && form.lblStatus.notice.get().starts_with("Stopped"));
+  uncompress();
+  EXPECT_TRUE(aircraft() == whole && drive.exists(gauge) && !drive.exists(package));
 }
 
 TEST_F(PackageTest, APackageOfAStrangerStaysWhenItHoldsMore) {
@@ -148,6 +248,7 @@ TEST_F(PackageTest, APackageThatComesMeanwhileStays) {
   }
 }
 
+// And a second try finishes what the first one has left.
 TEST_F(PackageTest, EitherTheFolderOrThePackageIsWholeWhateverEndsTheRun) {
   for (const bool back : {false, true})
     forEveryEnding(
@@ -158,12 +259,20 @@ TEST_F(PackageTest, EitherTheFolderOrThePackageIsWholeWhateverEndsTheRun) {
         },
         [&] { back ? uncompress() : compress(); },
         [&](bool struck) {
-          const bool unpacked = aircraft() == whole && drive.read(gauge) == "gauge" &&
-                                drive.read(plane + "texture\\t.bmp") == "texture\\t.bmp";
-          const bool packs = packed() == 6;
-          EXPECT_TRUE(unpacked || packs);
-          EXPECT_TRUE(packs || !drive.exists(package)) << "no half Package";
-          EXPECT_TRUE(struck || (back ? unpacked && !packs : packs && aircraft() == thin));
+          const auto unpacked = [&] {
+            return aircraft() == whole && drive.read(gauge) == "gauge" &&
+                   drive.read(plane + "texture\\t.bmp") == "texture\\t.bmp";
+          };
+          const auto packs = [&] { return packed() == 6; };
+          const auto ended = [&] {
+            return back ? unpacked() && !packs() : packs() && aircraft() == thin;
+          };
+          EXPECT_TRUE(unpacked() || packs());
+          EXPECT_TRUE(packs() || !drive.exists(package)) << "no half Package";
+          EXPECT_TRUE(struck || ended());
+          mnuViewHangar_Click(app);
+          back ? uncompress() : compress();
+          EXPECT_TRUE(ended()) << "a second try: " << ::testing::PrintToString(windows.boxTexts());
         },
         {back ? Ending::failedLook : Ending::fullDisk, Ending::lostFiles});
 }

@@ -65,6 +65,41 @@ TEST_F(SceneryInstallerTest, TheRowComesOnTopAndASecondOneOfTheNameIsRefused) {
   EXPECT_TRUE(drive.read(library).starts_with("Alps\x01"));
 }
 
+// What a deletion that failed half way, or the user, has left gives way when he agrees.
+TEST_F(SceneryInstallerTest, AFolderThatHoldsNoSceneryIsPutAside) {
+  zip("Scenery/a.bgl");
+  putLibrary("Other|ADDON SCENERY\\Other\r\nMine|ADDON SCENERY\\Alps||5\r\n");
+  drive.write(alps + "\\readme.txt", "r");
+  install("Scenery 'Alps' already exists!\r\n\r\nBut the folder \"C:\\Lib\\Scenery\\Alps\"");
+  EXPECT_EQ(drive.filesIn(alps), Lines{"readme.txt"});
+  EXPECT_EQ(drive.tree("C:\\Lib\\Main"), Lines{});
+  forEveryEnding(
+      files,
+      [&] {
+        clearLibrary();
+        drive.clear(work);
+        drive.write(alps + "\\readme.txt", "r");
+        drive.write(library, coded("Mine|ADDON SCENERY\\Alps\r\n"));
+        open();
+      },
+      [&] {
+        windows.answers = {yes};
+        install();
+      },
+      [&](bool) {
+        drive.clear(work);
+        open();
+        windows.answers = {yes};
+        install();
+        EXPECT_EQ(drive.filesIn(alps), Lines{"Scenery\\a.bgl"});
+        EXPECT_EQ(drive.read(alps + " (2)\\readme.txt"), "r");
+        open();
+        EXPECT_EQ(listed(), Lines{"Mine|ADDON SCENERY\\Alps"});
+        windows.answers.clear();
+      },
+      {Ending::fullDisk, Ending::kill});
+}
+
 TEST_F(SceneryInstallerTest, ARunThatEndsAnywhereLeavesAWholeSceneryOrNone) {
   zip("Files/a.bgl Files/b.bgl Texture/t.bmp Effects/e.fx");
   forEveryEnding(

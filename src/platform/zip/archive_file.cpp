@@ -3,6 +3,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <array>
 #include <limits>
 #include <vector>
 
@@ -57,6 +58,30 @@ std::uint64_t littleEndian(std::span<const char> bytes, std::size_t at, std::siz
   return value;
 }
 
+// Whether the file's first bytes are those of an archive, a part of a split one included.
+bool beginsAsArchive(const ArchiveFile& file) {
+  std::array<char, 4> bytes{};
+  if (!file.read(0, bytes)) return false;
+  const std::string_view start(bytes.data(), bytes.size());
+  return start == "PK\x03\x04" || start == "PK\x05\x06" || start == "PK\x07\x08" || start == "PK00";
+}
+
+// Whether an entry's header ends at `offset`, so that what begins there is the entry's data: the
+// archive that was packed into another one, whose end is missing.
+bool liesInAnother(const ArchiveFile& file, std::uint64_t offset) {
+  constexpr std::size_t header = 30, longestName = 0xFFFF;
+  std::vector<char> before(std::min<std::uint64_t>(header + longestName, offset));
+  if (!file.read(offset - before.size(), before)) return true;
+  const std::string_view text(before.data(), before.size());
+  for (std::size_t at = text.find("PK\x03\x04"); at != std::string_view::npos;
+       at = text.find("PK\x03\x04", at + 1))
+    if (at + header <= text.size() &&
+        at + header + littleEndian(before, at + 26, 2) + littleEndian(before, at + 28, 2) ==
+            text.size())
+      return true;
+  return false;
+}
+
 // How many bytes stand before an archive whose offsets count from its own beginning: its directory
 // ends where the record of the archive's end begins, and not where that record says. 0 for none.
 std::uint64_t bytesBefore(const ArchiveFile& file) {
@@ -86,8 +111,10 @@ std::uint64_t bytesBefore(const ArchiveFile& file) {
 Result<ZipReader> ZipReader::open(const ArchiveFile& file) {
   auto plain = openAt(file, 0);
   if (plain.ok()) return plain;
-  const std::uint64_t before = bytesBefore(file);
-  if (before == 0) return plain;
+  // Behind the beginning of one archive another one's end is that of an archive packed into it, and
+  // the file half a download.
+  const std::uint64_t before = beginsAsArchive(file) ? 0 : bytesBefore(file);
+  if (before == 0 || liesInAnother(file, before)) return plain;
   auto behind = openAt(file, before);
   return behind.ok() ? std::move(behind) : std::move(plain);
 }

@@ -33,8 +33,12 @@ class Names {
     if (element.name == element.held) return element.held;
     const auto [known, isNew] = given_.try_emplace(above + upper(element.name), element.held);
     std::string& name = known->second;
-    for (int number = 2; isNew && !claimed_.insert(above + upper(name)).second; ++number)
-      name = numbered(element.held, number);
+    if (!isNew || claimed_.insert(above + upper(name)).second) return name;
+    // Goes on behind the number that the last entry of this name was given: any number of them may
+    // become one name.
+    int& number = numbers_.try_emplace(above + upper(name), 1).first->second;
+    do name = numbered(element.held, ++number);
+    while (!claimed_.insert(above + upper(name)).second);
     return name;
   }
 
@@ -46,6 +50,7 @@ class Names {
 
   std::unordered_set<std::string> claimed_;
   std::unordered_map<std::string, std::string> given_;
+  std::unordered_map<std::string, int> numbers_;  // the last ones given, by the name without one
 };
 
 class Planner {
@@ -98,17 +103,18 @@ class Planner {
  private:
   Outcome enter(const Path& path) {
     folder_ = root_;
+    folderKey_ = upper(root_);
     storedKey_.clear();
     std::string stored;
     for (const PathElement& element : path) {
       const std::string& name = names_.of(element, storedKey_);
       folder_ += '\\' + name;
+      folderKey_ += '\\' + upper(name);
       stored += element.name;
       storedKey_ += upper(element.name) + '\\';
-      std::string key = upper(folder_);
-      if (fileAt_.contains(key))
+      if (fileAt_.contains(folderKey_))
         return Outcome::withText(err::zip, "needs a folder where another entry is a file");
-      if (folders_.insert(std::move(key)).second) {
+      if (folders_.insert(folderKey_).second) {
         plan_.folders.push_back(folder_);
         noteRename(stored, element.name, folder_, name);
       }
@@ -120,7 +126,7 @@ class Planner {
   Outcome addFile(const ChosenEntry& entry, const PathElement& element) {
     const std::string& name = names_.of(element, storedKey_);
     const std::string path = folder_ + '\\' + name;
-    std::string key = upper(path);
+    std::string key = folderKey_ + '\\' + upper(name);
     if (folders_.contains(key))
       return Outcome::withText(err::zip, "is a file where another entry needs a folder");
     const auto [known, isNew] = fileAt_.try_emplace(std::move(key), plan_.files.size());
@@ -145,9 +151,9 @@ class Planner {
   bool allHeld_ = true;
   std::size_t added_ = 0;
   ExtractionPlan plan_;
-  // Where the last entry lies: as stored, with a backslash at its end, the same in upper case, and
-  // on disk.
-  std::string stored_, storedKey_, folder_;
+  // Where the last entry lies: as stored, with a backslash at its end, the same in upper case, on
+  // disk, and that in upper case.
+  std::string stored_, storedKey_, folder_, folderKey_;
   // Keys are paths on disk in upper case.
   std::unordered_set<std::string> folders_;
   std::unordered_map<std::string, std::size_t> fileAt_;  // to the place in plan_.files

@@ -1,5 +1,8 @@
 #include <sys/stat.h>
 
+#include <fstream>
+#include <sstream>
+
 #include "platform/zip/libzip_zipit.h"
 #include "support/disk_fixture.h"
 #include "support/failing_calls.h"
@@ -156,6 +159,46 @@ TEST_F(ZipEngineTest, StopsAtEntriesThatAreNotWhatTheySay) {
   const std::string sound = rawZip({{"a", "aaaa"}, {"b", "bbbb"}});
   for (std::size_t cut = 0; cut < sound.size(); ++cut)
     EXPECT_FALSE(extract(sound.substr(0, cut)).ok()) << cut;
+}
+
+TEST_F(ZipEngineTest, HalfADownloadIsNoArchiveAndOneThatUnpacksItselfIs) {
+  const std::string inner = rawZip({{"inner.txt", "inner"}});
+  const std::string whole = rawZip({{"addon.zip", inner}, {"outer.txt", std::string(500, 'o')}});
+  const std::string program = "MZ" + std::string(3000, 'm');
+  const auto names = [&](const std::string& bytes) {
+    const auto zip = open(bytes);
+    return opened.ok() ? namesOf(*zip) : Lines{"refused"};
+  };
+  const Lines outer{"addon.zip", "outer.txt"}, refused{"refused"};
+  EXPECT_EQ(names(whole), outer);
+  EXPECT_EQ(names(program + whole), outer);
+  EXPECT_EQ(names(rawZip({{"a", "a"}}, program)), Lines{"a"}) << "its offsets count the program in";
+  EXPECT_EQ(names(whole.substr(0, 60) + inner), refused);
+  for (const std::string& before : {std::string(), program})
+    for (const std::size_t more : {0, 1, 40, 300})
+      EXPECT_EQ(names(before + whole.substr(0, whole.find(inner) + inner.size() + more)), refused)
+          << more;
+}
+
+// Made by 7z, and holding what the test makes itself.
+TEST_F(ZipEngineTest, UnpacksTheMethodsOfOtherArchivers) {
+  std::string config;
+  for (int i = 0; i < 600; ++i)
+    config += "key." + std::to_string(i) + "=" + std::to_string(i * i) + "\r\n";
+  for (const char* method : {"lzma", "ppmd", "deflate64"}) {
+    SCOPED_TRACE(method);
+    std::ostringstream bytes;
+    bytes << std::ifstream(ZIP_FIXTURES + std::string("/") + method + ".zip", std::ios::binary)
+                 .rdbuf();
+    std::string archive = bytes.str();
+    EXPECT_TRUE(extract(archive).ok());
+    EXPECT_EQ(drive.filesIn("C:\\out"), (Lines{"aircraft.cfg", "texture\\t.bmp"}));
+    EXPECT_TRUE(drive.read("C:\\out\\aircraft.cfg") == config);
+    EXPECT_TRUE(drive.read("C:\\out\\texture\\t.bmp") == noise(5000) + noise(5000));
+    archive[1000] = static_cast<char>(~archive[1000]);
+    EXPECT_TRUE(holds(extract(archive).description(), "\"aircraft.cfg\" in"));
+    EXPECT_FALSE(drive.exists("C:\\out\\aircraft.cfg"));
+  }
 }
 
 TEST_F(ZipEngineTest, TakesAddonsOfBlankPicturesAloneUpToAnAbsurdSize) {
