@@ -22,6 +22,7 @@
 #include "platform/desktop/wine_simulator_finder.h"
 #include "platform/disk/drive_file_system.h"
 #include "platform/disk/drives.h"
+#include "platform/disk/hidden_files.h"
 #include "platform/x11/x11_screen.h"
 #include "platform/zip/libzip_zipit.h"
 #include "ui/events.h"
@@ -57,6 +58,7 @@ int main(int argc, char** argv) {
     if (const auto token = onlyRun.value().answerCall()) skv::ui::qt::callToFront(*token);
   });
 
+  const skv::HiddenFiles hiddenFiles(skv::HiddenFiles::defaultNotes());
   skv::FileSettingsStore settings(skv::FileSettingsStore::defaultFile());
   if (!skv::settingsCanBeRead(windows, settings)) return 0;
   skv::SystemClock clock;
