@@ -166,6 +166,7 @@ void connectPictures(App& app) {
     image->fileDropped = [&app, image](const std::string& path) {
       takePictureFile(app, *image, path);
     };
+  form.mnuPic.closed = [&app] { mnuPic_Closed(app); };
   form.mnuPicSnap.click = [&app] { mnuPicSnap_Click(app); };
   form.mnuPicClip.click = [&app] { mnuPicClip_Click(app); };
   form.mnuPicFile.click = [&app] { mnuPicFile_Click(app); };
