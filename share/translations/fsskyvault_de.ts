@@ -440,6 +440,14 @@
         <translation>Noch nicht gesichert</translation>
     </message>
     <message>
+        <source>1 area of Scenery.cfg is not listed</source>
+        <translation>1 Area der Scenery.cfg ist nicht aufgeführt</translation>
+    </message>
+    <message>
+        <source>%1 areas of Scenery.cfg are not listed</source>
+        <translation>%1 Areas der Scenery.cfg sind nicht aufgeführt</translation>
+    </message>
+    <message>
         <source>Save SceneryDB</source>
         <translation>SzenerieDB sichern</translation>
     </message>

@@ -31,7 +31,7 @@ void mnuViewRefresh_Click(App& app) {
 }
 
 void leaveForScenery(App& app) {
-  if (mayLeaveInfo(app)) mnuViewFSScenery_Click(app);
+  if (mayLeaveInfo(app) && mayLeaveSceneries(app)) mnuViewFSScenery_Click(app);
 }
 
 void leaveForAircraft(App& app, void (*view)(App&)) {

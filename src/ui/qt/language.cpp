@@ -38,6 +38,7 @@ constexpr const char* withValues[] = {
     "Through the SMTP Mailhost %1",
     "Aircraft: %1",
     "Scenery: %1",
+    "%1 areas of Scenery.cfg are not listed",
     "%1 aircraft stands in %2 and is not listed yet.",
     "%1 aircraft stand in %2 and are not listed yet.",
     "This cannot be stored. The simulator's files have no \"%1\".",

@@ -79,8 +79,10 @@ void RowDelegate::initStyleOption(QStyleOptionViewItem* option, const QModelInde
   if (const Colour colour = index.data(Qt::UserRole).toUInt(); colour != defaultColour) {
     QColor& text = legible_[colour];
     if (!text.isValid()) text = legible(colour, option->palette);
-    option->palette.setColor(QPalette::Text, text);
-    option->palette.setColor(QPalette::HighlightedText, text);
+    // A disabled list is grey throughout.
+    for (const auto group : {QPalette::Active, QPalette::Inactive})
+      for (const auto role : {QPalette::Text, QPalette::HighlightedText})
+        option->palette.setColor(group, role, text);
   }
   if (!places_ || index.column() != 0) return;
   const QPixmap& picture = places_->picture(index.data(Qt::UserRole + 1).toInt(), option->palette,
