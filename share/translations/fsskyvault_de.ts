@@ -966,6 +966,10 @@ Datei, Package/ZIP installieren bringt eines aus einer ZIP-Datei in den Hangar.<
         <translation>%1 Flugzeug steht %2 und ist noch nicht aufgenommen.</translation>
     </message>
     <message>
+        <source>At least %1 aircraft stand in %2 and are not listed yet.</source>
+        <translation>Mindestens %1 Flugzeuge stehen %2 und sind noch nicht aufgenommen.</translation>
+    </message>
+    <message>
         <source>%1 aircraft stand in %2 and are not listed yet.</source>
         <translation>%1 Flugzeuge stehen %2 und sind noch nicht aufgenommen.</translation>
     </message>

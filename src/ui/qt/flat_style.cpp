@@ -244,8 +244,7 @@ QIcon FlatStyle::standardIcon(StandardPixmap which, const QStyleOption* option,
                               const QWidget* widget) const {
   // Every menu bar asks for it, to draw it when the window is too narrow: ours is made then.
   if (which == SP_ToolBarHorizontalExtensionButton)
-    return drawnIcon(QStringLiteral("down"),
-                     QGuiApplication::palette().color(QPalette::ButtonText));
+    return drawnIcon(QStringLiteral("down"), QPalette::ButtonText);
   return QProxyStyle::standardIcon(which, option, widget);
 }
 

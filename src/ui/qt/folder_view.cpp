@@ -92,7 +92,7 @@ QTreeWidgetItem* FolderView::addItem(QTreeWidgetItem* parent, const std::string&
   item->setText(0, shown(name));
   item->setSizeHint(0, QSize(0, leastRowHeight));
   item->setData(0, pathRole, QByteArray::fromStdString(path));
-  item->setIcon(0, drawnIcon(drawingName, palette().color(QPalette::Link)));
+  item->setIcon(0, drawnIcon(drawingName, QPalette::Link));
   // Whether a folder holds others is known only when it is opened.
   item->setChildIndicatorPolicy(QTreeWidgetItem::ShowIndicator);
   if (parent)

@@ -1,5 +1,6 @@
 #include "ui/qt/icons.h"
 
+#include <QGuiApplication>
 #include <QIconEngine>
 #include <QPainter>
 #include <QSvgRenderer>
@@ -10,7 +11,7 @@ namespace {
 
 class DrawnIcon : public QIconEngine {
  public:
-  DrawnIcon(QString name, QColor colour) : name_(std::move(name)), colour_(colour) {}
+  DrawnIcon(QString name, QPalette::ColorRole role) : name_(std::move(name)), role_(role) {}
 
   void paint(QPainter* painter, const QRect& rect, QIcon::Mode mode, QIcon::State state) override {
     const qreal ratio = painter->device()->devicePixelRatio();
@@ -20,15 +21,16 @@ class DrawnIcon : public QIconEngine {
     return scaledPixmap(size, mode, state, 1);
   }
   QPixmap scaledPixmap(const QSize& size, QIcon::Mode mode, QIcon::State, qreal ratio) override {
-    QColor colour = colour_;
+    QColor colour;
+    if (role_ != QPalette::NoRole) colour = QGuiApplication::palette().color(role_);
     if (mode == QIcon::Disabled && colour.isValid()) colour.setAlphaF(0.35F);
     return drawing(name_, size / ratio, ratio, colour);
   }
-  QIconEngine* clone() const override { return new DrawnIcon(name_, colour_); }
+  QIconEngine* clone() const override { return new DrawnIcon(name_, role_); }
 
  private:
   QString name_;
-  QColor colour_;
+  QPalette::ColorRole role_;
 };
 
 }  // namespace
@@ -47,8 +49,10 @@ QPixmap drawing(const QString& name, QSize size, qreal ratio, const QColor& colo
   return pixmap;
 }
 
-QIcon drawnIcon(const QString& name, const QColor& colour) {
-  return QIcon(new DrawnIcon(name, colour));
+QIcon drawnIcon(const QString& name) { return drawnIcon(name, QPalette::NoRole); }
+
+QIcon drawnIcon(const QString& name, QPalette::ColorRole role) {
+  return QIcon(new DrawnIcon(name, role));
 }
 
 }  // namespace skv::ui::qt

@@ -4,6 +4,7 @@
 
 #include <QColor>
 #include <QIcon>
+#include <QPalette>
 #include <QPixmap>
 #include <QString>
 
@@ -14,7 +15,8 @@ namespace skv::ui::qt {
 QPixmap drawing(const QString& name, QSize size, qreal ratio, const QColor& colour = {});
 
 // An icon that is drawn when it is needed, at the size and sharpness it is needed in, greyed when
-// disabled.
-QIcon drawnIcon(const QString& name, const QColor& colour = {});
+// disabled: in the colours of the drawing, or in one that the program's palette has at that time.
+QIcon drawnIcon(const QString& name);
+QIcon drawnIcon(const QString& name, QPalette::ColorRole role);
 
 }  // namespace skv::ui::qt

@@ -40,6 +40,7 @@ constexpr const char* withValues[] = {
     "Scenery: %1",
     "%1 areas of Scenery.cfg are not listed",
     "%1 aircraft stands in %2 and is not listed yet.",
+    "At least %1 aircraft stand in %2 and are not listed yet.",
     "%1 aircraft stand in %2 and are not listed yet.",
     "This cannot be stored. The simulator's files have no \"%1\".",
     "File, Import, %1 lists what is there.",

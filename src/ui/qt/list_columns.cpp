@@ -1,6 +1,7 @@
 #include "ui/qt/list_columns.h"
 
 #include <QAccessible>
+#include <QApplication>
 #include <QEvent>
 #include <QHeaderView>
 #include <QStyleOptionHeader>
@@ -20,9 +21,13 @@ constexpr int leastColumn = 44;
 // Measures its texts as they are drawn. Qt's own does so in bold, and loads that font for it.
 class PlainHeader : public QHeaderView {
  public:
-  using QHeaderView::QHeaderView;
+  explicit PlainHeader(QWidget* parent) : QHeaderView(Qt::Horizontal, parent) { mute(); }
 
  protected:
+  void changeEvent(QEvent* event) override {
+    QHeaderView::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange) mute();
+  }
   QSize sectionSizeFromContents(int section) const override {
     QStyleOptionHeader option;
     initStyleOption(&option);
@@ -31,20 +36,26 @@ class PlainHeader : public QHeaderView {
     if (isSortIndicatorShown()) option.sortIndicator = QStyleOptionHeader::SortDown;
     return style()->sizeFromContents(QStyle::CT_HeaderSection, &option, QSize(), this);
   }
+
+ private:
+  void mute() {
+    const QColor muted = QApplication::palette().color(QPalette::PlaceholderText);
+    if (palette().color(QPalette::ButtonText) == muted) return;
+    QPalette own;
+    own.setColor(QPalette::ButtonText, muted);
+    setPalette(own);
+  }
 };
 
 }  // namespace
 
 ListColumns::ListColumns(QTreeView& view, const RowsModel& rows, ListView& list)
     : QObject(&view), view_(view), rows_(rows), list_(list) {
-  view.setHeader(new PlainHeader(Qt::Horizontal, &view));
+  view.setHeader(new PlainHeader(&view));
   header().setSectionsMovable(true);
   header().setStretchLastSection(false);
   header().setMinimumSectionSize(leastColumn);
   header().setHighlightSections(false);
-  QPalette muted = view.palette();
-  muted.setColor(QPalette::ButtonText, muted.color(QPalette::PlaceholderText));
-  header().setPalette(muted);
   header().setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
   header().viewport()->installEventFilter(this);
   connect(&header(), &QHeaderView::sectionResized, this, [this] {

@@ -38,7 +38,7 @@ QPushButton* arrowButton(FormBuilder& build, Button& button, const char* drawing
   widget->setProperty("small", true);
   widget->setToolTip(QStringLiteral("%1 (%2)").arg(accessibleName, key));
   widget->setAccessibleDescription(key);
-  widget->setIcon(drawnIcon(QLatin1String(drawing), widget->palette().color(QPalette::ButtonText)));
+  widget->setIcon(drawnIcon(QLatin1String(drawing), QPalette::ButtonText));
   return widget;
 }
 
