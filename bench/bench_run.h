@@ -48,6 +48,7 @@ class FixedClock : public Clock {
 class NoShell : public Shell {
  public:
   int open(std::string_view) override { return 33; }
+  bool hasProgramFor(std::string_view) override { return true; }
   Outcome editText(std::string_view) override { return {}; }
 };
 

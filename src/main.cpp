@@ -22,19 +22,26 @@
 #include "platform/desktop/wine_simulator_finder.h"
 #include "platform/disk/drive_file_system.h"
 #include "platform/disk/drives.h"
+#include "platform/disk/hidden_files.h"
 #include "platform/x11/x11_screen.h"
 #include "platform/zip/libzip_zipit.h"
 #include "ui/events.h"
 #include "ui/qt/call_to_front.h"
 #include "ui/qt/language.h"
+#include "ui/qt/no_screen.h"
 #include "ui/qt/qt_windowing.h"
 #include "ui/qt/theme.h"
 #include "ui/startup.h"
 
+// The status of a start that ends because the user has to see to something first. It has been told.
+constexpr int cannotRun = 1;
+
 int main(int argc, char** argv) {
   QApplication::setApplicationName(QStringLiteral("fsskyvault"));
   QApplication::setDesktopFileName(QStringLiteral("fsskyvault"));
+  qInstallMessageHandler(skv::ui::qt::endWithoutScreen);
   QApplication qtApplication(argc, argv);
+  qInstallMessageHandler(nullptr);
   skv::ui::qt::speakTheDesktopsLanguage(qtApplication);
   skv::ui::qt::dress(qtApplication);
   // It looks through the fonts on the side, for which the application has to be there: a start that
@@ -50,15 +57,16 @@ int main(int argc, char** argv) {
     const bool other = onlyRun.outcome().number() == skv::SingleInstance::alreadyRunning;
     if (!other || !skv::SingleInstance::call())
       windows.messageBox({onlyRun.outcome().description(), skv::ui::BoxIcon::exclamation});
-    return 0;
+    return other ? 0 : cannotRun;
   }
   QSocketNotifier secondStart(onlyRun.value().calls(), QSocketNotifier::Read);
   QObject::connect(&secondStart, &QSocketNotifier::activated, [&onlyRun] {
     if (const auto token = onlyRun.value().answerCall()) skv::ui::qt::callToFront(*token);
   });
 
+  const skv::HiddenFiles hiddenFiles(skv::HiddenFiles::defaultNotes());
   skv::FileSettingsStore settings(skv::FileSettingsStore::defaultFile());
-  if (!skv::settingsCanBeRead(windows, settings)) return 0;
+  if (!skv::settingsCanBeRead(windows, settings)) return cannotRun;
   skv::SystemClock clock;
   skv::DesktopShell shell(files);
   const skv::CodePage codePage(static_cast<int>(
@@ -114,9 +122,10 @@ int main(int argc, char** argv) {
     endWished.setEnabled(true);
   });
   windows.prepare(app.frmMain);
+  int status = 0;
   windows.run([&] {
-    skv::Form_Load(app);
+    if (!skv::Form_Load(app)) status = cannotRun;
     if (app.ending) windows.quit();
   });
-  return 0;
+  return status;
 }

@@ -37,6 +37,7 @@ share/applications/fsskyvault.desktop
 share/doc/fsskyvault/changelog.gz
 share/doc/fsskyvault/copyright
 share/fsskyvault/Skyvault.doc
+share/fsskyvault/Skyvault.html
 $icons
 share/icons/hicolor/scalable/apps/fsskyvault.svg
 share/man/man1/fsskyvault.1.gz
@@ -68,6 +69,9 @@ braces=$(sed 's/\\[\\{}]//g' $manual | tr -cd '{}' | sed 's/{/+1/g; s/}/-1/g')
 [ $((0$braces)) -eq 0 ] || fail "the manual's groups are not closed"
 pictures=$(grep -c '^!\[' "$source/share/manual.md")
 [ "$(grep -o '\\pngblip' $manual | wc -l)" -eq "$pictures" ] || fail "pictures of the manual"
+page=share/fsskyvault/Skyvault.html
+[ "$(grep -o '<img alt="[^"]\+" src="data:image/png;base64,iVBOR' $page | wc -l)" -eq "$pictures" ] ||
+  fail "pictures of the manual's page"
 
 # ---- the start
 
@@ -82,8 +86,20 @@ export ASAN_OPTIONS=detect_leaks=0
 mkfifo "$work/display" "$work/opened"
 mkdir "$work/path"
 printf '#!/bin/sh\necho "$1" >"%s"\n' "$work/opened" >"$work/path/xdg-open"
-chmod +x "$work/path/xdg-open"
+# The desktop has no program for any document, until it is told of one.
+printf '#!/bin/sh\ncat "%s" 2>/dev/null\n' "$work/word-processor" >"$work/path/xdg-mime"
+chmod +x "$work/path/xdg-open" "$work/path/xdg-mime"
 PATH="$work/path:$PATH"
+
+# Without a screen, and with one that cannot be reached: a sentence and a status, and nothing begun.
+for screen in "" ":12345"; do
+  status=0
+  DISPLAY=$screen QT_QPA_PLATFORM= bin/fsskyvault 2>"$work/errors" || status=$?
+  [ $status -eq 1 ] || fail "without a screen the program ends with $status"
+  [[ $(cat "$work/errors") = "fsskyvault needs a screen, and "*"${screen:-DISPLAY}"*"." ]] &&
+    [ "$(wc -l <"$work/errors")" -eq 1 ] || fail "without a screen: $(cat "$work/errors")"
+done
+
 Xvfb -displayfd 3 -screen 0 1024x768x24 -nolisten tcp 3>"$work/display" 2>/dev/null &
 x_server=$!
 read -r number <"$work/display"
@@ -98,9 +114,12 @@ kill -0 $program || fail "the program is gone: $(cat "$work/errors")"
 # A second start finds the first one and ends.
 bin/fsskyvault || fail "the second start"
 
-xdotool windowfocus --sync "$window" key alt+h key u
-read -r opened <"$work/opened"
-[ "$opened" = "$work/usr/share/fsskyvault/Skyvault.doc" ] || fail "the manual opened is $opened"
+for manual in Skyvault.html Skyvault.doc; do
+  xdotool windowfocus --sync "$window" key alt+h key u
+  read -r opened <"$work/opened"
+  [ "$opened" = "$work/usr/share/fsskyvault/$manual" ] || fail "the manual opened is $opened"
+  echo writer.desktop >"$work/word-processor"
+done
 
 xdotool windowfocus --sync "$window" key ctrl+q
 wait $program || fail "the program ended with $?: $(cat "$work/errors")"

@@ -77,6 +77,8 @@ for my $file (split /\n/, `find src -name '*.cpp' -o -name '*.h'`) {
   if ($file =~ m{/folder_text\.cpp$}) {
     check($file, "This $1") while $source =~ /refused\($literal/g;
   }
+  # Captions of boxes' own buttons.
+  check($file, $1) while $source =~ /\.(?:yes|no) = $literal/g;
   check($file, $1) while $source =~ /"([^"|\\\n]+)\|\*[^"\n]*"/g;
   if ($file =~ m{^src/ui/qt/place_pictures}) {
     check($file, $1) while $source =~ /\{"\w+", $literal, "#/g;

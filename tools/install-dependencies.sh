@@ -11,7 +11,7 @@ packages=(
   libunarr-dev                                  # archives by rarer methods
   libcurl4-openssl-dev ca-certificates          # mail servers, the version check
   qtkeychain-qt6-dev                            # passwords in the desktop's keeping
-  libjpeg62-turbo-dev                           # pictures
+  libjpeg62-turbo-dev qt6-image-formats-plugins # pictures
   libgmime-3.0-dev libglib2.0-dev libxml2-dev   # mails, and those that are written in HTML
   libicu-dev                                    # letters, code pages
   libxcb1-dev libxcb-composite0-dev             # windows of other programs

@@ -50,6 +50,7 @@ namespace fs = std::filesystem;
 class NoShell : public Shell {
  public:
   int open(std::string_view) override { return 33; }
+  bool hasProgramFor(std::string_view) override { return true; }
   Outcome editText(std::string_view) override { return {}; }
 };
 

@@ -26,10 +26,11 @@ set(CPACK_DEBIAN_PACKAGE_SECTION utils)
 set(CPACK_DEBIAN_PACKAGE_PRIORITY optional)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 set(CPACK_DEBIAN_COMPRESSION_TYPE xz)
+# Qt reads WebP by a plug-in, which no library's name tells.
 # The manual and folders open with the desktop's own programs. Who has no word processor gets a
 # small one; not every one takes rich text by the name of ".doc". Qt's own words, such as those of the
 # file dialog, are in German when its translations are there.
-set(CPACK_DEBIAN_PACKAGE_DEPENDS xdg-utils)
+set(CPACK_DEBIAN_PACKAGE_DEPENDS "xdg-utils, qt6-image-formats-plugins")
 set(CPACK_DEBIAN_PACKAGE_RECOMMENDS
     "ca-certificates, abiword | libreoffice-writer, qt6-translations-l10n, qt6-wayland")
 set(CPACK_DEBIAN_PACKAGE_SUGGESTS wine)

@@ -440,6 +440,14 @@
         <translation>Noch nicht gesichert</translation>
     </message>
     <message>
+        <source>1 area of Scenery.cfg is not listed</source>
+        <translation>1 Area der Scenery.cfg ist nicht aufgeführt</translation>
+    </message>
+    <message>
+        <source>%1 areas of Scenery.cfg are not listed</source>
+        <translation>%1 Areas der Scenery.cfg sind nicht aufgeführt</translation>
+    </message>
+    <message>
         <source>Save SceneryDB</source>
         <translation>SzenerieDB sichern</translation>
     </message>
@@ -958,6 +966,10 @@ Datei, Package/ZIP installieren bringt eines aus einer ZIP-Datei in den Hangar.<
         <translation>%1 Flugzeug steht %2 und ist noch nicht aufgenommen.</translation>
     </message>
     <message>
+        <source>At least %1 aircraft stand in %2 and are not listed yet.</source>
+        <translation>Mindestens %1 Flugzeuge stehen %2 und sind noch nicht aufgenommen.</translation>
+    </message>
+    <message>
         <source>%1 aircraft stand in %2 and are not listed yet.</source>
         <translation>%1 Flugzeuge stehen %2 und sind noch nicht aufgenommen.</translation>
     </message>
@@ -1084,6 +1096,34 @@ Datei, Package/ZIP installieren bringt eines aus einer ZIP-Datei in den Hangar.<
     <message>
         <source>%1 %</source>
         <translation>%1 %</translation>
+    </message>
+    <message>
+        <source>Show what was left over</source>
+        <translation>Übriges zeigen</translation>
+    </message>
+    <message>
+        <source>Install</source>
+        <translation>Installieren</translation>
+    </message>
+    <message>
+        <source>Skip</source>
+        <translation>Überspringen</translation>
+    </message>
+    <message>
+        <source>Make it anew</source>
+        <translation>Neu machen</translation>
+    </message>
+    <message>
+        <source>Send it as it is</source>
+        <translation>So senden</translation>
+    </message>
+    <message>
+        <source>Uncompress it again</source>
+        <translation>Wieder entpacken</translation>
+    </message>
+    <message>
+        <source>Leave it compressed</source>
+        <translation>Gepackt lassen</translation>
     </message>
 </context>
 </TS>

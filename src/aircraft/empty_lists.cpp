@@ -1,8 +1,7 @@
 #include "aircraft/empty_lists.h"
 
-#include <algorithm>
-
 #include "core/disk_queries.h"
+#include "core/library_scan.h"
 
 namespace skv {
 
@@ -39,11 +38,14 @@ std::string noAircraft(App& app) {
              "\nF5 tries again.";
     return "There is no aircraft folder in " + app.ListDir + settingsLine;
   }
-  const auto count = std::ranges::count_if(listing.value(), &FolderEntry::folder);
-  if (count > 0) {
-    const std::string number = std::to_string(count);
-    return (count == 1 ? number + " aircraft stands in " + place + " and is not listed yet."
-                       : number + " aircraft stand in " + place + " and are not listed yet.") +
+  const AircraftCount count = countAircraft(app);
+  if (count.aircraft > 0 || !count.all) {
+    const std::string number = std::to_string(count.aircraft);
+    return (!count.all
+                ? "At least " + number + " aircraft stand in " + place + " and are not listed yet."
+            : count.aircraft == 1
+                ? number + " aircraft stands in " + place + " and is not listed yet."
+                : number + " aircraft stand in " + place + " and are not listed yet.") +
            importLine(app.frmMain.mnuFileImportAC);
   }
   if (inHangar(app))

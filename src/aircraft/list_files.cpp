@@ -61,7 +61,8 @@ std::vector<LibraryRow> load(App& app, const Library& library) {
   if (app.ListDir.empty()) return {};
   const auto bytes = loadListFile(app, app.*library.source, file);
   if (bytes.ok()) return parseLibraryRows(bytes.value(), app.codePage);
-  if (presenceOf(app.files(), app.ListDir) != Presence::absent)
+  // Of a folder that is away the list itself tells, and not each of the three once more.
+  if (presenceOf(app.files(), app.ListDir) == Presence::there)
     tellListFailure(app, "read", file, bytes.outcome());
   return {};
 }

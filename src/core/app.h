@@ -28,8 +28,9 @@ struct SceneryDatabase {
   std::string file = {};              // Scenery.cfg of the simulator, "" before the first load
   bool read = false;                  // the file's rows are in the list; a missing file has none
   std::optional<FileState> was = {};  // the file when its rows were read; none: it was missing
-  // Areas of that file that the rows don't know of; none: not counted, the rows being from a cache.
-  std::optional<int> unreached = {};
+  // Areas of that file that the rows don't know of, as the user is told of them; none: not looked
+  // for.
+  std::optional<std::vector<std::string>> unreached = {};
   // The rows as the file has them, from the top, with their check marks.
   std::vector<std::pair<ui::ListView::RowId, bool>> rows = {};
   unsigned loads = 0;  // by which a load that yields sees that another was faster

@@ -121,7 +121,8 @@ Outcome holdsNothingKept(const App& app, const std::string& folder, const std::s
 }
 
 Outcome cannotBeLookedAt(const std::string& folder, const Outcome& look) {
-  return refusal(folder, "cannot be looked at. " + look.description());
+  return Outcome::withText(look.number(),
+                           "\"" + folder + "\" cannot be looked at. " + look.description());
 }
 
 // Whether the folder is its store or lies in it, by path; and whether `led` to by that path does so
@@ -158,6 +159,10 @@ Outcome isNoStore(const App& app, const std::string& folder,
 }
 
 }  // namespace
+
+bool isRefusal(const Outcome& answer) {
+  return answer.number() == err::pathFileAccess || answer.number() == err::badFileName;
+}
 
 bool isOrHolds(const std::string& folder, const std::string& inner) {
   return upper(withBackslash(inner)).starts_with(upper(withBackslash(folder)));

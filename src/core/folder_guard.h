@@ -50,6 +50,10 @@ Outcome mayBeEmptied(const App& app, const std::string& folder,
 // where a disk that is away would show it, nor in the place of a simulator that is not there.
 bool mayBeMadeUnasked(const App& app, const std::string& folder);
 
+// Whether an answer of the functions above says that the folder has to stay as it is. Any other
+// failure is that of a look at the disk, which may go well the next time.
+bool isRefusal(const Outcome& answer);
+
 // Whether `folder` is `inner`, or one of the folders above it. By path, without regard to case.
 bool isOrHolds(const std::string& folder, const std::string& inner);
 

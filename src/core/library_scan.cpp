@@ -1,9 +1,12 @@
 #include "core/library_scan.h"
 
+#include <algorithm>
 #include <utility>
+#include <vector>
 
 #include "base/paths.h"
 #include "core/profile.h"
+#include "core/staged_folder.h"
 
 namespace skv {
 
@@ -24,6 +27,51 @@ Outcome scan(App& app, ui::ListView& list, const std::string& folder, const std:
   return {};
 }
 
+// Sees what the import's walk sees, and yields to nobody.
+class AircraftCounter {
+ public:
+  explicit AircraftCounter(const FileSystem& files) : files_(files) {}
+
+  AircraftCount below(const std::string& root) {
+    // One that lies in the root itself is the only one that an import takes.
+    if (hasAircraft(root)) return {.aircraft = 1};
+    folder(root);
+    return count_;
+  }
+
+ private:
+  bool hasAircraft(const std::string& folder) const {
+    const auto found = files_.attributes(folder + "aircraft.cfg");
+    return found.ok() && !found.value().folder && !found.value().hidden && !found.value().system;
+  }
+
+  void folder(const std::string& path) {
+    constexpr int mostFolders = 1000;
+    const std::string here = files_.identity(path);
+    if (here.empty() || std::ranges::find(ancestors_, here) != ancestors_.end()) return;
+    const auto listing = files_.list(path, FileSystem::Entries::named);
+    if (!listing.ok()) return;
+    ancestors_.push_back(here);
+    for (const FolderEntry& entry : listing.value()) {
+      if (!entry.folder) {
+        if (equalsIgnoringCase(entry.name, "aircraft.cfg") && hasAircraft(path)) ++count_.aircraft;
+      } else if (folders_ == mostFolders) {
+        count_.all = false;
+        break;
+      } else if (!equalsIgnoringCase(entry.name, StagedFolder::name)) {
+        ++folders_;
+        folder(path + entry.name + "\\");
+      }
+    }
+    ancestors_.pop_back();
+  }
+
+  const FileSystem& files_;
+  AircraftCount count_;
+  int folders_ = 0;
+  std::vector<std::string> ancestors_;  // identities, by which a circle of links shows
+};
+
 }  // namespace
 
 Outcome scanAircraft(App& app, const std::string& folder, const std::string& file) {
@@ -35,6 +83,10 @@ Outcome scanAircraft(App& app, const std::string& folder, const std::string& fil
   if (title.empty()) title = "*Unknown*";
   list.add(std::move(title), {folder});
   return {};
+}
+
+AircraftCount countAircraft(const App& app) {
+  return AircraftCounter(app.platform.files).below(app.ACRoot);
 }
 
 Outcome scanPanel(App& app, const std::string& folder, const std::string& file) {

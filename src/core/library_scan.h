@@ -15,4 +15,12 @@ Outcome scanAircraft(App& app, const std::string& folder, const std::string& fil
 Outcome scanPanel(App& app, const std::string& folder, const std::string& file);
 Outcome scanSound(App& app, const std::string& folder, const std::string& file);
 
+// How many aircraft an import would take into an empty list: the folders with an aircraft.cfg, at
+// any depth below ACRoot. Who has many is told quickly, and `all` is false then.
+struct AircraftCount {
+  int aircraft = 0;
+  bool all = true;
+};
+AircraftCount countAircraft(const App& app);
+
 }  // namespace skv

@@ -7,6 +7,9 @@
 
 namespace skv {
 
+// What the status line shows while a walk goes through a folder (see WalkTree).
+inline constexpr const char* walkStatus = "Processing: ";
+
 // An operation that the user may wish to stop. The wish goes with the outermost one, so that it
 // never meets another, and neither does one that came while none ran.
 class StoppableOperation {
@@ -15,7 +18,11 @@ class StoppableOperation {
     if (app_.operations++ == 0) app_.stopRequested = false;
   }
   ~StoppableOperation() {
-    if (--app_.operations == 0) app_.stopRequested = false;
+    if (--app_.operations > 0) return;
+    app_.stopRequested = false;
+    // Whatever way out was taken, no walk goes on. Other texts may have to stay.
+    auto& status = app_.frmMain.lblStatus.caption;
+    if (status.get().starts_with(walkStatus)) status = "";
   }
   StoppableOperation(const StoppableOperation&) = delete;
   StoppableOperation& operator=(const StoppableOperation&) = delete;

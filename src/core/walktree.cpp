@@ -7,6 +7,7 @@
 #include "base/text.h"
 #include "core/disk_queries.h"
 #include "core/library_scan.h"
+#include "core/long_operation.h"
 #include "core/staged_folder.h"
 
 namespace skv {
@@ -376,7 +377,7 @@ class Walk {
     return hit_ || report_.stopped;
   }
 
-  void showFolder(const std::string& src) { app_.frmMain.lblStatus.caption = "Processing: " + src; }
+  void showFolder(const std::string& src) { app_.frmMain.lblStatus.caption = walkStatus + src; }
 
   App& app_;
   FileSystem& files_;

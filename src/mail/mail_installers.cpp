@@ -7,15 +7,19 @@
 
 #include "base/paths.h"
 #include "base/text.h"
+#include "core/addon_name.h"
 #include "core/disk_queries.h"
 #include "core/long_operation.h"
 #include "core/messages.h"
 #include "core/settings_keys.h"
+#include "core/standing_addon.h"
 #include "core/stores.h"
 #include "core/working_folder.h"
 #include "mail/mail_contact.h"
 #include "mail/mail_kind.h"
+#include "mail/mail_note.h"
 #include "mail/passwords.h"
+#include "packaging/archive_comparison.h"
 
 namespace skv {
 
@@ -26,10 +30,6 @@ constexpr int yieldsBeforeInstaller = 5000;
 constexpr int linesOfHeads = 10;
 constexpr int mostMails = 20000;
 constexpr const char* ourMails = "Subject contains \"/FSSkyvault\"";
-
-// Of a note in a box; more would make the box slow to open and no easier to read.
-constexpr std::size_t longestNote = 100000;
-constexpr std::size_t longestSubject = 200;
 
 // Of a port's text; the usual port where there is none.
 int portOf(const std::string& text) {
@@ -99,8 +99,24 @@ class MailRun {
     if (count == 0 && source_.none != nullptr)
       app_.windows.messageBox({source_.none, ui::BoxIcon::information});
     for (int i = 0; i < count && !ended_; ++i) take(i);
-    if (!ended_) status("");
+    if (ended_) return;
+    status("");
+    if (ofThisKind_ == 0 && (count > 0 || source_.none == nullptr)) tellNoneOfThisKind();
   }
+
+  void tellNoneOfThisKind() {
+    std::string text = std::string("There is no mail that brings ") + kind_.one + ".";
+    if (ofOtherKind_ > 0)
+      text += "\r\n\r\nMails that bring " + std::string(otherKind().one) + ": " +
+              std::to_string(ofOtherKind_) + ". " + otherKind().view +
+              " is the place to install them.";
+    app_.windows.messageBox({text, ui::BoxIcon::information});
+  }
+
+  static bool holds(const std::string& subject, const MailKind& kind) {
+    return subject.find(kind.marker) != std::string::npos;
+  }
+  const MailKind& otherKind() const { return mailKind(kind_.type == AddonType::aircraft); }
 
   Outcome preparePOP() {
     host_ = readSetting(app_, setting::POPHost);
@@ -120,7 +136,12 @@ class MailRun {
     const auto head = bundle_->MessageAt(index);
     if (endedBy(head.outcome())) return;
     const MailMessage& mail = *head.value();
-    if (mail.GetSubject().find(kind_.marker) == std::string::npos) return;
+    const std::string subject = mail.GetSubject();
+    if (!holds(subject, kind_)) {
+      if (holds(subject, otherKind())) ++ofOtherKind_;
+      return;
+    }
+    ++ofThisKind_;
     if (!source_.onServer) {
       install(mail, mail);
       return;
@@ -130,6 +151,13 @@ class MailRun {
     if (full.outcome().number() == err::mailLost ? leftFor(full.outcome())
                                                  : endedBy(full.outcome()))
       return;
+    // The number by which it was fetched may mean another mail by now.
+    if (!holds(full.value()->GetSubject(), kind_)) {
+      leftFor(Outcome::withText(
+          err::mailLost,
+          "A mail has become another one while it was fetched. It stays in the mailbox."));
+      return;
+    }
     install(*full.value(), mail);
   }
 
@@ -137,45 +165,112 @@ class MailRun {
   void install(const MailMessage& full, const MailMessage& head) {
     const auto note = full.GetBody();
     if (leftFor(note.outcome())) return;
-    showNote(full.GetSubject(), note.value());
-    if (endedBy({})) return;
-    const auto count = full.AttachmentCount();
-    if (leftFor(count.outcome())) return;
-    const int last = count.value() - 1;
-    const auto file = last < 0 ? Result<std::string>(std::string()) : full.AttachmentName(last);
-    if (leftFor(file.outcome())) return;
-    status("");
-    if (!isArchiveName(file.value())) {
+    const auto found = archiveOf(full);
+    if (leftFor(found.outcome())) return;
+    const auto& [index, file] = found.value();
+    if (!isArchiveName(file)) {
+      showNote(app_, full, note.value(), "", NoteFor::reading);
+      status("");
+      if (endedBy({})) return;
       app_.windows.messageBox({"No attachments found!", ui::BoxIcon::exclamation});
       endedBy({});
       return;
     }
-    const std::string name = withoutEnd(file.value());
-    const StandingAddon found =
-        standingAddon(app_, kind_.type, addons_ + name, app_.*kind_.packages + name + packageEnd);
-    switch (found.standing) {
+    const std::string name = addonOf(file);
+    const StandingAddon standing = standingAddon(app_, kind_.type, addons_ + name, packageOf(name));
+    const bool stands = standing.standing == Standing::whole;
+    const bool wanted =
+        showNote(app_, full, note.value(), file + inWords(full.AttachmentSize(index)),
+                 stands ? NoteFor::reading : NoteFor::installing);
+    status("");
+    if (endedBy({}) || !wanted) return;
+    switch (standing.standing) {
       case Standing::unknown:
-        leftFor(found.why);
+        leftFor(standing.why);
         break;
       case Standing::whole:
-        passOver(file.value(), head);
+        passOver(full, index, file, head);
         break;
       // The installer asks what becomes of a folder that is no add-on.
       case Standing::notWhole:
       case Standing::absent:
-        installAttachment(full, last, file.value(), head);
+        installAttachment(full, index, file, head);
         break;
     }
   }
 
-  // An add-on that is there needs the mail no more; unless it is in no list, as a run that was cut
-  // short may have left it.
-  void passOver(const std::string& file, const MailMessage& head) {
-    if (!kind_.listStanding(app_, withoutEnd(file)) || endedBy({})) return;
-    if (source_.onServer && !deleteMail(head, file)) return;
-    app_.windows.messageBox({"Addon already installed!", ui::BoxIcon::information});
+  // The last attachment that may be an add-on's archive: behind it there may be a signature, a
+  // card, a picture. Without one the last of all, or -1.
+  Result<std::pair<int, std::string>> archiveOf(const MailMessage& full) const {
+    const auto count = full.AttachmentCount();
+    if (!count.ok()) return count.outcome();
+    std::pair<int, std::string> last{-1, ""};
+    for (int index = count.value() - 1; index >= 0; --index) {
+      const auto name = full.AttachmentName(index);
+      if (!name.ok()) return name.outcome();
+      if (isArchiveName(name.value())) return std::pair(index, name.value());
+      if (last.first < 0) last = {index, name.value()};
+    }
+    return last;
+  }
+
+  // The name that the installer would give to the add-on.
+  std::string addonOf(const std::string& file) const {
+    return nearestAddonName(app_, addons_, withoutEnd(file));
+  }
+  std::string packageOf(const std::string& name) const {
+    return app_.*kind_.packages + name + packageEnd;
+  }
+
+  // An add-on that stands and is listed needs the mail no more, when it has all that the mail
+  // brings.
+  void passOver(const MailMessage& full, int index, const std::string& file,
+                const MailMessage& head) {
+    const std::string name = addonOf(file);
+    if (!kind_.listStanding(app_, name) || endedBy({})) return;
+    if (endedBy(clearWorkingFolders(app_))) return;
+    const std::string archive = app_.InstallTempDir + file;
+    status("Comparing \"" + file + "\" with what stands...");
+    const Outcome saved = full.SaveAttachment(index, app_.InstallTempDir);
+    line_.clearProgress();
+    Result<std::vector<std::string>> lacked = saved;
+    if (saved.ok())
+      lacked = lackedEntries(app_, archive, {addons_ + name, mainRootOf(kind_.store(app_)) + name},
+                             packageOf(name));
+    remove(archive);
     status("");
+    // Of an archive that cannot be read nobody knows what it brings.
+    if (lacked.outcome().number() == err::zip) lacked = std::vector<std::string>{file};
+    if (leftFor(lacked.outcome())) return;
+    const bool other = !lacked.value().empty();
+    if (other && !mayDeleteOther(name, file, lacked.value())) {
+      endedBy({});
+      return;
+    }
+    if (source_.onServer && !deleteMail(head, file)) return;
+    if (!other) app_.windows.messageBox({"Addon already installed!", ui::BoxIcon::information});
     endedBy({});
+  }
+
+  // Of a mail that brings another version of what stands, or files that the add-on has lost.
+  bool mayDeleteOther(const std::string& name, const std::string& file,
+                      const std::vector<std::string>& lacked) {
+    ui::Box box{.text = "\"" + name + "\" is installed already, but \"" + file +
+                        "\" brings what does not stand there, or not like that. Files: " +
+                        std::to_string(lacked.size()) + ", the first: \"" + lacked[0] + "\".",
+                .icon = ui::BoxIcon::information};
+    for (const std::string& entry : lacked) box.details += entry + "\r\n";
+    if (!source_.onServer) {
+      app_.windows.messageBox(box);
+      return false;
+    }
+    box.text +=
+        "\r\n\r\nDelete the mail from the server all the same? To install it, leave it there, and "
+        "delete or rename what stands first.";
+    box.icon = ui::BoxIcon::warning;
+    box.buttons = ui::BoxButtons::yesNo;
+    box.defaultButton = ui::DefaultButton::no;
+    return app_.windows.messageBox(box) == ui::Answer::yes && goesOn(app_);
   }
 
   void installAttachment(const MailMessage& full, int index, const std::string& file,
@@ -193,6 +288,7 @@ class MailRun {
     const bool installed = goesOn(app_) && kind_.install(app_);
     app_.PendingZIP.clear();
     if (installed) {
+      remove(archive);
       if (source_.onServer) deleteMail(head, file);
       endedBy({});
       return;
@@ -238,29 +334,6 @@ class MailRun {
       deleted = Outcome::withText(deleted.number(), deleted.description() + "\r\nThe mail of \"" +
                                                         file + "\" may still be in the mailbox.");
     return !endedBy(deleted);
-  }
-
-  // What the sender has written, as plain text.
-  void showNote(const std::string& subject, std::string note) {
-    const std::size_t whole = note.size();
-    cut(note, longestNote);
-    if (note.size() < whole)
-      note += "\n\n[The message goes on: " + std::to_string(whole) + " bytes in all.]";
-    const bool isLong = note.size() > 1000 || std::ranges::count(note, '\n') > 20;
-    if (!isLong) {
-      app_.windows.messageBox({note});
-      return;
-    }
-    std::string title = subject;
-    cut(title, longestSubject);
-    app_.windows.messageBox({.text = title, .details = note});
-  }
-
-  // At the end of a character.
-  static void cut(std::string& text, std::size_t most) {
-    if (text.size() <= most) return;
-    while (most > 0 && (static_cast<unsigned char>(text[most]) & 0xC0U) == 0x80U) --most;
-    text.resize(most);
   }
 
   // Whether an attachment of that name may be an add-on's archive: the disk takes the name as it
@@ -314,6 +387,7 @@ class MailRun {
   std::string host_;  // of the mailbox
   std::unique_ptr<MailEngine> engine_;
   std::unique_ptr<MailBundle> bundle_;
+  int ofThisKind_ = 0, ofOtherKind_ = 0;  // mails that were seen
   bool ended_ = false;
   bool declined_ = false;  // the server may not be used unencrypted
 };

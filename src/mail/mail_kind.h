@@ -17,11 +17,13 @@ namespace skv {
 
 struct MailKind {
   AddonType type;
-  const char* marker;  // with a slash at its end
-  const char* word;    // for the user
+  const char* marker;      // with a slash at its end
+  const char* word;        // for the user
+  const char *one, *view;  // likewise: "an aircraft", and where its mails are installed
   ui::ListView ui::FrmMain::*list;
   ui::Image ui::FrmMain::*image;
   std::string App::*packages;                        // the folder of the Packages
+  std::string (*store)(const App&);                  // HangarDir or SceneryLib
   std::string (*addons)(const App&);                 // the folder in which each add-on has one
   std::string (*nameOf)(const std::string& Folder);  // the add-on of a row's "Folder:"
   bool (*install)(App&);                             // takes PendingZIP

@@ -1,7 +1,6 @@
 #include "mail/mail_pack.h"
 
 #include "base/paths.h"
-#include "core/disk_queries.h"
 #include "core/long_operation.h"
 #include "core/messages.h"
 #include "core/settings_keys.h"
@@ -10,8 +9,9 @@
 #include "mail/identity.h"
 #include "mail/mail_contact.h"
 #include "mail/mail_kind.h"
+#include "mail/package_to_send.h"
 #include "mail/passwords.h"
-#include "packaging/package_commands.h"
+#include "mail/recipients.h"
 #include "scenery/scenery_order.h"
 
 namespace skv {
@@ -57,25 +57,30 @@ class Sending {
         form_(app.frmMailPack),
         kind_(mailKind(form_.scenery)),
         outlook_(byOutlook(app)),
-        name_(form_.Name),
-        file_(name_ + packageEnd),
-        package_(app.*kind_.packages + file_),
+        package_(app, kind_),
+        file_(package_.file()),
         host_(readSettingOf(outlook_)) {}
 
   void run() {
-    const LongOperation busy(app_);
     form_.sending = true;
     showSending(true);
-    const bool sent = packageStands() && write() && send();
+    bool sent = false, givenUp = false;
+    {
+      const LongOperation busy(app_);
+      sent = address() && package_.prepare() && attach() && send();
+      givenUp = declined_ || package_.declined() || !goesOn(app_);
+    }
+    // Behind the operation, so that a wish to stop the mail does not stop this as well.
+    package_.giveBack();
     form_.sending = false;
     showSending(false);
     form_.lblStatus.clearProgress();
     app_.frmMain.lblStatus.caption = "";
-    if (sent || givenUp()) form_.lblStatus.caption = "";
+    if (sent || givenUp) form_.lblStatus.caption = "";
     if (sent)
       notice(outlook_ ? "\"" + file_ + "\" was handed to the mail program of this computer"
-                      : "\"" + file_ + "\" was sent to " + recipient_);
-    else if (givenUp() && !told_)
+                      : "\"" + file_ + "\" was sent to " + form_.txtEMail.text.get());
+    else if (givenUp && !told_)
       notice("\"" + file_ + "\" was not sent");
     if (form_.closing || app_.ending) app_.windows.unload(form_);
     form_.closing = false;
@@ -94,49 +99,14 @@ class Sending {
     // The dialog may be on its way out.
     (form_.closing ? app_.frmMain.lblStatus : form_.lblStatus).notice = text;
   }
-  // The user wants no more of it.
-  bool givenUp() const { return declined_ || !goesOn(app_); }
   bool failed(const Outcome& outcome) {
     told_ = told_ || (!outcome.ok() && outcome.number() != err::cancelled &&
                       outcome.number() != err::mailNotEncrypted);
     return ReportMailError(app_, outcome) || !goesOn(app_);
   }
 
-  // The Package as it was, or made now.
-  bool packageStands() {
-    const auto found = app_.files().attributes(package_);
-    if (found.ok()) return true;
-    if (presenceBy(found.outcome()) == Presence::unknown) return !failed(found.outcome());
-    if (!selectAddon()) return false;
-    form_.lblStatus.caption = "Making " + file_ + " ... Please wait!";
-    mnuFilePackage_Click(app_);
-    if (presenceOf(app_.files(), package_) == Presence::there) return goesOn(app_);
-    // The reason has been told.
-    form_.lblStatus.caption = "There is no Package of \"" + name_ + "\", and nothing was sent.";
-    return false;
-  }
-
-  // Packages are made of the selected row. The one that the dialog is for may have gone, or its
-  // view, or another is selected by now.
-  bool selectAddon() {
-    auto& list = app_.frmMain.*kind_.list;
-    const bool shows = form_.scenery == app_.frmMain.frameScenery.visible.get() &&
-                       (form_.scenery || !inFSView(app_));
-    const int row = shows ? list.rowOf(form_.row) : 0;
-    if (row == 0 || kind_.nameOf(list.subItem(row, 1)) != name_) {
-      app_.windows.messageBox({"\"" + name_ +
-                                   "\" has no Package, and none can be made while it does not "
-                                   "stand in the list.",
-                               ui::BoxIcon::exclamation});
-      return false;
-    }
-    if (list.selected() == row) return true;
-    list.select(row);
-    ui::raise(list.click);
-    return list.rowOf(form_.row) != 0 && list.selected() == list.rowOf(form_.row);
-  }
-
-  bool write() {
+  // Before a Package is made for nobody.
+  bool address() {
     Outcome done;
     const auto step = [&done](const Outcome& outcome) {
       if (done.ok()) done = outcome;
@@ -147,16 +117,21 @@ class Sending {
     if (!outlook_) step(prepareHost());
     if (failed(done)) return false;
 
-    recipient_ = form_.txtEMail.text;
-    step(mail_->AddRecipient(recipient_, recipient_));
+    for (const Recipient& recipient : recipientsIn(form_.txtEMail.text.get()))
+      step(mail_->AddRecipient(recipient.name, recipient.address));
     mail_->SetSubject(kind_.marker + file_);
     mail_->SetFromName(app_.SenderIdentity.FirstName + " " + app_.SenderIdentity.LastName);
     step(mail_->SetFromAddress(readSetting(app_, setting::EMail)));
     if (failed(done)) return false;
     mail_->SetBody(mailBody(form_.txtMsg.text.get()));
+    return true;
+  }
 
+  bool attach() {
     status("Attaching " + file_ + " ... Please wait!");
-    if (failed(mail_->AddAttachment(package_).outcome())) return false;
+    const auto attached = package_.fileFor(outlook_);
+    if (failed(attached.outcome())) return false;
+    if (failed(mail_->AddAttachment(attached.value()).outcome())) return false;
     return !failed(mail_->SetAttachmentName(0, file_));
   }
 
@@ -196,8 +171,8 @@ class Sending {
   ui::FrmMailPack& form_;
   const MailKind& kind_;
   const bool outlook_;
-  const std::string name_, file_, package_, host_;
-  std::string recipient_;
+  PackageToSend package_;
+  const std::string file_, host_;
   bool declined_ = false;  // the host may not be used unencrypted
   bool told_ = false;      // of a failure
   std::unique_ptr<MailEngine> engine_;
@@ -225,7 +200,7 @@ void mnuFileMailPack_Click(App& app) {
     app.windows.setFocus(form.txtEMail);
     return;
   }
-  if (app.frmMain.btnHangar.caption == "To Hangar...") {
+  if (!app.frmMain.frameScenery.visible && inFSView(app)) {
     app.windows.messageBox({"This feature works from Hangar only!", ui::BoxIcon::information});
     return;
   }

@@ -138,14 +138,31 @@ void AddonArchive::noteRenamed(const ReadAndExtract& job, const std::string& emb
   }
 }
 
-void AddonArchive::tellRenamed() {
-  if (renamed_ == 0) return;
-  app_.windows.messageBox(
-      {.text = "Names in the archive that this disk cannot take: " + std::to_string(renamed_) +
-               ". Their files got other names, by which an add-on may not find "
-               "them.",
-       .icon = ui::BoxIcon::information,
-       .details = renamedNames_});
+void AddonArchive::tellRest(const LeftOver& leftOver) {
+  ui::Box box{"", ui::BoxIcon::information};
+  if (renamed_ > 0) {
+    box.text = "Names in the archive that this disk cannot take: " + std::to_string(renamed_) +
+               ". Their files got other names, by which an add-on may not find them.";
+    box.details = renamedNames_;
+  }
+  if (leftOver.count() > 0) {
+    const bool one = leftOver.count() == 1;
+    const std::string& names = leftOver.names();
+    if (!box.text.empty()) box.text += "\r\n\r\n";
+    if (!box.details.empty()) box.details += "\r\n";
+    box.text += "\"" + name_ +
+                "\" is installed. Left over in the archive: " + std::to_string(leftOver.count()) +
+                (one ? " file, " : " files, the first: ") + "\"" +
+                names.substr(0, names.find('\r')) + "\". " +
+                (one ? "It is kept" : "They are kept") + " until the next start of FS Skyvault.";
+    box.details += names;
+    box.buttons = ui::BoxButtons::yesNo;
+    box.defaultButton = ui::DefaultButton::no;
+    box.yes = "Show what was left over";
+    box.no = "OK";
+  }
+  if (!box.text.empty() && app_.windows.messageBox(box) == ui::Answer::yes)
+    ShellOpen(app_, leftOver.folder());
 }
 
 // An archive inside the archive is unpacked beside the run's folder. The search looks into that
@@ -218,9 +235,11 @@ Outcome AddonArchive::deleteEmbedded(const std::string& folder, const std::strin
 
 bool AddonArchive::stillThere() const { return presenceOf(app_.files(), path_) == Presence::there; }
 
-void AddonArchive::finish() {
+void AddonArchive::finish(LeftOver& leftOver) {
   status("Cleaning temporary folder...");
-  emptyWorkingFolder(app_);
+  const WalkReport kept = leftOver.takeRest();
+  if (kept.complete()) emptyWorkingFolder(app_);
+  tellWalk(app_, kept, "kept of what was left over");
   status("");
 }
 

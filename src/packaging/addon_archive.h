@@ -14,6 +14,7 @@
 #include "core/app.h"
 #include "core/standing_addon.h"
 #include "core/zip_service.h"
+#include "packaging/left_over.h"
 
 namespace skv {
 
@@ -45,10 +46,12 @@ class AddonArchive {
   // Whether the user still has what he began with, so that what was unpacked from it may go.
   bool stillThere() const;
 
-  // The end of a run that has placed everything: the working folder is emptied.
-  void finish();
-  // Tells in one box which names of the archive the disk could not take.
-  void tellRenamed();
+  // The end of a run that has placed everything: what is left over is kept, and the working folder
+  // emptied.
+  void finish(LeftOver& leftOver);
+  // Tells in one box which names of the archive the disk could not take and what was left over,
+  // which the user can look at then.
+  void tellRest(const LeftOver& leftOver);
   // The end of any other run: what was unpacked goes.
   void giveUp();
 

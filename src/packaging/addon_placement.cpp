@@ -16,7 +16,8 @@ AddonPlacement::AddonPlacement(App& app, const AddonStore& store, const std::str
       store_(store),
       target_(store.addons + name),
       addon_(app, store.addons, name),
-      main_(app, mainRootOf(store.folder), name) {}
+      main_(app, mainRootOf(store.folder), name),
+      leftOver_(app, name) {}
 
 bool AddonPlacement::makeFolders(std::span<const char* const> shared) {
   for (const std::string& root : {store_.addons, mainRootOf(store_.folder)})
@@ -39,6 +40,40 @@ std::string AddonPlacement::find(WalkCode finder, const std::string& where) {
 
 void AddonPlacement::move(const std::string& from, const std::string& to) {
   if (goesOn()) placed_ += WalkTree(app_, from, to, WalkMove, true);
+}
+
+void AddonPlacement::moveBehind(const std::string& from, const std::string& to) {
+  if (!goesOn()) return;
+  const auto others = std::exchange(app_.PackFileList, {});
+  WalkReport looked = WalkTree(app_, from, "", WalkCollect, true);
+  const auto names = std::exchange(app_.PackFileList, others);
+  looked.done = 0;
+  placed_ += looked;
+  for (const std::string& name : names) {
+    if (!goesOn()) return;
+    const std::string path = withBackslash(from) + name;
+    placed_.note(keepOne(path, withBackslash(to) + name), path);
+    app_.windows.yield();
+  }
+  move(from, to);
+}
+
+// Of the file in the working folder, and one that may stand at its place already.
+Outcome AddonPlacement::keepOne(const std::string& path, const std::string& place) {
+  FileSystem& files = app_.files();
+  const auto first = files.attributes(place);
+  if (!first.ok())
+    return presenceBy(first.outcome()) == Presence::absent ? Outcome() : first.outcome();
+  const auto length = files.fileLength(path), firstLength = files.fileLength(place);
+  if (!length.ok()) return length.outcome();
+  if (!firstLength.ok()) return firstLength.outcome();
+  if (length.value() != firstLength.value()) return leftOver_.take(path);
+  const auto content = files.readFile(path), firstContent = files.readFile(place);
+  if (!content.ok()) return content.outcome();
+  if (!firstContent.ok()) return firstContent.outcome();
+  if (content.value() != firstContent.value()) return leftOver_.take(path);
+  files.setAttributes(path, {}).skipped();
+  return files.deleteFile(path);
 }
 
 void AddonPlacement::placeShared(const char* text, WalkCode finder, const char* folder) {
@@ -83,6 +118,7 @@ void AddonPlacement::undo(bool archiveStands) {
     if (undone.ok()) undone = removed;
   }
   if (undone.ok() && !aside_.empty()) undone = app_.files().rename(aside_, target_);
+  if (archiveStands) leftOver_.discard();
   if (!undone.ok())
     tellFailure(
         app_, "What the installation has put into \"" + store_.folder + "\" could not be removed.",

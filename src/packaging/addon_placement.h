@@ -16,6 +16,7 @@
 #include "core/staged_folder.h"
 #include "core/walktree.h"
 #include "packaging/addon_archive.h"
+#include "packaging/left_over.h"
 
 namespace skv {
 
@@ -36,12 +37,16 @@ class AddonPlacement {
   std::string find(WalkCode finder, const std::string& where);
   // All that is in one folder into another, which stands.
   void move(const std::string& from, const std::string& to);
+  // The same, except that no file takes the place of one that came before it: what differs from
+  // that is left over, and what does not goes.
+  void moveBehind(const std::string& from, const std::string& to);
   // The first folder that the finder hits into `folder` ("\\Effects") of the main one.
   void placeShared(const char* text, WalkCode finder, const char* folder);
 
   // What was moved so far. What a search could not look into may hold what the clean-up would
   // delete: that is no whole add-on either.
   WalkReport& report() { return placed_; }
+  LeftOver& leftOver() { return leftOver_; }
   // Whether everything has gone well so far and the user wants it to go on.
   bool goesOn() const { return !app_.stopRequested && placed_.complete(); }
 
@@ -55,6 +60,7 @@ class AddonPlacement {
 
  private:
   Outcome makeRoom();
+  Outcome keepOne(const std::string& path, const std::string& place);
   void status(const char* text) { app_.frmMain.lblStatus.caption = std::string(text); }
 
   App& app_;
@@ -62,6 +68,7 @@ class AddonPlacement {
   const std::string target_;  // the add-on's folder, without trailing backslash
   StagedFolder addon_, main_;
   WalkReport placed_;
+  LeftOver leftOver_;
   std::string aside_;  // where a folder of its name is kept; "" for none
 };
 

@@ -142,12 +142,13 @@ bool Installation::settle() {
 }
 
 void Installation::finish() {
-  archive_.finish();
+  LeftOver& leftOver = placement_->leftOver();
+  archive_.finish(leftOver);
   addRow(title_);
-  archive_.tellRenamed();
   app_.frmMain.lblStatus.notice = title_ +
                                   " installed: " + counted(placement_->report().done, "file") +
                                   (gauges_ == 0 ? "" : ", " + counted(gauges_, "gauge"));
+  archive_.tellRest(leftOver);
 }
 
 Result<std::string> Installation::titleOf(const std::string& folder) const {

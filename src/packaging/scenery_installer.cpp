@@ -94,21 +94,22 @@ class Installation {
       }
       status("Moving scenery files...");
       if (upper(hit).ends_with("\\SCENERY\\"))
-        parts.move(folderAbove(withoutBackslash(hit)), parts.addon());
+        parts.moveBehind(folderAbove(withoutBackslash(hit)), parts.addon());
       else
-        parts.move(hit, parts.addon() + "\\Scenery");
+        parts.moveBehind(hit, parts.addon() + "\\Scenery");
       hit = parts.find(WalkFindBgl);
     }
     return !taken.empty();
   }
 
   void finish() {
-    archive_.finish();
+    LeftOver& leftOver = placement_->leftOver();
+    archive_.finish(leftOver);
     const int files = placement_->report().done;
     if (addRow())
       app_.frmMain.lblStatus.notice = archive_.name() + " installed: " + std::to_string(files) +
                                       (files == 1 ? " file" : " files");
-    archive_.tellRenamed();
+    archive_.tellRest(leftOver);
   }
 
   std::string folder() const { return addonScenery + archive_.name(); }

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "core/disk_queries.h"
+#include "core/folder_guard.h"
 #include "core/long_operation.h"
 #include "core/messages.h"
 #include "pictures/picture_reading.h"
@@ -53,9 +54,27 @@ void fillAgain(App& app) {
   ui::raise(versions.click);
 }
 
+// Whether the picture that is there may go: one of the user's own is asked about. What cannot be
+// written is told of by whoever tries.
+bool mayReplace(App& app, const ui::Image& image) {
+  const auto file = PicFile(app, image);
+  if (!file.ok() || !picFileMayChange(app, image).ok() ||
+      presenceOf(app.files(), file.value()) == Presence::absent)
+    return true;
+  const bool shared =
+      &image == &app.frmMain.imgPanel && !isOrHolds(app.infoSource.folder, app.PanelPicDir);
+  return app.windows.messageBox(
+             {.text = "Replace your picture \"" + file.value() + "\" by the new one?" +
+                      (shared ? "\r\n\r\nAll aircraft that use this panel show it." : ""),
+              .icon = ui::BoxIcon::question,
+              .buttons = ui::BoxButtons::yesNo,
+              .defaultButton = ui::DefaultButton::no}) == ui::Answer::yes;
+}
+
 // Shows the picture and stores it. `reporting`: tells of an image that belongs to no add-on as of
 // an error of its own.
 void give(App& app, ui::Image& image, Pixels picture, bool reporting) {
+  if (!mayReplace(app, image) || app.ending) return;
   const LongOperation busy(app);
   const auto shown = std::make_shared<const Pixels>(std::move(picture));
   image.pixels = shown;
@@ -111,8 +130,7 @@ bool mayDelete(App& app, const ui::Image& image) {
     return false;
   }
   if (found.ok() && !found.value().folder && picFileMayChange(app, image).ok()) return true;
-  app.windows.messageBox(
-      {"This is not an SKV screenshot and cannot be removed", ui::BoxIcon::information});
+  app.windows.messageBox({notOwnPicture, ui::BoxIcon::information});
   return false;
 }
 
@@ -129,6 +147,11 @@ void imgScenery_MouseDown(App& app, ui::MouseButton button) {
 }
 void lstACVersions_MouseDown(App& app, ui::MouseButton button) {
   openMenu(app, app.frmMain.imgPanel, button);
+}
+
+void mnuPic_Closed(App& app) {
+  if (app.PicTarget && !isSeen(app, *app.PicTarget)) app.PicTarget = nullptr;
+  showPictureCommands(app);
 }
 
 void mnuPicSnap_Click(App& app) {
@@ -172,8 +195,9 @@ void mnuPicFile_Click(App& app) {
   ui::Image& image = pictureInUse(app);
   if (!belongsToAddon(app, image)) return;
   if (app.LastPicDir.empty()) app.LastPicDir = app.platform.environment.home;
-  const auto picked = app.windows.openFile(
-      {.initialFolder = app.LastPicDir, .filter = "Pictures|*.jpg;*.jpeg;*.gif;*.bmp;*.wmf"});
+  const auto picked =
+      app.windows.openFile({.initialFolder = app.LastPicDir,
+                            .filter = "Pictures|*.jpg;*.jpeg;*.png;*.webp;*.gif;*.bmp;*.wmf"});
   if (picked.outcome().number() == err::cancelled || ReportError(app, picked.outcome())) return;
   app.LastPicDir = picked.value().initialFolder;
   takePictureFile(app, image, picked.value().path);

@@ -14,7 +14,11 @@ void imgScenery_MouseDown(App& app, ui::MouseButton button);
 // The same for the picture of the panel.
 void lstACVersions_MouseDown(App& app, ui::MouseButton button);
 
-// The three ways to a new picture. Each ends in the add-on's own picture file.
+// The menu has gone, or another tab shows: a picture that is not seen is no longer meant.
+void mnuPic_Closed(App& app);
+
+// The three ways to a new picture. One of the user's own is replaced after a question.
+// Each ends in the add-on's own picture file.
 void mnuPicSnap_Click(App& app);
 void mnuPicClip_Click(App& app);
 void mnuPicFile_Click(App& app);

@@ -1,5 +1,6 @@
 #include "pictures/picture_lookup.h"
 
+#include <initializer_list>
 #include <string_view>
 #include <utility>
 #include <vector>
@@ -10,7 +11,7 @@ namespace skv {
 
 namespace {
 
-constexpr std::string_view jpg = ".jpg", gif = ".gif";
+constexpr std::string_view jpg = ".jpg", gif = ".gif", png = ".png", webp = ".webp";
 
 bool endsIn(std::string_view name, std::string_view ending) {
   return name.size() > ending.size() &&
@@ -35,19 +36,25 @@ class PictureFolder {
     return {};
   }
 
+  std::string ownOr(std::initializer_list<std::string_view> endings) const {
+    std::string file = jpeg(ownPictureName);
+    return file.empty() ? first(endings) : file;
+  }
+  // By the endings, the first of which counts most.
+  std::string first(std::initializer_list<std::string_view> endings) const {
+    std::string file;
+    for (const std::string_view ending : endings)
+      if (file.empty()) file = first(ending);
+    return file;
+  }
+
+ private:
   std::string first(std::string_view ending) const {
     for (const FolderEntry& entry : entries_)
       if (!entry.folder && endsIn(entry.name, ending) && isListed(folder_ + entry.name))
         return folder_ + entry.name;
     return {};
   }
-
-  std::string ownOrFirst() const {
-    std::string own = jpeg(ownPictureName);
-    return own.empty() ? first(jpg) : own;
-  }
-
- private:
   bool isListed(const std::string& path) const {
     const auto found = files_.attributes(path);
     return found.ok() && !found.value().hidden && !found.value().system;
@@ -64,19 +71,23 @@ std::string ownPictureIn(const FileSystem& files, const std::string& folder) {
   return PictureFolder(files, folder).jpeg(ownPictureName);
 }
 
-std::string firstJpegIn(const FileSystem& files, const std::string& folder) {
-  return PictureFolder(files, folder).first(jpg);
+std::string firstPictureIn(const FileSystem& files, const std::string& folder) {
+  return PictureFolder(files, folder).first({jpg, png, webp});
 }
 
 std::string panelPictureIn(const FileSystem& files, const std::string& folder) {
-  return PictureFolder(files, folder).ownOrFirst();
+  return PictureFolder(files, folder).ownOr({jpg, png, webp});
 }
 
 AircraftPicture findAircraftPicture(const FileSystem& files, const AircraftPlaces& places) {
   const PictureFolder textures(files, places.TexDir);
-  std::string file = textures.ownOrFirst();
-  if (file.empty()) file = textures.first(gif);
-  if (file.empty()) file = firstJpegIn(files, places.Folder);
+  std::string file = textures.ownOr({jpg, gif});
+  if (file.empty()) {
+    const PictureFolder top(files, places.Folder);
+    file = top.first({jpg});
+    if (file.empty()) file = textures.first({png, webp});
+    if (file.empty()) file = top.first({png, webp});
+  }
   if (!file.empty() || places.type.empty()) return {std::move(file)};
   // Found among the names of the folder, a type cannot lead out of it.
   file = PictureFolder(files, places.specimens).jpeg(places.type + std::string(jpg));

@@ -17,9 +17,9 @@ inline constexpr const char* ownPictureName = "SKVscrn.jpg";
 
 // The program's own picture in the folder.
 std::string ownPictureIn(const FileSystem& files, const std::string& folder);
-// The first *.jpg of the folder.
-std::string firstJpegIn(const FileSystem& files, const std::string& folder);
-// The program's own, else the first *.jpg: the picture of a panel.
+// The first *.jpg of the folder, else *.png, else *.webp.
+std::string firstPictureIn(const FileSystem& files, const std::string& folder);
+// The program's own, else the first one: the picture of a panel.
 std::string panelPictureIn(const FileSystem& files, const std::string& folder);
 
 // Where the picture of an aircraft may lie. Folders end in a backslash; "" for one that there is

@@ -62,9 +62,19 @@ Outcome picFileMayChange(const App& app, const ui::Image& image) {
   return mayHoldOwnFile(app, {folder, storeOf(app, image, folder)});
 }
 
-bool takesPicture(const App& app, const ui::Image& image) {
-  return picFileMayChange(app, image).ok() &&
-         folderExists(app.platform.files, folderOf(app, image));
+Outcome takesPicture(const App& app, const ui::Image& image) {
+  const std::string& folder = folderOf(app, image);
+  if (folder.empty()) return Outcome::withText(err::pathNotFound, "No add-on is selected");
+  if (Outcome may = picFileMayChange(app, image); !may.ok()) return may;
+  if (folderExists(app.platform.files, folder)) return {};
+  return Outcome::withText(err::pathNotFound, "There is no folder \"" + folder + "\"");
+}
+
+bool isSeen(const App& app, const ui::Image& image) {
+  const auto& form = app.frmMain;
+  if (form.frameScenery.visible || &image == &form.imgScenery)
+    return form.frameScenery.visible && &image == &form.imgScenery;
+  return &image == &form.imgAircraft || form.framePanel.visible;
 }
 
 Outcome savePicture(App& app, const ui::Image& image, const Pixels& picture) {

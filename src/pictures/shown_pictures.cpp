@@ -38,7 +38,7 @@ void showPanelPicture(App& app) {
 }
 
 void showLibraryPanelPicture(App& app) {
-  show(app.frmMain.imgPanel, firstJpegIn(app.files(), app.PanelPicDir));
+  show(app.frmMain.imgPanel, firstPictureIn(app.files(), app.PanelPicDir));
   showPictureCommands(app);
 }
 
@@ -67,10 +67,18 @@ void clearAircraftPictures(App& app) {
 void showPictureCommands(App& app) {
   auto& form = app.frmMain;
   const ui::Image& image = pictureInUse(app);
-  const bool takes = takesPicture(app, image);
-  for (ui::MenuItem* entry : {&form.mnuPicSnap, &form.mnuPicClip, &form.mnuPicFile})
-    entry->enabled = takes;
-  form.mnuPicDel.enabled = takes && PathExists(app.files(), PicFile(app, image).valueOr({}));
+  form.mnuPic.caption = &image == &form.imgAircraft ? "Picture of the aircraft"
+                        : &image == &form.imgPanel  ? "Picture of the panel"
+                                                    : "Picture of the scenery";
+  const Outcome takes = takesPicture(app, image);
+  const std::string why = takes.ok() ? std::string() : takes.description();
+  for (ui::MenuItem* entry : {&form.mnuPicSnap, &form.mnuPicClip, &form.mnuPicFile}) {
+    entry->enabled = takes.ok();
+    entry->hint = why;
+  }
+  const bool own = PathExists(app.files(), PicFile(app, image).valueOr({}));
+  form.mnuPicDel.enabled = takes.ok() && own;
+  form.mnuPicDel.hint = takes.ok() && !own ? notOwnPicture : why;
 }
 
 }  // namespace skv

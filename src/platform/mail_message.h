@@ -4,6 +4,7 @@
 // others: no name or text of one is a path, an address or a command before somebody has judged it.
 #pragma once
 
+#include <cstdint>
 #include <string>
 #include <string_view>
 
@@ -44,6 +45,8 @@ class MailMessage {
 
   // Decoded, on one line, "" for none.
   virtual std::string GetSubject() const = 0;
+  // Who says to have sent it, decoded, on one line, "" for nobody. A head does not tell.
+  virtual std::string GetSender() const { return {}; }
   // The first text that is no attachment, decoded, with "\n" at the line ends and without control
   // characters. Of a text in HTML what a reader would see. A text of more than 4 MB is cut and says
   // so at its end.
@@ -56,6 +59,8 @@ class MailMessage {
   // The file name without any folders before it, "" for none. It may be one that no disk takes.
   // Fails with invalidProcedureCall when there is no such attachment.
   virtual Result<std::string> AttachmentName(int index) const = 0;
+  // About how many bytes it has, for the user to read; 0 when that is not known.
+  virtual std::uint64_t AttachmentSize(int /*index*/) const { return 0; }
   // Writes the attachment under its name into the folder, a Windows path with or without trailing
   // backslash. It is whole and flushed to the disk when the call answers success, and replaces an
   // older file of its name; a failure leaves that as it was. Fails with badFileName when the name

@@ -13,8 +13,9 @@ namespace skv {
 class PictureReader {
  public:
   virtual ~PictureReader() = default;
-  // The picture of a file, by its content, whatever its name says: JPEG, GIF (the first of its
-  // pictures), BMP or WMF, upright. `path` is a Windows path. With `longestSide` above 0 it comes
+  // The picture of a file, by its content, whatever its name says: JPEG, PNG, WebP and GIF (the
+  // first of its pictures), BMP (the simulator's textures, too) or WMF, upright and on white.
+  // `path` is a Windows path. With `longestSide` above 0 it comes
   // no larger than that many pixels either way, which costs less than reading the whole; it is not
   // made larger. Fails with invalidPicture when the file is none of these, damaged, cut short or
   // larger than 100 million pixels, and with err::cancelled soon after `stop` was asked for. Any

@@ -53,6 +53,8 @@ class Shell {
   // Opens a document, file or address with the desktop's program for it. Above 32 is success; other
   // results are those of the classic shell call (2 file not found, 31 no association, ...).
   virtual int open(std::string_view target) = 0;
+  // Whether the desktop has a program for documents of a media type, as in "text/html".
+  virtual bool hasProgramFor(std::string_view mediaType) = 0;
   // Starts the desktop's plain text editor on a file of this Windows path, without waiting. Fails
   // with fileNotFound when there is no such editor.
   virtual Outcome editText(std::string_view path) = 0;
@@ -61,13 +63,19 @@ class Shell {
 // What the process was started with.
 struct Environment {
   std::string programFolder;  // Windows path of the folder of the program file
-  std::string TEMP;       // Windows path; never the machine's shared folder unless the user set it
+  // What the variable TEMP names: a Windows path, or its very text where no drive reaches the
+  // place;
+  // "" when it is not set.
+  std::string TEMP;
   std::string home = {};  // Windows path of the user's home, "" when no drive reaches it
   // Windows path of what an installation has apart from the program file, "" when it has not: the
   // specimen pictures, the manual. With trailing backslash.
   std::string dataFolder = {};
   // The letter of the drive that only the program has, "" when Wine has one for the whole machine.
   std::string ownDrive = {};
+  // The user's private folder for what need not last: its Windows path, "" when it cannot be made
+  // or no drive reaches it, and its native one.
+  std::string cacheFolder = {}, nativeCacheFolder = {};
 };
 
 struct Platform {

@@ -1,6 +1,7 @@
 #include "scenery/scenery_cfg.h"
 
 #include <algorithm>
+#include <map>
 #include <set>
 #include <utility>
 
@@ -33,6 +34,10 @@ std::vector<std::string> valuesOf(const Profile& file, const std::string& sectio
   return values;
 }
 
+bool isTrue(const Profile& file, const std::string& section, const char* key) {
+  return lowerAscii(file.read(section, key)) == "true";
+}
+
 // Calls `take` with each number that is an area, upwards, until too many in a row are none.
 template <class Take>
 void forEachArea(const Profile& file, Take take) {
@@ -56,14 +61,26 @@ int numberOf(std::string_view name) {
 
 // Areas that a file has and `reached` lacks: of another number, the second of a name, or without a
 // title.
-int countUnreached(const Profile& file, std::set<int> reached) {
+std::vector<std::string> unreachedAreas(const Profile& file, std::set<int> reached) {
   const std::string prefix = lowerAscii(areaPrefix);
-  int count = 0;
-  for (const std::string& name : file.sections())
-    if (lowerAscii(name).starts_with(prefix) && reached.erase(numberOf(name)) == 0 &&
-        !file.read(name, "").empty())
-      ++count;
-  return count;
+  // What to say of the sections of a name, in lower case; "" for empty ones. Each is looked at
+  // once, however often a file has its header.
+  std::map<std::string, std::string> said;
+  std::vector<std::string> areas;
+  for (const std::string& name : file.sections()) {
+    std::string lower = lowerAscii(name);
+    if (!lower.starts_with(prefix)) continue;
+    const auto [words, isNew] = said.try_emplace(std::move(lower));
+    if (isNew && !file.read(name, "").empty()) {
+      words->second = name + " (there twice)";
+      if (reached.erase(numberOf(name)) != 0) continue;
+      const std::string title = file.read(name, "Title");
+      areas.push_back(name + (title.empty() ? " (no title)" : ": " + title));
+    } else if (!isNew && !words->second.empty()) {
+      areas.push_back(words->second);
+    }
+  }
+  return areas;
 }
 
 SceneryCfg outlineOf(const Profile& file) {
@@ -73,7 +90,7 @@ SceneryCfg outlineOf(const Profile& file) {
   });
   return {.Cache_Size = file.read("General", "Cache_Size"),
           .Clean_On_Exit = file.read("General", "Clean_On_Exit"),
-          .unreached = countUnreached(file, std::move(reached))};
+          .unreached = unreachedAreas(file, std::move(reached))};
 }
 
 bool isBlank(char c) { return static_cast<unsigned char>(c) <= ' '; }
@@ -114,7 +131,8 @@ SceneryCfg parseSceneryCfg(std::string_view bytes, const CodePage& codePage) {
                          .Title = std::move(title),
                          .Layer = file.read(section, "Layer"),
                          .Local = file.read(section, "Local"),
-                         .Active = lowerAscii(file.read(section, "Active")) == "true",
+                         .Active = isTrue(file, section, "Active"),
+                         .Required = isTrue(file, section, "Required"),
                          .Remote = file.read(section, "Remote"),
                          .Texture_ID = file.read(section, "Texture_ID"),
                          .Flatten = valuesOf(file, section, "Flatten"),

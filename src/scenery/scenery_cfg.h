@@ -33,6 +33,7 @@ struct SceneryArea {
   std::string Layer = {};  // as the file spells it
   std::string Local = {};  // the folder, relative to the simulator's root
   bool Active = false;
+  bool Required = false;  // read, and not written: the simulator's word that it cannot do without
   std::string Remote = {};
   std::string Texture_ID = {};
   // The value of the key without index first, even when it is empty, then those of the indexed keys
@@ -43,9 +44,9 @@ struct SceneryArea {
 struct SceneryCfg {
   std::string Cache_Size = {}, Clean_On_Exit = {};  // of [General], carried over as they are
   std::vector<SceneryArea> areas = {};
-  // Sections of areas that are in the file and not in `areas`, see parseSceneryCfg. Empty ones do
-  // not count.
-  int unreached = 0;
+  // Sections of areas that are in the file and not in `areas`, see parseSceneryCfg, each as a line
+  // for the user: "Area.700: Far", "Area.003 (no title)". Empty ones do not count.
+  std::vector<std::string> unreached = {};
 
   static constexpr int lastNumber = 999;  // that anybody reads
 };

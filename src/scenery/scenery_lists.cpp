@@ -55,6 +55,7 @@ void fillFromCache(App& app, const SceneryCache& cache, const FileState& file) {
   }
   app.sceneryDatabase.read = true;
   app.sceneryDatabase.was = file;
+  findUnreachedAreas(app);
 }
 
 }  // namespace
@@ -63,6 +64,7 @@ void LoadSceneryList(App& app) {
   auto& list = app.frmMain.lstScenery;
   const std::string database = app.FSRoot + sceneryCfgFile;
   list.clear();
+  showNoScenery(app);
   // An older load, which this one ends, may have hidden the list.
   list.visible = true;
   app.frmMain.lblListLoading.visible = false;
@@ -110,11 +112,16 @@ void LoadSceneryLibList(App& app) {
       tellListFailure(app, "read", file, bytes.outcome());
     return;
   }
+  for (const SceneryRow& row : parseSceneryLibrary(bytes.value(), app.codePage)) addRow(list, row);
+  showLibraryPlaces(app);
+}
+
+void showLibraryPlaces(App& app) {
+  auto& list = app.frmMain.lstInactScenery;
   SceneryPlaces places(app);
-  for (const SceneryRow& row : parseSceneryLibrary(bytes.value(), app.codePage)) {
-    const int added = addRow(list, row);
-    if (!row.Folder.empty()) list.setSmallIcon(added, places.icon(row.Folder));
-  }
+  for (int row = 1; row <= list.count(); ++row)
+    if (const std::string& Folder = list.subItem(row, sceneryColumn::Folder); !Folder.empty())
+      list.setSmallIcon(row, places.icon(Folder));
 }
 
 bool SaveSceneryLibList(App& app) {

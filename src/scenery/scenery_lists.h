@@ -15,6 +15,8 @@ void SaveSceneryList(App& app);
 // Fills lstInactScenery from SKV_SL.lst in SceneryLib, with the icons that tell where else a
 // scenery is. A missing file is an empty library; one that cannot be read is told in a box.
 void LoadSceneryLibList(App& app);
+// Brings these icons up to date.
+void showLibraryPlaces(App& app);
 // False when the file could not be saved, which is told in a box; the rows and the old file stay.
 // Only the content that the list was loaded from, or saved as, is written over.
 bool SaveSceneryLibList(App& app);

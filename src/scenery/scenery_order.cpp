@@ -1,5 +1,6 @@
 #include "scenery/scenery_order.h"
 
+#include <algorithm>
 #include <cstdlib>
 
 #include "base/paths.h"
@@ -19,12 +20,24 @@ void showPictureIn(App& app, const std::string& folder) {
   showSceneryPicture(app);
 }
 
+// Distinct layers in the order of the rows, as wide as the longest, since they are sorted as text.
+void numberByPosition(ui::ListView& list) {
+  const int count = list.count();
+  const std::size_t width = std::max(sortLayer("0").size(), std::to_string(count).size());
+  for (int row = 1; row <= count; ++row) {
+    const std::string number = std::to_string(count - row + 1);
+    list.setSubItem(row, sceneryColumn::SortLayer,
+                    std::string(width - number.size(), '0') + number);
+  }
+}
+
 // Whether the row and its neighbour have changed places.
 bool exchange(ui::ListView& list, int row, int neighbour) {
   if (row == 0 || neighbour < 1 || neighbour > list.count()) return false;
-  const std::string layer = list.subItem(row, sceneryColumn::SortLayer);
-  const std::string other = list.subItem(neighbour, sceneryColumn::SortLayer);
-  if (layer == other) return false;
+  const auto layerOf = [&list](int one) { return list.subItem(one, sceneryColumn::SortLayer); };
+  if (layerOf(row) == layerOf(neighbour)) numberByPosition(list);
+  const std::string layer = layerOf(row);
+  const std::string other = layerOf(neighbour);
   list.setSubItem(row, sceneryColumn::SortLayer, other);
   list.setSubItem(neighbour, sceneryColumn::SortLayer, layer);
   list.swapRows(row, neighbour);
@@ -54,7 +67,10 @@ void btnFSScenerySave_Click(App& app) {
 void lstScenery_ItemClick(App& app) {
   const auto& list = app.frmMain.lstScenery;
   const int row = list.selected();
-  if (row == 0) return;
+  if (row == 0) {
+    showNoScenery(app);
+    return;
+  }
   app.frmMain.lblSceneryTitle.caption = list.text(row);
   showPictureIn(app, sceneryFolder(app, list.subItem(row, sceneryColumn::Folder)) + "\\");
 }
@@ -62,7 +78,10 @@ void lstScenery_ItemClick(App& app) {
 void lstInactScenery_ItemClick(App& app) {
   const auto& list = app.frmMain.lstInactScenery;
   const int row = list.selected();
-  if (row == 0) return;
+  if (row == 0) {
+    showNoScenery(app);
+    return;
+  }
   app.frmMain.lblSceneryTitle.caption = list.text(row);
   const std::string& folder = list.subItem(row, sceneryColumn::Folder);
   if (!folder.empty()) showPictureIn(app, sceneryRootOf(app.SceneryLib) + leafOf(folder) + "\\");
@@ -70,7 +89,14 @@ void lstInactScenery_ItemClick(App& app) {
 
 void ftreeScenery_SelectionChange(App& app) {
   const std::string& folder = app.frmMain.ftreeScenery.folder;
-  if (!folder.empty()) showPictureIn(app, withBackslash(folder));
+  if (folder.empty()) return;
+  app.frmMain.lblSceneryTitle.caption = withoutBackslash(folder);
+  showPictureIn(app, withBackslash(folder));
+}
+
+void showNoScenery(App& app) {
+  app.frmMain.lblSceneryTitle.caption = "";
+  showPictureIn(app, "");
 }
 
 }  // namespace skv

@@ -83,9 +83,15 @@ int addRow(ui::ListView& list, SceneryRow row) {
   return list.add(std::move(name), subItems(std::move(row)));
 }
 
-void insertRow(ui::ListView& list, SceneryRow row) {
+void insertRow(ui::ListView& list, SceneryRow row, int position) {
   std::string name = std::move(row.Name);
-  list.insert(1, std::move(name), subItems(std::move(row)));
+  list.insert(position, std::move(name), subItems(std::move(row)));
+}
+
+int rowOfLeaf(const ui::ListView& list, const std::string& leaf) {
+  for (int row = 1; row <= list.count(); ++row)
+    if (equalsIgnoringCase(leafOf(list.subItem(row, sceneryColumn::Folder)), leaf)) return row;
+  return 0;
 }
 
 std::string sortLayer(const std::string& layer) {

@@ -36,8 +36,9 @@ SceneryArea areaOfRow(SceneryRow row);
 SceneryRow rowAt(const ui::ListView& list, int row);
 // At the end of the list.
 int addRow(ui::ListView& list, SceneryRow row);
-// As position 1.
-void insertRow(ui::ListView& list, SceneryRow row);
+void insertRow(ui::ListView& list, SceneryRow row, int position = 1);
+// The first row with that name on disk, without regard to case; 0 for none.
+int rowOfLeaf(const ui::ListView& list, const std::string& leaf);
 
 // A layer as the sort key: rounded to a whole number, at least three digits.
 std::string sortLayer(const std::string& layer);

@@ -1,7 +1,8 @@
 #include "scenery/scenery_transfer.h"
 
+#include <algorithm>
+
 #include "base/paths.h"
-#include "core/delete_folder.h"
 #include "core/disk_queries.h"
 #include "core/landing_folder.h"
 #include "core/long_operation.h"
@@ -13,7 +14,6 @@
 #include "scenery/scenery_database.h"
 #include "scenery/scenery_guard.h"
 #include "scenery/scenery_lists.h"
-#include "scenery/scenery_order.h"
 #include "scenery/scenery_places.h"
 #include "scenery/scenery_row.h"
 
@@ -38,17 +38,22 @@ class Transfer {
   void run() {
     if (!succeeds(leafMayBeUsed(app_, leaf_)) || !findPackage()) return;
     target_ = packed_ ? FSRoot_ + addonScenery + leaf_ : sceneryFolder(app_, row_.Folder);
-    if (!succeeds(mayBeFilled(app_, {target_ + "\\", FSRoot_}))) return;
-    addArea();
+    if (!succeeds(mayBeFilled(app_, {target_ + "\\", FSRoot_})) || !chooseArea()) return;
+    const auto leave = mayReplaceSceneryCfg(app_);
+    if (!leave) return;
+    const LongOperation busy(app_);
+    if (area_ == 0) addArea();
     if (!(packed_ ? fromPackage() : fromLibrary())) {
       dropArea();
+      app_.frmMain.lblStatus.caption = "";
       return;
     }
-    if (SaveSceneryCfg(app_))
+    if (SaveSceneryCfg(app_, *leave))
       app_.frmMain.lblStatus.notice = row_.Name +
                                       " added to FS2002: " + std::to_string(report_.done) +
                                       (report_.done == 1 ? " file" : " files");
     reloadLibrary();
+    app_.frmMain.lblStatus.caption = "";
   }
 
  private:
@@ -60,7 +65,32 @@ class Transfer {
            succeeds(found.outcome());
   }
 
+  // Which area the files are for: that of an earlier try that still waits to be saved, or the
+  // one that the user wants to keep; else it is a new one. False when nothing is to be done.
+  bool chooseArea() {
+    const auto& list = app_.frmMain.lstScenery;
+    for (int row = 1; row <= list.count() && area_ == 0; ++row) {
+      const std::string& Folder = list.subItem(row, sceneryColumn::Folder);
+      if (equalsIgnoringCase(Folder, row_.Folder) ||
+          equalsIgnoringCase(withoutBackslash(sceneryFolder(app_, Folder)), target_))
+        area_ = list.id(row);
+    }
+    if (area_ == 0 || std::ranges::none_of(app_.sceneryDatabase.rows, [this](const auto& saved) {
+          return saved.first == area_;
+        }))
+      return true;
+    const ui::Answer answer = app_.windows.messageBox(
+        {.text = "\"" + row_.Name + "\" stands in FS2002 already:\r\n\"" + target_ +
+                 "\"\r\n\r\nDo you want a second area for it? No only brings its files up to date.",
+         .icon = ui::BoxIcon::question,
+         .buttons = ui::BoxButtons::yesNoCancel,
+         .defaultButton = ui::DefaultButton::cancel});
+    if (answer == ui::Answer::yes) area_ = 0;
+    return answer != ui::Answer::cancel;
+  }
+
   void addArea() {
+    isNew_ = true;
     auto& list = app_.frmMain.lstScenery;
     insertRow(list, row_);
     area_ = list.id(1);
@@ -75,7 +105,7 @@ class Transfer {
 
   void dropArea() {
     auto& list = app_.frmMain.lstScenery;
-    if (const int row = list.rowOf(area_); row != 0 && !keepsArea_) list.remove(row);
+    if (const int row = list.rowOf(area_); row != 0 && isNew_ && !keepsArea_) list.remove(row);
   }
 
   bool fromLibrary() {
@@ -150,51 +180,9 @@ class Transfer {
   bool packed_ = false;
   std::string target_;            // of the scenery's files, without trailing backslash
   ui::ListView::RowId area_ = 0;  // of lstScenery
-  bool keepsArea_ = false;
+  bool isNew_ = false, keepsArea_ = false;
   WalkReport report_;
 };
-
-bool agrees(App& app, const std::string& text, ui::BoxIcon icon) {
-  return app.windows.messageBox({.text = text,
-                                 .icon = icon,
-                                 .buttons = ui::BoxButtons::yesNo,
-                                 .defaultButton = ui::DefaultButton::no}) == ui::Answer::yes;
-}
-
-// Whether the user agrees, knowing what goes.
-bool mayDelete(App& app, const std::string& Folder) {
-  if (!Folder.empty() && !agrees(app,
-                                 "This will delete ALL folders and files\rin \"{FSRoot}\\" +
-                                     Folder + "\" and below.\r\rDo you want to proceed?",
-                                 ui::BoxIcon::question))
-    return false;
-  const std::string leaf = leafOf(Folder);
-  return (!app.SceneryLib.empty() &&
-          PathExists(app.files(), sceneryRootOf(app.SceneryLib) + leaf + "\\")) ||
-         agrees(app,
-                "The scenery \"" + leaf +
-                    "\" seem NOT to be in the Library!\r\rDo you still want to delete this "
-                    "scenery?",
-                ui::BoxIcon::exclamation);
-}
-
-// Deletes the folder of an area. False when something of it may still stand.
-bool deleteAreaFolder(App& app, int row) {
-  const std::string& Folder = app.frmMain.lstScenery.subItem(row, sceneryColumn::Folder);
-  Outcome may = isElementName(leafOf(Folder))
-                    ? Outcome()
-                    : Outcome::withText(err::badFileName, "\"" + Folder + "\" names no scenery.");
-  const FolderUse use = simulatorFolder(app, row);
-  if (may.ok()) may = mayBeGivenUp(app, use);
-  if (!may.ok()) {
-    tellFailure(app, "The files of this scenery stay.", may);
-    return true;
-  }
-  app.frmMain.lblStatus.caption = "Deleting files...";
-  const WalkReport report = deleteFolder(app, use.folder, app.FSRoot + addonScenery);
-  app.frmMain.lblStatus.caption = "";
-  return tellWalk(app, report, "deleted");
-}
 
 }  // namespace
 
@@ -202,28 +190,7 @@ void btnAddSLtoFS_Click(App& app) {
   const auto& list = app.frmMain.lstInactScenery;
   const int row = list.selected();
   if (row == 0 || leafOf(list.subItem(row, sceneryColumn::Folder)).empty()) return;
-  const LongOperation busy(app);
   Transfer(app, rowAt(list, row)).run();
-  app.frmMain.lblStatus.caption = "";
-}
-
-void btnFSScenDel_Click(App& app) {
-  auto& list = app.frmMain.lstScenery;
-  int row = list.selected();
-  if (row == 0 || list.colour(row) == builtInColour) return;
-  const auto id = list.id(row);
-  const std::string Folder = list.subItem(row, sceneryColumn::Folder);
-  if (!mayDelete(app, Folder)) return;
-  const LongOperation busy(app);
-  row = list.rowOf(id);
-  if (row == 0 || (!Folder.empty() && !deleteAreaFolder(app, row))) return;
-  row = list.rowOf(id);
-  if (row == 0) return;
-  list.remove(row);
-  lstScenery_ItemClick(app);
-  app.frmMain.lblStatus.caption = "";
-  SaveSceneryCfg(app);
-  app.frmMain.lblStatus.caption = "";
 }
 
 }  // namespace skv

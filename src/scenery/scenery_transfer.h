@@ -1,4 +1,4 @@
-// Sceneries in the simulator: a copy of a library scenery comes in, an area goes.
+// A copy of a library scenery comes into the simulator.
 #pragma once
 
 #include "core/app.h"
@@ -6,11 +6,9 @@
 namespace skv {
 
 // Copies the selected library scenery into the simulator, from its Package when it has one, and
-// gives it an area with the highest layer. The library keeps it. An area that could not get its
-// files goes again, but for want of room: then it stands unsaved in the list.
+// gives it an area with the highest layer. The library keeps it. Asks first whether one that has an
+// area already gets a second one. An area that could not get its files goes again, but for want of
+// room: then it stands unsaved in the list, and the next try is for that one.
 void btnAddSLtoFS_Click(App& app);
-
-// Removes the selected area with its folder. The simulator's own areas stay.
-void btnFSScenDel_Click(App& app);
 
 }  // namespace skv

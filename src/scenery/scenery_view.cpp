@@ -5,7 +5,7 @@
 #include "core/stores.h"
 #include "core/view.h"
 #include "scenery/scenery_database.h"
-#include "scenery/scenery_library.h"
+#include "scenery/scenery_import.h"
 #include "scenery/scenery_lists.h"
 #include "scenery/scenery_order.h"
 #include "scenery/scenery_row.h"
@@ -101,6 +101,12 @@ void showSceneryCommands(App& app) {
       !leafOf(library.subItem(library.selected(), sceneryColumn::Folder)).empty();
   const bool differs = sceneriesDiffer(app);
   form.lblSceneryChanged.visible = differs;
+  const auto& unreached = app.sceneryDatabase.unreached;
+  const std::size_t unlisted = unreached ? unreached->size() : 0;
+  form.lblSceneryUnreached.caption =
+      unlisted == 1 ? "1 area of Scenery.cfg is not listed"
+                    : std::to_string(unlisted) + " areas of Scenery.cfg are not listed";
+  form.lblSceneryUnreached.visible = unlisted > 0;
   form.btnFSScenerySave.enabled = differs;
   form.btnSCup.enabled = area > 1;
   form.btnSCdn.enabled = area != 0 && area < areas.count();

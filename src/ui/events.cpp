@@ -16,6 +16,9 @@
 #include "packaging/scenery_installer.h"
 #include "pictures/picture_commands.h"
 #include "pictures/picture_viewer.h"
+#include "scenery/scenery_database.h"
+#include "scenery/scenery_deletion.h"
+#include "scenery/scenery_import.h"
 #include "scenery/scenery_library.h"
 #include "scenery/scenery_menu.h"
 #include "scenery/scenery_options.h"
@@ -120,6 +123,7 @@ void connectSceneryView(App& app) {
     lstScenery_Move(app, steps);
     showSceneryCommands(app);
   };
+  form.lblSceneryUnreached.click = [&app] { lblSceneryUnreached_Click(app); };
   form.btnSCup.click = handler(btnSCup_Click);
   form.btnSCdn.click = handler(btnSCdn_Click);
   form.btnFSScenerySave.click = handler(btnFSScenerySave_Click);
@@ -166,6 +170,7 @@ void connectPictures(App& app) {
     image->fileDropped = [&app, image](const std::string& path) {
       takePictureFile(app, *image, path);
     };
+  form.mnuPic.closed = [&app] { mnuPic_Closed(app); };
   form.mnuPicSnap.click = [&app] { mnuPicSnap_Click(app); };
   form.mnuPicClip.click = [&app] { mnuPicClip_Click(app); };
   form.mnuPicFile.click = [&app] { mnuPicFile_Click(app); };

@@ -12,10 +12,11 @@ namespace skv {
 namespace {
 
 constexpr std::string_view versionPath = "/home/tolmere/SKVVersion.txt";
-constexpr std::size_t versionLength = 9;
+constexpr std::string_view versionForm = "0.00.0000";  // each "0" is a digit
 constexpr double daysBetweenChecks = 7;
 constexpr std::size_t longestShown = 200;
 constexpr const char* manual = "Skyvault.doc";
+constexpr const char* manualForBrowsers = "Skyvault.html";
 // Of the library that moves the mails.
 constexpr const char* mailEngineSite = "https://curl.se/libcurl/";
 
@@ -30,6 +31,12 @@ std::string shownText(const App& app, std::string_view bytes) {
     shown += character;
   }
   return shown;
+}
+
+bool isVersion(std::string_view text) {
+  return std::ranges::equal(text, versionForm, [](char c, char meant) {
+    return meant == '0' ? c >= '0' && c <= '9' : c == meant;
+  });
 }
 
 bool isWebAddress(std::string_view address) {
@@ -87,11 +94,14 @@ void offerDownload(App& app, const VersionFile& newest) {
 VersionFile parseVersionFile(std::string_view text) {
   VersionFile file;
   const auto colon = text.find(':');
-  file.version = text.substr(colon == std::string_view::npos ? 0 : colon + 1, versionLength);
+  constexpr std::string_view blanks = " \t\r\n";
+  std::string_view version = text.substr(colon == std::string_view::npos ? 0 : colon + 1);
+  version.remove_prefix(std::min(version.find_first_not_of(blanks), version.size()));
+  file.version = version.substr(0, versionForm.size());
   if (const auto begin = text.find('>'); begin != std::string_view::npos) {
     std::string_view rest = text.substr(begin + 1);
     // It may stand on a line of its own, and ends with it.
-    rest.remove_prefix(std::min(rest.find_first_not_of(" \t\r\n"), rest.size()));
+    rest.remove_prefix(std::min(rest.find_first_not_of(blanks), rest.size()));
     file.download = trim(rest.substr(0, rest.find_first_of(">\r\n")));
   }
   return file;
@@ -116,6 +126,13 @@ void checkForUpdate(App& app, std::string_view server) {
       });
   if (app.ending || ReportError(app, fetched.outcome())) return;
   const VersionFile newest = parseVersionFile(fetched.value());
+  if (!isVersion(newest.version)) {
+    app.windows.messageBox(
+        {"The server has answered without a version, so it cannot be told whether "
+         "yours is the newest. Please try again later.",
+         ui::BoxIcon::exclamation});
+    return;
+  }
   writeSetting(app, setting::LastVersionCheck, decimal(app.platform.clock.now())).skipped();
   // Versions have one width, so that text sorts as they do.
   if (newest.version > app.AppVersionText)
@@ -134,7 +151,13 @@ bool updateCheckIsDue(const App& app, std::string_view server) {
 
 void mnuHelpDownload_Click(App& app) { checkForUpdate(app, updateServer()); }
 
-void mnuHelpManual_Click(App& app) { ShellOpen(app, shippedWith(app, manual)); }
+// A word processor has it with pages and an index. Without one a browser has it, too: a desktop
+// would hand the document to whatever it has, and the browser offers to download it.
+void mnuHelpManual_Click(App& app) {
+  const bool wordProcessor = app.platform.shell.hasProgramFor("application/msword") ||
+                             app.platform.shell.hasProgramFor("application/rtf");
+  ShellOpen(app, shippedWith(app, wordProcessor ? manual : manualForBrowsers));
+}
 
 void mnuHelpAbout_Click(App& app) {
   auto& form = app.frmSplash;

@@ -12,7 +12,9 @@ namespace skv {
 //
 //   Version:1.03.0001 >http://www.example.org/skv.zip>
 struct VersionFile {
-  std::string version;   // the 9 characters after the first colon, in the form of AppVersionText
+  // The 9 characters after the first colon and the blanks behind it: a version in the form of
+  // AppVersionText, or whatever a server sends that has none.
+  std::string version;
   std::string download;  // from the first ">" to the next or the end; "" for none
 };
 VersionFile parseVersionFile(std::string_view text);

@@ -1,5 +1,7 @@
 #include "ui/settings.h"
 
+#include <algorithm>
+
 #include "aircraft/aircraft_views.h"
 #include "base/paths.h"
 #include "core/disk_queries.h"
@@ -172,6 +174,12 @@ void hide(App& app) {
 
 }  // namespace
 
+bool lacksFolders(const App& app) {
+  return std::ranges::any_of(folderFields, [&app](const FolderField& field) {
+    return !field.mayBeEmpty && readSetting(app, field.key).empty();
+  });
+}
+
 void runSettings(App& app) {
   auto& form = app.frmSettings;
   frmSettings_Form_Load(app);
@@ -207,7 +215,7 @@ void frmSettings_Form_Load(App& app) {
   form.enabled = true;
   const bool first = app.starting && readSetting(app, setting::FSRoot).empty();
   form.lblIntro.visible = first;
-  form.btnQuit.visible = first;
+  form.btnQuit.visible = app.starting && lacksFolders(app);
   for (const FolderField& field : folderFields)
     (form.*field.box).text = readSetting(app, field.key, field.fallback);
   loadMailSettings(app);

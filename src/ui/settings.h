@@ -10,6 +10,9 @@ void mnuFileSettings_Click(App& app);
 // caller's matter.
 void runSettings(App& app);
 
+// Whether a folder that the program needs has never been stored.
+bool lacksFolders(const App& app);
+
 // SceneryPacksPath as the settings have it, or in the Packages folder; made when it is missing and
 // its disk is there.
 void findSceneryPacksPath(App& app);
@@ -30,7 +33,7 @@ void btnBrowsePacks_Click(App& app);
 void btnBrowsePanel_Click(App& app);
 void Command1_Click(App& app);
 void frmSettings_btnOK_Click(App& app);
-// Ends the program in place of a first start; nothing is stored.
+// Ends the program in place of a start without its folders; nothing is stored.
 void frmSettings_btnQuit_Click(App& app);
 
 }  // namespace skv

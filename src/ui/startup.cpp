@@ -14,6 +14,7 @@
 #include "core/staged_folder.h"
 #include "core/stores.h"
 #include "core/working_folder.h"
+#include "packaging/left_over.h"
 #include "scenery/scenery_view.h"
 #include "ui/dialogs/dir_select.h"
 #include "ui/help.h"
@@ -44,18 +45,66 @@ constexpr const char* noDrive =
     "2. dosdevices in the folder that the variable WINEPREFIX names,\r\n"
     "3. ~/.wine/dosdevices.";
 
-// The first thing a start does is to empty the working folder of what a failed job left in it.
-bool cleanWorkingFolder(App& app, std::string& keptArchives) {
+// A folder may stand and take nothing, as on a disk that can only be read.
+Outcome takesFiles(FileSystem& files, const std::string& folder) {
+  const std::string probe = folder + "probe";
+  Outcome made = files.makeFolder(probe);
+  if (made.ok()) files.removeFolder(probe).skipped();
+  return made;
+}
+
+// Answers the archives that are kept.
+Result<std::vector<std::string>> workIn(App& app, const std::string& folder) {
+  app.TempDir = withBackslash(folder);
+  app.InstallTempDir = app.TempDir + "SKVInstallTemp\\";
+  auto kept = prepareWorkingFolder(app);
+  if (!kept.ok()) return kept;
+  if (Outcome takes = takesFiles(app.files(), app.InstallTempDir); !takes.ok()) return takes;
+  return kept;
+}
+
+Result<std::vector<std::string>> workInOwnFolder(App& app) {
+  const std::string& own = app.platform.environment.cacheFolder;
+  if (!own.empty()) return workIn(app, own);
+  return Outcome::withText(
+      err::pathFileAccess,
+      "It cannot be made, or belongs to somebody else, or no drive reaches it.");
+}
+
+// The first thing a start does is to empty the working folder of what a failed job left in it. It
+// lies where TEMP says, else in the user's own folder. Without one no job could be done, and the
+// start is over.
+bool findWorkingFolder(App& app, std::string& keptArchives) {
+  const Environment& environment = app.platform.environment;
   app.frmMain.lblStatus.caption = "Cleaning temporary folder...";
-  const auto cleaned = prepareWorkingFolder(app);
+  auto kept = environment.TEMP.empty() ? workInOwnFolder(app) : workIn(app, environment.TEMP);
+  std::string trouble;
+  if (!kept.ok() && !environment.TEMP.empty()) {
+    trouble = "FS Skyvault cannot work in the folder that the variable TEMP names:\r\n" +
+              environment.TEMP + "\r\n" + kept.outcome().description();
+    kept = workInOwnFolder(app);
+  }
   app.frmMain.lblStatus.caption = "";
-  if (cleaned.ok())
-    for (const std::string& kept : cleaned.value()) keptArchives += "\r\n" + kept;
-  if (!cleaned.ok() && !hasDrive(app.files())) {
+  if (kept.ok()) {
+    for (const std::string& archive : kept.value()) keptArchives += "\r\n" + archive;
+    if (!trouble.empty())
+      app.windows.messageBox({trouble + "\r\n\r\nIt works in this one instead:\r\n" + app.TempDir +
+                                  "\r\nTo see this no more, give TEMP another folder, or none.",
+                              ui::BoxIcon::exclamation});
+    return true;
+  }
+  if (!hasDrive(app.files())) {
     app.windows.messageBox({noDrive, ui::BoxIcon::exclamation});
     return false;
   }
-  return !ReportError(app, cleaned.outcome());
+  if (!trouble.empty()) trouble += "\r\n\r\n";
+  app.windows.messageBox({trouble + "FS Skyvault cannot work in its own folder:\r\n" +
+                              environment.nativeCacheFolder + "\r\n" +
+                              kept.outcome().description() +
+                              "\r\n\r\nSo it ends. Let it write there, or name another folder in "
+                              "the variable TEMP.",
+                          ui::BoxIcon::exclamation});
+  return false;
 }
 
 void showSplash(App& app) {
@@ -130,14 +179,14 @@ void checkOwnDrive(App& app) {
   }
 }
 
+// Without its folders the program is of no use: a dialog that is closed without them ends it.
 void completeSettings(App& app) {
-  if (app.FSRoot.empty() || readSetting(app, setting::AppVersion) != app.AppVersionText) {
+  if (lacksFolders(app) || readSetting(app, setting::AppVersion) != app.AppVersionText) {
     askForSettings(app);
+    if (lacksFolders(app)) app.ending = true;
     if (app.ending) return;
     writeSetting(app, setting::AppVersion, app.AppVersionText).skipped();
   }
-  if (app.HangarDir.empty() && !app.ending) askForSettings(app);
-  if (app.PacksDir.empty() && !app.ending) askForSettings(app);
 }
 
 // The lists once lay beside the program. The old file goes only when its copy is on the disk, and
@@ -152,7 +201,7 @@ Outcome moveOldList(FileSystem& files, const std::string& old, const std::string
 void moveOldLists(App& app) {
   FileSystem& files = app.files();
   if (app.platform.environment.programFolder.empty() || app.FSRoot.empty() ||
-      presenceOf(files, app.FSRoot) == Presence::absent)
+      presenceOf(files, app.FSRoot) != Presence::there)
     return;
   for (const char* name : {aircraftListFile, panelListFile, soundListFile}) {
     const std::string old = app.AppDir + name;
@@ -213,17 +262,14 @@ bool settingsCanBeRead(ui::Windowing& windows, SettingsStore& settings) {
   }
 }
 
-void Form_Load(App& app) {
+bool Form_Load(App& app) {
   auto& form = app.frmMain;
   app.starting = true;
   app.AppDir = withBackslash(app.platform.environment.programFolder);
-  app.TempDir = withBackslash(app.platform.environment.TEMP);
-  app.InstallTempDir = app.TempDir + "SKVInstallTemp\\";
   std::string keptArchives;
-  if (!cleanWorkingFolder(app, keptArchives)) {
-    app.starting = false;
-    form.visible = true;
-    return;
+  if (!findWorkingFolder(app, keptArchives)) {
+    app.ending = true;
+    return false;
   }
   app.SenderIdentity.FirstName = readSetting(app, setting::FirstName);
   app.SenderIdentity.LastName = readSetting(app, setting::LastName);
@@ -241,11 +287,12 @@ void Form_Load(App& app) {
   if (!app.ending) completeSettings(app);
   if (app.ending) {
     app.windows.unload(app.frmSplash);
-    return;
+    return true;
   }
   findSceneryPacksPath(app);
   moveOldLists(app);
   clearUnfinishedFolders(app);
+  clearLeftOver(app);
   form.lblStatus.caption = "";  // nothing of that is left to do
   mnuViewFSAircraft_Click(app);
   restoreOrder(app);
@@ -261,6 +308,7 @@ void Form_Load(App& app) {
          ui::BoxIcon::information});
   offerToFinishMove(app);
   if (!app.ending && updateCheckIsDue(app)) mnuHelpDownload_Click(app);
+  return true;
 }
 
 bool frmMain_QueryUnload(App& app) {

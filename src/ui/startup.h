@@ -14,10 +14,10 @@ std::string versionText();
 // told why and may have it tried again; after a No the program must end, without touching anything.
 bool settingsCanBeRead(ui::Windowing& windows, SettingsStore& settings);
 
-// Paths, working folder, splash, window state, settings, lists. Ends with the window on screen,
-// except when the working folder cannot be made: then the window comes up without lists and
-// settings. With App::ending set the user has chosen to quit.
-void Form_Load(App& app);
+// Paths, working folder, splash, window state, settings, lists. Ends with the window on screen, or
+// with App::ending set: the user has chosen to quit, or there is no working folder. False for that
+// alone, which has been told.
+bool Form_Load(App& app);
 
 // The window is to be closed. True when it may be at once. Otherwise the user has been asked, about
 // edits that are not saved or whether to wait for a running operation; with App::stopRequested set

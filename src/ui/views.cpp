@@ -6,6 +6,7 @@
 
 #include "aircraft/aircraft_cfg.h"
 #include "aircraft/aircraft_views.h"
+#include "pictures/picture_commands.h"
 #include "scenery/scenery_view.h"
 
 namespace skv {
@@ -30,7 +31,7 @@ void mnuViewRefresh_Click(App& app) {
 }
 
 void leaveForScenery(App& app) {
-  if (mayLeaveInfo(app)) mnuViewFSScenery_Click(app);
+  if (mayLeaveInfo(app) && mayLeaveSceneries(app)) mnuViewFSScenery_Click(app);
 }
 
 void leaveForAircraft(App& app, void (*view)(App&)) {
@@ -51,6 +52,7 @@ void frameScenery_DblClick(App& app) {
 void tabAddon_Click(App& app, int index) {
   auto& form = app.frmMain;
   showFrameOf(index, std::array{&form.frameInfo, &form.framePanel, &form.frameSound});
+  mnuPic_Closed(app);  // the picture that it was about may be on the other tab
 }
 
 void tabACInfo_Click(App& app, int index) {

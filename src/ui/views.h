@@ -7,7 +7,8 @@ namespace skv {
 
 // Reloads the current view.
 void mnuViewRefresh_Click(App& app);
-// The Scenery Manager, unless edits in the Info tab have to stay.
+// The Scenery Manager, anew where it is shown already, unless edits in the Info tab or changes in
+// it have to stay.
 void leaveForScenery(App& app);
 // One of the two aircraft views, unless changes in the Scenery Manager have to stay.
 void leaveForAircraft(App& app, void (*view)(App&));

@@ -126,6 +126,7 @@ TEST_F(AircraftCfgTest, ASaveThatCannotBeSafeChangesNothingAndCanBeRepeated) {
     EXPECT_TRUE(saved("title=Changed"));
     EXPECT_EQ(drive.read(original), cfg);
   }
+  ASSERT_TRUE(disk.setAttributes(original, {}).ok()) << "a copy of a read-only file";
   drive.write(original, "the original");
   files.failWhen("attributes", original, err::deviceIo);
   btnSaveACInfo_Click(app);

@@ -4,6 +4,7 @@
 #include <fstream>
 
 #include "core/disk_queries.h"
+#include "core/long_operation.h"
 #include "support/every_call.h"
 #include "support/program_fixture.h"
 
@@ -272,16 +273,21 @@ TEST_F(WalkTreeTest, AStopEndsAfterTheFileAtHand) {
   files.failWhen("copyFile", "C:\\nowhere", err::deviceIo);
   for (const WalkCode code : {WalkCopy, WalkMove, WalkDelete, WalkSize}) {
     drive.clear("C:\\d");
-    app.stopRequested = false;
     int yields = 0;
     windows.onYield = [&] { app.stopRequested = app.stopRequested || ++yields == 10; };
-    const WalkReport report = WalkTree(app, "C:\\s", "C:\\d", code, true);
+    WalkReport report;
+    {
+      const StoppableOperation operation(app);
+      report = WalkTree(app, "C:\\s", "C:\\d", code, true);
+    }
+    EXPECT_EQ(form.lblStatus.caption, "");
     EXPECT_TRUE(report.stopped && !report.complete() && report.failed == 0);
     EXPECT_GE(report.done, 9) << static_cast<int>(code);
     EXPECT_LE(report.done, 10) << static_cast<int>(code);
     EXPECT_FALSE(drive.exists("C:\\d\\sub"));
     EXPECT_EQ(yields, 10);
   }
+  app.stopRequested = true;
   EXPECT_TRUE(WalkTree(app, "C:\\s", "", WalkDelete, true, OnStop::goOn).complete());
   EXPECT_TRUE(drive.tree("C:\\s").empty());
 }

@@ -16,6 +16,7 @@ class MailInstallTest : public SceneryTest {
   MailInstallTest() {
     settings.values["Mail/POPHost"] = "pop.example.com";
     settings.values["Mail/OutlookFolder"] = "Inbox";
+    windows.usual["Install"] = yes;
     mnuViewHangar_Click(app);
     windows.boxes.clear();
   }
@@ -25,7 +26,8 @@ class MailInstallTest : public SceneryTest {
   static ScriptedMailItem scenery(const std::string& name) {
     return {"/FSSkyvaultPack/SC/" + name, "note of " + name, {{name, rome}}};
   }
-  // Runs over the mails and looks at what holds after every run. Answers the boxes.
+  // Runs over the mails and looks at what holds after every run. Answers the boxes, of notes what
+  // their senders have written.
   Lines run(const std::vector<ScriptedMailItem>& mails, bool pop = true) {
     windows.boxes.clear();
     mail.calls.clear();
@@ -37,7 +39,11 @@ class MailInstallTest : public SceneryTest {
     EXPECT_EQ(app.PendingZIP, "");
     EXPECT_FALSE(form.lblStatus.showsProgress);
     EXPECT_TRUE(windows.answers.empty());
-    return windows.boxTexts();
+    Lines texts = windows.boxTexts();
+    for (std::string& text : texts)
+      if (const auto head = text.find("\r\n\r\n"); text.starts_with("Subject: "))
+        text.erase(0, head == std::string::npos ? head : head + 4);
+    return texts;
   }
   // The attachments of the mails that are left on the server.
   Lines left() const {
@@ -58,6 +64,7 @@ class MailInstallTest : public SceneryTest {
 TEST_F(MailInstallTest, EachKindOfMailHasItsView) {
   auto two = aircraft("b.zip");
   two.attachments.insert(two.attachments.begin(), {"no.zip", "not this one"});
+  two.attachments.push_back({"card.vcf", "v"});
   const std::vector<ScriptedMailItem> mails{
       {"hello", "h", {{"x.zip", plane}}}, aircraft("a.ZIP"), scenery("Rome.zip"), two};
   EXPECT_EQ(run(mails), (Lines{"note of a.ZIP", "note of b.zip"}));
@@ -67,7 +74,7 @@ TEST_F(MailInstallTest, EachKindOfMailHasItsView) {
   EXPECT_EQ(form.lblStatus.caption, "");
   open();
   EXPECT_EQ(run(mails), Lines{"note of Rome.zip"});
-  EXPECT_EQ(left(), (Lines{"x.zip", "a.ZIP", "b.zip"}));
+  EXPECT_EQ(left(), (Lines{"x.zip", "a.ZIP", "card.vcf"}));
   EXPECT_EQ(listed(), Lines{"Rome|ADDON SCENERY\\Rome"});
   app.SceneryLib.clear();
   run(mails);
@@ -77,7 +84,7 @@ TEST_F(MailInstallTest, EachKindOfMailHasItsView) {
 
 TEST_F(MailInstallTest, TheSecondRunFindsTheAddonInstalled) {
   EXPECT_EQ(run({}), Lines{"No Mails in POP3 Account!"});
-  EXPECT_EQ(run({}, false), Lines{});
+  EXPECT_EQ(run({}, false), Lines{"There is no mail that brings an aircraft."});
   EXPECT_EQ(run({aircraft("a.zip")}, false), Lines{"note of a.zip"});
   EXPECT_TRUE(hangarHas("a"));
   EXPECT_EQ(run({aircraft("A.zip"), aircraft("b.zip")}, false),
@@ -130,6 +137,71 @@ TEST_F(MailInstallTest, OnlyAnAddonThatStandsLetsItsMailGo) {
   drive.write("C:\\Hangar\\aircraft\\f", "a file of somebody's");
   run({aircraft("a.zip"), aircraft("f.zip"), aircraft("g.zip")});
   EXPECT_EQ(left(), (Lines{"a.zip", "f.zip"}));
+}
+
+TEST_F(MailInstallTest, AMailThatBringsAnotherVersionIsAskedAbout) {
+  const auto newer = aircraft(
+      "a.zip", sample::zipBytes({{"Aircraft/aircraft.cfg", "[fltsim.0]\r\nTitle=The Plane\r\n"},
+                                 {"Aircraft/model/a.mdl", "n"},
+                                 {"Aircraft/.DS_Store", "d"}}));
+  for (const auto& other : {newer, aircraft("a.zip", "no archive")}) {
+    drive.clear("C:\\Hangar");
+    mnuViewHangar_Click(app);
+    run({aircraft("a.zip")});
+    run({other}, false);
+    EXPECT_TRUE(holds(windows.boxes.at(1).text, "\"a\" is installed already, but \"a.zip\""));
+    EXPECT_EQ(windows.boxes.size(), 2U);
+    run({other});
+    EXPECT_EQ(windows.boxes.at(1).defaultButton, ui::DefaultButton::no);
+    EXPECT_EQ(left(), Lines{"a.zip"});
+    windows.answers = {yes};
+    run({other});
+    EXPECT_EQ(left(), Lines{});
+    EXPECT_EQ(drive.read("C:\\Hangar\\aircraft\\a\\model\\a.mdl"), "m");
+  }
+  // A file that is gone, one that cannot be read, and an add-on that is thinned out.
+  drive.remove("C:\\Hangar\\aircraft\\a\\model\\a.mdl");
+  run({aircraft("a.zip")});
+  EXPECT_EQ(windows.boxes.at(1).details, "model\\a.mdl\r\n");
+  EXPECT_EQ(left(), Lines{"a.zip"});
+  files.failWhen("list", "C:\\Hangar\\aircraft\\a", err::deviceIo);
+  run({aircraft("a.zip")});
+  files.heal();
+  EXPECT_EQ(left(), Lines{"a.zip"});
+  drive.write("C:\\Packs\\a.zip", plane);
+  EXPECT_EQ(run({aircraft("a.zip")}), (Lines{"note of a.zip", already}));
+  EXPECT_EQ(left(), Lines{});
+}
+
+TEST_F(MailInstallTest, TheNoteSaysWhatComesAndAsks) {
+  windows.usual["Install"] = no;
+  auto item = aircraft("a.zip");
+  item.sender = "Anna Berg <anna@example.org>";
+  run({item});
+  const std::string head =
+      "From: Anna Berg <anna@example.org>\r\nSubject: Re: /FSSkyvaultPack/AC/a.zip\r\n"
+      "File: a.zip (about 1 KB)\r\n";
+  EXPECT_EQ(windows.boxTexts(), Lines{head + "\r\nnote of a.zip"});
+  EXPECT_EQ(windows.boxes[0].no, "Skip");
+  EXPECT_TRUE(left() == Lines{"a.zip"} && !hangarHas("a"));
+  item.body = "\r\n \n";
+  windows.usual["Install"] = yes;
+  run({item});
+  EXPECT_EQ(windows.boxTexts(), Lines{head});
+  EXPECT_TRUE(hangarHas("a"));
+
+  const std::string none = "There is no mail that brings an aircraft.";
+  EXPECT_EQ(run({{"hello", "h"}}), Lines{none});
+  EXPECT_EQ(run({scenery("Rome.zip")}),
+            Lines{none + "\r\n\r\nMails that bring a scenery: 1. View, Scenery Manager is the "
+                         "place to install them."});
+  mail.fetchedSubject = "private";
+  EXPECT_EQ(run({aircraft("b.zip")}).size(), 1U);
+  EXPECT_TRUE(left() == Lines{"b.zip"} && !hangarHas("b")) << "it is another mail by now";
+  mail.fetchedSubject.clear();
+
+  run({aircraft("Самолёт.zip")});
+  EXPECT_EQ(run({aircraft("Самолёт.zip")}), (Lines{"note of Самолёт.zip", already}));
 }
 
 TEST_F(MailInstallTest, AMailThatIsNoGoodDoesNotKeepTheOthersFromTheirTurn) {

@@ -1,6 +1,7 @@
 #include "mail/mail_pack.h"
 
 #include "aircraft/aircraft_views.h"
+#include "support/every_call.h"
 #include "support/scenery_fixture.h"
 
 namespace skv::test {
@@ -41,6 +42,8 @@ class MailPackTest : public SceneryTest {
   void makePackage() { drive.write("C:\\Packs\\Cessna.zip", "as it is"); }
 
   ui::FrmMailPack& pack = app.frmMailPack;
+  const std::string cessna = "C:\\Hangar\\aircraft\\Cessna\\", model = cessna + "model\\c.mdl",
+                    packed = "C:\\Packs\\Cessna.zip";
 };
 
 TEST_F(MailPackTest, AnAircraftThatHasNoPackageIsPackedAndSent) {
@@ -49,7 +52,11 @@ TEST_F(MailPackTest, AnAircraftThatHasNoPackageIsPackedAndSent) {
   EXPECT_EQ(pack.imgAC.picture, "C:\\a.jpg");
   EXPECT_EQ(pack.lblAddon.caption, "Aircraft: Cessna.zip");
   pack.txtMsg.text = "Hello Ben,\n\nhere it is.";
-  EXPECT_EQ(send(), Lines{});
+  send();
+  expectTold("\"Cessna\" has no Package yet.");
+  EXPECT_TRUE(mail.sent.empty() && drive.exists(model)) << "called off";
+  windows.answers = {no};
+  send();
   ASSERT_EQ(mail.sent.size(), 1U);
   const SentMail& sent = mail.sent[0];
   EXPECT_EQ(sent.subject, "/FSSkyvaultPack/AC/Cessna.zip");
@@ -66,7 +73,7 @@ TEST_F(MailPackTest, AnAircraftThatHasNoPackageIsPackedAndSent) {
   EXPECT_EQ(sent.attachments[0].name, "Cessna.zip");
   EXPECT_EQ(sent.attachments[0].content, drive.read("C:\\Packs\\Cessna.zip"));
   EXPECT_TRUE(sent.attachments[0].content.starts_with("PK"));
-  EXPECT_FALSE(drive.exists("C:\\Hangar\\aircraft\\Cessna\\model\\c.mdl"));
+  EXPECT_FALSE(drive.exists(model));
   EXPECT_TRUE(pack.visible && pack.lblStatus.caption == "");
   EXPECT_EQ(pack.txtMsg.text, "Hello Ben,\n\nhere it is.") << "ready for the next one";
 
@@ -75,6 +82,99 @@ TEST_F(MailPackTest, AnAircraftThatHasNoPackageIsPackedAndSent) {
   send();
   EXPECT_EQ(mail.sent.back().attachments[0].content, "as it is");
   EXPECT_TRUE(mail.sent.back().body.starts_with("\r\n\r\n====="));
+}
+
+TEST_F(MailPackTest, TheSendersOwnAircraftComesBackWhenHeWants) {
+  openPack();
+  for (const bool outlook : {false, true})
+    for (const bool fails : {false, true}) {
+      SCOPED_TRACE(outlook ? "Outlook" : "POP3");
+      pack.cmbMailType.listIndex = outlook ? 1 : 0;
+      if (fails)
+        mail.failAt(outlook ? "SendMailByOutlook" : "SendMail", 1, Outcome::failure(err::mail));
+      windows.answers = {yes};
+      send();
+      EXPECT_EQ(windows.boxes.size(), fails ? 2U : 1U);
+      EXPECT_EQ(drive.read(model), "model");
+      EXPECT_FALSE(drive.exists(packed));
+      EXPECT_EQ(drive.tree(app.InstallTempDir), Lines{});
+      const auto& sent = outlook ? mail.handedOver : mail.sent;
+      EXPECT_EQ(sent.size(), 1U);
+      EXPECT_TRUE(sent.back().attachments[0].content.starts_with("PK"));
+    }
+  // A mail program reads the file later, when the Package is gone.
+  EXPECT_EQ(std::ranges::count(mail.calls, "AddAttachment " + packed), 0);
+}
+
+TEST_F(MailPackTest, APackageThatIsOlderThanItsAircraftIsMadeAnew) {
+  drive.write(cessna + "panel\\panel.cfg", "old");
+  openPack();
+  windows.answers = {no};
+  send();
+  const std::string first = drive.read(packed);
+  send();
+  EXPECT_TRUE(windows.boxes.empty());
+  const auto edit = [&] {
+    drive.write(cessna + "panel\\panel.cfg", "edited");
+    drive.setModified(cessna + "panel\\panel.cfg", {4000000000, 0});
+  };
+  edit();
+  send();
+  expectTold("\"Cessna\" was changed since its Package was made. Newer files: 1, the first: \"" +
+             cessna + "panel\\panel.cfg\"");
+  EXPECT_EQ(mail.sent.size(), 2U) << "called off";
+  windows.answers = {no};
+  send();
+  EXPECT_EQ(mail.sent.back().attachments[0].content, first);
+  // Whatever call is the last, the next try sends what the user has edited.
+  forEveryCall(
+      files, Ending::kill,
+      [&] {
+        drive.clear("C:\\Temp\\SKVInstallTemp");
+        drive.clear(cessna);
+        drive.write(cessna + "aircraft.cfg", "[fltsim.0]\r\ntitle=The Cessna\r\n");
+        drive.write(packed, first);
+        edit();
+        showHangar();
+      },
+      [&] {
+        windows.answers = {yes};
+        send();
+      },
+      [&](bool) {
+        form.enabled = pack.btnSend.enabled = pack.btnCancel.enabled = true;
+        pack.sending = false;
+        drive.clear("C:\\Temp\\SKVInstallTemp");
+        showHangar();
+        windows.answers = {yes};
+        send();
+        windows.answers.clear();
+        EXPECT_EQ(drive.read(cessna + "panel\\panel.cfg"), "edited");
+        drive.write("C:\\sent.zip", mail.sent.back().attachments[0].content);
+        const auto sent = zip.load(disk);
+        ASSERT_TRUE(sent->setArchivefile("C:\\sent.zip").ok());
+        EXPECT_TRUE(
+            sent->holdsFile("Aircraft\\panel\\panel.cfg", cessna + "panel\\panel.cfg").ok());
+        EXPECT_EQ(sent->entries().size(), 3U);
+      });
+}
+
+TEST_F(MailPackTest, RecipientsAreTakenAsPeopleWriteThem) {
+  makePackage();
+  openPack();
+  for (const auto& [typed, names, addresses] : std::initializer_list<std::array<std::string, 3>>{
+           {" ben@example.net ", "ben@example.net", "ben@example.net"},
+           {"Ben B <ben@example.net>", "Ben B", "ben@example.net"},
+           {"\"B, Ben; x\" < b@c.de >;; d@e.fr, <f@g.it>,", "B, Ben; x|d@e.fr|f@g.it",
+            "b@c.de|d@e.fr|f@g.it"},
+           {"Meier, Ben <b@c.de>, d@e.fr", "Meier, Ben|d@e.fr", "b@c.de|d@e.fr"}}) {
+    pack.txtEMail.text = typed;
+    EXPECT_EQ(send(), Lines{});
+    EXPECT_EQ(mail.sent.back().displayName, names);
+    EXPECT_EQ(mail.sent.back().to, addresses);
+  }
+  pack.txtEMail.text = "ben@example.net, nobody";
+  EXPECT_EQ(send().size(), 1U);
 }
 
 TEST_F(MailPackTest, ASceneryGoesByTheWayThatIsRemembered) {
@@ -113,9 +213,11 @@ TEST_F(MailPackTest, ASceneryGoesByTheWayThatIsRemembered) {
 TEST_F(MailPackTest, TheHangarAloneAndASenderAreNeeded) {
   mnuViewFSAircraft_Click(app);
   click(form.mnuFileMailPack, "This feature works from Hangar only!");
-  open();
-  click(form.mnuFileMailPack, "This feature works from Hangar only!");
   EXPECT_FALSE(pack.visible);
+  open();
+  click(form.mnuFileMailPack);
+  EXPECT_TRUE(pack.visible && pack.scenery) << "whatever the view before the Scenery Manager";
+  pack.closed();
 
   showHangar();
   for (const char* key : {"EMail", "FirstName", "LastName"})

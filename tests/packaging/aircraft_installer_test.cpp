@@ -1,5 +1,6 @@
 #include "packaging/aircraft_installer.h"
 #include "aircraft/aircraft_views.h"
+#include "packaging/left_over.h"
 
 #include "sample/zip_file.h"
 #include "support/every_call.h"
@@ -42,12 +43,14 @@ TEST_F(InstallerTest, RecognisesWhatIsInAnArchiveOfAnyLayout) {
   const struct {
     const char* what;
     std::string archive, aircraft, shared = {};  // what it holds, and what is placed where
+    std::string left = {};
   } layouts[] = {
       {"the root is the aircraft", "aircraft.cfg texture/a.bmp panel/panel.cfg sound/sound.cfg",
        R"(aircraft.cfg panel\panel.cfg sound\sound.cfg texture\a.bmp)"},
       {"a wrapped aircraft beside shared folders",
        "P/aircraft.cfg P/model/a.mdl Gauges/g.gau Effects/e.fx Sound/s.wav Texture/t.bmp read.me",
-       R"(aircraft.cfg model\a.mdl)", R"(Effects\e.fx Gauges\g.gau Sound\s.wav Texture\t.bmp)"},
+       R"(aircraft.cfg model\a.mdl)", R"(Effects\e.fx Gauges\g.gau Sound\s.wav Texture\t.bmp)",
+       "read.me"},
       {"a Package", "Aircraft/Aircraft.cfg Main/Gauges/sub/x.gau Main/Texture/t.bmp",
        "Aircraft.cfg", R"(Gauges\x.gau Texture\t.bmp)"},
       {"gauges in the panel folder take the panel along",
@@ -60,14 +63,18 @@ TEST_F(InstallerTest, RecognisesWhatIsInAnArchiveOfAnyLayout) {
        R"(Panel\p.bmp Panel\panel.cfg aircraft.cfg)"},
       {"a panel beside an aircraft that has one",
        "P/aircraft.cfg P/panel/panel.cfg Panel/panel.cfg Panel/other",
-       R"(aircraft.cfg panel\panel.cfg)"},
+       R"(aircraft.cfg panel\panel.cfg)", "", R"(Panel\other Panel\panel.cfg)"},
       {"textures outside the aircraft, by the end of the folder's name",
-       "p/aircraft.cfg mytexture/t.bmp texture.abc/u.bmp", "aircraft.cfg", R"(Texture\t.bmp)"},
+       "p/aircraft.cfg mytexture/t.bmp texture.abc/u.bmp", "aircraft.cfg", R"(Texture\t.bmp)",
+       R"(texture.abc\u.bmp)"},
+      {"two aircraft", "a/aircraft.cfg b/aircraft.cfg b/model/b.mdl", "aircraft.cfg", "",
+       R"(b\aircraft.cfg b\model\b.mdl)"},
       {"nothing of an aircraft", "read.me Gauges/g.gau", ""},
   };
-  for (const auto& [what, archive, aircraft, shared] : layouts) {
+  for (const auto& [what, archive, aircraft, shared, left] : layouts) {
     SCOPED_TRACE(what);
     drive.clear("C:\\Hangar");
+    clearLeftOver(app);
     mnuViewFSAircraft_Click(app);
     zip(filesOf(archive), {.backslashes = archive.starts_with("Aircraft/")});
     install();
@@ -77,8 +84,12 @@ TEST_F(InstallerTest, RecognisesWhatIsInAnArchiveOfAnyLayout) {
     placed("C:\\Hangar\\aircraft\\plane", aircraft);
     placed("C:\\Hangar\\Main\\plane", shared);
     EXPECT_EQ(drive.exists("C:\\Hangar\\Main\\plane\\Effects"), !aircraft.empty());
-    EXPECT_EQ(windows.boxTexts(), aircraft.empty() ? Lines{"No Aircraft.cfg found!"} : Lines{});
-    windows.boxes.clear();
+    placed("C:\\Temp\\SKVLeftOver\\plane", left);
+    if (aircraft.empty())
+      expectTold("No Aircraft.cfg found!");
+    else if (!left.empty())
+      expectTold("\"plane\" is installed. Left over in the archive: ");
+    EXPECT_TRUE(windows.boxes.empty());
     expectClean();
   }
 }
@@ -270,7 +281,9 @@ TEST_F(InstallerTest, TheLastCopyStaysWhenTheArchiveHasGoneMeanwhile) {
 }
 
 TEST_F(InstallerTest, StopsWhenTheUserWantsIt) {
-  zip({{"p/aircraft.cfg", cfg}, {"Gauges/g.gau", "g"}, {"in.zip", sample::zipBytes({{"e", "e"}})}});
+  zip({{"p/aircraft.cfg", cfg},
+       {"Gauges/g.gau", "g"},
+       {"in.zip", sample::zipBytes({{"e.fx", "e"}})}});
   for (const char* when :
        {"Extracting ZIP", "Extracting embedded", "Processing: C:\\Temp", "Cleaning temporary"}) {
     SCOPED_TRACE(when);

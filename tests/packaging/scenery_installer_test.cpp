@@ -1,5 +1,6 @@
 #include "packaging/scenery_installer.h"
 
+#include "packaging/left_over.h"
 #include "sample/zip_file.h"
 #include "support/every_call.h"
 #include "support/scenery_fixture.h"
@@ -63,6 +64,50 @@ TEST_F(SceneryInstallerTest, TheRowComesOnTopAndASecondOneOfTheNameIsRefused) {
   putLibrary("");
   install();
   EXPECT_TRUE(drive.read(library).starts_with("Alps\x01"));
+}
+
+TEST_F(SceneryInstallerTest, NoFileTakesThePlaceOfAnotherAndWhatIsLeftOverIsKept) {
+  const auto embedded = [](const std::string& name) {
+    return sample::zipBytes({{"Scenery/" + name, name}, {"read.me", name}});
+  };
+  sample::writeZip(disk.nativePath("C:\\Alps.zip").value(),
+                   {{"day/Scenery/a.bgl", "1"},
+                    {"day/Texture/t.bmp", "1"},
+                    {"night/Scenery/A.bgl", "2"},
+                    {"night/Scenery/b.bgl", "2"},
+                    {"night/Texture/t.bmp", "2 2"},
+                    {"same/Scenery/a.bgl", "1"},
+                    {"n/s.zip", embedded("n.bgl")},
+                    {"s/s.zip", embedded("s.bgl")}},
+                   {});
+  windows.usual["Show what was left over"] = yes;
+  install("Left over in the archive: 3 files, the first: \"night\\Scenery\\A.bgl\"");
+  EXPECT_EQ(drive.filesIn(alps), words(R"(Scenery\a.bgl Scenery\b.bgl Scenery\n.bgl Scenery\s.bgl)"
+                                       R"( Texture\t.bmp read.me)"));
+  EXPECT_EQ(drive.read(alps + "\\Scenery\\a.bgl"), "1");
+  const std::string left = "C:\\Temp\\SKVLeftOver\\";
+  EXPECT_EQ(shell.opened, Lines{left + "Alps\\"});
+  EXPECT_EQ(drive.filesIn(left + "Alps"),
+            words(R"(night\Scenery\A.bgl night\Texture\t.bmp s.zip\read.me)"));
+  EXPECT_EQ(drive.read(left + "Alps\\night\\Scenery\\A.bgl"), "2");
+  EXPECT_EQ(drive.tree(work), Lines{});
+
+  // Nothing of it gets into the next one, or outlives the next start.
+  zip("Scenery/c.bgl");
+  windows.inputs = {"Next"};
+  install();
+  EXPECT_TRUE(windows.boxes.empty());
+  EXPECT_EQ(drive.filesIn("C:\\Lib\\Scenery\\Next"), Lines{"Scenery\\c.bgl"});
+  clearLeftOver(app);
+  EXPECT_FALSE(drive.exists("C:\\Temp\\SKVLeftOver"));
+  // A link in its place leads nowhere.
+  drive.write("C:\\Own\\mine.txt", "m");
+  drive.link("C:\\Temp\\SKVLeftOver", drive.native("C:\\Own"));
+  zip("x/c.bgl read.me");
+  windows.inputs = {"Third"};
+  install("could not be kept of what was left over");
+  clearLeftOver(app);
+  EXPECT_EQ(drive.tree("C:\\Own"), Lines{"mine.txt"});
 }
 
 // What a deletion that failed half way, or the user, has left gives way when he agrees.

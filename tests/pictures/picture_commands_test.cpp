@@ -19,8 +19,30 @@ TEST_F(PictureTest, APictureFromTheClipboardBelongsToTheImageOfTheLastRightClick
   ui::raise(form.lstACVersions.mouseDown, ui::MouseButton::right);
   EXPECT_EQ(app.PicTarget, &form.imgPanel);
   click(form.mnuPicClip);
+  EXPECT_TRUE(windows.boxes.empty());
+  ui::raise(form.mnuPic.closed);
+  clipboard.held = plain(50, 30);
+  windows.answers = {Answer::no, Answer::yes};
+  ui::raise(form.mnuPicClip.click);  // by its shortcut: the panel is on a tab that does not show
+  EXPECT_EQ(sizeOf(own), "40x30") << "the user's own picture stays until a Yes";
+  EXPECT_EQ(windows.boxes.back().defaultButton, ui::DefaultButton::no);
+  expectTold("Replace your picture \"" + own);
+  ui::raise(form.mnuPicClip.click);
+  EXPECT_EQ(sizeOf(own), "50x30");
+  ui::raise(form.tabAddon.click, 1);
+  ui::raise(form.imgPanel.mouseDown, ui::MouseButton::right);
+  ui::raise(form.mnuPic.closed);
+  windows.answers = {Answer::yes};
+  ui::raise(form.mnuPicClip.click);
+  EXPECT_EQ(sizeOf(other + ownPictureName), "50x30") << "it shows now";
+  EXPECT_TRUE(holds(windows.boxes.back().text, "All aircraft that use this panel"));
+  ui::raise(form.tabAddon.click, 0);
+  windows.answers = {Answer::yes};
+  paste(form.imgAircraft);
+  windows.boxes.clear();
   openSceneries({"ADDON SCENERY\\A"}, "B|x\\B\r\n");
-  ui::raise(form.mnuPicClip.click);  // the panel is not in this view
+  clipboard.held = plain(40, 30);
+  ui::raise(form.mnuPicClip.click);  // the aircraft is not in this view
   form.lstInactScenery.select(1);
   ui::raise(form.lstInactScenery.itemClick);
   paste(form.imgScenery);
@@ -28,7 +50,7 @@ TEST_F(PictureTest, APictureFromTheClipboardBelongsToTheImageOfTheLastRightClick
   ui::raise(form.ftreeScenery.change);
   paste(form.imgScenery);
   for (const std::string& file :
-       {own, other + ownPictureName, std::string("C:\\FS\\ADDON SCENERY\\A\\SKVscrn.jpg"),
+       {own, std::string("C:\\FS\\ADDON SCENERY\\A\\SKVscrn.jpg"),
         std::string("C:\\Lib\\Scenery\\B\\SKVscrn.jpg"), std::string("C:\\Picked\\SKVscrn.jpg")})
     EXPECT_EQ(sizeOf(file), "40x30") << file;
   EXPECT_EQ(form.imgScenery.picture, "C:\\Picked\\SKVscrn.jpg");
@@ -47,6 +69,7 @@ TEST_F(PictureTest, NothingIsWrittenOutsideTheStore) {
   drive.link("C:\\FS\\ADDON", "C:\\Other");
   const auto refuses = [&](ui::Image& image, const std::string& what) {
     EXPECT_FALSE(offers(image)) << what;
+    EXPECT_NE(form.mnuPicFile.hint, "") << "a greyed entry says why";
     paste(image);
     expectTold("Failed to save the picture to the file: '");
     EXPECT_EQ(drive.tree("C:\\Other"), std::vector<std::string>{"x"}) << what;
@@ -76,7 +99,8 @@ TEST_F(PictureTest, AFileOfAnyFormatIsStoredAsJpegAndABrokenOneIsTold) {
   drive.write("C:\\In\\a.gif", bitmap);
   windows.picks = {"C:\\In\\a.gif"};
   click(form.mnuPicFile);
-  EXPECT_EQ(windows.fileDialogs.back().filter, "Pictures|*.jpg;*.jpeg;*.gif;*.bmp;*.wmf");
+  EXPECT_EQ(windows.fileDialogs.back().filter,
+            "Pictures|*.jpg;*.jpeg;*.png;*.webp;*.gif;*.bmp;*.wmf");
   EXPECT_EQ(sizeOf(own), "2x1");
   EXPECT_TRUE(drive.read(own).starts_with("\xff\xd8"));
   EXPECT_EQ(drive.read("C:\\In\\a.gif"), bitmap);
@@ -125,13 +149,18 @@ TEST_F(PictureTest, AFailedSaveLeavesTheOldPicture) {
     EXPECT_TRUE(whole || sizeOf(own) == "40x30");
     EXPECT_TRUE(struck || !whole);
     EXPECT_TRUE(disk.attributes(own).value().readOnly);
-    if (whole && !windows.boxes.empty()) {
-      EXPECT_EQ(windows.boxes[0].text, "Failed to save the picture to the file: '" + own + "'");
+    if (whole && windows.boxes.size() > 1) {
+      EXPECT_EQ(windows.boxes[1].text, "Failed to save the picture to the file: '" + own + "'");
     }
   };
   for (const Ending ending : {Ending::fullDisk, Ending::failedLook, Ending::emptyFiles})
     EXPECT_GT(forEveryCall(
-                  files, ending, prepare, [&] { paste(form.imgAircraft); }, check),
+                  files, ending, prepare,
+                  [&] {
+                    windows.answers = {Answer::yes};
+                    paste(form.imgAircraft);
+                  },
+                  check),
               0);
 }
 
@@ -145,6 +174,8 @@ TEST_F(PictureTest, RemovesItsOwnPictureAndNoOther) {
   put({textures + "came.jpg"});
   open();
   EXPECT_FALSE(offers(form.imgAircraft) && form.mnuPicDel.enabled);
+  EXPECT_TRUE(holds(form.mnuPicDel.hint, "not an SKV screenshot"));
+  EXPECT_EQ(form.mnuPicFile.hint, "");
   EXPECT_EQ(remove(Answer::yes), 1U);
   expectTold("This is not an SKV screenshot and cannot be removed");
 

@@ -47,6 +47,7 @@ class PictureTest : public ProgramTest {
     drive.write("C:\\FS\\Scenery.cfg", cfg);
     if (!library.empty()) drive.write("C:\\Lib\\SKV_SL.lst", coded(library));
     ui::raise(form.mnuViewFSScenery.click);
+    select(form.lstScenery, 1);
   }
   void paste(ui::Image& image) {
     ui::raise(image.mouseDown, ui::MouseButton::right);

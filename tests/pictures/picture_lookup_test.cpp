@@ -5,8 +5,9 @@ namespace skv::test {
 TEST_F(PictureTest, AnAircraftShowsTheFirstThatThereIs) {
   const std::string specimen = "C:\\Program\\ACPics\\p-1.JPG";
   // From the last place that is looked at to the first.
-  for (const std::string& picture : {specimen, plane + "top.jpg", textures + "b.gif",
-                                     textures + "Z.Jpg", textures + "a.JPG", own}) {
+  for (const std::string& picture :
+       {specimen, plane + "top.png", textures + "x.WebP", plane + "top.jpg", textures + "b.gif",
+        textures + "Z.Jpg", textures + "a.JPG", own}) {
     put({picture});
     open();
     EXPECT_EQ(form.imgAircraft.picture, picture);
@@ -42,6 +43,9 @@ TEST_F(PictureTest, WhatOthersWroteLeadsToNoOtherFolder) {
 }
 
 TEST_F(PictureTest, APanelShowsItsOwnPictureAndALibraryRowTheFirst) {
+  put({panel + "a.webp", panel + "b.png"});
+  open();
+  EXPECT_EQ(form.imgPanel.picture, panel + "b.png");
   put({panel + "a.jpg", own, other + "panel.cfg", other + "a.jpg", other + "SKVscrn.jpg"});
   open();
   EXPECT_EQ(form.imgPanel.picture, panel + "a.jpg");
@@ -82,6 +86,7 @@ TEST_F(PictureTest, TheViewerShowsWhatTheImageShows) {
   click(form.imgAircraft);
   EXPECT_EQ(opened, 0);
   EXPECT_TRUE(holds(form.lblStatus.notice, "cannot be shown"));
+  windows.answers = {ui::Answer::yes};
   paste(form.imgAircraft);
   EXPECT_FALSE(form.imgAircraft.pixels.get());
   click(form.imgAircraft);

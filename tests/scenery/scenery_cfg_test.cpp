@@ -38,11 +38,14 @@ TEST(SceneryCfgTest, StopsAfterElevenMissingNumbersAndCountsWhatItDidNotReach) {
     for (const std::string& number : split(numbers, ' '))
       text += "[Area." + number + "]\r\nTitle=x\r\n";
     const SceneryCfg cfg = parseSceneryCfg(text + "[Area.003]\r\nTitel=x\r\n", page);
-    return std::pair(cfg.areas.size(), cfg.unreached);
+    std::string unreached;
+    for (const std::string& area : cfg.unreached) unreached += area.substr(5) + ";";
+    return std::pair(cfg.areas.size(), unreached);
   };
-  EXPECT_EQ(read("001 002 013"), std::pair(3UL, 1)) << "one has no title";
-  EXPECT_EQ(read("001 002 014 999"), std::pair(2UL, 3));
-  EXPECT_EQ(read("001 002 002 1000 1"), std::pair(2UL, 4)) << "there twice, too high, too short";
+  EXPECT_EQ(read("001 002 013"), std::pair(3UL, std::string("003 (no title);")));
+  EXPECT_EQ(read("001 002 014 999"), std::pair(2UL, std::string("014: x;999: x;003 (no title);")));
+  EXPECT_EQ(read("001 002 002 1000 1"),
+            std::pair(2UL, std::string("002 (there twice);1000: x;1: x;003 (no title);")));
 }
 
 TEST(SceneryCfgTest, LosesNoCharacterOfAnArea) {

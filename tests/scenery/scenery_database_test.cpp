@@ -55,6 +55,19 @@ TEST_F(SceneryDatabaseTest, MovesChangeTheRowsAndASaveNumbersThem) {
   moved(1);
   save();
   EXPECT_EQ(areasInFile() + valueOf("Area.003", "Layer"), "Rome Alps World3");
+
+  // Where the file has one layer for several areas, the rows' places tell them apart.
+  std::string equal;
+  for (int number = 1; number <= 3; ++number)
+    equal += area(number, std::string(1, static_cast<char>('A' + number)), "7", "x");
+  rewrite(equal, {1'000'000'000, 0});
+  open();
+  form.lstScenery.select(1);
+  EXPECT_EQ(moved(1), "C+ B+ D+");
+  EXPECT_EQ(moved(1), "C+ D+ B+");
+  save();
+  open();
+  EXPECT_EQ(areas() + " " + areasInFile(), "C+ D+ B+ B D C");
 }
 
 TEST_F(SceneryDatabaseTest, TheCacheHoldsForTheVeryFileOnly) {
@@ -90,10 +103,18 @@ TEST_F(SceneryDatabaseTest, AsksBeforeItDropsWhatTheRowsDoNotKnowOf) {
   windows.boxes.clear();
   rewrite(changed, {1'000'000'001, 0});
   open();
-  save("has 1 area that is not listed");
+  for (int times = 0; times < 2; ++times) {
+    EXPECT_TRUE(form.lblSceneryUnreached.visible);
+    EXPECT_EQ(form.lblSceneryUnreached.caption.get(), "1 area of Scenery.cfg is not listed");
+    open();  // from the cache
+  }
+  save();
+  EXPECT_EQ(windows.boxes.back().details, "Area.700: Far\r\n");
+  expectTold("has 1 area that is not listed");
   EXPECT_EQ(drive.read(cfg), changed);
   answer(form.btnFSScenerySave, {yes});
   EXPECT_NE(drive.read(cfg), changed);
+  EXPECT_FALSE(form.lblSceneryUnreached.visible);
 }
 
 TEST_F(SceneryDatabaseTest, ADatabaseThatIsMissingOrCannotBeReadIsNotTakenForAnEmptyOne) {
@@ -143,8 +164,9 @@ TEST_F(SceneryDatabaseTest, AtEveryMomentAWholeDatabaseStands) {
 TEST_F(SceneryDatabaseTest, UnsavedChangesAreAskedAboutBeforeTheyGo) {
   uncheckTop();
   click(form.mnuViewRefresh);
+  click(form.mnuViewFSScenery);
   click(form.mnuViewHangar);
-  EXPECT_EQ(windows.boxes.size(), 2U);
+  EXPECT_EQ(windows.boxes.size(), 3U);
   EXPECT_TRUE(form.frameScenery.visible);
   EXPECT_EQ(areas(), "Alps World+ Rome+");
   answer(form.mnuViewRefresh, {no, yes});

@@ -40,6 +40,30 @@ TEST_F(SceneryLibraryTest, TakesAFolderUnderTheNameThatTheUserGives) {
   add(source, "Error #75");
   add(source, "Error #75");
   add(source);
+  // A folder of the library without a row gets one, and nothing is copied or emptied.
+  click(form.optMove);
+  put({"C:\\Lib\\Scenery\\Lost\\x"});
+  add("C:\\Lib\\Scenery\\Lost\\");
+  EXPECT_EQ(listed().front(), "Lost|ADDON SCENERY\\Lost");
+  EXPECT_TRUE(drive.exists("C:\\Lib\\Scenery\\Lost\\x") && holds(drive.read(library), "Lost"));
+  select(form.lstInactScenery, 1);
+  answer(form.btnSLDel, {yes, no});
+  // One with other files is completed when the user wants it, and its row taken where there is one.
+  click(form.optCopy);
+  put({rome + "other"});
+  windows.boxes.clear();
+  add(source, "that it does not list");
+  EXPECT_FALSE(drive.exists(rome + "readme.txt"));
+  windows.answers = {yes};
+  add(source);
+  EXPECT_EQ(drive.tree(rome).size(), 4U);
+  windows.boxes.clear();
+  drive.clear("C:\\Lib\\Scenery");
+  add(source);
+  EXPECT_EQ(drive.tree(rome), whole);
+  form.lstInactScenery.select(1);
+  answer(form.btnSLDel, {yes, no});
+  windows.boxes.clear();
   EXPECT_TRUE(windows.boxes.empty() && listed().size() == 1);
 }
 
@@ -90,6 +114,12 @@ TEST_F(SceneryLibraryTest, AMoveThatEndsAnywhereLosesNoFile) {
         EXPECT_TRUE(arrived || drive.tree(source) == whole);
         EXPECT_TRUE(struck || (drive.exists(source) && drive.tree(source).empty()));
         EXPECT_TRUE(arrived || !holds(drive.read(library), "Rome")) << "no half scenery";
+        if (!struck || drive.tree(source) != whole) return;
+        open();
+        windows.boxes.clear();
+        if (listed().empty()) add(source);
+        EXPECT_TRUE(windows.boxes.empty() && holds(drive.read(library), "Rome"));
+        EXPECT_EQ(drive.tree(rome), whole) << "by a second try";
       });
 }
 
@@ -111,13 +141,26 @@ TEST_F(SceneryLibraryTest, ImportsTheAddOnsThatItCanAndNothingElse) {
   EXPECT_TRUE(holds(drive.read(library), coded("Far|Else\\Far|004|4|")));
 
   // A copy that fails leaves neither a folder nor a row.
-  drive.clear("C:\\Lib\\Scenery");
-  putLibrary("");
-  files.failWhen("copyFile", bgl, err::deviceIo);
-  click(form.mnuFileImportSceneries);
-  EXPECT_FALSE(windows.boxes.empty());
-  EXPECT_EQ(listed().front(), "Up|ADDON SCENERY\\..");
-  EXPECT_FALSE(drive.exists("C:\\Lib\\Scenery\\Alps"));
+  const std::string alps = "C:\\FS\\ADDON SCENERY\\Alps";
+  for (const auto& [call, path] : {std::pair("copyFile", bgl), {"canonicalPath", alps}}) {
+    drive.clear("C:\\Lib\\Scenery");
+    putLibrary("");
+    files.failWhen(call, path, err::deviceIo);
+    click(form.mnuFileImportSceneries);
+    EXPECT_FALSE(windows.boxes.empty());
+    EXPECT_EQ(listed().front(), "Up|ADDON SCENERY\\..") << call;
+    EXPECT_FALSE(drive.exists("C:\\Lib\\Scenery\\Alps"));
+    files.heal();
+  }
+  // The next one takes what is missing, and the others once more only when the user wants it.
+  EXPECT_EQ(answer(form.mnuFileImportSceneries, {ui::Answer::cancel}), 1U);
+  EXPECT_EQ(listed().size(), 3U);
+  answer(form.mnuFileImportSceneries, {no});
+  EXPECT_EQ(listed().size(), 4U);
+  EXPECT_TRUE(drive.exists("C:\\Lib\\Scenery\\Alps\\Scenery\\a.bgl"));
+  drive.remove("C:\\Lib\\Scenery\\Alps\\Scenery\\a.bgl");
+  answer(form.mnuFileImportSceneries, {yes});
+  EXPECT_EQ(listed().size(), 8U);
 }
 
 TEST_F(SceneryLibraryTest, DeletesARowAndItsFilesOnlyWhenTheyAreItsOwn) {
@@ -125,12 +168,15 @@ TEST_F(SceneryLibraryTest, DeletesARowAndItsFilesOnlyWhenTheyAreItsOwn) {
   put({rome + ".hidden", main, zipped, "C:\\Big\\kept"});
   drive.link("C:\\Lib\\Main\\Alps", "C:\\Big");
   putLibrary("Alps|x\\Alps\r\nUp|x\\..\r\nTwin|x\\Rome\r\nRome|x\\Rome\r\n");
-  select(form.lstInactScenery, 1);
   const auto remove = [&](const std::deque<ui::Answer>& answers) {
     answer(form.btnSLDel, answers);
     return listed().size();
   };
+  form.lstInactScenery.select(0);
+  EXPECT_TRUE(remove({yes, yes}) == 4 && windows.boxes.empty()) << "no row is selected";
+  select(form.lstInactScenery, 1);
   EXPECT_EQ(remove({no}), 4U);
+  EXPECT_EQ(remove({yes, ui::Answer::cancel}), 4U);
   EXPECT_EQ(remove({yes, yes}), 3U);
   EXPECT_TRUE(!drive.exists("C:\\Lib\\Main\\Alps") && drive.exists("C:\\Big\\kept"));
   EXPECT_EQ(remove({yes, yes}), 2U);
@@ -140,6 +186,41 @@ TEST_F(SceneryLibraryTest, DeletesARowAndItsFilesOnlyWhenTheyAreItsOwn) {
   EXPECT_EQ(remove({yes, yes, no}), 0U);
   EXPECT_TRUE(!drive.exists(rome) && !drive.exists(main) && drive.exists(zipped));
   EXPECT_TRUE(drive.read(library).empty() && !form.btnSLDel.enabled);
+  EXPECT_TRUE(form.lblSceneryTitle.caption->empty() && form.imgScenery.tag->empty());
+}
+
+TEST_F(SceneryLibraryTest, ADeletionThatEndsAnywhereIsFinishedByASecondOne) {
+  const std::string main = "C:\\Lib\\Main\\Rome\\Texture\\a.bmp",
+                    zipped = "C:\\Packs\\Scenery\\Rome.zip";
+  const auto remove = [&] {
+    form.lstInactScenery.select(1);
+    answer(form.btnSLDel, {yes, yes, yes});
+  };
+  bool killed = false;
+  forEveryEnding(
+      files,
+      [&] {
+        clearLibrary();
+        put({rome + "Scenery\\a.bgl", rome + "readme.txt", main, zipped});
+        putLibrary("Rome|ADDON SCENERY\\Rome\r\n");
+        killed = true;
+      },
+      [&] {
+        remove();
+        killed = false;
+      },
+      [&](bool struck) {
+        const bool gone = !drive.exists(rome) && !drive.exists(main) && !drive.exists(zipped);
+        EXPECT_TRUE(gone || holds(drive.read(library), "Rome")) << "the row waits for its files";
+        EXPECT_TRUE(killed || windows.boxes.back().buttons == ui::BoxButtons::ok ||
+                    drive.read(library).empty())
+            << "told";
+        EXPECT_TRUE(struck || drive.read(library).empty());
+        open();
+        remove();
+        EXPECT_FALSE(drive.exists(rome) || drive.exists(main) || drive.exists(zipped));
+        EXPECT_EQ(drive.read(library), "");
+      });
 }
 
 TEST_F(SceneryLibraryTest, AClickShowsTitleAndPicture) {

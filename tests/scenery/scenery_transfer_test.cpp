@@ -42,8 +42,8 @@ TEST_F(SceneryTransferTest, ASceneryWithAPackageComesFromIt) {
   EXPECT_TRUE(form.lstScenery.count() == 4 && form.btnFSScenerySave.enabled) << "unsaved";
   EXPECT_EQ(areasInFile(), "World Rome Alps");
   files.freeSpace.reset();
-  open();
   add();
+  EXPECT_TRUE(windows.boxes.empty() && form.lstScenery.count() == 4) << "that area, and no other";
   EXPECT_EQ(drive.read(addons + "Paris\\Scenery\\p.bgl"), "packed");
   EXPECT_EQ(drive.read("C:\\FS\\Texture\\q.bmp"), "q");
   EXPECT_TRUE(form.lstInactScenery.smallIcon(1) == 3 && drive.tree(app.InstallTempDir).empty());
@@ -61,6 +61,7 @@ TEST_F(SceneryTransferTest, NothingIsFilledOutsideTheSimulatorOrInItsOwnFolders)
 }
 
 TEST_F(SceneryTransferTest, AnAddThatEndsAnywhereLeavesAWholeDatabaseAndNoHalfScenery) {
+  bool killed = false;
   forEveryEnding(
       files,
       [&] {
@@ -69,12 +70,53 @@ TEST_F(SceneryTransferTest, AnAddThatEndsAnywhereLeavesAWholeDatabaseAndNoHalfSc
         putDatabase();
         open();
       },
-      [&] { add(); },
+      [&] {
+        killed = true;
+        add();
+        killed = false;
+      },
       [&](bool struck) {
         const bool listed = areasInFile() == "Rome Paris World Alps";
         EXPECT_TRUE(listed || (struck && drive.read(cfg) == database));
         const bool whole = drive.read(paris + "Scenery\\p.bgl") == "new";
         EXPECT_TRUE(whole || !(listed || drive.exists(paris)));
+        EXPECT_TRUE(whole || areas() == "Alps+ World+ Rome+" || killed) << "no row without files";
+        if (killed) open();
+        answer(form.btnAddSLtoFS, {no, no});
+        EXPECT_EQ(areas() + " " + areasInFile(), "Alps+ World+ Paris+ Rome+ Rome Paris World Alps");
+        EXPECT_EQ(drive.tree(paris), (Lines{"Scenery\\", "Scenery\\p.bgl"}));
+      });
+}
+
+TEST_F(SceneryTransferTest, ADeletionThatEndsAnywhereIsFinishedByASecondOne) {
+  const std::string rome = addons + "Rome\\";
+  bool killed = false;
+  forEveryEnding(
+      files,
+      [&] {
+        drive.clear("C:\\FS\\ADDON SCENERY");
+        put({rome + "Scenery\\r.bgl", rome + "Texture\\r.bmp", rome + "readme.txt"});
+        drive.remove(org);
+        putDatabase();
+        open();
+        killed = true;
+      },
+      [&] {
+        remove(3, {yes, yes});
+        killed = false;
+      },
+      [&](bool struck) {
+        EXPECT_TRUE(struck || !drive.exists(rome));
+        EXPECT_TRUE(killed || !drive.exists(rome) ||
+                    windows.boxes.back().buttons == ui::BoxButtons::ok)
+            << "told";
+        EXPECT_TRUE(killed || form.lstScenery.count() == (drive.exists(rome) ? 3 : 2));
+        if (killed) open();
+        // What has no files has no area, whatever happens; a kill may leave the files.
+        EXPECT_TRUE(drive.exists(rome) || areasInFile() == "World Alps");
+        if (form.lstScenery.count() == 3) remove(3, {yes, yes});
+        EXPECT_EQ(areas() + " " + areasInFile(), "Alps+ World+ World Alps");
+        EXPECT_TRUE(killed || !drive.exists(rome));
       });
 }
 
@@ -82,15 +124,56 @@ TEST_F(SceneryTransferTest, DeletesAnAreaWithItsFolder) {
   const std::string rome = "C:\\FS\\Addon Scenery\\Rome";
   put({rome + "\\r.bgl", rome + "\\.hidden", "C:\\Lib\\Scenery\\Rome\\x", "C:\\Big\\kept"});
   drive.link(addons + "Alps", "C:\\Big");
-  open();
+  putLibrary("Rome|Addon Scenery\\Rome\r\n");
   EXPECT_EQ(remove(2, {yes, yes}), 0U) << "the simulator's own";
   EXPECT_EQ(remove(3, {no}), 1U);
-  EXPECT_TRUE(holds(windows.boxes[0].text, "\"{FSRoot}\\Addon Scenery\\Rome\" and below."));
+  EXPECT_TRUE(holds(windows.boxes[0].text, "\"C:\\FS\\Addon Scenery\\Rome\" and below."));
+  EXPECT_TRUE(form.lblSceneryTitle.caption == "Rome" && form.lstInactScenery.smallIcon(1) == 2);
   EXPECT_EQ(remove(3, {yes}), 1U) << "it is in the library";
   EXPECT_FALSE(drive.exists(rome));
+  EXPECT_TRUE(form.lblSceneryTitle.caption == "World" && form.lstInactScenery.smallIcon(1) == 1);
   EXPECT_EQ(areas() + " " + areasInFile(), "Alps+ World+ World Alps");
   EXPECT_EQ(remove(1, {yes, yes}), 2U);
   EXPECT_TRUE(drive.exists("C:\\Big\\kept") && !drive.exists(addons + "Alps"));
+}
+
+TEST_F(SceneryTransferTest, EveryQuestionComesBeforeTheDeed) {
+  const std::string required = area(1, "Rome", "1", "ADDON SCENERY\\Rome", "Required=true\r\n") +
+                               "[Area.500]\r\nTitle=Far\r\n";
+  const std::string rome = addons + "Rome\\x";
+  put({rome});
+  drive.write(cfg, required);
+  open();
+  // The folder, the library, the area's own word, the area that is not listed.
+  for (std::size_t agreed = 0; agreed < 4; ++agreed) {
+    EXPECT_EQ(remove(1, std::deque<ui::Answer>(agreed, yes)), agreed + 1);
+    EXPECT_TRUE(drive.exists(rome) && drive.read(cfg) == required);
+  }
+  EXPECT_TRUE(holds(windows.boxes[2].text, "Required=TRUE"));
+  EXPECT_EQ(windows.boxes[3].details, "Area.500: Far\r\n");
+  answer(form.btnAddSLtoFS, {});
+  EXPECT_EQ(windows.boxes.size(), 1U);
+  EXPECT_TRUE(!drive.exists(paris) && areas() == "Rome+");
+  // A save drops that word, which the original keeps.
+  remove(1, {yes, yes, yes, yes});
+  EXPECT_TRUE(!drive.exists(rome) && areas().empty() && form.lblSceneryTitle.caption->empty());
+  EXPECT_EQ(form.imgScenery.tag, "");
+  putDatabase();
+  drive.write(cfg, area(1, "Rome", "1", "ADDON SCENERY\\Rome"));
+  open();
+  EXPECT_EQ(remove(1, {yes, yes}), 3U);
+}
+
+TEST_F(SceneryTransferTest, AsksBeforeAnAreaGetsItsTwin) {
+  add();
+  drive.write("C:\\Lib\\Scenery\\Paris\\Scenery\\p.bgl", "newer");
+  EXPECT_EQ(answer(form.btnAddSLtoFS, {}), 1U);
+  EXPECT_EQ(drive.read(paris + "Scenery\\p.bgl"), "new");
+  answer(form.btnAddSLtoFS, {no});
+  EXPECT_EQ(drive.read(paris + "Scenery\\p.bgl"), "newer");
+  EXPECT_EQ(form.lstScenery.count(), 4);
+  answer(form.btnAddSLtoFS, {yes});
+  EXPECT_EQ(form.lstScenery.count(), 5);
 }
 
 TEST_F(SceneryTransferTest, DeletesNoFilesOfAnotherAreaOrOfTheSimulator) {
@@ -101,7 +184,9 @@ TEST_F(SceneryTransferTest, DeletesNoFilesOfAnotherAreaOrOfTheSimulator) {
     SCOPED_TRACE(folder);
     drive.write(cfg, area(2, "Bad", "9", folder) + area(1, "Alps", "1", "ADDON SCENERY\\Alps"));
     open();
-    EXPECT_EQ(remove(1, {yes, yes}) > 1, *folder != '\0');
+    EXPECT_EQ(remove(1, {}), 1U);
+    EXPECT_EQ(areas(), "Bad+ Alps+") << "neither files nor area";
+    EXPECT_EQ(remove(1, {yes}), 1U);
     EXPECT_EQ(areas(), "Alps+");
     EXPECT_TRUE(drive.exists(addons + "Alps\\x") && drive.exists("C:\\FS\\Texture"));
   }

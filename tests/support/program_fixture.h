@@ -59,11 +59,15 @@ class RecordingShell : public Shell {
     opened.emplace_back(target);
     return 33;
   }
+  bool hasProgramFor(std::string_view mediaType) override {
+    return wordProcessor || mediaType == "text/html";
+  }
   Outcome editText(std::string_view path) override {
     edited.emplace_back(path);
     return {};
   }
   std::vector<std::string> opened, edited;
+  bool wordProcessor = true;
 };
 
 // Drive C: holds a simulator at C:\FS\ with the Hangar C:\Hangar\, the Packages C:\Packs\ and

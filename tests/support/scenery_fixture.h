@@ -3,6 +3,7 @@
 #pragma once
 
 #include "core/profile.h"
+#include "scenery/scenery_view.h"
 #include "support/program_fixture.h"
 
 namespace skv::test {
@@ -34,7 +35,8 @@ class SceneryTest : public ProgramTest {
            "\r\nLocal=" + folder + "\r\nActive=TRUE\r\n" + more;
   }
   void putDatabase() { drive.write(cfg, database); }
-  void open() { click(form.mnuViewFSScenery); }
+  // What is not saved is lost.
+  void open() { mnuViewFSScenery_Click(app); }
   // Titles from the top, those of active areas with "+".
   std::string areas() const {
     std::string text;

@@ -10,6 +10,8 @@ class ScriptedMail::Message : public MailMessage {
   Message(ScriptedMail& script, FileSystem& files, ScriptedMailItem item)
       : script_(script), files_(files), item_(std::move(item)) {}
   std::string GetSubject() const override { return item_.subject; }
+  std::string GetSender() const override { return item_.sender; }
+  std::uint64_t AttachmentSize(int index) const override { return at(index).content.size(); }
   Result<std::string> GetBody() const override { return script_.answer("GetBody", item_.body); }
   Result<int> AttachmentCount() const override {
     return script_.answer("AttachmentCount", static_cast<int>(item_.attachments.size()));
@@ -57,8 +59,11 @@ class ScriptedMail::Draft : public OutgoingMail {
  public:
   Draft(ScriptedMail& script, FileSystem& files) : script_(script), files_(files) {}
   Outcome AddRecipient(std::string_view displayName, std::string_view address) override {
-    mail.displayName = displayName;
-    return addressed("AddRecipient", address, mail.to);
+    const std::string before = mail.to.empty() ? "" : mail.to + "|";
+    mail.displayName += (before.empty() ? "" : "|") + std::string(displayName);
+    Outcome added = addressed("AddRecipient", address, mail.to);
+    mail.to = before + mail.to;
+    return added;
   }
   Outcome SetFromAddress(std::string_view address) override {
     return addressed("SetFromAddress", address, mail.from);
@@ -135,7 +140,10 @@ class ScriptedMail::Engine : public MailEngine {
     const auto item = find(head);
     if (item == script_.mailbox.end())
       return Outcome::failure(err::mail, "the mail is no longer in the mailbox");
-    return message(*item);
+    if (script_.fetchedSubject.empty()) return message(*item);
+    ScriptedMailItem other = *item;
+    other.subject = script_.fetchedSubject;
+    return message(other);
   }
   Outcome DeleteMail(const MailMessage& head) override {
     if (Outcome failure = connected("DeleteMail", head.GetSubject()); !failure.ok()) return failure;

@@ -19,10 +19,12 @@ struct ScriptedAttachment {
 struct ScriptedMailItem {
   std::string subject, body;
   std::vector<ScriptedAttachment> attachments = {};
+  std::string sender = {};
 };
 
 struct SentMail {
-  std::string to, displayName, from, fromName, subject, body;
+  std::string to, displayName;  // of several with "|" between
+  std::string from, fromName, subject, body;
   std::vector<ScriptedAttachment> attachments;
 };
 
@@ -37,6 +39,9 @@ class ScriptedMail : public MailSystem {
   // Hosts that offer no encryption.
   std::vector<std::string> unencrypted;
   bool closed = true;  // no POP3 connection is open
+
+  // What a number of the server means when the whole mail is fetched; "" what its head says.
+  std::string fetchedSubject;
 
   // Fails the n-th call from now of an operation (1 is the next).
   void failAt(const std::string& operation, int call, Outcome outcome) {

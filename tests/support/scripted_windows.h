@@ -17,6 +17,8 @@ class ScriptedWindows : public ui::Windowing {
  public:
   // Answers to questions, in order; when they run out the answer is Cancel, or No without one.
   std::deque<ui::Answer> answers;
+  // Answers outside the script, by the caption that a box has for Yes.
+  std::map<std::string, ui::Answer> usual{{"Show what was left over", ui::Answer::no}};
   // What the input box gives back, nullopt for Cancel; when they run out the text it was offered.
   std::deque<std::optional<std::string>> inputs;
   // Windows paths that the file dialog gives back; none: the user cancels.
@@ -43,6 +45,7 @@ class ScriptedWindows : public ui::Windowing {
   ui::Answer messageBox(const ui::Box& box) override {
     boxes.push_back(box);
     if (box.buttons == ui::BoxButtons::ok) return ui::Answer::ok;
+    if (const auto answer = usual.find(box.yes); answer != usual.end()) return answer->second;
     if (answers.empty())
       return box.buttons == ui::BoxButtons::yesNo ? ui::Answer::no : ui::Answer::cancel;
     const ui::Answer answer = answers.front();

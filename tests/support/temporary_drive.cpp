@@ -48,7 +48,10 @@ std::string TemporaryDrive::native(const std::string& path) const {
 void TemporaryDrive::write(const std::string& path, const std::string& content) const {
   const fs::path file = native(path);
   fs::create_directories(file.parent_path());
-  std::ofstream(file, std::ios::binary | std::ios::trunc) << content;
+  std::ofstream out(file, std::ios::binary | std::ios::trunc);
+  out << content;
+  out.close();
+  if (!out) throw std::runtime_error("cannot write " + path);
 }
 
 std::string TemporaryDrive::read(const std::string& path) const {

@@ -23,7 +23,7 @@ class TemporaryDrive {
   std::string native() const { return root_ + "/drive_c"; }
   std::string native(const std::string& path) const;
 
-  // Makes the folders above it.
+  // Makes the folders above it. Throws when it cannot, as over a read-only file for all but root.
   void write(const std::string& path, const std::string& content) const;
   // "" for a file that does not exist.
   std::string read(const std::string& path) const;

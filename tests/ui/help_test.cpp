@@ -15,8 +15,9 @@ class HelpTest : public ProgramTest {
 
 TEST_F(HelpTest, ANewerVersionIsOfferedAndOpenedInTheBrowser) {
   web.body = "Newest version: 1.03.0001 <a href=>https://example.org/skv.zip> end";
-  // What follows the first colon begins with a blank here, which sorts before a digit.
-  windows.answers = {ui::Answer::ok};
+  checkForUpdate(app, server);
+  EXPECT_TRUE(holds(windows.boxes.back().text, "A newer version")) << "blanks count for nothing";
+  web.body = "Version:\t1.02.0021";
   checkForUpdate(app, server);
   EXPECT_EQ(windows.boxes.back().text, "Your version is up to date!");
 
@@ -39,10 +40,30 @@ TEST_F(HelpTest, NothingButAWebAddressReachesTheBrowser) {
     checkForUpdate(app, server);
   }
   EXPECT_TRUE(shell.opened.empty());
-  web.body = "<meta name=x:zzzzzzzzz>" + std::string(60000, 'y');
-  windows.answers = {ui::Answer::yes, ui::Answer::ok};
+  web.body = "v:9.99.9999>" + std::string(60000, 'y');
+  windows.answers = {ui::Answer::yes};
   checkForUpdate(app, server);
   EXPECT_LT(windows.boxes.back().text.size(), 500U) << "a page in the server's place";
+}
+
+TEST_F(HelpTest, APageThatIsNoVersionIsNotUpToDate) {
+  for (const char* page :
+       {"", "<html><a href=http://login>", "v:1.0", "v:1.02.002", "v:1.02.002x"}) {
+    web.body = page;
+    checkForUpdate(app, server);
+    EXPECT_TRUE(holds(windows.boxes.back().text, "answered without a version")) << page;
+    EXPECT_EQ(lastCheck(), "") << "the next start looks again";
+  }
+}
+
+TEST_F(HelpTest, TheManualOpensInABrowserWhereThereIsNoWordProcessor) {
+  app.AppDir = "C:\\Program\\";
+  for (const bool wordProcessor : {true, false}) {
+    shell.wordProcessor = wordProcessor;
+    app.frmMain.mnuHelpManual.click();
+  }
+  EXPECT_EQ(shell.opened,
+            (std::vector<std::string>{"C:\\Program\\Skyvault.doc", "C:\\Program\\Skyvault.html"}));
 }
 
 TEST_F(HelpTest, AFailedCheckIsToldAndMadeAgain) {

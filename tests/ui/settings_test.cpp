@@ -1,7 +1,7 @@
 #include "ui/settings.h"
 
 #include "core/long_operation.h"
-#include "support/program_fixture.h"
+#include "support/scenery_fixture.h"
 #include "ui/dialogs/folder_text.h"
 #include "ui/move_packages.h"
 
@@ -92,6 +92,26 @@ TEST_F(SettingsTest, FoldersAreUnderstoodHoweverTheyAreTyped) {
   for (const char* typed : {"", "\\", "Hangar", "C:Hangar", "\\\\server\\share", "C:\\a\\..\\..\\b",
                             "C:\\what?", "C:\\Łódź"})
     EXPECT_FALSE(folderFromText(app, typed).ok()) << typed;
+}
+
+class SettingsOverSceneriesTest : public SceneryTest {};
+
+TEST_F(SettingsOverSceneriesTest, AnOKWhoseQuestionIsCancelledStoresNothing) {
+  storeSettings();
+  const auto before = settings.values;
+  form.lstScenery.select(1);
+  ui::raise(form.lstScenery.moveSelected, 1);
+  windows.onShow[&app.frmSettings] = [this] {
+    app.frmSettings.txtHangarDir.text = "C:\\other";
+    windows.answers = {ui::Answer::cancel, ui::Answer::no};
+    app.frmSettings.btnOK.click();
+    EXPECT_EQ(windows.boxes.size(), 1U);
+    EXPECT_TRUE(app.frmSettings.visible);
+    app.frmSettings.closed();
+  };
+  app.frmMain.mnuFileSettings.click();
+  EXPECT_EQ(settings.values, before);
+  EXPECT_EQ(app.HangarDir, "C:\\Hangar\\");
 }
 
 TEST_F(SettingsTest, WhatCannotBeToldIsNotTheSimulatorsFolder) {

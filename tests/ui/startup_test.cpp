@@ -59,11 +59,54 @@ TEST_F(StartupTest, AnArchiveThatCameByMailSurvivesARunThatWasKilled) {
   EXPECT_EQ(drive.read(mailed), "the only copy");
   files.heal();
   windows.boxes.clear();
+  app.ending = false;
   EXPECT_TRUE(disk.setAttributes(mailed, {.readOnly = true}).ok());
   Form_Load(app);
   EXPECT_EQ(drive.filesIn("C:\\Temp"), (Lines{"mail (2).zip", "mail.zip"}));
   EXPECT_EQ(drive.read("C:\\Temp\\mail (2).zip"), "the only copy");
   expectTold("had installed these archives. They are kept:\r\nC:\\Temp\\mail (2).zip");
+}
+
+TEST_F(StartupTest, AWorkingFolderIsFoundOrTheStartIsOver) {
+  const std::string own = "C:\\cache\\FSSkyvault";
+  drive.write("C:\\cache\\FSSkyvault\\x", "");
+  drive.write("C:\\file", "");
+  app.platform.environment.cacheFolder = own;
+  for (const char* TEMP : {"Q:\\gone", "C:\\file", "/no:name", "C:\\full"}) {
+    app.platform.environment.TEMP = TEMP;
+    files.failWhen("makeFolder", "C:\\full\\SKVInstallTemp", err::diskFull);
+    EXPECT_TRUE(Form_Load(app)) << TEMP;
+    EXPECT_EQ(app.InstallTempDir, own + "\\SKVInstallTemp\\");
+    EXPECT_TRUE(form.visible && form.lstAircraft.count() == 2);
+    EXPECT_TRUE(holds(windows.boxes.back().text, TEMP));
+    expectTold("in this one instead:\r\n" + own);
+  }
+  app.platform.environment.TEMP = "";
+  EXPECT_TRUE(Form_Load(app));
+  EXPECT_TRUE(windows.boxes.empty());
+  EXPECT_EQ(drive.tree(own), (Lines{"SKVInstallTemp\\", "x"}));
+  // It stands, and its disk can only be read.
+  files.failWhen("makeFolder", own + "\\SKVInstallTemp\\probe", err::permissionDenied);
+  for (const std::string& folder : {own, std::string()}) {
+    startAgain();
+    app.platform.environment.cacheFolder = folder;
+    app.platform.environment.nativeCacheFolder = "/home/u/.cache";
+    EXPECT_FALSE(Form_Load(app));
+    EXPECT_TRUE(app.ending && !form.visible);
+    expectTold("cannot work in its own folder:\r\n/home/u/.cache");
+  }
+}
+
+TEST_F(StartupTest, AnEmptyListTellsHowManyAircraftAnImportWouldBring) {
+  drive.remove("C:\\FS\\SKV_AC.lst");
+  for (const char* aircraft : {"a\\aircraft.cfg", "a\\old\\Aircraft.CFG", "b\\panel\\panel.cfg",
+                               "~SKVUnfinished\\c\\aircraft.cfg", "group\\d\\aircraft.cfg"})
+    drive.write("C:\\FS\\aircraft\\" + std::string(aircraft), "");
+  drive.link("C:\\FS\\aircraft\\group\\circle", drive.native("C:\\FS\\aircraft"));
+  Form_Load(app);
+  EXPECT_TRUE(holds(form.lstAircraft.emptyText, "3 aircraft stand in the simulator"));
+  form.mnuFileImportAC.click();
+  EXPECT_EQ(form.lstAircraft.count(), 3);
 }
 
 TEST_F(StartupTest, TheRememberedRowIsTheAircraft) {
@@ -179,7 +222,10 @@ TEST_F(StartupTest, ADriveThatIsNoLongerTheProgramsOwnIsAskedAbout) {
 
 TEST_F(StartupTest, NothingIsMadeWhereTheSimulatorsDiskIsAway) {
   ASSERT_TRUE(disk.makeFolder("C:\\mnt").ok());
-  for (const std::string away : {"C:\\mnt\\FS\\", "C:\\Gone\\FS\\"}) {
+  drive.write("C:\\Program\\SKV_PN.lst", line("kept", "C:\\p\\"));
+  drive.link("C:\\dangling", "nowhere");
+  for (const std::string away : {"C:\\dangling\\FS\\", "C:\\mnt\\FS\\", "C:\\Gone\\FS\\"}) {
+    app.FSRoot = app.HangarDir = app.PacksDir = app.SceneryPacksPath = "";
     settings.values["General/FSRoot"] = away;
     settings.values["General/HangarDir"] = away + "Hangar\\";
     settings.values["General/PacksDir"] = away + "Packs\\";
@@ -189,6 +235,7 @@ TEST_F(StartupTest, NothingIsMadeWhereTheSimulatorsDiskIsAway) {
     EXPECT_TRUE(drive.tree("C:\\mnt").empty() && !drive.exists("C:\\Gone"));
     EXPECT_TRUE(holds(form.lblStatus.notice, away + " is not there"));
     EXPECT_TRUE(holds(form.lblStatus.notice, "F2"));
+    EXPECT_TRUE(windows.boxes.empty()) << away;
   }
   settings.values["General/PacksDir"] = "C:\\FS\\deep\\Packs\\";
   Form_Load(app);
@@ -212,11 +259,25 @@ TEST_F(StartupTest, ACloseRequestDuringAnOperationAsks) {
 
 TEST_F(StartupTest, AFirstStartLeadsThroughTheSettings) {
   settings.values.clear();
-  atSettings([this] { Form_Unload(app); });
-  Form_Load(app);
-  EXPECT_FALSE(form.visible || app.frmSplash.visible) << "closed: the start is over";
-  EXPECT_EQ(settings.values.count("General/AppVersion"), 0U);
-  app.ending = false;
+  for (const char* lacking : {"FSRoot", "HangarDir", "PacksDir"}) {
+    settingsShown = 0;
+    if (*lacking != 'F') storeSettings();
+    settings.values.erase("General/" + std::string(lacking));
+    const auto before = settings.values;
+    atSettings([this] {
+      EXPECT_TRUE(app.frmSettings.btnQuit.visible);
+      app.FSRoot = "C:\\FS\\";  // browsed for, and not accepted
+      app.frmSettings.closed();
+    });
+    EXPECT_TRUE(Form_Load(app));
+    EXPECT_FALSE(form.visible || app.frmSplash.visible) << "closed: the start is over";
+    EXPECT_EQ(settingsShown, 1);
+    EXPECT_TRUE(app.ending);
+    EXPECT_EQ(settings.values.count("General/AppVersion"), before.count("General/AppVersion"));
+    app.ending = false;
+  }
+  settings.values.clear();
+  settingsShown = 1;
   atSettings([this] {
     EXPECT_FALSE(form.visible);
     EXPECT_EQ(app.frmSettings.txtFSRoot.text, "C:\\Program Files\\Microsoft Games\\FS2002\\");

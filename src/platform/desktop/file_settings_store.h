@@ -1,22 +1,17 @@
-// The settings in one text file, readable by its user alone:
-//
-//   [General]
-//   HangarDir=C:\Hangar
-//
-// Sections and keys match without regard to case. What would break a line is written as %XX.
+// The settings in one text file, readable by its user alone.
 #pragma once
 
-#include <map>
 #include <string>
 
+#include "platform/desktop/settings_text.h"
 #include "platform/platform.h"
 
 namespace skv {
 
 class FileSettingsStore : public SettingsStore {
  public:
-  // `file`: native path. A missing file is an empty store, and a line that is no setting is passed
-  // over.
+  // `file`: native path. A missing or empty file is an empty store; one without any setting in it
+  // counts as one that cannot be read.
   explicit FileSettingsStore(std::string file);
   // Below the user's configuration folder.
   static std::string defaultFile();
@@ -29,21 +24,12 @@ class FileSettingsStore : public SettingsStore {
   Outcome writeTogether(std::span<const StoredValue> values) override;
 
  private:
-  struct Entry {
-    std::string key, value;
-  };
-  struct Section {
-    std::string name;
-    std::map<std::string, Entry> entries;  // by upper-cased key
-  };
-  using Sections = std::map<std::string, Section>;  // by upper-cased name
   void readAnew();
-  Result<Sections> load() const;
-  static Sections parse(const std::string& bytes);
-  Outcome save(const Sections& sections) const;
+  Result<SettingsText> load() const;
+  Outcome save(const std::string& bytes) const;
 
   const std::string file_;
-  Sections sections_;
+  SettingsText text_;
   Outcome state_;  // of the last attempt to read them
 };
 

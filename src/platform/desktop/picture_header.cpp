@@ -2,7 +2,8 @@
 
 #include <QByteArray>
 #include <algorithm>
-#include <cstdlib>
+
+#include "platform/desktop/bitmap_file.h"
 
 namespace skv {
 
@@ -27,10 +28,17 @@ class Numbers {
     const int high = byte();
     return high << 8 | byte();
   }
-  // Two's complement.
+  int little24() {
+    const int low = little16();
+    return low | byte() << 16;
+  }
   qint64 little32() {
-    const auto low = static_cast<unsigned>(little16());
-    return static_cast<qint32>(low | static_cast<unsigned>(little16()) << 16);
+    const qint64 low = little16();
+    return low | qint64{little16()} << 16;
+  }
+  qint64 big32() {
+    const qint64 high = big16();
+    return high << 16 | big16();
   }
   void skip(qint64 bytes) { ended_ = ended_ || !file_.seek(file_.pos() + bytes) || file_.atEnd(); }
 
@@ -95,20 +103,36 @@ Header gifHeader(Numbers& numbers) {
   return std::nullopt;
 }
 
-Header bmpHeader(Numbers& numbers) {
-  numbers.skip(12);
-  if (numbers.little32() == 12) {  // OS/2
-    const int width = numbers.little16();
-    return sized(PictureKind::bmp, width, numbers.little16());
+// The first chunk tells the size.
+Header pngHeader(Numbers& numbers) {
+  numbers.skip(8);  // its length and name
+  const qint64 width = numbers.big32();
+  return sized(PictureKind::png, width, numbers.big32());
+}
+
+// By the first chunk: of an extended file, one without loss, or a plain one.
+Header webpHeader(QIODevice& file, Numbers& numbers) {
+  const QByteArray chunk = file.read(4);
+  numbers.skip(4);  // its length
+  if (chunk == "VP8X") {
+    numbers.skip(4);
+    const qint64 width = numbers.little24() + 1;
+    return sized(PictureKind::webp, width, numbers.little24() + 1);
   }
-  const qint64 width = numbers.little32();
-  const qint64 height = std::abs(numbers.little32());  // below zero when top-down
-  numbers.skip(2);
-  const int depth = numbers.little16();
-  numbers.skip(16);
-  // The decoder would tell the terminal of each colour too many.
-  if (depth == 1 && numbers.little32() > 2) return std::nullopt;
-  return sized(PictureKind::bmp, width, height);
+  if (chunk == "VP8L") {
+    numbers.skip(1);
+    const qint64 sizes = numbers.little32();
+    return sized(PictureKind::webp, (sizes & 0x3FFF) + 1, (sizes >> 14 & 0x3FFF) + 1);
+  }
+  if (chunk != "VP8 ") return std::nullopt;
+  numbers.skip(6);
+  const int width = numbers.little16() & 0x3FFF;
+  return sized(PictureKind::webp, width, numbers.little16() & 0x3FFF);
+}
+
+Header bmpHeader(QIODevice& file) {
+  const auto header = bitmapHeader(file);
+  return header ? sized(PictureKind::bmp, header->width, header->height) : std::nullopt;
 }
 
 bool isMetafile(const QByteArray& begin) {
@@ -119,12 +143,17 @@ bool isMetafile(const QByteArray& begin) {
 }
 
 Header headerOf(QIODevice& file) {
-  const QByteArray begin = file.read(6);
+  constexpr qint64 longestMark = 12;
+  const QByteArray begin = file.read(longestMark);
   Numbers numbers(file);
+  const auto behind = [&file](qint64 mark) { return file.seek(mark); };
   if (isMetafile(begin)) return PictureHeader{PictureKind::metafile, 0, 0, 0, 0};
-  if (begin == "GIF87a" || begin == "GIF89a") return gifHeader(numbers);
-  if (begin.startsWith("\xFF\xD8\xFF")) return file.seek(2) ? jpegHeader(numbers) : std::nullopt;
-  if (begin.startsWith("BM")) return file.seek(2) ? bmpHeader(numbers) : std::nullopt;
+  if (begin.startsWith("GIF87a") || begin.startsWith("GIF89a"))
+    return behind(6) ? gifHeader(numbers) : std::nullopt;
+  if (begin.startsWith("\xFF\xD8\xFF")) return behind(2) ? jpegHeader(numbers) : std::nullopt;
+  if (begin.startsWith("\x89PNG\r\n\x1A\n")) return behind(8) ? pngHeader(numbers) : std::nullopt;
+  if (begin.startsWith("RIFF") && begin.endsWith("WEBP")) return webpHeader(file, numbers);
+  if (begin.startsWith("BM")) return bmpHeader(file);
   return std::nullopt;
 }
 

@@ -6,7 +6,7 @@
 
 namespace skv {
 
-enum class PictureKind { jpeg, gif, bmp, metafile };
+enum class PictureKind { jpeg, png, webp, gif, bmp, metafile };
 
 struct PictureHeader {
   PictureKind kind = PictureKind::jpeg;

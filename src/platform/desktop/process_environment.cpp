@@ -1,6 +1,7 @@
 #include "platform/desktop/process_environment.h"
 
 #include <filesystem>
+#include <utility>
 
 #include "base/text.h"
 #include "platform/disk/user_folders.h"
@@ -34,9 +35,12 @@ Environment processEnvironment(const DriveFileSystem& files) {
   environment.home = files.windowsPath(homeFolder());
   if (const char own = files.ownDrive(); own != 0) environment.ownDrive = upper({&own, 1});
   environment.TEMP = environmentValue("TEMP");
-  if (environment.TEMP.starts_with('/')) environment.TEMP = files.windowsPath(environment.TEMP);
-  if (environment.TEMP.empty() && makePrivateFolder(cacheFolder()))
-    environment.TEMP = files.windowsPath(cacheFolder());
+  if (environment.TEMP.starts_with('/'))
+    if (std::string path = files.windowsPath(environment.TEMP); !path.empty())
+      environment.TEMP = std::move(path);
+  environment.nativeCacheFolder = cacheFolder();
+  if (makePrivateFolder(environment.nativeCacheFolder))
+    environment.cacheFolder = files.windowsPath(environment.nativeCacheFolder);
   return environment;
 }
 

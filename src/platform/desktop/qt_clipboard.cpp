@@ -1,14 +1,13 @@
 #include "platform/desktop/qt_clipboard.h"
 
-#include <QBuffer>
 #include <QClipboard>
 #include <QElapsedTimer>
 #include <QGuiApplication>
 #include <QImage>
-#include <QImageReader>
 #include <QMimeData>
 #include <new>
 
+#include "platform/desktop/picture_decoder.h"
 #include "platform/desktop/qt_pixels.h"
 
 namespace skv {
@@ -16,37 +15,22 @@ namespace skv {
 namespace {
 
 // What programs offer one picture as, those without loss first.
-constexpr const char* pictureTypes[] = {"image/png",  "image/bmp", "image/x-bmp", "image/x-ms-bmp",
-                                        "image/tiff", "image/gif", "image/webp",  "image/jpeg"};
+constexpr const char* pictureTypes[] = {"image/png", "image/bmp",  "image/x-bmp", "image/x-ms-bmp",
+                                        "image/gif", "image/webp", "image/jpeg"};
 // A program that does not answer is waited for by Qt, some seconds for each question. After this
 // time it is asked no other.
 constexpr qint64 patience = 4000;
 
-Outcome tooLarge() { return Outcome::failure(err::invalidPicture, "more than 100 million pixels"); }
-
-long long pixelCount(QSize size) {
-  return static_cast<long long>(size.width()) * static_cast<long long>(size.height());
-}
-
-Result<QImage> decoded(QByteArray bytes) {
-  QBuffer buffer(&bytes);
-  QImageReader reader(&buffer);
-  reader.setAutoTransform(true);
-  if (pixelCount(reader.size()) > mostPixels) return tooLarge();
-  QImage image = reader.read();
-  if (image.isNull()) return Outcome::failure(err::invalidPicture);
-  return image;
-}
-
 // What this program has put there itself.
-Result<QImage> own(const QMimeData& data) {
+Result<Pixels> own(const QMimeData& data) {
   const auto image = qvariant_cast<QImage>(data.imageData());
   if (image.isNull()) return Outcome::failure(err::invalidClipboardFormat);
-  if (pixelCount(image.size()) > mostPixels) return tooLarge();
-  return image;
+  if (qint64{image.width()} * image.height() > mostPixels)
+    return Outcome::failure(err::invalidPicture, "more than 100 million pixels");
+  return pixelsOf(image);
 }
 
-Result<QImage> offered(const QMimeData& data) {
+Result<Pixels> offered(const QMimeData& data) {
   QElapsedTimer waited;
   waited.start();
   const QStringList offers = data.formats();
@@ -56,9 +40,9 @@ Result<QImage> offered(const QMimeData& data) {
     for (const QString& offer : offers) {
       if (offer.compare(QLatin1String(type), Qt::CaseInsensitive) != 0) continue;
       if (waited.elapsed() > patience) return why;
-      auto image = decoded(data.data(offer));
-      if (image.ok()) return image;
-      why = image.outcome();
+      auto picture = decodePicture(data.data(offer), "the clipboard");
+      if (picture.ok()) return picture;
+      why = picture.outcome();
     }
   return why;
 }
@@ -69,9 +53,7 @@ Result<Pixels> QtClipboard::picture() {
   const QMimeData* data = QGuiApplication::clipboard()->mimeData();
   if (!data) return Outcome::failure(err::invalidClipboardFormat);
   try {
-    const auto image = offered(*data);
-    if (!image.ok()) return image.outcome();
-    return pixelsOf(image.value());
+    return offered(*data);
   } catch (const std::bad_alloc&) {
     return Outcome::failure(err::invalidPicture, "there is not enough memory for it");
   }

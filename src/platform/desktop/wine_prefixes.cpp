@@ -19,15 +19,26 @@ constexpr std::streamsize longestFile = 1 << 20;
 
 class Prefixes {
  public:
+  // Proton's own is in the folder that its launchers call the prefix.
   void add(const fs::path& prefix) {
-    std::error_code error;
-    if (!fs::is_directory(prefix / "dosdevices", error)) return;
-    const fs::path real = fs::canonical(prefix, error);
-    if (!error && seen_.insert(real.string()).second) found_.push_back(real.string());
+    if (!addPlain(prefix)) addPlain(prefix / "pfx");
+  }
+  // The prefix in which a native path lies, if it lies in one.
+  void addAround(fs::path path) {
+    for (; path.has_relative_path(); path = path.parent_path())
+      if (path.filename() == "drive_c") add(path.parent_path());
   }
   std::vector<std::string> found() && { return std::move(found_); }
 
  private:
+  bool addPlain(const fs::path& prefix) {
+    std::error_code error;
+    if (!fs::is_directory(prefix / "dosdevices", error)) return false;
+    const fs::path real = fs::canonical(prefix, error);
+    if (!error && seen_.insert(real.string()).second) found_.push_back(real.string());
+    return true;
+  }
+
   std::unordered_set<std::string> seen_;
   std::vector<std::string> found_;
 };
@@ -57,26 +68,53 @@ std::vector<std::string> linesOf(const fs::path& file) {
   return split(text, '\n');
 }
 
-// The value of a line `prefix: /home/u/Games/fs2002`, whatever quotes stand around it.
-std::string lutrisPrefix(const std::string& line) {
+// Where a value of a YAML file leads, whatever quotes stand around it; "" when the line is not that
+// of the key, or the value no full path.
+fs::path pathOf(const std::string& line, std::string_view key, const fs::path& home) {
   std::string value = trim(line);
-  if (!value.starts_with("prefix:")) return {};
-  value = trim(value.substr(7));
+  if (!value.starts_with(key) || value.substr(key.size(), 1) != ":") return {};
+  value = trim(value.substr(key.size() + 1));
   for (const char quote : {'"', '\''})
     if (value.size() > 1 && value.front() == quote && value.back() == quote)
       value = value.substr(1, value.size() - 2);
-  return value;
+  if (value.starts_with("~/")) return home / value.substr(2);
+  return value.starts_with('/') ? fs::path(value) : fs::path();
 }
 
-void addLutris(Prefixes& prefixes, const fs::path& home, const fs::path& config,
-               const fs::path& data) {
-  for (const fs::path& games : {config / "lutris/games", data / "lutris/games"})
-    for (const fs::path& game : entriesOf(games)) {
-      if (game.extension() != ".yml") continue;
-      for (const std::string& line : linesOf(game)) {
-        std::string prefix = lutrisPrefix(line);
-        if (prefix.starts_with("~/")) prefix = home / prefix.substr(2);
-        if (prefix.starts_with('/')) prefixes.add(prefix);
+// Files for the games, for those of one runner and for all: each may name a prefix, the program in
+// it, or the folder in which prefixes are made.
+void addLutris(Prefixes& prefixes, const fs::path& home, const fs::path& folder) {
+  std::vector<fs::path> files = {folder / "system.yml"};
+  for (const char* kind : {"games", "runners"})
+    for (const fs::path& file : entriesOf(folder / kind))
+      if (file.extension() == ".yml") files.push_back(file);
+  for (const fs::path& file : files)
+    for (const std::string& line : linesOf(file)) {
+      if (const fs::path path = pathOf(line, "prefix", home); !path.empty()) prefixes.add(path);
+      if (const fs::path path = pathOf(line, "exe", home); !path.empty()) prefixes.addAround(path);
+      if (const fs::path path = pathOf(line, "game_path", home); !path.empty())
+        addEach(prefixes, path);
+    }
+}
+
+void addBottles(Prefixes& prefixes, const fs::path& home, const fs::path& folder) {
+  addEach(prefixes, folder / "bottles");
+  for (const std::string& line : linesOf(folder / "data.yml"))
+    if (const fs::path path = pathOf(line, "custom_bottles_path", home); !path.empty())
+      addEach(prefixes, path);
+}
+
+// Its JSON files name prefixes, and the folder in which they are made.
+void addHeroic(Prefixes& prefixes, const fs::path& config) {
+  std::vector<fs::path> files = entriesOf(config / "GamesConfig");
+  files.push_back(config / "config.json");
+  for (const fs::path& file : files)
+    for (const std::string& line : linesOf(file)) {
+      const auto pieces = split(line, '"');  // a name and its text are three apart
+      for (std::size_t i = 1; i + 2 < pieces.size(); ++i) {
+        if (!pieces[i + 2].starts_with('/')) continue;
+        if (pieces[i] == "winePrefix") prefixes.add(pieces[i + 2]);
+        if (pieces[i] == "defaultWinePrefix") addEach(prefixes, pieces[i + 2]);
       }
     }
 }
@@ -93,16 +131,22 @@ void addSteam(Prefixes& prefixes, const fs::path& steam) {
     if (const std::string library = steamLibrary(line); library.starts_with('/'))
       libraries.emplace_back(library);
   for (const fs::path& library : libraries)
-    for (const fs::path& game : entriesOf(library / "steamapps/compatdata"))
-      prefixes.add(game / "pfx");
+    for (const fs::path& game : entriesOf(library / "steamapps/compatdata")) prefixes.add(game);
+}
+
+void addPlayOnLinux(Prefixes& prefixes, const fs::path& home) {
+  addEach(prefixes, home / ".PlayOnLinux/wineprefix");
+  addEach(prefixes, home / ".Phoenicis/containers/wineprefix");
 }
 
 // The programs whose files lie below a home of their own: the user's, or that of a Flatpak.
 void addOfHome(Prefixes& prefixes, const fs::path& home, const fs::path& config,
                const fs::path& data) {
   addEach(prefixes, data / "wineprefixes");
-  addLutris(prefixes, home, config, data);
-  addEach(prefixes, data / "bottles/bottles");
+  prefixes.add(data / "wine");  // of Wine as a Flatpak
+  for (const fs::path& folder : {config, data}) addLutris(prefixes, home, folder / "lutris");
+  addBottles(prefixes, home, data / "bottles");
+  addHeroic(prefixes, config / "heroic");
   addSteam(prefixes, data / "Steam");
 }
 
@@ -120,17 +164,22 @@ std::vector<std::string> winePrefixes() {
   prefixes.add(home / ".wine");
   for (const fs::path& entry : entriesOf(home))
     if (entry.filename().string().starts_with(".wine")) prefixes.add(entry);
-  addEach(prefixes, home / "Games");
+  for (const char* folder :
+       {"Games", "Games/umu", "Games/Heroic/Prefixes", "Games/Heroic/Prefixes/default"})
+    addEach(prefixes, home / folder);
   addOfHome(prefixes, home, folderFrom("XDG_CONFIG_HOME", home / ".config"),
             folderFrom("XDG_DATA_HOME", home / ".local/share"));
-  addEach(prefixes, home / ".PlayOnLinux/wineprefix");
-  addEach(prefixes, home / ".Phoenicis/containers/wineprefix");
+  addPlayOnLinux(prefixes, home);
   addEach(prefixes, home / ".cxoffice");
   for (const char* steam : {".steam/steam", ".steam/root", "snap/steam/common/.local/share/Steam"})
     addSteam(prefixes, home / steam);
-  // A Flatpak's home is the user's; only its configuration and data lie apart.
-  for (const fs::path& app : entriesOf(home / ".var/app"))
+  // A Flatpak's home is the user's; its configuration and data lie apart, and with some of them the
+  // hidden folders that they would make in the home.
+  for (const fs::path& app : entriesOf(home / ".var/app")) {
     addOfHome(prefixes, home, app / "config", app / "data");
+    prefixes.add(app / ".wine");
+    addPlayOnLinux(prefixes, app);
+  }
   addSteam(prefixes, home / ".var/app/com.valvesoftware.Steam/.local/share/Steam");
   return std::move(prefixes).found();
 }

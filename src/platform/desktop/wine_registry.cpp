@@ -64,18 +64,15 @@ std::optional<std::string> takeQuoted(std::string_view& rest, char end) {
     const char c = rest.front();
     rest.remove_prefix(1);
     if (c == end) return text.substr(0, length.value_or(text.size()));
-    if (c != '\\' || rest.empty()) {
-      text += c;
-      continue;
-    }
-    const char escaped = rest.front();
-    rest.remove_prefix(1);
-    if (escaped == 'x')
+    const bool escapes = c == '\\' && !rest.empty();
+    const char meant = escapes ? rest.front() : c;
+    if (escapes) rest.remove_prefix(1);
+    const std::size_t before = text.size();
+    if (escapes && meant == 'x')
       appendUtf8(text, takeHex(rest));
-    else if (escaped == '0')
-      length = length.value_or(text.size());
     else
-      text += escaped;
+      text += escapes && meant == '0' ? '\0' : meant;
+    if (text.back() == '\0' && !length) length = before;
   }
   return {};
 }

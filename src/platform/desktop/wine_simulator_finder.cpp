@@ -25,14 +25,15 @@ constexpr const char* registryKeys[] = {
 };
 constexpr const char* registryName = "EXE Path";
 
-// Below a drive: where the setup puts it, and where people do.
+// Below a drive: where the setup puts it, and where people do. Each may have either name.
 constexpr const char* usualFolders[] = {
-    R"(Program Files\Microsoft Games\FS2002\)",
-    R"(Program Files (x86)\Microsoft Games\FS2002\)",
-    R"(Microsoft Games\FS2002\)",
-    R"(Games\FS2002\)",
-    R"(FS2002\)",
+    R"(Program Files\Microsoft Games\)",
+    R"(Program Files (x86)\Microsoft Games\)",
+    R"(Microsoft Games\)",
+    R"(Games\)",
+    "",
 };
+constexpr const char* usualNames[] = {R"(FS2002\)", R"(Flight Simulator 2002\)"};
 
 // A start waits no longer for what does not answer.
 constexpr std::chrono::seconds patience{3};
@@ -69,7 +70,10 @@ void lookAtUsualFolders(Found& found, const FileSystem& drives) {
   for (char drive = 'C'; drive <= 'Z'; ++drive) {
     const std::string root = {drive, ':', '\\'};
     if (!drives.attributes(root).ok()) continue;
-    for (const char* folder : usualFolders) found.look(drives, root + folder);
+    for (const std::string folder : usualFolders) {
+      if (!drives.attributes(root + folder).ok()) continue;
+      for (const char* name : usualNames) found.look(drives, root + folder + name);
+    }
   }
 }
 

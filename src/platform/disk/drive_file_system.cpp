@@ -6,6 +6,7 @@
 #include <filesystem>
 
 #include "platform/disk/dos_attributes.h"
+#include "platform/disk/hidden_files.h"
 
 namespace skv {
 
@@ -141,7 +142,7 @@ bool removeLeftovers(const std::string& native) {
   std::vector<std::string> leftovers;
   FolderReader reader(folder.get());
   while (const dirent64* entry = reader.next()) {
-    if (!isLeftoverName(entry->d_name)) return false;
+    if (!isHiddenName(entry->d_name)) return false;
     leftovers.emplace_back(entry->d_name);
   }
   for (const std::string& name : leftovers)

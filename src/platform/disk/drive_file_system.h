@@ -11,6 +11,7 @@
 //   drives, user_folders   where the drive links are, and a user's own folders
 //   dos_attributes         hidden, system, archive and read-only on a disk that has none of them
 //   file_writer            a file that has no name until it is whole
+//   hidden_files           the hidden names of such files elsewhere, and what a killed run left
 //   file_copy              the content of one open file into another
 //   native_calls, os_error the system's calls, and their failures as outcomes
 #pragma once

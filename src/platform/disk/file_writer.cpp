@@ -2,49 +2,41 @@
 
 #include <unistd.h>
 
-#include <algorithm>
-#include <array>
-#include <cstdio>
-#include <cstdlib>
-#include <random>
+#include "platform/disk/hidden_files.h"
 
 namespace skv {
-
-namespace {
-
-constexpr std::string_view hiddenStart = ".skv-", hiddenEnd = ".tmp";
-constexpr std::size_t digits = 16;
-
-std::string someHiddenName() {
-  std::random_device random;
-  std::array<char, digits + 1> number;
-  std::snprintf(number.data(), number.size(), "%08x%08x", random(), random());
-  return std::string(hiddenStart) + number.data() + std::string(hiddenEnd);
-}
-
-}  // namespace
-
-bool isLeftoverName(std::string_view name) {
-  return name.size() == hiddenStart.size() + digits + hiddenEnd.size() &&
-         name.starts_with(hiddenStart) && name.ends_with(hiddenEnd) &&
-         name.substr(hiddenStart.size(), digits).find_first_not_of("0123456789abcdef") ==
-             std::string_view::npos;
-}
 
 PendingFile::PendingFile(std::string folder) : folder_(std::move(folder)) {
   constexpr mode_t mode = 0666;
   // Without a name nothing is left when the program is killed. Not every disk has that.
   fd_ = openFile(folder_, O_TMPFILE | O_RDWR, mode);
   if (fd_.valid()) return;
-  do {
-    hiddenName_ = folder_ + "/" + someHiddenName();
-    fd_ = openFile(hiddenName_, O_CREAT | O_EXCL | O_RDWR | O_NOFOLLOW, mode);
-  } while (!fd_.valid() && errno == EEXIST);
-  if (!fd_.valid()) hiddenName_.clear();
+  const int error = takeHiddenName([this](const std::string& name) {
+    fd_ = openFile(name, O_CREAT | O_EXCL | O_RDWR | O_NOFOLLOW, mode);
+    return fd_.valid() ? 0 : errno;
+  });
+  errno = error;
 }
 
 PendingFile::~PendingFile() {
-  if (!hiddenName_.empty()) ::unlink(hiddenName_.c_str());
+  if (hiddenName_.empty()) return;
+  ::unlink(hiddenName_.c_str());
+  HiddenFiles::end();
+}
+
+template <class Make>
+int PendingFile::takeHiddenName(Make make) {
+  for (;;) {
+    std::string name = folder_ + "/" + someHiddenName();
+    HiddenFiles::begin(name);
+    const int error = make(name);
+    if (error == 0) {
+      hiddenName_ = std::move(name);
+      return 0;
+    }
+    HiddenFiles::end();
+    if (error != EEXIST) return error;
+  }
 }
 
 int PendingFile::flush() {
@@ -71,7 +63,13 @@ int PendingFile::publish(const std::string& name, bool replace) {
     });
   }
   if (nameless) {
-    if (const int error = takeHiddenName()) return error;
+    const std::string opened = "/proc/self/fd/" + std::to_string(fd_.get());
+    const int error = takeHiddenName([&](const std::string& hidden) {
+      return errorOf([&] {
+        return ::linkat(AT_FDCWD, opened.c_str(), AT_FDCWD, hidden.c_str(), AT_SYMLINK_FOLLOW);
+      });
+    });
+    if (error != 0) return error;
   }
   const auto rename = [&](unsigned flags) {
     return errorOf([&] {
@@ -80,20 +78,10 @@ int PendingFile::publish(const std::string& name, bool replace) {
   };
   int error = rename(replace ? 0 : RENAME_NOREPLACE);
   if (error == EINVAL && !replace) error = rename(0);
-  if (error == 0) hiddenName_.clear();
-  return error;
-}
-
-int PendingFile::takeHiddenName() {
-  const std::string opened = "/proc/self/fd/" + std::to_string(fd_.get());
-  int error = 0;
-  do {
-    const std::string name = folder_ + "/" + someHiddenName();
-    error = errorOf([&] {
-      return ::linkat(AT_FDCWD, opened.c_str(), AT_FDCWD, name.c_str(), AT_SYMLINK_FOLLOW);
-    });
-    if (error == 0) hiddenName_ = name;
-  } while (error == EEXIST);
+  if (error == 0) {
+    hiddenName_.clear();
+    HiddenFiles::end();
+  }
   return error;
 }
 

@@ -3,14 +3,10 @@
 
 #include <span>
 #include <string>
-#include <string_view>
 
 #include "platform/disk/native_calls.h"
 
 namespace skv {
-
-// Whether a name is one that an unfinished file may have had when its maker was killed.
-bool isLeftoverName(std::string_view name);
 
 class PendingFile {
  public:
@@ -37,7 +33,9 @@ class PendingFile {
   int flushFolder() const;
 
  private:
-  int takeHiddenName();
+  // `make` gives the file the name, and answers with 0 or the system's error number.
+  template <class Make>
+  int takeHiddenName(Make make);
   int settle() const;
 
   std::string folder_;

@@ -38,6 +38,14 @@ class LocalBundle : public MailBundle {
     Face(const LocalBundle& bundle, int index) : bundle_(bundle), index_(index) {}
 
     std::string GetSubject() const override { return bundle_.found(index_).subject; }
+    std::string GetSender() const override {
+      const auto mail = bundle_.opened(index_);
+      return mail.ok() ? mail.value()->GetSender() : std::string();
+    }
+    std::uint64_t AttachmentSize(int attachment) const override {
+      const auto mail = bundle_.opened(index_);
+      return mail.ok() ? mail.value()->AttachmentSize(attachment) : 0;
+    }
     Result<std::string> GetBody() const override {
       const auto mail = bundle_.opened(index_);
       if (!mail.ok()) return mail.outcome();

@@ -90,12 +90,8 @@ class ReceivedMail : public MailMessage {
         files_(files),
         pulse_(pulse) {}
 
-  std::string GetSubject() const override {
-    char* headers = g_mime_object_get_headers(GMIME_OBJECT(message_.get()), nullptr);
-    std::string subject = decodedHeader(headerIn(orEmpty(headers), "Subject"));
-    g_free(headers);
-    return subject;
-  }
+  std::string GetSubject() const override { return header("Subject"); }
+  std::string GetSender() const override { return header("From"); }
 
   Result<std::string> GetBody() const override {
     if (parts_.text == nullptr) return std::string();
@@ -118,6 +114,12 @@ class ReceivedMail : public MailMessage {
     return lastElement(at(index).name);
   }
 
+  std::uint64_t AttachmentSize(int index) const override {
+    if (!has(index)) return 0;
+    const auto [begin, end] = at(index).range;
+    return at(index).uuencoded ? (end - begin) * 3 / 4 : likelyLength(at(index).part);
+  }
+
   Outcome SaveAttachment(int index, std::string_view folder) const override {
     if (!has(index)) return Outcome::failure(err::invalidProcedureCall);
     const std::string name = lastElement(at(index).name);
@@ -135,6 +137,12 @@ class ReceivedMail : public MailMessage {
   }
 
  private:
+  std::string header(const char* name) const {
+    char* headers = g_mime_object_get_headers(GMIME_OBJECT(message_.get()), nullptr);
+    std::string value = decodedHeader(headerIn(orEmpty(headers), name));
+    g_free(headers);
+    return value;
+  }
   bool has(int index) const {
     return index >= 0 && index < static_cast<int>(parts_.attachments.size());
   }
@@ -207,7 +215,9 @@ class ReceivedMail : public MailMessage {
     GMimeDataWrapper* content = g_mime_part_get_content(part);
     if (content == nullptr) return 0;
     const auto raw = g_mime_stream_length(g_mime_data_wrapper_get_stream(content));
-    return raw < 0 ? 0 : static_cast<std::uint64_t>(raw) * 3 / 4;
+    if (raw < 0) return 0;
+    return isBase64(part) ? static_cast<std::uint64_t>(raw) * 3 / 4
+                          : static_cast<std::uint64_t>(raw);
   }
 
   Outcome writePart(const MailPart& attachment, FileWriter& file) const {

@@ -3,8 +3,10 @@
 //   skyvault-wmf [LONGEST SIDE] <picture.wmf >picture.ppm
 //
 // The picture comes in its own size, no larger than that many pixels, on white. Nothing is written
-// when the metafile cannot be drawn.
+// when the metafile cannot be drawn. Where the kernel cannot keep this process to the fonts, the
+// picture has no letters.
 #include <libwmf/api.h>
+#include <libwmf/font.h>
 #include <libwmf/gd.h>
 #include <unistd.h>
 
@@ -52,11 +54,17 @@ void measure(skv::Metafile& metafile, const wmfD_Rect& drawn, int longestSide) {
   metafile.height = std::max(1, static_cast<int>(height * scale));
 }
 
+// What draws, for a metafile with fonts and without text: those are not looked for.
+void drawWithoutLetters(wmfAPI* api) {
+  wmf_gd_function(api);
+  static_cast<wmfFontData*>(api->font_data)->map = [](wmfAPI*, wmfFont*) {};
+}
+
 // As pixels of red, green, blue behind their header; "" when it cannot be drawn.
-std::string draw(skv::Metafile metafile, int longestSide) {
+std::string draw(skv::Metafile metafile, int longestSide, bool letters) {
   wmfAPI* api = nullptr;
   wmfAPI_Options options{};
-  options.function = wmf_gd_function;
+  options.function = letters ? wmf_gd_function : drawWithoutLetters;
   if (wmf_api_create(&api, WMF_OPT_FUNCTION | WMF_OPT_NO_ERROR | WMF_OPT_IGNORE_NONFATAL,
                      &options) != wmf_E_None)
     return {};
@@ -91,14 +99,16 @@ std::string draw(skv::Metafile metafile, int longestSide) {
 }  // namespace
 
 int main(int argc, char** argv) {
-  if (!skv::confine()) return 2;
+  const skv::Confinement confinement = skv::confine();
+  if (confinement == skv::Confinement::failed) return 2;
+  const bool letters = confinement == skv::Confinement::withFonts;
   const int wished = argc > 1 ? std::atoi(argv[1]) : 0;
   const int longestSide = wished > 0 ? std::min(wished, mostSide) : mostSide;
   const auto file = wholeInput();
   if (file.size() > mostBytes) return 1;
-  const auto metafile = skv::readMetafile(file, longestSide);
+  const auto metafile = skv::readMetafile(file, longestSide, letters);
   if (!metafile) return 1;
-  const std::string picture = draw(*metafile, longestSide);
+  const std::string picture = draw(*metafile, longestSide, letters);
   // Not through the library's own end, which a hostile file may have spoiled.
   _exit(!picture.empty() && writeAll(picture) ? 0 : 1);
 }

@@ -23,6 +23,8 @@ enum Function : int {
   setViewportExt = 0x020E,
   offsetViewportOrg = 0x0211,
   scaleViewportExt = 0x0412,
+  textOut = 0x0521,
+  textOutInBox = 0x0A32,
 };
 
 int wordAt(Bytes bytes, std::size_t at) { return bytes[at] | bytes[at + 1] << 8; }
@@ -120,7 +122,7 @@ bool placesPicture(int function) {
 
 }  // namespace
 
-std::optional<Metafile> readMetafile(Bytes file, int longestSide) {
+std::optional<Metafile> readMetafile(Bytes file, int longestSide, bool letters) {
   constexpr std::uint32_t placeableMagic = 0x9AC6CDD7;
   Frame frame;
   if (file.size() >= placeableLength && longAt(file, 0) == placeableMagic) {
@@ -153,6 +155,7 @@ std::optional<Metafile> readMetafile(Bytes file, int longestSide) {
   std::size_t largest = 0;
   for (const Record& record : *records) {
     if (framed && placesPicture(record.function)) continue;
+    if (!letters && (record.function == textOut || record.function == textOutInBox)) continue;
     largest = std::max(largest, record.bytes.size() / 2);
     body.insert(body.end(), record.bytes.begin(), record.bytes.end());
   }

@@ -21,7 +21,9 @@ struct Metafile {
 };
 
 // No larger than `longestSide` either way. With the picture's size known, the result draws it to a
-// viewport of that size at the origin. None when a record or the end is missing.
-std::optional<Metafile> readMetafile(std::span<const std::uint8_t> file, int longestSide);
+// viewport of that size at the origin. Without `letters` no text is left. None when a record or the
+// end is missing.
+std::optional<Metafile> readMetafile(std::span<const std::uint8_t> file, int longestSide,
+                                     bool letters);
 
 }  // namespace skv

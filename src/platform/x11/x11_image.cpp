@@ -1,28 +1,12 @@
 #include "platform/x11/x11_image.h"
 
 #include <array>
-#include <bit>
+
+#include "base/colour_channel.h"
 
 namespace skv {
 
 namespace {
-
-// One of the three colours within the number that a pixel is.
-class Channel {
- public:
-  explicit Channel(std::uint32_t mask)
-      : shift_(mask ? std::countr_zero(mask) : 0), largest_(mask >> shift_) {}
-  bool usable() const { return largest_ > 0; }
-  std::uint8_t of(std::uint32_t pixel) const {
-    const std::uint32_t value = pixel >> shift_ & largest_;
-    return static_cast<std::uint8_t>(
-        largest_ == 255 ? value : (std::uint64_t{value} * 255 + largest_ / 2) / largest_);
-  }
-
- private:
-  int shift_;
-  std::uint32_t largest_;
-};
 
 const xcb_visualtype_t* findVisual(const xcb_screen_t& screen, xcb_visualid_t id) {
   for (auto depths = xcb_screen_allowed_depths_iterator(&screen); depths.rem > 0;
@@ -46,7 +30,7 @@ Outcome noPicture(std::string_view why) { return Outcome::failure(err::invalidPi
 
 std::optional<Pixels> pixelsFrom(std::span<const std::uint8_t> bytes, int width, int height,
                                  const X11PixelFormat& format) {
-  const Channel red(format.red), green(format.green), blue(format.blue);
+  const ColourChannel red(format.red), green(format.green), blue(format.blue);
   const std::size_t pixelBytes = static_cast<std::size_t>(format.bitsPerPixel) / 8;
   if (!red.usable() || !green.usable() || !blue.usable() || format.bitsPerPixel % 8 != 0 ||
       pixelBytes < 1 || pixelBytes > 4 || format.rowPadding < 8 || width < 1 || height < 1)

@@ -16,10 +16,6 @@ namespace skv {
 
 namespace {
 
-constexpr int activationLimit = 3000;  // milliseconds
-// In which a window that has just come to the front draws what was covered.
-constexpr int drawingTime = 300;
-
 constexpr long long mostPixels = 100'000'000;
 
 Outcome noServer() {
@@ -34,7 +30,7 @@ Outcome noWindow(std::string_view why) {
 // From now on the server keeps the whole of the window, whatever covers it or sticks out of the
 // screen, until the connection ends. A compositing window manager has asked for the same already,
 // which does no harm.
-void keepWhole(const X11Connection& server, xcb_window_t window) {
+void keepWhole(const X11Connection& server, const HeldWindow& window) {
   if (!server.composes()) return;
   const auto framed = framedWindow(server, window);
   if (framed)
@@ -68,7 +64,7 @@ Result<Pixels> fromComposer(const X11Connection& server, const FramedWindow& fra
   return onWhite(image.value(), part, framed.seen);
 }
 
-Result<Pixels> capture(const X11Connection& server, xcb_window_t window) {
+Result<Pixels> capture(const X11Connection& server, const HeldWindow& window) {
   const auto framed = framedWindow(server, window);
   if (!framed) return noWindow("The window has gone.");
   if (!server.isViewable(framed->top)) return noWindow("The window is not on the screen.");
@@ -77,15 +73,20 @@ Result<Pixels> capture(const X11Connection& server, xcb_window_t window) {
     return Outcome::failure(err::invalidPicture, "more than 100 million pixels");
   if (server.composes())
     if (auto whole = fromComposer(server, *framed); whole.ok()) return whole;
-  // As it is seen: without what sticks out of the screen, which has no pixels.
-  const PixelRect part = framed->seen.within(framed->outer).within(framed->desktop);
-  if (part.empty()) return noWindow("The window is not on the screen.");
+  // As it is seen. What sticks out of the screen has no pixels.
+  const PixelRect part = framed->seen.within(framed->outer);
+  const PixelRect there = part.within(framed->desktop);
+  if (there.width != part.width || there.height != part.height)
+    return noWindow(
+        "A part of the window is off the screen. Move the whole window onto the screen, and try "
+        "again.");
   return imageOf(server, framed->top, framed->visual, part);
 }
 
 }  // namespace
 
-X11Screen::X11Screen(std::function<void()> meanwhile) : meanwhile_(std::move(meanwhile)) {}
+X11Screen::X11Screen(std::function<void()> meanwhile, const X11Patience& patience)
+    : meanwhile_(std::move(meanwhile)), patience_(patience) {}
 X11Screen::~X11Screen() = default;
 
 bool X11Screen::waitUntil(const std::function<bool()>& condition, int milliseconds) const {
@@ -99,14 +100,14 @@ bool X11Screen::waitUntil(const std::function<bool()>& condition, int millisecon
   return true;
 }
 
-bool X11Screen::comesToFront(const X11Connection& server, std::uint32_t window) const {
+bool X11Screen::comesToFront(const X11Connection& server, const HeldWindow& window) const {
   bool gone = false;
   return waitUntil(
              [&] {
-               gone = !server.exists(window);
+               gone = !server.exists(window.window);
                return gone || isActive(server, window);
              },
-             activationLimit) &&
+             patience_.activation) &&
          !gone;
 }
 
@@ -121,10 +122,11 @@ Outcome X11Screen::activate(std::string_view title, bool wait) {
   if (!server) return noServer();
   const auto window = findWindow(*server, title, window_);
   if (!window) return noWindow("There is no window \"" + std::string(title) + "\".");
-  if (window_ != *window) keepWhole(*server, *window);
-  window_ = *window;
+  if (window_ != window->window) keepWhole(*server, *window);
+  window_ = window->window;
+  holder_ = window->holder;
   if (!before_) before_ = std::make_unique<X11Front>(currentFront(*server));
-  if (const auto other = otherDesktopOf(*server, *window)) showDesktop(*server, *other);
+  if (const auto other = otherDesktopOf(*server, window->holder)) showDesktop(*server, *other);
   askToActivate(*server, *window);
   if (!wait) return {};
   if (!comesToFront(*server, *window)) {
@@ -132,14 +134,14 @@ Outcome X11Screen::activate(std::string_view title, bool wait) {
     server_.reset();
     return noWindow("The window does not come to the front.");
   }
-  (void)waitUntil([] { return false; }, drawingTime);
+  (void)waitUntil([] { return false; }, patience_.drawing);
   return {};
 }
 
 Result<Pixels> X11Screen::captureActiveWindow() {
   const std::shared_ptr<X11Connection> server = std::exchange(server_, nullptr);
-  const xcb_window_t window = std::exchange(window_, 0);
-  if (!server || !window) return noWindow("No window was activated.");
+  const HeldWindow window{std::exchange(window_, 0), std::exchange(holder_, 0)};
+  if (!server || !window.window) return noWindow("No window was activated.");
   auto picture = capture(*server, window);
   giveBack(*server);
   return picture;

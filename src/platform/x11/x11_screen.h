@@ -11,12 +11,19 @@
 namespace skv {
 
 class X11Connection;
+struct HeldWindow;
 struct X11Front;
+
+// In milliseconds.
+struct X11Patience {
+  int activation = 3000;  // until a window is at the front
+  int drawing = 300;      // in which it draws what was covered
+};
 
 class X11Screen : public Screen {
  public:
   // `meanwhile` is called again and again while a window is waited for, so that ours stays alive.
-  explicit X11Screen(std::function<void()> meanwhile = {});
+  explicit X11Screen(std::function<void()> meanwhile = {}, const X11Patience& patience = {});
   ~X11Screen() override;
 
   // A window on another desktop is gone to. The desktop before comes back after the picture, or
@@ -28,14 +35,15 @@ class X11Screen : public Screen {
 
  private:
   void giveBack(const X11Connection& server);
-  bool comesToFront(const X11Connection& server, std::uint32_t window) const;
+  bool comesToFront(const X11Connection& server, const HeldWindow& window) const;
   bool waitUntil(const std::function<bool()>& condition, int milliseconds) const;
 
   std::function<void()> meanwhile_;
+  X11Patience patience_;
   // From an activation to the picture. What was asked of the server for it ends with the
   // connection.
   std::shared_ptr<X11Connection> server_;
-  std::uint32_t window_ = 0;
+  std::uint32_t window_ = 0, holder_ = 0;
   std::unique_ptr<X11Front> before_;
 };
 

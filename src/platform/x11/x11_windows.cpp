@@ -94,12 +94,15 @@ void giveKeyboard(const X11Connection& server, xcb_window_t window) {
                                                     window, server.now()));
 }
 
+void raise(const X11Connection& server, xcb_window_t window) {
+  const std::uint32_t above = XCB_STACK_MODE_ABOVE;
+  xcb_configure_window(server.get(), window, XCB_CONFIG_WINDOW_STACK_MODE, &above);
+}
+
 // Without a window manager that does it the window is shown, raised and given the keyboard by us.
 void activateByHand(const X11Connection& server, xcb_window_t window) {
-  const std::uint32_t above = XCB_STACK_MODE_ABOVE;
   xcb_map_window(server.get(), window);
-  for (const xcb_window_t each : {topOf(server, window), window})
-    xcb_configure_window(server.get(), each, XCB_CONFIG_WINDOW_STACK_MODE, &above);
+  for (const xcb_window_t each : {topOf(server, window), window}) raise(server, each);
   giveKeyboard(server, window);
 }
 
@@ -142,19 +145,27 @@ PixelRect PixelRect::within(const PixelRect& other) const {
           std::min(y + height, other.y + other.height) - top};
 }
 
-std::optional<xcb_window_t> findWindow(const X11Connection& server, std::string_view title,
-                                       xcb_window_t preferred) {
+std::optional<HeldWindow> findWindow(const X11Connection& server, std::string_view title,
+                                     xcb_window_t preferred) {
   const std::string wanted = upper(title);
-  std::optional<xcb_window_t> best;
+  std::optional<HeldWindow> best;
   int bestRank = 0;
-  for (const xcb_window_t window : programWindows(server)) {
+  const auto look = [&](xcb_window_t window, xcb_window_t holder) {
     const std::string its = upper(titleOf(server, window));
-    if (!its.starts_with(wanted)) continue;
+    if (!its.starts_with(wanted)) return;
     const int rank = 1 + (its == wanted ? 4 : 0) + (window == preferred ? 2 : 0) +
                      (server.isViewable(window) ? 1 : 0);
-    if (rank <= bestRank) continue;
+    if (rank <= bestRank) return;
     bestRank = rank;
-    best = window;
+    best = {window, holder};
+  };
+  const auto windows = programWindows(server);
+  for (const xcb_window_t window : windows) look(window, window);
+  if (best) return best;
+  for (const xcb_window_t holder : windows) {
+    auto inside = server.childrenOf(holder);
+    std::reverse(inside.begin(), inside.end());
+    for (const xcb_window_t window : inside) look(window, holder);
   }
   return best;
 }
@@ -186,24 +197,27 @@ void restoreFront(const X11Connection& server, const X11Front& front) {
   if (front.keyboard) giveKeyboard(server, *front.keyboard);
 }
 
-void askToActivate(const X11Connection& server, xcb_window_t window) {
+void askToActivate(const X11Connection& server, const HeldWindow& window) {
+  // Among its neighbours: no window manager looks after those.
+  if (window.held()) raise(server, window.window);
   // As a task bar asks: it is the user who wants this window, and not a program that pushes its own
   // to the front, which window managers refuse.
   if (managerDoes(server, "_NET_ACTIVE_WINDOW"))
-    tellManager(server, window, "_NET_ACTIVE_WINDOW", 2, server.now());
+    tellManager(server, window.holder, "_NET_ACTIVE_WINDOW", 2, server.now());
   else
-    activateByHand(server, window);
+    activateByHand(server, window.holder);
 }
 
-bool isActive(const X11Connection& server, xcb_window_t window) {
-  if (!server.isViewable(window)) return false;
-  return managerDoes(server, "_NET_ACTIVE_WINDOW") ? hasFront(server, window)
-                                                   : hasKeyboard(server, window);
+bool isActive(const X11Connection& server, const HeldWindow& window) {
+  if (!server.isViewable(window.window)) return false;
+  return managerDoes(server, "_NET_ACTIVE_WINDOW") ? hasFront(server, window.holder)
+                                                   : hasKeyboard(server, window.holder);
 }
 
-std::optional<FramedWindow> framedWindow(const X11Connection& server, xcb_window_t window) {
+std::optional<FramedWindow> framedWindow(const X11Connection& server, const HeldWindow& held) {
+  const xcb_window_t window = held.window;
   FramedWindow framed;
-  framed.top = topOf(server, window);
+  framed.top = held.held() ? window : topOf(server, window);
   const auto geometryOf = [&server](xcb_window_t which) {
     return X11Reply<xcb_get_geometry_reply_t>(
         xcb_get_geometry_reply(server.get(), xcb_get_geometry(server.get(), which), nullptr));
@@ -213,14 +227,17 @@ std::optional<FramedWindow> framedWindow(const X11Connection& server, xcb_window
       server.get(), xcb_translate_coordinates(server.get(), window, framed.top, 0, 0), nullptr));
   const X11Reply<xcb_get_window_attributes_reply_t> look(xcb_get_window_attributes_reply(
       server.get(), xcb_get_window_attributes(server.get(), framed.top), nullptr));
-  if (!top || !inner || !place || !look) return std::nullopt;
+  const X11Reply<xcb_translate_coordinates_reply_t> corner(xcb_translate_coordinates_reply(
+      server.get(), xcb_translate_coordinates(server.get(), framed.top, server.root(), 0, 0),
+      nullptr));
+  if (!top || !inner || !place || !look || !corner) return std::nullopt;
 
   framed.visual = look->visual;
   framed.border = top->border_width;
   framed.outer = {-framed.border, -framed.border, top->width + 2 * framed.border,
                   top->height + 2 * framed.border};
-  framed.desktop = {-top->x - framed.border, -top->y - framed.border,
-                    server.screen().width_in_pixels, server.screen().height_in_pixels};
+  framed.desktop = {-corner->dst_x, -corner->dst_y, server.screen().width_in_pixels,
+                    server.screen().height_in_pixels};
   framed.seen = framed.outer;
   const PixelRect program{place->dst_x, place->dst_y, inner->width, inner->height};
   if (const auto shadow = edges(server, window, "_GTK_FRAME_EXTENTS")) {

@@ -149,6 +149,7 @@ class MenuItem : public Control {
   std::vector<MenuItem*> entries;  // a submenu's; owned by the form
   bool separator = false;
   std::function<void()> click;
+  std::function<void()> closed;  // of a pop-up menu: it went away, and an entry's click is done
   // Whether the entry has something to do: an operation, or entries that have. A front-end draws
   // one that has not disabled.
   bool available() const {

@@ -56,6 +56,8 @@ FrmMain::FrmMain() : Form("frmMain", "FS Skyvault") {
   lblACSpecimen.visible = false;
   lblListLoading.visible = false;
   lblSceneryChanged.visible = false;
+  lblSceneryUnreached.visible = false;
+  lblSceneryUnreached.colour = 33023;
   lblSceneryChanged.colour = 33023;  // orange
   frameScenery.visible = false;
   for (Frame* later :

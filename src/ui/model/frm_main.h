@@ -147,6 +147,8 @@ struct FrmMain : Form {
   Label lblSceneryInstalled{"lblSceneryInstalled", "Installed in FS2002:"};
   // Shown while the rows differ from the file.
   Label lblSceneryChanged{"lblSceneryChanged", "Not saved yet"};
+  // Shown while the file has areas that are not among the rows.
+  Label lblSceneryUnreached{"lblSceneryUnreached"};
   ListView lstScenery{"lstScenery", sceneryColumns()};
   Button btnSCup{"btnSCup"};
   Button btnSCdn{"btnSCdn"};

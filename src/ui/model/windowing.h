@@ -28,6 +28,8 @@ struct Box {
   std::string title = programTitle;
   DefaultButton defaultButton = DefaultButton::byIcon;
   std::string details = {};  // a long text, which scrolls below the other one
+  // Captions in the place of Yes and No; "" for those.
+  std::string yes = {}, no = {};
 };
 
 struct FileDialog {

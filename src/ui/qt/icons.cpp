@@ -11,7 +11,7 @@ namespace {
 
 class DrawnIcon : public QIconEngine {
  public:
-  DrawnIcon(QString name, QPalette::ColorRole part) : name_(std::move(name)), part_(part) {}
+  DrawnIcon(QString name, QPalette::ColorRole role) : name_(std::move(name)), role_(role) {}
 
   void paint(QPainter* painter, const QRect& rect, QIcon::Mode mode, QIcon::State state) override {
     const qreal ratio = painter->device()->devicePixelRatio();
@@ -22,15 +22,15 @@ class DrawnIcon : public QIconEngine {
   }
   QPixmap scaledPixmap(const QSize& size, QIcon::Mode mode, QIcon::State, qreal ratio) override {
     QColor colour;
-    if (part_ != QPalette::NoRole) colour = QGuiApplication::palette().color(part_);
+    if (role_ != QPalette::NoRole) colour = QGuiApplication::palette().color(role_);
     if (mode == QIcon::Disabled && colour.isValid()) colour.setAlphaF(0.35F);
     return drawing(name_, size / ratio, ratio, colour);
   }
-  QIconEngine* clone() const override { return new DrawnIcon(name_, part_); }
+  QIconEngine* clone() const override { return new DrawnIcon(name_, role_); }
 
  private:
   QString name_;
-  QPalette::ColorRole part_;
+  QPalette::ColorRole role_;
 };
 
 }  // namespace
@@ -49,8 +49,10 @@ QPixmap drawing(const QString& name, QSize size, qreal ratio, const QColor& colo
   return pixmap;
 }
 
-QIcon drawnIcon(const QString& name, QPalette::ColorRole part) {
-  return QIcon(new DrawnIcon(name, part));
+QIcon drawnIcon(const QString& name) { return drawnIcon(name, QPalette::NoRole); }
+
+QIcon drawnIcon(const QString& name, QPalette::ColorRole role) {
+  return QIcon(new DrawnIcon(name, role));
 }
 
 }  // namespace skv::ui::qt

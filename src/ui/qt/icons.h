@@ -15,7 +15,8 @@ namespace skv::ui::qt {
 QPixmap drawing(const QString& name, QSize size, qreal ratio, const QColor& colour = {});
 
 // An icon that is drawn when it is needed, at the size and sharpness it is needed in, greyed when
-// disabled. Its colour is the application's for that part, then; no part keeps the drawing's own.
-QIcon drawnIcon(const QString& name, QPalette::ColorRole part = QPalette::NoRole);
+// disabled: in the colours of the drawing, or in one that the program's palette has at that time.
+QIcon drawnIcon(const QString& name);
+QIcon drawnIcon(const QString& name, QPalette::ColorRole role);
 
 }  // namespace skv::ui::qt

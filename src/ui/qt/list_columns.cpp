@@ -1,6 +1,7 @@
 #include "ui/qt/list_columns.h"
 
 #include <QAccessible>
+#include <QApplication>
 #include <QEvent>
 #include <QHeaderView>
 #include <QStyleOptionHeader>
@@ -17,18 +18,15 @@ namespace skv::ui::qt {
 namespace {
 constexpr int leastColumn = 44;
 
-// Muted. Measures its texts as they are drawn: Qt's own does so in bold, and loads that font for
-// it.
+// Measures its texts as they are drawn. Qt's own does so in bold, and loads that font for it.
 class PlainHeader : public QHeaderView {
  public:
-  using QHeaderView::QHeaderView;
+  explicit PlainHeader(QWidget* parent) : QHeaderView(Qt::Horizontal, parent) { mute(); }
 
  protected:
-  void initStyleOption(QStyleOptionHeader* option) const override {
-    QHeaderView::initStyleOption(option);
-    for (const auto group : {QPalette::Active, QPalette::Inactive})
-      option->palette.setColor(group, QPalette::ButtonText,
-                               option->palette.color(group, QPalette::PlaceholderText));
+  void changeEvent(QEvent* event) override {
+    QHeaderView::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange) mute();
   }
   QSize sectionSizeFromContents(int section) const override {
     QStyleOptionHeader option;
@@ -38,13 +36,22 @@ class PlainHeader : public QHeaderView {
     if (isSortIndicatorShown()) option.sortIndicator = QStyleOptionHeader::SortDown;
     return style()->sizeFromContents(QStyle::CT_HeaderSection, &option, QSize(), this);
   }
+
+ private:
+  void mute() {
+    const QColor muted = QApplication::palette().color(QPalette::PlaceholderText);
+    if (palette().color(QPalette::ButtonText) == muted) return;
+    QPalette own;
+    own.setColor(QPalette::ButtonText, muted);
+    setPalette(own);
+  }
 };
 
 }  // namespace
 
 ListColumns::ListColumns(QTreeView& view, const RowsModel& rows, ListView& list)
     : QObject(&view), view_(view), rows_(rows), list_(list) {
-  view.setHeader(new PlainHeader(Qt::Horizontal, &view));
+  view.setHeader(new PlainHeader(&view));
   header().setSectionsMovable(true);
   header().setStretchLastSection(false);
   header().setMinimumSectionSize(leastColumn);

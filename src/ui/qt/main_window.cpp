@@ -11,12 +11,27 @@
 #include "ui/qt/form_window.h"
 #include "ui/qt/menus.h"
 #include "ui/qt/scroll_room.h"
+#include "ui/qt/text.h"
 
 namespace skv::ui::qt {
 
 namespace {
 
 constexpr int leastWidth = 10335 / twipsPerPixel;
+
+// The pop-up menu says first whose picture it is about, and tells when it has gone.
+void headPictures(FrmMain& form, QMenu& menu) {
+  auto* heading = new QAction(&menu);
+  heading->setEnabled(false);
+  menu.insertAction(menu.actions().value(0), heading);
+  menu.insertSeparator(menu.actions().value(1));
+  QObject::connect(&menu, &QMenu::aboutToShow, heading,
+                   [heading, &form] { heading->setText(captioned(form.mnuPic.caption)); });
+  // The click of an entry comes behind this signal.
+  QObject::connect(&menu, &QMenu::aboutToHide, &menu, [&menu, &form] {
+    QTimer::singleShot(0, &menu, [&form] { raise(form.mnuPic.closed); });
+  });
+}
 
 void addMenus(FormBuilder& build, FrmMain& form, QMainWindow& window) {
   Bindings& bindings = build.bindings();
@@ -33,6 +48,7 @@ void addMenus(FormBuilder& build, FrmMain& form, QMainWindow& window) {
     // Its entries' shortcuts work though the menu itself opens on the pictures alone.
     QMenu* pictures = makeMenu(bindings, form, form.mnuPic, &window);
     window.addActions(pictures->actions());
+    headPictures(form, *pictures);
   });
 }
 

@@ -11,6 +11,7 @@
 #include <algorithm>
 
 #include "ui/qt/icons.h"
+#include "ui/qt/language.h"
 #include "ui/qt/text.h"
 
 namespace skv::ui::qt {
@@ -126,6 +127,9 @@ void MessageBox::addButtons(const Box& box) {
   unanswered_ = cancels ? Answer::cancel : Answer::no;
   setEscapeButton(cancels ? QMessageBox::Cancel : QMessageBox::No);
   setDefaultButton(defaultOf(box));
+  for (const auto& [which, caption] :
+       {std::pair(QMessageBox::Yes, &box.yes), {QMessageBox::No, &box.no}})
+    if (!caption->empty()) button(which)->setText(captioned(*caption));
 }
 
 void MessageBox::showText(const QString& text, const QString& details) {

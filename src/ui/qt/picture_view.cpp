@@ -3,11 +3,14 @@
 #include <QContextMenuEvent>
 #include <QDropEvent>
 #include <QFile>
+#include <QFileInfo>
 #include <QMimeData>
 #include <QMouseEvent>
 #include <QPainter>
+#include <QTemporaryDir>
 #include <QUrl>
 #include <QVBoxLayout>
+#include <optional>
 
 #include "ui/qt/flat_drawing.h"
 #include "ui/qt/icons.h"
@@ -27,6 +30,31 @@ QString draggedFile(const QMimeData& data) {
   const QList<QUrl> urls = data.urls();
   return urls.size() == 1 ? urls.first().toLocalFile() : QString();
 }
+
+// A file of this machine by a Windows path. One with a name that Windows does not have, as
+// "14:30.png", is reached by a link with another one, which goes with this object.
+class ReachableFile {
+ public:
+  ReachableFile(const FileSystem& files, const QString& file) {
+    const auto pathOf = [&files](const QString& native) {
+      return files.windowsPath(QFile::encodeName(native).toStdString());
+    };
+    path_ = pathOf(file);
+    if (!path_.empty()) return;
+    QString name = QFileInfo(file).fileName();
+    for (const char sign : "\\:*?\"<>|") name.replace(QLatin1Char(sign), QLatin1Char('_'));
+    folder_.emplace();
+    const QString link = folder_->filePath(name);
+    if (QFile::link(file, link)) path_ = pathOf(link);
+    // Whoever opens it says what is wrong.
+    if (path_.empty()) path_ = QFile::encodeName(file).toStdString();
+  }
+  const std::string& path() const { return path_; }
+
+ private:
+  std::optional<QTemporaryDir> folder_;
+  std::string path_;
+};
 
 }  // namespace
 
@@ -197,8 +225,8 @@ void PictureView::dropEvent(QDropEvent* event) {
   event->accept();
   // Later: the other program waits for the end of this event, and boxes may come up.
   QTimer::singleShot(0, this, [this, file] {
-    const std::string path = files_.windowsPath(QFile::encodeName(file).toStdString());
-    if (!path.empty()) binding_->fire(image_.fileDropped, path);
+    const ReachableFile reachable(files_, file);
+    binding_->fire(image_.fileDropped, reachable.path());
   });
 }
 

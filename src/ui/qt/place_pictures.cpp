@@ -47,7 +47,7 @@ QString PlaceSet::words(int number) const {
 }
 
 const QPixmap& PlacePictures::picture(int number, const QPalette& palette, qreal ratio) {
-  QPixmap& pixmap = drawn_[{number, ratio}];
+  QPixmap& pixmap = drawn_[{number, ratio, isDark(palette), hasStrongBorders(palette)}];
   if (!pixmap.isNull()) return pixmap;
   pixmap = QPixmap(set_.size() * ratio);
   pixmap.setDevicePixelRatio(ratio);

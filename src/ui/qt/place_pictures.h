@@ -45,13 +45,13 @@ class PlacePictures {
   explicit PlacePictures(const PlaceSet& set) : set_(set) {}
 
   QSize size() const { return set_.size(); }
-  // Blank for a number that is no picture. Drawn once for each sharpness.
+  // Blank for a number that is no picture. Drawn once for each sharpness and
+  // dress.
   const QPixmap& picture(int number, const QPalette& palette, qreal ratio);
-  void forget() { drawn_.clear(); }
 
  private:
   const PlaceSet& set_;
-  std::map<std::pair<int, qreal>, QPixmap> drawn_;
+  std::map<std::tuple<int, qreal, bool, bool>, QPixmap> drawn_;
 };
 
 }  // namespace skv::ui::qt

@@ -109,6 +109,7 @@ QWidget* QtWindowing::boxOwner() const {
 
 Answer QtWindowing::messageBox(const Box& box) {
   const WithoutHourglass normal(*this);
+  hideSplash();
   bindings_.flush();
   return runMessageBox(box, boxOwner());
 }
@@ -117,12 +118,14 @@ std::optional<std::string> QtWindowing::inputBox(const std::string& prompt,
                                                  const std::string& title,
                                                  const std::string& text) {
   const WithoutHourglass normal(*this);
+  hideSplash();
   bindings_.flush();
   return runInputBox(prompt, title, text, boxOwner());
 }
 
 Result<PickedFile> QtWindowing::openFile(const FileDialog& dialog) {
   const WithoutHourglass normal(*this);
+  hideSplash();
   bindings_.flush();
   return runFileDialog(dialog, files_, boxOwner());
 }
@@ -134,7 +137,7 @@ void QtWindowing::show(Form& form, Form* owner) {
     splashTimer_.start();
     return;
   }
-  presentSplash();
+  hideSplash();
   // A new window gets the front by itself.
   QWidget* shown = shownWindow(&form);
   present(form, owner);
@@ -142,9 +145,13 @@ void QtWindowing::show(Form& form, Form* owner) {
 }
 
 void QtWindowing::presentSplash() {
+  if (splash_ && splash_->visible) present(*splash_, nullptr);
+}
+
+// A picture that says nothing stands in the way of whatever asks.
+void QtWindowing::hideSplash() {
   splashTimer_.stop();
-  if (Form* splash = std::exchange(splash_, nullptr); splash && splash->visible)
-    present(*splash, nullptr);
+  if (Form* splash = std::exchange(splash_, nullptr)) hide(*splash);
 }
 
 void QtWindowing::present(Form& form, Form* owner) {
@@ -157,6 +164,7 @@ void QtWindowing::present(Form& form, Form* owner) {
 }
 
 void QtWindowing::showModal(Form& form, Form* owner) {
+  hideSplash();
   unload(form);
   windows_[&form] = makers_.make(bindings_, form, files_, shownWindow(owner));
   windows_[&form]->setWindowModality(Qt::ApplicationModal);

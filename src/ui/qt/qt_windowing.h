@@ -61,6 +61,7 @@ class QtWindowing : public Windowing {
 
   void present(Form& form, Form* owner);
   void presentSplash();
+  void hideSplash();
   QWidget* shownWindow(Form* form) const;
   QWidget* boxOwner() const;
 

@@ -79,7 +79,7 @@ void RowDelegate::initStyleOption(QStyleOptionViewItem* option, const QModelInde
   if (const Colour colour = index.data(Qt::UserRole).toUInt(); colour != defaultColour) {
     QColor& text = legible_[colour];
     if (!text.isValid()) text = legible(colour, option->palette);
-    // In a window that takes no input the row is as grey as the others.
+    // A disabled list is grey throughout.
     for (const auto group : {QPalette::Active, QPalette::Inactive})
       for (const auto role : {QPalette::Text, QPalette::HighlightedText})
         option->palette.setColor(group, role, text);

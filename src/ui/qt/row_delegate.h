@@ -16,11 +16,8 @@ class RowDelegate : public QStyledItemDelegate {
 
   // Draws the rows' small icons as places.
   void showPlaces(const PlaceSet& set) { places_ = std::make_unique<PlacePictures>(set); }
-  // What was drawn in colours that are no longer those of the desktop is drawn anew.
-  void forgetColours() {
-    legible_.clear();
-    if (places_) places_->forget();
-  }
+  // The program's palette has changed.
+  void forgetColours() { legible_.clear(); }
 
   void paint(QPainter* painter, const QStyleOptionViewItem& option,
              const QModelIndex& index) const override;

@@ -77,10 +77,13 @@ QWidget* lists(FormBuilder& build, FrmMain& form, FormWindow& window) {
   installedHead->setBuddy(installed);
   libraryHead->setBuddy(library);
   auto* head = new QWidget;
-  auto* headRow = new QHBoxLayout(head);
-  headRow->setContentsMargins(0, 0, 0, 0);
+  auto* headLines = new QVBoxLayout(head);
+  headLines->setContentsMargins(0, 0, 0, 0);
+  auto* headRow = new QHBoxLayout;
   headRow->addWidget(installedHead, 1);
   headRow->addWidget(build.label(form.lblSceneryChanged));
+  headLines->addLayout(headRow);
+  headLines->addWidget(build.label(form.lblSceneryUnreached));
   CaptionLabel* loading = build.label(form.lblListLoading);
   installed->setOverlay(loading);
   auto* split = new SplitLists(build.bindings(), form, window,

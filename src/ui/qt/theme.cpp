@@ -8,6 +8,8 @@
 #include <QToolTip>
 #include <algorithm>
 #include <cmath>
+#include <functional>
+#include <utility>
 
 #include "ui/qt/desktop_scheme.h"
 #include "ui/qt/flat_style.h"
@@ -109,42 +111,68 @@ QColor mixed(const QColor& a, const QColor& b, float share) {
                           part(a.blueF(), b.blueF()));
 }
 
-// Gives the windows their icon when the first one is complete: it is drawn in many sizes, for which
-// that one would wait.
-class IconAfterwards : public QObject {
+// Does what the first window need not wait for when that one is complete.
+class Afterwards : public QObject {
  public:
-  using QObject::QObject;
+  Afterwards(QObject* parent, std::function<void()> work)
+      : QObject(parent), work_(std::move(work)) {}
 
  protected:
   bool eventFilter(QObject*, QEvent* event) override {
     if (event->type() != QEvent::Paint) return false;
     qApp->removeEventFilter(this);
-    deleteLater();
     constexpr auto restOfTheWindow = std::chrono::milliseconds(100);  // more than it takes
-    QTimer::singleShot(restOfTheWindow, qApp, [] {
-      QApplication::setWindowIcon(drawnIcon(QStringLiteral("fsskyvault")));
+    QTimer::singleShot(restOfTheWindow, this, [this] {
+      work_();
+      deleteLater();
     });
     return false;
   }
+
+ private:
+  std::function<void()> work_;
 };
 
+void wear(const QPalette& palette) {
+  QApplication::setPalette(palette);
+  QToolTip::setPalette(palette);
+}
+
+// Dresses anew when the user of the desktop goes from light to dark, or back.
+void followDesktop(const QPalette& desktop, const DesktopScheme& scheme) {
+  constexpr auto restOfTheChange = std::chrono::milliseconds(50);  // it comes as several signals
+  auto* settle = new QTimer(qApp);
+  settle->setSingleShot(true);
+  settle->setInterval(restOfTheChange);
+  QObject::connect(settle, &QTimer::timeout, qApp, [desktop, worn = scheme]() mutable {
+    worn = schemeAfter(worn, desktop);
+    wear(paletteFor(worn, desktop));
+  });
+  startAtSchemeChanges(*settle);
+}
+
 }  // namespace
+
+QPalette paletteFor(const DesktopScheme& scheme, const QPalette& desktop) {
+  return scheme.highContrast ? strongPalette(desktop, scheme.dark)
+                             : paletteOf(scheme.dark ? darkTones : lightTones);
+}
 
 void dress(QApplication& application) {
   spareSearchForSessionBus();
   loadDrawings();
   const QPalette desktop = QApplication::palette();
-  const DesktopScheme scheme = desktopScheme();
+  const DesktopScheme scheme = desktopScheme(desktop);
   // The search for the machine's fonts takes its time, and goes on beside what comes before the
   // first widget. Whoever needs a font waits for the end of it. Not before the application is made
   // and the desktop has been asked: at that it is they who need the other processor.
   QThreadPool::globalInstance()->start([] { QFontDatabase::families(); });
-  const QPalette palette = scheme.highContrast ? strongPalette(desktop, scheme.dark)
-                                               : paletteOf(scheme.dark ? darkTones : lightTones);
-  application.installEventFilter(new IconAfterwards(&application));
+  application.installEventFilter(new Afterwards(&application, [desktop, scheme] {
+    QApplication::setWindowIcon(drawnIcon(QStringLiteral("fsskyvault")));  // of many sizes
+    followDesktop(desktop, scheme);
+  }));
   application.setStyle(new FlatStyle);
-  QApplication::setPalette(palette);
-  QToolTip::setPalette(palette);
+  wear(paletteFor(scheme, desktop));
 }
 
 bool isDark(const QPalette& palette) {

@@ -6,14 +6,17 @@
 #include <QPalette>
 
 #include "ui/model/list_view.h"
+#include "ui/qt/desktop_scheme.h"
 
 class QApplication;
 
 namespace skv::ui::qt {
 
 // Dresses the whole program; dark or in strong contrast when the
-// desktop's user wants it. Call before any window.
+// desktop's user wants it, now or later. Call before any window.
 void dress(QApplication& application);
+// What it wears then, over the palette that the desktop has given.
+QPalette paletteFor(const DesktopScheme& scheme, const QPalette& desktop);
 
 bool isDark(const QPalette& palette);
 // Text and ground as far apart as black and white.

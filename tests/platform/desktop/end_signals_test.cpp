@@ -13,6 +13,8 @@ bool hasCome(const EndSignals& signals) {
 }
 
 TEST(EndSignalsTest, TheFirstIsAQuestionTheSecondIsNot) {
+  // The tests may have been started with some of them ignored.
+  for (const int signal : {SIGTERM, SIGHUP, SIGINT}) std::signal(signal, SIG_DFL);
   EndSignals signals;
   for (const int signal : {SIGTERM, SIGHUP, SIGINT}) {
     EXPECT_FALSE(hasCome(signals));
@@ -26,6 +28,20 @@ TEST(EndSignalsTest, TheFirstIsAQuestionTheSecondIsNot) {
         std::raise(SIGTERM);
       },
       ::testing::KilledBySignal(SIGTERM), "");
+}
+
+TEST(EndSignalsTest, WhatWasToBeIgnoredStaysIgnored) {
+  std::signal(SIGHUP, SIG_IGN);  // as nohup has it
+  {
+    EndSignals signals;
+    std::raise(SIGHUP);
+    EXPECT_FALSE(hasCome(signals));
+    std::raise(SIGTERM);
+    EXPECT_TRUE(hasCome(signals));
+    std::raise(SIGHUP);
+    signals.answer();
+  }
+  EXPECT_EQ(std::signal(SIGHUP, SIG_DFL), SIG_IGN);
 }
 
 }  // namespace skv::test

@@ -21,12 +21,23 @@ std::string fromHex(std::string_view hex) {
   return bytes;
 }
 
-std::string bmp(long width, long height, int bits, int compression, const std::string& rest) {
-  const int colours = bits == 8 ? 2 : 0;
-  return "BM" + little(0, 8) + little(54 + colours * 4, 4) + little(40, 4) + little(width, 4) +
-         little(height, 4) + little(1, 2) + little(bits, 2) + little(compression, 4) +
-         little(0, 8) + little(0, 4) + little(colours, 4) + little(0, 4) + rest;
+// `header`: its size; what is longer than 40 bytes stands at the beginning of `rest`.
+std::string bmp(long width, long height, int bits, long compression, const std::string& rest,
+                int header = 40) {
+  const int colours = bits <= 8 ? 2 : 0;
+  return "BM" + little(0, 8) + little(14 + header + colours * 4, 4) + little(header, 4) +
+         little(width, 4) + little(height, 4) + little(1, 2) + little(bits, 2) +
+         little(compression, 4) + little(0, 8) + little(0, 4) + little(colours, 4) + little(0, 4) +
+         rest;
 }
+std::string masks(std::initializer_list<long> each) {
+  std::string bytes;
+  for (const long mask : each) bytes += little(mask, 4);
+  return bytes;
+}
+constexpr long dxt1 = 0x31545844, dxt3 = 0x33545844;
+// A block of red pixels, but for the first, which is blue, and the last, which is between.
+const std::string block = little(0xF800, 2) + little(0x001F, 2) + "\x01\0\0\x80"s;
 
 const std::string red = "\x00\x00\xFF"s, green = "\x00\xFF\x00"s;  // blue, green, red
 // 2 by 2, red over green.
@@ -39,6 +50,13 @@ std::string gif(int width, int height, bool redIsClear = false) {
          "!\xF9\x04"s + (redIsClear ? "\x01" : "\0"s) + "\0\0\0\0"s + "," + little(0, 4) +
          little(2, 2) + little(1, 2) + "\0\x02\x02\x44\x0A\0;"s;
 }
+
+// Red and green.
+const std::string png = fromHex(
+    "89504e470d0a1a0a0000000d49484452000000020000000108020000007b40e8dd0000001249444154081d010700f8"
+    "ff00ff000000ff0007ff01ff8e2f870e0000000049454e44ae426082");
+const std::string webp =
+    fromHex("524946461e000000574542505650384c110000002f010000000fb0fff31ff31f1532a2ff0100");
 
 // 16 by 8 pixels in grey, the left half black, the right one white.
 const std::string jpeg = fromHex(
@@ -104,6 +122,33 @@ TEST_F(PictureReaderTest, ReadsByContentUprightAndOnWhite) {
       {"top-down bitmap", bmp(2, -2, 24, 0, twoRows), 0, 2, 2, 0xFF0000, 0x00FF00},
       {"run lengths", bmp(4, 2, 8, 1, palette + "\4\0\0\0\4\1\0\1"s), 0, 4, 2, 0x00FF00, 0xFF0000},
       {"32 bits without alpha", bmp(1, 1, 32, 0, red + little(0, 1)), 0, 1, 1, 0xFF0000, 0xFF0000},
+      {"pixels that are skipped", bmp(3, 3, 8, 1, palette + "\1\1\0\0\0\2\2\1\1\1\0\1"s), 0, 3, 3,
+       0xFF0000, 0xFF0000},
+      {"and ended early, in halves", bmp(4, 2, 4, 2, palette + "\0\3\x11\x10\0\1"s), 0, 4, 2,
+       0xFF0000, 0xFF0000},
+      {"no mark of the end", bmp(2, 1, 8, 1, palette + "\2\1"s), 0, 2, 1, 0x00FF00, 0x00FF00},
+      {"two colours", bmp(9, 1, 1, 0, palette + "\x80\0\0\0"s), 0, 9, 1, 0x00FF00, 0xFF0000},
+      {"OS/2",
+       "BM" + little(0, 8) + little(32, 4) + little(12, 4) + little(2, 2) + little(1, 2) +
+           little(1, 2) + little(1, 2) + red + green + "\x40\0\0\0"s,
+       0, 2, 1, 0xFF0000, 0x00FF00},
+      {"header of 52 bytes",
+       bmp(2, 1, 16, 3, masks({0xF800, 0x7E0, 0x1F}) + little(0xF800, 2) + little(0x7E0, 2), 52), 0,
+       2, 1, 0xFF0000, 0x00FF00},
+      {"header of 56 bytes, one bit of alpha",
+       bmp(2, 1, 16, 3,
+           masks({0x7C00, 0x3E0, 0x1F, 0x8000}) + little(0x7C00, 2) + little(0x83E0, 2), 56),
+       0, 2, 1, 0xFFFFFF, 0x00FF00},
+      {"masks of ten bits",
+       bmp(2, 1, 32, 3, masks({0x3FF00000, 0xFFC00, 0x3FF, 0}) + masks({0x3FF00000, 0x80200}), 56),
+       0, 2, 1, 0xFF0000, 0x008080},
+      {"texture, a block and its edge", bmp(5, -4, 24, dxt1, block + block), 0, 5, 4, 0x0000FF,
+       0xFF0000},
+      {"texture from the bottom, half clear, behind its own header",
+       bmp(4, 4, 32, dxt3, "FS70" + little(20, 16) + "\xFF\xFF\xFF\xFF\xFF\xFF\xF0\xFF"s + block),
+       0, 4, 4, 0xFFFFFF, 0xFF0000},
+      {"PNG", png, 0, 2, 1, 0xFF0000, 0x00FF00},
+      {"WebP", webp, 0, 2, 1, 0xFF0000, 0x00FF00},
       {"GIF", gif(2, 1), 0, 2, 1, 0xFF0000, 0x00FF00},
       {"clear pixel", gif(2, 1, true), 0, 2, 1, 0xFFFFFF, 0x00FF00},
       {"part of the screen", gif(4, 3), 0, 4, 3, 0xFF0000, 0xFF0000},
@@ -134,10 +179,9 @@ TEST_F(PictureReaderTest, ReadsByContentUprightAndOnWhite) {
 
 TEST_F(PictureReaderTest, SaysWhyThereIsNoPicture) {
   const std::string whole = bmp(2, 2, 24, 0, twoRows);
-
-  std::string manyColours = bmp(1, 1, 1, 0, std::string(900, '\0'));
-  manyColours[46] = '\x7F';
   std::string hugeJpeg = jpeg;
+  std::string hugePng = png;
+  hugePng[16] = '\x7F';
   hugeJpeg.replace(hugeJpeg.find("\xFF\xC0") + 5, 4, "\xFF\xDC\xFF\xDC");
   struct {
     const char* what;
@@ -157,7 +201,11 @@ TEST_F(PictureReaderTest, SaysWhyThereIsNoPicture) {
       {"JPEG too large", hugeJpeg, "100 million"},
       {"size below zero", bmp(-5, 5, 24, 0, twoRows), "no JPEG"},
       {"lowest size", bmp(5, -2147483648L, 24, 0, twoRows), "100 million"},
-      {"more colours than its depth has", manyColours, "no JPEG"},
+      {"header cut short", whole.substr(0, 30), "no JPEG"},
+      {"run lengths cut short", bmp(2, 2, 8, 1, palette + "\2\1\0"s), "cut short"},
+      {"texture cut short", bmp(8, 4, 24, dxt1, block + block.substr(1)), "cut short"},
+      {"PNG too large", hugePng, "100 million"},
+      {"WebP cut short", webp.substr(0, webp.size() - 6), "damaged"},
       {"unknown depth", bmp(2, 2, 7, 0, twoRows), "damaged"},
   };
   testing::internal::CaptureStderr();
@@ -170,6 +218,7 @@ TEST_F(PictureReaderTest, SaysWhyThereIsNoPicture) {
         << picture.outcome().description();
   }
   EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+  EXPECT_TRUE(read(png.substr(0, png.size() - 20)).outcome().description().ends_with("short)"));
 }
 
 TEST_F(PictureReaderTest, WhatIsNoFileIsNotOpened) {

@@ -1,9 +1,11 @@
 // What belongs to the user: settings, folders and the one run.
+#include <poll.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <filesystem>
+#include <future>
 
 #include "platform/desktop/file_settings_store.h"
 #include "platform/desktop/process_environment.h"
@@ -44,6 +46,38 @@ TEST_F(UserEnvironmentTest, SettingsComeBackWhateverTheyHold) {
   EXPECT_EQ(mode(onMachine("config/FSSkyvault")), 0700U);
 }
 
+TEST_F(UserEnvironmentTest, AWriteChangesOneLineOfAFileThatAnEditorHasSaved) {
+  drive.write("C:\\settings.ini",
+              "\xEF\xBB\xBF; mine\r\n [ general ] \r\n\tFSRoot = C:\\FS 2002\\ \r\n"
+              ";FSRoot=old\r\nwhat is this\r\n\r\n[Window] mine\r\nMainTop=1\r\nMainTop=2");
+  FileSettingsStore store(onMachine("settings.ini"));
+  EXPECT_EQ(store.read("General", "FSRoot", ""), "C:\\FS 2002\\");
+  EXPECT_EQ(store.read("Window", "MainTop", ""), "2") << "the last one holds";
+  const StoredValue values[] = {{"General", "FSRoot", "D:\\"},
+                                {"Window", "MainTop", "15"},
+                                {"General", "HangarDir", " H"},
+                                {"Mail", "Type", ""}};
+  EXPECT_TRUE(store.writeTogether(values).ok());
+  EXPECT_EQ(drive.read("C:\\settings.ini"),
+            "\xEF\xBB\xBF; mine\r\n [ general ] \r\n\tFSRoot = D:\\ \r\n"
+            ";FSRoot=old\r\nwhat is this\r\nHangarDir=%20H\r\n\r\n[Window] mine\r\nMainTop=1\r\n"
+            "MainTop=15\r\n[Mail]\r\nType=\r\n");
+}
+
+TEST_F(UserEnvironmentTest, AFileWithoutASettingIsNoFirstStart) {
+  for (const std::string& text :
+       {std::string(9, '\0'), std::string("\xFF\xFE[\0G\0]\0\n\0k\0=\0v\0", 16),
+        std::string("FSRoot=C:\\FS\\\n"), std::string("[General]\n;k=v\n")}) {
+    drive.write("C:\\settings.ini", text);
+    FileSettingsStore store(onMachine("settings.ini"));
+    EXPECT_TRUE(holds(store.state().description(), "No setting can be made out")) << text;
+    EXPECT_FALSE(store.write("General", "FSRoot", "C:\\").ok());
+    EXPECT_EQ(drive.read("C:\\settings.ini"), text);
+  }
+  drive.write("C:\\settings.ini", "\r\n");
+  EXPECT_TRUE(FileSettingsStore(onMachine("settings.ini")).state().ok());
+}
+
 TEST_F(UserEnvironmentTest, SettingsChangedByHandAreKept) {
   const std::string file = onMachine("own/settings.ini");
   FileSettingsStore store(file);
@@ -78,23 +112,24 @@ TEST_F(UserEnvironmentTest, SettingsChangedByHandAreKept) {
   EXPECT_TRUE(FileSettingsStore(onMachine("none.ini")).state().ok()) << "a first start";
 }
 
-TEST_F(UserEnvironmentTest, TempIsTheUsersOrPrivate) {
+TEST_F(UserEnvironmentTest, TempIsAsItWasSetAndTheCacheIsPrivate) {
   const Variable cache("XDG_CACHE_HOME", onMachine("cache"));
   const std::string own = "C:\\cache\\FSSkyvault";
-  const std::pair<std::string, std::string> cases[] = {{"", own},
+  const std::pair<std::string, std::string> cases[] = {{"", ""},
                                                        {"D:\\Temp\\", "D:\\Temp\\"},
                                                        {onMachine("Temp"), "C:\\Temp"},
                                                        {"/var/tmp", "Z:\\var\\tmp"},
-                                                       {"/no:name", own}};
+                                                       {"/no:name", "/no:name"}};
   for (const auto& [set, TEMP] : cases) {
     const Variable variable("TEMP", set);
     EXPECT_EQ(processEnvironment(disk).TEMP, TEMP) << set;
+    EXPECT_EQ(processEnvironment(disk).cacheFolder, own) << set;
   }
   EXPECT_EQ(mode(onMachine("cache/FSSkyvault")), 0700U);
   if (::geteuid() != 0) return;
   // Somebody else's folder may be filled by somebody else.
   ASSERT_EQ(::chown(onMachine("cache/FSSkyvault").c_str(), 12, 34), 0);
-  EXPECT_EQ(processEnvironment(disk).TEMP, "");
+  EXPECT_EQ(processEnvironment(disk).cacheFolder, "");
 }
 
 TEST_F(UserEnvironmentTest, DrivesAreFoundOrMade) {
@@ -139,6 +174,23 @@ TEST_F(UserEnvironmentTest, OneRunAtATimeEvenAfterAKill) {
   ::close(ready[1]);
   drive.write("C:\\file", "");
   EXPECT_EQ(SingleInstance::acquire(onMachine("file")).outcome().number(), err::pathFileAccess);
+}
+
+TEST_F(UserEnvironmentTest, ASecondStartAsksTheFirstForItsWindow) {
+  const std::string folder = onMachine("run");
+  EXPECT_FALSE(SingleInstance::call(folder, std::chrono::milliseconds(0))) << "nobody is there";
+  const auto first = SingleInstance::acquire(folder);
+  ASSERT_TRUE(first.ok());
+  EXPECT_FALSE(SingleInstance::call(folder, std::chrono::milliseconds(0))) << "it hangs";
+  EXPECT_TRUE(first.value().answerCall()) << "and answers late";
+  const Variable token("XDG_ACTIVATION_TOKEN", "leave");
+  auto second = std::async(std::launch::async, [&folder] {
+    return SingleInstance::call(folder, std::chrono::minutes(1));
+  });
+  pollfd come{first.value().calls(), POLLIN, 0};
+  ASSERT_EQ(::poll(&come, 1, 60000), 1);
+  EXPECT_EQ(first.value().answerCall(), "leave");
+  EXPECT_TRUE(second.get());
 }
 
 TEST_F(UserEnvironmentTest, TheLockLiesWhereTheSettingsLie) {

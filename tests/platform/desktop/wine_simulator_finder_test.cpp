@@ -43,14 +43,31 @@ TEST_F(WineSimulatorFinderTest, FindsWhatTheLaunchersKeep) {
       "home\\.PlayOnLinux\\wineprefix\\fs",
       "home\\.local\\share\\Steam\\steamapps\\compatdata\\4711\\pfx",
       "home\\.var\\app\\com.usebottles.bottles\\data\\bottles\\bottles\\b",
-      // Named by a file of Lutris, of Steam.
-      "elsewhere\\lutris fs", "disk\\SteamLibrary\\steamapps\\compatdata\\1\\pfx"};
+      "home\\Games\\Heroic\\Prefixes\\own", "home\\Games\\Heroic\\Prefixes\\default\\fs\\pfx",
+      "home\\Games\\umu\\umu-default", "home\\.var\\app\\org.winehq.Wine\\data\\wine",
+      "home\\.var\\app\\com.playonlinux.PlayOnLinux4\\.PlayOnLinux\\wineprefix\\fs",
+      // Named by a file of Lutris, of Bottles, of Heroic, of Steam.
+      "elsewhere\\lutris fs", "elsewhere\\program", "runner", "games\\made", "my bottles\\b",
+      "heroic\\named", "heroic\\new\\fs", "disk\\SteamLibrary\\steamapps\\compatdata\\1\\pfx"};
   for (const std::string& place : places) {
     prefix(place);
     simulator(place + "\\drive_c\\program files\\MICROSOFT GAMES\\fs2002");
   }
   drive.write("C:\\home\\.config\\lutris\\games\\fs-1.yml",
               "game:\n  exe: x\n  prefix: '" + drive.native() + "/elsewhere/lutris fs'\n");
+  const auto at = [this](const char* place) { return drive.native() + "/" + place; };
+  drive.write("C:\\home\\.local\\share\\lutris\\games\\fs-2.yml",
+              "game:\n  exe: " + at("elsewhere/program/drive_c/fs2002/fs2002.exe") + "\n");
+  drive.write("C:\\home\\.local\\share\\lutris\\runners\\wine.yml",
+              "game:\n  prefix: ~/../runner\n");
+  drive.write("C:\\home\\.config\\lutris\\system.yml", "system:\n  game_path: " + at("games"));
+  drive.write("C:\\home\\.local\\share\\bottles\\data.yml",
+              "custom_bottles_path: \"" + at("my bottles") + "\"\n");
+  const std::string heroic = "C:\\home\\.var\\app\\com.heroicgameslauncher.hgl\\config\\heroic\\";
+  drive.write(heroic + "GamesConfig\\fs.json",
+              "{\"fs\":{\"autoSync\":true,\"winePrefix\":\"" + at("heroic/named") + "\"}}");
+  drive.write(heroic + "config.json",
+              "{\n  \"defaultWinePrefix\": \"" + at("heroic/new") + "\",\n}");
   drive.write("C:\\home\\.local\\share\\Steam\\steamapps\\libraryfolders.vdf",
               "\"libraryfolders\"\n{\n\t\"1\"\n\t{\n\t\t\"path\"\t\t\"" + drive.native() +
                   "/disk/SteamLibrary\"\n");
@@ -64,7 +81,7 @@ TEST_F(WineSimulatorFinderTest, FindsWhatTheLaunchersKeep) {
 }
 
 TEST_F(WineSimulatorFinderTest, AsksTheRegistryFirst) {
-  simulator("FS2002");  // on the program's own drive
+  simulator("Games\\Flight Simulator 2002");  // on the program's own drive
   simulator(
       "home\\.wine\\drive_c\\Spiele\\Flug\xC3\xBC"
       "bungen");
@@ -76,11 +93,12 @@ TEST_F(WineSimulatorFinderTest, AsksTheRegistryFirst) {
           "[Software\\\\Wow6432Node\\\\microsoft\\\\Microsoft Games\\\\Flight Simulator\\\\8.0] 1\n"
           "#time=1\n@=\"none\"\n\"App\"=dword:00000001\n"
           "\"exe path\"=\"c:\\\\Spiele\\\\Flug\\x00fc"
-          "bungen\"\n");
+          "bungen" +
+          std::string(1, '\0') + "rest\"\n");
   EXPECT_EQ(WineSimulatorFinder(drive.drives()).find(),
             (std::vector<std::string>{"C:\\home\\.wine\\drive_c\\Spiele\\Flug\xC3\xBC"
                                       "bungen\\",
-                                      "C:\\FS2002\\"}));
+                                      "C:\\Games\\Flight Simulator 2002\\"}));
 }
 
 TEST_F(WineSimulatorFinderTest, IsNotLedAstray) {

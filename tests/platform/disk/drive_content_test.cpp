@@ -1,12 +1,15 @@
 // Copying, moving, replacing, renaming and deleting files on a real disk.
 #include <sys/stat.h>
+#include <sys/wait.h>
 #include <sys/xattr.h>
 #include <unistd.h>
 
 #include <filesystem>
+#include <fstream>
 #include <functional>
 
 #include "platform/disk/file_writer.h"
+#include "platform/disk/hidden_files.h"
 #include "support/disk_fixture.h"
 #include "support/failing_calls.h"
 
@@ -297,7 +300,49 @@ TEST_F(DriveContentTest, AHiddenNameServesWhereFilesNeedOne) {
   EXPECT_EQ(file.publish("to", true), 0);
   EXPECT_EQ(drive.read("C:\\to"), "new");
   EXPECT_EQ(drive.tree("C:\\"), Lines{"to"});
-  EXPECT_TRUE(isLeftoverName(".skv-0123456789abcdef.tmp"));
+}
+
+TEST_F(DriveContentTest, WhatAKilledRunHasLeftGoesAtTheNextStartAndNothingElse) {
+  const std::string notes = onMachine("notes/unfinished"),
+                    other = "C:\\d\\.skv-0123456789abcdef.tmp";
+  drive.write("C:\\d\\old", "old");
+  drive.write(other, "of another run");
+  const auto killed = [&](const std::function<void()>& work) {
+    if (const pid_t child = ::fork(); child == 0) {
+      HiddenFiles hidden(notes);
+      work();
+      ::_exit(0);
+    } else {
+      ::waitpid(child, nullptr, 0);
+    }
+  };
+  // By name, as on a disk that knows no files without one; the second run ends while it has two.
+  const auto begin = [&](const char* folder) {
+    const std::string name = onMachine(folder) + "/" + someHiddenName();
+    HiddenFiles::begin(name);
+    std::ofstream(name) << "half";
+  };
+  fs::create_directory(onMachine("away"));
+  killed([&] {
+    EXPECT_TRUE(disk.replaceFile("C:\\d\\old", "new").ok());
+    begin("d");
+    begin("away");
+  });
+  EXPECT_EQ(drive.tree("C:\\d").size(), 3U);
+  fs::rename(onMachine("away"), onMachine("unmounted"));
+  { const HiddenFiles hidden(notes); }
+  EXPECT_EQ(drive.tree("C:\\d"), (Lines{other.substr(5), "old"}));
+  fs::rename(onMachine("unmounted"), onMachine("away"));
+  killed([&] {
+    begin("d");
+    const HiddenFiles second(notes);
+    begin("d");
+  });
+  EXPECT_EQ(drive.tree("C:\\d").size(), 4U) << "which are in use by the first of two runs";
+  { const HiddenFiles hidden(notes); }
+  EXPECT_EQ(drive.tree("C:\\d").size(), 2U);
+  EXPECT_EQ(drive.tree("C:\\away"), Lines{});
+  EXPECT_EQ(drive.read("C:\\notes\\unfinished"), "");
 }
 
 }  // namespace skv::test

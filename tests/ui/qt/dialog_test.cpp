@@ -110,6 +110,29 @@ TEST_F(BoxTest, AFileDialogAnswersTheFileAndCancelledWhenItIsLeft) {
   EXPECT_EQ(left.outcome().number(), err::cancelled);
 }
 
+TEST_F(BoxTest, TheSplashHidesBeforeWhateverAsks) {
+  const auto splash = [] { return find<QWidget>("frmSplash"); };
+  for (const bool early : {true, false}) {
+    windows.show(app.frmSplash, nullptr);
+    EXPECT_TRUE(early || QTest::qWaitFor([&] { return splash() != nullptr; }));
+    withBox([&](QDialog& box) {
+      EXPECT_EQ(splash(), nullptr);
+      QTest::qWait(200);  // it would have come by now
+      EXPECT_EQ(splash(), nullptr);
+      box.reject();
+    });
+    windows.messageBox({"first"});
+    EXPECT_FALSE(app.frmSplash.visible);
+    windows.show(app.frmSplash, nullptr);
+    EXPECT_TRUE(early || QTest::qWaitFor([&] { return splash() != nullptr; }));
+    windows.show(app.frmIdentity, nullptr);
+    settle();
+    EXPECT_EQ(splash(), nullptr);
+    windows.unload(app.frmIdentity);
+    windows.unload(app.frmSplash);
+  }
+}
+
 TEST_F(BoxTest, SettingsAreOpenedByKeyFilledAndAccepted) {
   showMain();
   inDialog(app.frmSettings, [] {

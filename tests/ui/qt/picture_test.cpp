@@ -5,8 +5,10 @@
 #include <QMimeData>
 #include <QSemaphore>
 #include <QUrl>
+#include <filesystem>
 #include <mutex>
 
+#include "support/environment_variable.h"
 #include "ui/qt/picture_view.h"
 #include "ui/qt/window_fixture.h"
 
@@ -155,6 +157,13 @@ TEST_F(PictureViewTest, OneDroppedFileIsTakenAndStaysWhereItIs) {
   EXPECT_TRUE(view->acceptDrops());
   EXPECT_TRUE(drop({file}));
   EXPECT_EQ(dropped, std::vector<std::string>{"C:\\My Pictures\\a.jpg"});
+  drive.write("C:\\b.jpg", "whole");
+  const std::string odd = drive.native("C:\\My Pictures") + "/14:30 b.jpg";
+  std::filesystem::rename(drive.native("C:\\b.jpg"), odd);
+  const Variable temporary("TMPDIR", drive.native("C:\\"));
+  image.fileDropped = [&](const std::string& path) { dropped.push_back(drive.read(path)); };
+  EXPECT_TRUE(drop({QUrl::fromLocalFile(QString::fromStdString(odd))}));
+  EXPECT_EQ(dropped.back(), "whole") << "of a name that Windows does not have";
   EXPECT_FALSE(drop({file, file}));
   EXPECT_FALSE(drop({QUrl("https://example.invalid/a.jpg")}));
   form.enabled = false;
@@ -166,6 +175,7 @@ TEST_F(WindowTest, AMenuThatAKeyAsksForOpensAtThePicture) {
   auto& image = app.frmMain.imgAircraft;
   app.frmMain.mnuPicDel.click = [] {};
   image.mouseDown = [this](ui::MouseButton) { windows.popUp(app.frmMain.mnuPic); };
+  app.frmMain.mnuPic.caption = "Picture of the panel";
   image.visible = true;
   image.changed();
   settle();
@@ -178,7 +188,12 @@ TEST_F(WindowTest, AMenuThatAKeyAsksForOpensAtThePicture) {
   auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
   ASSERT_NE(menu, nullptr);
   EXPECT_TRUE(menu->geometry().adjusted(-9, -9, 9, 9).contains(place)) << "not at the mouse";
+  EXPECT_EQ(menu->actions().first()->text(), "Picture of the panel") << "says what it is about";
+  int closed = 0;
+  app.frmMain.mnuPic.closed = [&] { ++closed; };
   menu->close();
+  EXPECT_EQ(closed, 0) << "an entry does first what it is there for";
+  EXPECT_TRUE(QTest::qWaitFor([&] { return closed == 1; }, 3000));
 }
 
 TEST_F(WindowTest, TheViewerShowsThePictureAtItsSizeAndCloses) {

@@ -1,6 +1,7 @@
 // The main window: buttons, menus, fields, and what it does while it is disabled or closed.
 #include <QAccessible>
 #include <QAction>
+#include <QHeaderView>
 #include <QLineEdit>
 #include <QLocale>
 #include <QPlainTextEdit>
@@ -11,8 +12,10 @@
 #include <QTranslator>
 
 #include "core/long_operation.h"
+#include "ui/qt/icons.h"
 #include "ui/qt/language.h"
 #include "ui/qt/place_pictures.h"
+#include "ui/qt/theme.h"
 #include "ui/qt/window_fixture.h"
 
 namespace skv::test {
@@ -269,6 +272,28 @@ TEST(LanguageTest, CaptionsFollowTheDesktopAndTextsOfTheUserDoNot) {
   EXPECT_EQ(german("Title:\n\nMy own words"), "Titel:\n\nMy own words");
   for (QTranslator* translator : qApp->findChildren<QTranslator*>()) delete translator;
   QLocale::setDefault(before);
+}
+
+TEST_F(WindowTest, AnotherDressReachesWhatIsShown) {
+  const QPalette before = QApplication::palette();
+  const auto restored = qScopeGuard([&] { QApplication::setPalette(before); });
+  showMain();
+  auto* header = find<QTreeView>("lstAircraft")->header();
+  ui::qt::PlacePictures drawn(ui::qt::aircraftPlaces());
+  const QIcon icon = ui::qt::drawnIcon("up", QPalette::ButtonText);
+  QImage picture, arrow;
+  for (const bool dark : {true, false}) {
+    const QPalette palette = ui::qt::paletteFor({.dark = dark}, before);
+    EXPECT_EQ(ui::qt::isDark(palette), dark);
+    QApplication::setPalette(palette);
+    settle();
+    EXPECT_EQ(mainWindow()->palette().color(QPalette::Base), palette.color(QPalette::Base));
+    EXPECT_EQ(header->palette().color(QPalette::ButtonText),
+              palette.color(QPalette::PlaceholderText));
+    EXPECT_NE(std::exchange(picture, drawn.picture(2, palette, 1).toImage()),
+              drawn.picture(2, palette, 1).toImage());
+    EXPECT_NE(std::exchange(arrow, icon.pixmap(16).toImage()), icon.pixmap(16).toImage());
+  }
 }
 
 }  // namespace skv::test
