@@ -256,7 +256,8 @@ bool settingsCanBeRead(ui::Windowing& windows, SettingsStore& settings) {
     if (windows.messageBox(
             {"The settings cannot be read, and nothing will be written over them.\r\n" +
                  state.description() + "\r\n\r\nTry again?",
-             ui::BoxIcon::exclamation, ui::BoxButtons::yesNo}) != ui::Answer::yes)
+             ui::BoxIcon::exclamation, ui::BoxButtons::yesNo, ui::programTitle,
+             ui::DefaultButton::yes}) != ui::Answer::yes)
       return false;
   }
 }
@@ -314,10 +315,10 @@ bool frmMain_QueryUnload(App& app) {
   if (!operationRuns(app)) return mayLeaveInfo(app) && mayLeaveSceneries(app);
   if (app.stopRequested) return false;
   const ui::Answer answer = app.windows.messageBox(
-      {"FS Skyvault is still at work. Wait for it to end?\r\n\r\nNo stops it after the file that "
-       "it is at, and then closes the program.",
-       ui::BoxIcon::question, ui::BoxButtons::yesNo});
-  if (answer == ui::Answer::yes) return false;
+      {"FS Skyvault is still at work. Stop it?\r\n\r\nYes stops it after the file that it is at, "
+       "and then closes the program. No waits for it to end.",
+       ui::BoxIcon::question, ui::BoxButtons::yesNo, ui::programTitle, ui::DefaultButton::no});
+  if (answer != ui::Answer::yes) return false;
   // It may have ended meanwhile.
   if (!operationRuns(app)) return mayLeaveInfo(app) && mayLeaveSceneries(app);
   app.stopRequested = true;

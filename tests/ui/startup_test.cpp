@@ -246,7 +246,7 @@ TEST_F(StartupTest, ACloseRequestDuringAnOperationAsks) {
   EXPECT_TRUE(frmMain_QueryUnload(app));
   EXPECT_TRUE(windows.boxes.empty());
   std::optional<LongOperation> busy(app);
-  windows.answers = {ui::Answer::yes, ui::Answer::no};
+  windows.answers = {ui::Answer::no, ui::Answer::yes};
   EXPECT_FALSE(frmMain_QueryUnload(app));
   EXPECT_FALSE(app.stopRequested) << "the user waits";
   EXPECT_FALSE(frmMain_QueryUnload(app));

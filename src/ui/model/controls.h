@@ -64,6 +64,7 @@ class TextBox : public Control {
   bool password = false;    // shown as asterisks
   bool multiLine = false;   // wraps; holds no line breaks unless the next says so
   bool lineBreaks = false;  // the Enter key and pasted line ends break the line; they are "\n"
+  Button* save = nullptr;   // what Ctrl+S in the box presses; owned by the form
   std::function<void()> gotFocus, lostFocus;
   std::function<void()> change;  // the user has changed the text
   // Key 13 is Enter. A handler that sets `key` to 0 cancels the key and returns what is to be typed

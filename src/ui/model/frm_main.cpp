@@ -47,6 +47,10 @@ FrmMain::FrmMain() : Form("frmMain", "FS Skyvault") {
   for (ListView* list : {&lstAircraft, &lstPanel, &lstSound}) list->labelEdit = true;
   lstScenery.checkBoxes = true;
   txtACDescription.multiLine = true;
+  for (TextBox* box : {&txtACTitle, &txtSim, &txtModel, &txtPanel, &txtSound, &txtTexture,
+                       &txtATCID, &txtATCAirline, &txtATCFlight, &txtUIManufacturer, &txtUIType,
+                       &txtUIVariation, &txtACDescription})
+    box->save = &btnSaveACInfo;
   mnuFileInstallFromEmailOLK.hint = outlookMeans;
 
   lblACSpecimen.visible = false;

@@ -16,8 +16,8 @@ enum class Answer { ok, yes, no, cancel };
 
 inline constexpr const char* programTitle = "FS Skyvault";
 
-// The button that Enter presses. By default Yes, or No where the icon is a warning: Enter does not
-// remove anything.
+// The button that Enter presses. By default Yes or OK, and with the two icons that warn No or
+// Cancel: Enter does not remove anything.
 enum class DefaultButton { byIcon, yes, no, cancel };
 
 // Always shown as plain text, whatever it looks like.

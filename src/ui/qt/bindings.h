@@ -33,6 +33,7 @@ class Binding : public QObject {
   // Forgets the control, for a window that is put away.
   void detach();
   bool attached() const { return control_ != nullptr; }
+  Control* control() const { return control_; }  // null once it is detached
   // Called by detach; not when the binding itself goes.
   std::function<void()> onDetach;
   // Asks for a refresh as if the control had changed.

@@ -1,7 +1,6 @@
 #include "ui/qt/flat_style.h"
 
 #include <QAbstractScrollArea>
-#include <QGuiApplication>
 #include <QPainter>
 #include <QRadioButton>
 #include <QStyleOption>

@@ -60,6 +60,7 @@ void ListTree::showPlaces(const PlaceSet& set) {
 // The rows' height is asked for when the list is about to be seen: the first question for a font
 // waits until all of them have been looked through.
 bool ListTree::event(QEvent* event) {
+  if (event->type() == QEvent::PaletteChange) delegate_->forgetColours();
   const bool handled = QTreeView::event(event);
   if (event->type() == QEvent::Polish) {
     QStyleOptionViewItem option;
@@ -348,7 +349,8 @@ void ListTree::contextMenuEvent(QContextMenuEvent* event) {
   } else if (index.isValid() && list_.labelEdit && list_.afterLabelEdit) {
     auto* menu = new QMenu(this);
     menu->setAttribute(Qt::WA_DeleteOnClose);
-    menu->addAction(tr("&Rename"), this, [this] { editSelected(); });
+    // Later: the menu that goes gives the keyboard back to the list, which would close the field.
+    menu->addAction(tr("&Rename"), this, [this] { list_.startLabelEdit(); });
     menu->popup(place);
   } else if (!byMouse) {
     later([this] { ui::raise(list_.mouseDown, MouseButton::right); });

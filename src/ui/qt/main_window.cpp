@@ -1,6 +1,9 @@
 #include "ui/qt/main_window.h"
 
+#include <QKeyEvent>
+#include <QLineEdit>
 #include <QMenuBar>
+#include <QPlainTextEdit>
 #include <QTimer>
 #include <QVBoxLayout>
 #include <memory>
@@ -49,12 +52,30 @@ void addMenus(FormBuilder& build, FrmMain& form, QMainWindow& window) {
   });
 }
 
+// A text that is being typed, in a box or in a row.
+bool isTextField(const QWidget* widget) {
+  return qobject_cast<const QLineEdit*>(widget) || qobject_cast<const QPlainTextEdit*>(widget);
+}
+
 // Completes itself when it has been seen.
 class MainWindow : public QMainWindow {
  public:
   std::vector<std::function<void()>> later;
 
  protected:
+  bool event(QEvent* event) override {
+    // Ctrl and a letter belong to the text that has the keyboard, whether they mean something to it
+    // or not; but the program can be left from anywhere.
+    if (event->type() == QEvent::ShortcutOverride && isTextField(focusWidget())) {
+      const auto& key = static_cast<const QKeyEvent&>(*event);
+      if (key.modifiers() == Qt::ControlModifier && key.key() >= Qt::Key_A &&
+          key.key() <= Qt::Key_Z && key.key() != Qt::Key_Q) {
+        event->accept();
+        return true;
+      }
+    }
+    return QMainWindow::event(event);
+  }
   void paintEvent(QPaintEvent* event) override {
     QMainWindow::paintEvent(event);
     completeIn(std::chrono::milliseconds(0));

@@ -54,18 +54,23 @@ QString iconWord(BoxIcon icon) {
   return {};
 }
 
+bool warns(BoxIcon icon) { return icon == BoxIcon::warning || icon == BoxIcon::exclamation; }
+
 QMessageBox::StandardButton defaultOf(const Box& box) {
+  const bool asksOk = box.buttons == BoxButtons::okCancel;
+  const auto agree = asksOk ? QMessageBox::Ok : QMessageBox::Yes;
+  const auto refuse = asksOk ? QMessageBox::Cancel : QMessageBox::No;
   switch (box.defaultButton) {
     case DefaultButton::yes:
-      return QMessageBox::Yes;
+      return agree;
     case DefaultButton::no:
-      return QMessageBox::No;
+      return refuse;
     case DefaultButton::cancel:
-      return QMessageBox::Cancel;
+      return box.buttons == BoxButtons::yesNo ? QMessageBox::No : QMessageBox::Cancel;
     case DefaultButton::byIcon:
       break;
   }
-  return box.icon == BoxIcon::warning ? QMessageBox::No : QMessageBox::Yes;
+  return warns(box.icon) ? refuse : agree;
 }
 
 QSize screenOf(const QWidget& widget) { return widget.screen()->availableSize(); }
@@ -117,16 +122,10 @@ void MessageBox::addButtons(const Box& box) {
     unanswered_ = Answer::ok;
     return;
   }
-  if (box.buttons == BoxButtons::okCancel) {
-    setStandardButtons(QMessageBox::Ok | QMessageBox::Cancel);
-    unanswered_ = Answer::cancel;
-    setEscapeButton(QMessageBox::Cancel);
-    setDefaultButton(QMessageBox::Ok);
-    return;
-  }
-  const bool cancels = box.buttons == BoxButtons::yesNoCancel;
-  setStandardButtons(QMessageBox::Yes | QMessageBox::No |
-                     (cancels ? QMessageBox::Cancel : QMessageBox::NoButton));
+  const bool cancels = box.buttons != BoxButtons::yesNo;
+  setStandardButtons(
+      (box.buttons == BoxButtons::okCancel ? QMessageBox::Ok : QMessageBox::Yes | QMessageBox::No) |
+      (cancels ? QMessageBox::Cancel : QMessageBox::NoButton));
   unanswered_ = cancels ? Answer::cancel : Answer::no;
   setEscapeButton(cancels ? QMessageBox::Cancel : QMessageBox::No);
   setDefaultButton(defaultOf(box));
@@ -181,6 +180,8 @@ void MessageBox::addScrolling(const QString& text) {
 Answer MessageBox::ask() {
   // A box that goes with its window is answered as by its close box.
   switch (exec()) {
+    case QMessageBox::Ok:
+      return Answer::ok;
     case QMessageBox::Yes:
       return Answer::yes;
     case QMessageBox::No:

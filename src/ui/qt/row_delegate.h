@@ -16,6 +16,8 @@ class RowDelegate : public QStyledItemDelegate {
 
   // Draws the rows' small icons as places.
   void showPlaces(const PlaceSet& set) { places_ = std::make_unique<PlacePictures>(set); }
+  // The program's palette has changed.
+  void forgetColours() { legible_.clear(); }
 
   void paint(QPainter* painter, const QStyleOptionViewItem& option,
              const QModelIndex& index) const override;

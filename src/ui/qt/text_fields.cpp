@@ -26,6 +26,13 @@ int keyOf(const QKeyEvent& event) {
   return event.text().isEmpty() ? 0 : event.text().front().unicode();
 }
 
+// Answers whether the key was Ctrl+S in a box that can be saved.
+bool saves(const TextBox& box, const QKeyEvent& key, const Binding& binding) {
+  if (!box.save || !key.matches(QKeySequence::Save)) return false;
+  if (box.save->enabled && !key.isAutoRepeat()) binding.fire(box.save->click);
+  return true;
+}
+
 // Another window coming to the front, or a menu, is no change of focus between the boxes.
 bool betweenControls(const QFocusEvent& event) {
   return event.reason() != Qt::ActiveWindowFocusReason && event.reason() != Qt::PopupFocusReason &&
@@ -48,12 +55,12 @@ TextLine::TextLine(Bindings& bindings, Form& form, TextBox& box) : box_(box) {
   connect(this, &QLineEdit::textEdited, binding_, [this](const QString& now) {
     if (!binding_->accepts()) return;
     box_.text = typed(now);
-    binding_->act();
-    binding_->tell(box_.change);
+    binding_->fire(box_.change);
   });
 }
 
 void TextLine::keyPressEvent(QKeyEvent* event) {
+  if (saves(box_, *event, *binding_)) return;
   const int key = keyOf(*event);
   if (key != 0 && binding_->accepts()) {
     if (const auto instead = replacement(box_, key)) {
@@ -88,11 +95,12 @@ TextArea::TextArea(Bindings& bindings, Form& form, TextBox& box) : box_(box) {
   connect(this, &QPlainTextEdit::textChanged, binding_, [this] {
     if (refreshing_ || !binding_->accepts()) return;
     box_.text = typed(toPlainText());
-    binding_->act();
+    binding_->fire(box_.change);
   });
 }
 
 void TextArea::keyPressEvent(QKeyEvent* event) {
+  if (saves(box_, *event, *binding_)) return;
   const int key = keyOf(*event);
   if (key != 0 && binding_->accepts()) {
     if (const auto instead = replacement(box_, key)) {

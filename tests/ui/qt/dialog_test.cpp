@@ -1,6 +1,7 @@
 // Boxes and dialogs, driven as a user drives them while the program waits for an answer.
-#include <QAccessible>
 #include <QDialog>
+#include <QDialogButtonBox>
+#include <QFileDialog>
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QPushButton>
@@ -9,23 +10,6 @@
 #include "ui/qt/window_fixture.h"
 
 namespace skv::test {
-
-// Every control below that the keyboard reaches has a name for a screen reader, and no part is a
-// mere frame, which would be a window of its own to it.
-void expectNames(const QAccessibleInterface& part, const std::string& place) {
-  const QAccessible::State state = part.state();
-  if (state.invisible) return;
-  const std::string here = place + "/" + part.text(QAccessible::Name).toStdString();
-  const bool labelled = !part.relations(QAccessible::Label).isEmpty();
-  if (state.focusable) {
-    EXPECT_TRUE(labelled || !here.ends_with('/'))
-        << here << " " << part.object()->objectName().toStdString();
-  }
-  EXPECT_TRUE(labelled || part.role() != QAccessible::ComboBox) << here;
-  EXPECT_NE(part.role(), QAccessible::Border) << here;
-  for (int i = 0; i < part.childCount(); ++i)
-    if (const QAccessibleInterface* child = part.child(i)) expectNames(*child, here);
-}
 
 // The box that has the floor.
 QDialog* activeBox() { return qobject_cast<QDialog*>(QApplication::activeModalWidget()); }
@@ -58,6 +42,12 @@ TEST_F(BoxTest, ABoxShowsItsTextAsItIsAndAnswers) {
                {yesNoCancel, escape, Answer::cancel},
                {ok, escape, Answer::ok},
                {ok, QMessageBox::Ok, Answer::ok},
+               {okCancel, escape, Answer::cancel, question},
+               {okCancel, enter, Answer::ok, question},
+               {okCancel, enter, Answer::cancel},
+               {yesNo, enter, Answer::yes, question},
+               {yesNo, enter, Answer::no, exclamation},
+               {yesNo, enter, Answer::no, question, Stated::cancel},
                {yesNoCancel, enter, Answer::yes, question},
                {yesNoCancel, enter, Answer::no},
                {yesNoCancel, enter, Answer::yes, warning, Stated::yes},
@@ -89,46 +79,43 @@ TEST_F(BoxTest, ABoxShowsItsTextAsItIsAndAnswers) {
             Answer::yes);
 }
 
-TEST_F(BoxTest, EveryFormHasAWindowAndAnUnknownOneStopsTheProgram) {
-  for (const ui::Form* form : std::initializer_list<const ui::Form*>{
-           &app.frmMain, &app.frmSettings, &app.frmDirSelect, &app.frmSplash, &app.frmSCOptions,
-           &app.frmMailPack, &app.frmIdentity})
-    EXPECT_TRUE(windows.makers().knows(*form)) << form->name();
-  ui::Form stranger("frmStranger");
-  EXPECT_DEATH(windows.show(stranger, nullptr), "frmStranger");
+TEST_F(BoxTest, AnInputBoxAnswersWhatWasTypedAndNothingWhenItIsLeft) {
+  showMain();
+  for (const bool leave : {false, true}) {
+    withBox([leave](QDialog& box) {
+      EXPECT_EQ(box.windowTitle(), "Rename");
+      auto* field = box.findChild<QLineEdit*>();
+      EXPECT_EQ(field->selectedText(), "old <b>");
+      QTest::keyClicks(field, "new");
+      QTest::keyClick(field, leave ? Qt::Key_Escape : Qt::Key_Return);
+    });
+    const auto answer = windows.inputBox("Name:", "Rename", "old <b>");
+    EXPECT_EQ(answer, leave ? std::nullopt : std::optional<std::string>("new"));
+  }
 }
 
-TEST_F(BoxTest, ScreenReadersHaveNamesForAll) {
+TEST_F(BoxTest, AFileDialogAnswersTheFileAndCancelledWhenItIsLeft) {
   showMain();
-  fillAircraft(2);
-  app.frmSCOptions.lstFlatten.add("", {});
-  const auto expectAll = [](const ui::Form& form) {
-    auto* window = find<QWidget>(form.name().c_str());
-    ASSERT_NE(window, nullptr) << form.name();
-    expectNames(*QAccessible::queryAccessibleInterface(window), form.name());
+  drive.write("C:\\Temp\\one.ZIP", "");
+  drive.write("C:\\Temp\\one.txt", "");
+  const auto ask = [&](std::function<void(QFileDialog&)> act) {
+    withBox([act](QDialog& box) { act(dynamic_cast<QFileDialog&>(box)); });
+    return windows.openFile({"C:\\Temp\\", "Zip Files|*.zip"});
   };
-  expectAll(app.frmMain);
-  for (ui::Form* form : std::initializer_list<ui::Form*>{&app.frmDirSelect, &app.frmSCOptions,
-                                                         &app.frmMailPack, &app.frmIdentity}) {
-    windows.show(*form, &app.frmMain);
-    settle();
-    expectAll(*form);
-    windows.unload(*form);
-  }
-  inDialog(app.frmSettings, [&] {
-    app.frmSettings.lblIntro.visible = app.frmSettings.cmbFound.visible = true;
-    settle();
-    expectAll(app.frmSettings);
-    EXPECT_EQ(find<QWidget>("txtFSRoot")->accessibleDescription(), "FS2002 found here");
+  const auto picked = ask([&](QFileDialog& dialog) {
+    EXPECT_EQ(dialog.directory().absolutePath().toStdString(), drive.native("C:\\Temp"));
+    EXPECT_EQ(dialog.nameFilters(), QStringList{"Zip Files (*.[zZ][iI][pP])"});
+    dialog.findChild<QLineEdit*>("fileNameEdit")->setText("one.ZIP");
+    dialog.findChild<QDialogButtonBox*>("buttonBox")->button(QDialogButtonBox::Open)->click();
   });
-  click("mnuFileSettings");
-  inDialog(app.frmSplash, [&] {
-    expectAll(app.frmSplash);
-    // Enter does what the window is for, and opens no web page.
-    EXPECT_EQ(find<QWidget>("frmSplash")->focusWidget(), find<QWidget>("btnClose"));
-    click("btnClose");
+  ASSERT_TRUE(picked.ok());
+  EXPECT_EQ(picked.value().path, "C:\\Temp\\one.ZIP");
+  EXPECT_EQ(picked.value().initialFolder, "C:\\Temp\\");
+  const auto left = ask([](QFileDialog& dialog) {
+    dialog.findChild<QLineEdit*>("fileNameEdit")->setText("one.ZIP");
+    dialog.findChild<QDialogButtonBox*>("buttonBox")->button(QDialogButtonBox::Cancel)->click();
   });
-  click("mnuHelpAbout");
+  EXPECT_EQ(left.outcome().number(), err::cancelled);
 }
 
 TEST_F(BoxTest, TheSplashHidesBeforeWhateverAsks) {
@@ -161,6 +148,7 @@ TEST_F(BoxTest, SettingsAreOpenedByKeyFilledAndAccepted) {
     ASSERT_NE(field, nullptr);
     EXPECT_EQ(find<QLineEdit>("txtPOPPassword")->echoMode(), QLineEdit::Password);
     EXPECT_EQ(find<QLineEdit>("txtFSRoot")->text(), "C:\\FS\\");
+    EXPECT_EQ(find<QWidget>("txtFSRoot")->accessibleDescription(), "FS2002 found here");
     QTest::keyClicks(field, "C:\\SLib\\");
     click("btnOK");
   });

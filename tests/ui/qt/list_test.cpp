@@ -1,8 +1,13 @@
 // The lists as a user meets them: rows, clicks, renaming.
 #include <QAbstractItemModel>
+#include <QContextMenuEvent>
 #include <QHeaderView>
+#include <QIcon>
 #include <QLineEdit>
+#include <QMenu>
+#include <QScopeGuard>
 
+#include "ui/qt/icons.h"
 #include "ui/qt/window_fixture.h"
 
 namespace skv::test {
@@ -64,6 +69,56 @@ TEST_F(ListTest, ARowIsRenamedInPlaceByEnterAndLeftByEscape) {
   settle();
   EXPECT_EQ(names.size(), 1U);
   EXPECT_EQ(list.text(3), "Aircraft 3");
+}
+
+TEST_F(ListTest, ARowIsRenamedByItsMenu) {
+  list.contextMenu = nullptr;  // as in the lists that have no menu of their own
+  list.afterLabelEdit = [&](bool&, const std::string& name) { heard.push_back(name); };
+  clickRow(3);
+  heard.clear();
+  QContextMenuEvent asked(QContextMenuEvent::Keyboard, {}, {});
+  QApplication::sendEvent(view->viewport(), &asked);
+  auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+  ASSERT_TRUE(menu && menu->actions().size() == 1);
+  QTest::keyClick(menu, Qt::Key_Down);
+  QTest::keyClick(menu, Qt::Key_Return);
+  settle();
+  ASSERT_NE(editor(), nullptr);
+  EXPECT_EQ(editor()->text(), "Aircraft 3");
+  QTest::keyClicks(editor(), "Spirit");
+  QTest::keyClick(editor(), Qt::Key_Return);
+  settle();
+  EXPECT_EQ(heard, (Lines{"Spirit"}));
+}
+
+TEST_F(ListTest, RowsFollowTheDesktopsColoursAndAreGreyWhileDisabled) {
+  list.setColour(1, 255);
+  const auto count = [this](const std::function<bool(QColor)>& is) {
+    settle();
+    const QRect row = view->visualRect(view->model()->index(0, 1));
+    const QImage drawn = view->viewport()->grab(row).toImage();
+    int found = 0;
+    for (int y = 0; y < drawn.height(); ++y)
+      for (int x = 0; x < drawn.width(); ++x) found += is(drawn.pixelColor(x, y)) ? 1 : 0;
+    return found;
+  };
+  const auto isRed = [](QColor c) { return c.red() > c.green() + 60 && c.red() > c.blue() + 60; };
+  const auto isLightRed = [&](QColor c) { return isRed(c) && c.red() > 190 && c.green() > 15; };
+  list.select(2);
+  EXPECT_GT(count(isRed), 0);
+  list.enabled = false;
+  EXPECT_EQ(count(isRed), 0);
+  list.enabled = true;
+
+  const QPalette light = QApplication::palette();
+  const auto back = qScopeGuard([&] { QApplication::setPalette(light); });
+  const QIcon arrow = ui::qt::drawnIcon("up", QPalette::ButtonText);
+  const QImage before = arrow.pixmap(16, 16).toImage();
+  QPalette dark(QColor(32, 32, 32));
+  dark.setColor(QPalette::Highlight, QColor(32, 32, 64));
+  QApplication::setPalette(dark);
+  EXPECT_GT(count(isLightRed), 0);
+  EXPECT_NE(arrow.pixmap(16, 16).toImage(), before);
 }
 
 TEST_F(ListTest, AHandlerMayTakeRowsAwayWhileItYields) {

@@ -59,6 +59,48 @@ TEST_F(WindowTest, FieldsGoBothWaysAndEnterIsTypedAsBackslashN) {
   EXPECT_EQ(form.txtACDescription.text.get(), "one\\ntwo");
 }
 
+TEST_F(WindowTest, CtrlAndALetterBelongToTheTextThatIsTyped) {
+  showMain();
+  fillAircraft(2);
+  auto& form = app.frmMain;
+  Lines heard;
+  form.btnSaveACInfo.enabled = true;
+  form.btnSaveACInfo.click = [&] { heard.emplace_back("save"); };
+  for (ui::MenuItem* item :
+       {&form.mnuFileImportAC, &form.mnuFileImportPN, &form.mnuFileImportSN, &form.mnuFileQuit,
+        &form.mnuViewFSAircraft, &form.mnuViewHangar, &form.mnuPicClip})
+    item->click = [&heard, item] { heard.push_back(item->shortcut); };
+  for (ui::TextBox* box : {&form.txtACTitle, &form.txtACDescription}) box->enabled = true;
+  settle();
+  const auto press = [&](QWidget* widget, const char* keys = "ANSFHVXCZQ") {
+    heard.clear();
+    for (; *keys; ++keys) QTest::keyClick(widget, static_cast<Qt::Key>(*keys), Qt::ControlModifier);
+    settle();
+    return heard;
+  };
+  auto* title = find<QLineEdit>("txtACTitle");
+  title->setFocus();
+  QTest::keyClicks(title, "Boeing");
+  EXPECT_EQ(press(title), (Lines{"save", "Ctrl+Q"}));
+  EXPECT_EQ(title->text(), "Boeing") << "cut, copied, and the cut taken back";
+  form.btnSaveACInfo.enabled = false;
+  EXPECT_EQ(press(title, "S"), Lines{});
+  form.btnSaveACInfo.enabled = true;
+  click("tabACInfo", 3);
+  auto* description = find<QPlainTextEdit>("txtACDescription");
+  description->setFocus();
+  EXPECT_EQ(press(description), (Lines{"save", "Ctrl+Q"}));
+
+  auto* list = find<QTreeView>("lstAircraft");
+  list->setFocus();
+  EXPECT_EQ(press(list, "ANSFHQ"),
+            (Lines{"Ctrl+A", "Ctrl+N", "Ctrl+S", "Ctrl+F", "Ctrl+H", "Ctrl+Q"}));
+  doubleClickName(*list, 2);
+  auto* editor = list->findChild<QLineEdit*>();
+  ASSERT_NE(editor, nullptr);
+  EXPECT_EQ(press(editor), (Lines{"Ctrl+Q"}));
+}
+
 // Most of the pages are made after the window has been seen.
 TEST_F(WindowTest, TheKeyboardGoesThroughTheDetailsInTheirOrder) {
   showMain();
