@@ -165,8 +165,7 @@ class SceneryInstallation {
     placement_->undo(archive_.stillThere());
     archive_.giveUp();
     if (app_.stopRequested)
-      app_.frmMain.lblStatus.notice =
-          "Installation stopped: nothing was added to the library";
+      app_.frmMain.lblStatus.notice = "Installation stopped: nothing was added to the library";
   }
 
   void status(const std::string& text) { app_.frmMain.lblStatus.caption = text; }
