@@ -176,7 +176,7 @@ TEST_F(MessageTest, BearsMailsThatAreMadeToHurt) {
     while (mail.size() < length) mail += again;
     const std::size_t before = ParseGuard::inUse();
     const auto read = received(mail);
-    EXPECT_LT(ParseGuard::inUse(), before + (std::size_t{32} << 20U));
+    EXPECT_LT(ParseGuard::inUse(), before + (std::size_t{64} << 20U));
     EXPECT_EQ(outcome.number(), read ? 0 : err::mailLost);
 
     engine->Yield = [] { return false; };
