@@ -8,8 +8,8 @@
 
 namespace skv {
 
-// Fills `files` with the paths of the folder's files, relative to it, in walking order. The answer's
-// `done` is 0: nothing was transferred. Leaves PackFileList as it was; yields.
+// Fills `files` with the paths of the folder's files, relative to it, in walking order. The
+// answer's `done` is 0: nothing was transferred. Leaves PackFileList as it was; yields.
 WalkReport collectFiles(App& app, const std::string& folder, std::vector<std::string>& files,
                         OnStop onStop = OnStop::end);
 

@@ -405,7 +405,6 @@ const Walk::Rules& Walk::rulesOf(WalkCode code) {
       {.code = WalkFindPanelCfg, .listing = named, .name = "PANEL.CFG", .work = &Walk::hit},
       {.code = WalkFindGauge, .listing = named, .end = ".GAU", .work = &Walk::hit},
       {.code = WalkFindLooseWav, .listing = named, .end = ".WAV", .work = &Walk::hitLooseWav},
-      {.code = WalkFindZip, .listing = named, .end = ".ZIP", .work = &Walk::hit},
       {.code = WalkFindTextureBmp, .listing = named, .end = ".BMP", .work = &Walk::hitTextureBmp},
       {.code = WalkFindEffect, .listing = named, .end = ".FX", .work = &Walk::hit},
       {.code = WalkFindBgl, .listing = named, .end = ".BGL", .work = &Walk::hit},
