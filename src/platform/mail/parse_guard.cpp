@@ -141,15 +141,17 @@ bool ParseGuard::mayReadOn(std::span<const char> bytes) {
   unjudged_ = 0;
   // Pictures may be read meanwhile, for which nobody has to pay here: they go soon.
   const auto since = std::chrono::steady_clock::now();
-  while (growsTooMuch() && std::chrono::steady_clock::now() - since < timeOfOthers && beat())
+  while ((tooMuch_ = growsTooMuch()) && std::chrono::steady_clock::now() - since < timeOfOthers &&
+         beat())
     std::this_thread::sleep_for(MailPulse::interval);
-  tooMuch_ = growsTooMuch();
   ended_ = tooMuch_ || !beat();
   return !ended_;
 }
 
-// What the window takes while it lives is not the mail's doing.
+// What the window takes while it lives is not the mail's doing. To ask for the heap's size is dear
+// where it has many holes, so it is asked only when the window lives.
 bool ParseGuard::beat() {
+  if (!pulse_.isDue()) return pulse_.beat();
   const std::size_t now = inUse();
   const bool goesOn = pulse_.beat();
   before_ += inUse() - now;
