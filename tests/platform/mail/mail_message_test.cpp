@@ -167,6 +167,8 @@ TEST_F(MessageTest, BearsMailsThatAreMadeToHurt) {
       {"files in a text", "\n", "begin 644 a.zip\n#0V%T\nend\n"},
       {"addresses within each other", "Content-Type: message/rfc822\n\nTO: x", "a:"},
       {"words without an end", "Subject: x", "=?utf-8?q?a "},
+      {"such a file's name", top + "--B\nContent-Type: a/b; name=\"", "=?utf-8?q?a "},
+      {"marks of parts", top + "--B\n\n", "--b\n"},
   };
   for (const auto& [what, begin, again] : cases) {
     SCOPED_TRACE(what);
