@@ -13,6 +13,7 @@
 #include "core/landing_folder.h"
 #include "core/long_operation.h"
 #include "core/messages.h"
+#include "core/profile.h"
 #include "core/shared_folders.h"
 #include "core/stores.h"
 #include "core/view.h"
@@ -74,7 +75,15 @@ class HangarTransfer {
     // Without a name of its own the aircraft would be spread over the whole store.
     if (!isElementName(FolderName_)) return false;
     if (toHangar_) return toHangar();
-    return (Mask_ & inPackage) != 0 ? packageToSimulator() : hangarToSimulator();
+    if ((Mask_ & inPackage) == 0) return hangarToSimulator();
+    switch (packageIsMeant()) {
+      case ui::Answer::yes:
+        return packageToSimulator();
+      case ui::Answer::no:
+        return hangarToSimulator();
+      default:
+        return false;
+    }
   }
 
  private:
@@ -92,8 +101,22 @@ class HangarTransfer {
     return arrive(aircraft, HangarDir_, inHangar);
   }
 
+  // A Package has the name of its aircraft's folder, and says no more about where that lies.
+  ui::Answer packageIsMeant() {
+    const std::string other = namesakeInHangar(app_, Folder_);
+    if (other.empty()) return ui::Answer::yes;
+    return app_.windows.messageBox(
+        {.text = "\"" + Name_ + "\" lies in\r\n" + Folder_ +
+                 "\r\nAnother aircraft has a folder of the same name:\r\n" + other +
+                 "\r\n\r\nIs \"" + fileName(package_) +
+                 "\" the Package of the first of them? No copies its folder as it is.",
+         .icon = ui::BoxIcon::question,
+         .buttons = ui::BoxButtons::yesNoCancel,
+         .defaultButton = ui::DefaultButton::no});
+  }
+
   bool hangarToSimulator() {
-    if (!sourceMayBeCopied()) return false;
+    if (!sourceMayBeCopied() || !isWholeOrWanted()) return false;
     LandingFolder aircraft(app_, aircraftRootOf(FSRoot_), FolderName_);
     return succeeds(aircraft.open()) &&
            toSimulator(aircraft, Folder_, mainRootOf(HangarDir_) + FolderName_ + "\\");
@@ -140,6 +163,23 @@ class HangarTransfer {
     const auto there = files_.attributes(Folder_);
     return there.ok() || presenceBy(there.outcome()) == Presence::absent ||
            succeeds(there.outcome());
+  }
+
+  // Compressing takes the flight model out of a folder, which nobody sees when the Package is gone.
+  bool isWholeOrWanted() {
+    const std::string folder = withBackslash(Folder_), cfg = folder + "aircraft.cfg";
+    const std::string model = ReadProfile(files_, app_.codePage, cfg, "fltsim.0", "sim");
+    if (!isElementName(model)) return true;
+    const std::string file = model + ".air";
+    return presenceOf(files_, folder + file) != Presence::absent ||
+           app_.windows.messageBox(
+               {.text = "\"" + Name_ + "\" is not whole: its aircraft.cfg names \"" + file +
+                        "\", which is not in\r\n" + folder +
+                        "\r\nIt may have been compressed, and its Package is gone.\r\n\r\nCopy "
+                        "what is there all the same?",
+                .icon = ui::BoxIcon::warning,
+                .buttons = ui::BoxButtons::yesNo,
+                .defaultButton = ui::DefaultButton::no}) == ui::Answer::yes;
   }
 
   void copyAircraft(const std::string& folder, const LandingFolder& aircraft) {

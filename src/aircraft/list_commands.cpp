@@ -117,14 +117,24 @@ class Deletion {
   bool hangarFilesGo() {
     AddonFiles files;
     std::string named;
-    for (const std::string& root : {aircraftRootOf(app_.HangarDir), mainRootOf(app_.HangarDir)}) {
-      const auto folderOf = [&](const std::string& name) { return root + name + "\\"; };
+    const std::string aircraft = aircraftRootOf(app_.HangarDir), main = mainRootOf(app_.HangarDir);
+    // A row that leads elsewhere means the Hangar's own folder of that name.
+    const auto inHangar = [&aircraft](const std::string& row) {
+      const std::string folder = withBackslash(row);
+      return isOrHolds(aircraft, folder) ? folder : aircraft + FolderName(folder) + "\\";
+    };
+    files.folders.push_back({inHangar(Folder_), aircraft, otherFolders(inHangar)});
+    const bool sharesName = !namesakeInHangar(app_, files.folders[0].folder).empty();
+    if (!sharesName)
       files.folders.push_back(
-          {folderOf(FolderName_), root, otherFolders([&](const std::string& other) {
-             return folderOf(FolderName(withBackslash(other)));
+          {main + FolderName_ + "\\", main, otherFolders([&main](const std::string& other) {
+             return main + FolderName(withBackslash(other)) + "\\";
            })});
-      named += "\r" + folderOf(FolderName_);
-    }
+    for (const FolderUse& use : files.folders) named += "\r" + use.folder;
+    if (sharesName)
+      named +=
+          "\rWhat another aircraft with a folder of that name may need, in \"Main\" or as a "
+          "Package, stays.";
     const ui::Answer go =
         ask("Delete related Aircraft files from harddrive as well?" + named + usersNote(),
             ui::BoxIcon::question, ui::BoxButtons::yesNoCancel);
@@ -136,7 +146,7 @@ class Deletion {
       if (may.ok()) may = mayBeGivenUp(app_, use);
     if (!may.ok()) return filesStay(may);
     const std::string package = app_.PacksDir + FolderName_ + packageEnd;
-    const ui::Answer packageToo = packageGoesToo(app_, package);
+    const ui::Answer packageToo = sharesName ? ui::Answer::no : packageGoesToo(app_, package);
     if (packageToo == ui::Answer::cancel) return false;
     if (packageToo == ui::Answer::yes) files.package = package;
     return tellWalk(app_, deleteAddon(app_, files), "deleted");

@@ -2,6 +2,7 @@
 
 #include "base/paths.h"
 #include "core/disk_queries.h"
+#include "core/folder_guard.h"
 #include "core/stores.h"
 
 namespace skv {
@@ -53,6 +54,19 @@ int rowMask(App& app, int row) {
   const auto& list = app.frmMain.lstAircraft;
   const int icon = list.smallIcon(row);
   return icon > 0 ? icon - 1 : PlaceMask(app, FolderName(list.subItem(row, 1)));
+}
+
+std::string namesakeInHangar(const App& app, const std::string& folder) {
+  const std::string own = withBackslash(folder), root = aircraftRootOf(app.HangarDir);
+  const std::string name = FolderName(own);
+  const auto& list = app.frmMain.lstAircraft;
+  for (int row = 1; row <= list.count(); ++row) {
+    std::string other = withBackslash(list.subItem(row, 1));
+    if (equalsIgnoringCase(FolderName(other), name) && !equalsIgnoringCase(other, own) &&
+        isOrHolds(root, other))
+      return other;
+  }
+  return {};
 }
 
 }  // namespace skv

@@ -34,4 +34,9 @@ inline int placeIcon(int mask) { return mask + 1; }
 // The mask of a row of lstAircraft: by its picture, or by the disk for a row that has none yet.
 int rowMask(App& app, int row);
 
+// The folder of another row of lstAircraft, below the Hangar's aircraft root, that has the name of
+// `folder`; "" for none. Two such aircraft share a Package and a folder below "Main": nothing tells
+// to which of them these belong.
+std::string namesakeInHangar(const App& app, const std::string& folder);
+
 }  // namespace skv

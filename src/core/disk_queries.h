@@ -36,7 +36,8 @@ Result<double> GetDiskFree(const FileSystem& files, std::string_view path);
 bool diskIsThere(const FileSystem& files, std::string_view path);
 
 // A path in `folder`, which ends in a backslash, that nothing has: "b737.zip", else "b737 (2).zip",
-// and so on.
+// and so on. Some thousand are tried; the last of them is answered even if it stands, so that
+// whoever makes it has to fail then.
 std::string freePath(const FileSystem& files, const std::string& folder, const std::string& name);
 
 // Makes every folder of the path that is missing. Failures are passed over: whoever needs to know

@@ -8,6 +8,7 @@
 #include "core/disk_queries.h"
 #include "core/library_scan.h"
 #include "core/long_operation.h"
+#include "core/same_content.h"
 #include "core/staged_folder.h"
 
 namespace skv {
@@ -171,20 +172,13 @@ class Walk {
     if (refused.number() != err::pathFileAccess) return refused;
     const auto old = files_.attributes(to);
     if (!old.ok() || old.value().folder || !old.value().readOnly) return refused;
-    if (rules_.code == WalkCopy && isSame(from, to)) return {};
+    if (rules_.code == WalkCopy && sameContent(files_, from, to).valueOr(false)) return {};
     Attributes writable = old.value();
     writable.readOnly = false;
     if (!files_.setAttributes(to, writable).ok()) return refused;
     Outcome sent = (files_.*send)(from, to);
     if (!sent.ok()) files_.setAttributes(to, old.value()).skipped();
     return sent;
-  }
-
-  bool isSame(const std::string& one, const std::string& other) const {
-    const auto length = files_.fileLength(one), otherLength = files_.fileLength(other);
-    if (!length.ok() || !otherLength.ok() || length.value() != otherLength.value()) return false;
-    const auto bytes = files_.readFile(one), otherBytes = files_.readFile(other);
-    return bytes.ok() && otherBytes.ok() && bytes.value() == otherBytes.value();
   }
 
   // A folder's deletions go to the disk together, too.
@@ -411,7 +405,6 @@ const Walk::Rules& Walk::rulesOf(WalkCode code) {
       {.code = WalkFindPanelCfg, .listing = named, .name = "PANEL.CFG", .work = &Walk::hit},
       {.code = WalkFindGauge, .listing = named, .end = ".GAU", .work = &Walk::hit},
       {.code = WalkFindLooseWav, .listing = named, .end = ".WAV", .work = &Walk::hitLooseWav},
-      {.code = WalkFindZip, .listing = named, .end = ".ZIP", .work = &Walk::hit},
       {.code = WalkFindTextureBmp, .listing = named, .end = ".BMP", .work = &Walk::hitTextureBmp},
       {.code = WalkFindEffect, .listing = named, .end = ".FX", .work = &Walk::hit},
       {.code = WalkFindBgl, .listing = named, .end = ".BGL", .work = &Walk::hit},

@@ -18,7 +18,6 @@ enum class WalkCode {
   WalkFindGauge = 52,       // .GAU
   WalkDelete = 53,          // empties src
   WalkFindLooseWav = 54,    // .WAV without a sound.cfg beside it
-  WalkFindZip = 55,         // .ZIP
   WalkFindPanelCfg = 56,    // PANEL.CFG
   WalkFindTextureBmp = 57,  // .BMP in a folder whose name ends in TEXTURE
   WalkFindEffect = 58,      // .FX

@@ -4,11 +4,11 @@
 
 #include "base/paths.h"
 #include "base/text.h"
+#include "core/collect_files.h"
 #include "core/disk_queries.h"
 #include "core/kept_original.h"
 #include "core/stores.h"
 #include "core/view.h"
-#include "core/walktree.h"
 #include "mail/mail_contact.h"
 #include "packaging/package_commands.h"
 
@@ -120,9 +120,8 @@ Result<PackageToSend::Paths> PackageToSend::filesOfAddon() const {
   const std::string own = row == 0 ? kind_.addons(app_) + name_ : list.subItem(row, 1);
   for (const std::string& folder :
        {withBackslash(own), mainRootOf(kind_.store(app_)) + name_ + "\\"}) {
-    const auto others = std::exchange(app_.PackFileList, {});
-    const WalkReport report = WalkTree(app_, folder, "", WalkCollect, true);
-    const auto names = std::exchange(app_.PackFileList, others);
+    Paths names;
+    const WalkReport report = collectFiles(app_, folder, names);
     if (report.failed > 0) return report.first;
     if (report.stopped) return Outcome::failure(err::cancelled);
     for (const std::string& name : names) found.push_back(folder + name);

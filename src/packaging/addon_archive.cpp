@@ -5,13 +5,13 @@
 
 #include "base/paths.h"
 #include "core/addon_name.h"
+#include "core/collect_files.h"
 #include "core/disk_queries.h"
 #include "core/folder_guard.h"
 #include "core/messages.h"
 #include "core/settings_keys.h"
 #include "core/staged_folder.h"
 #include "core/stores.h"
-#include "core/walktree.h"
 #include "core/working_folder.h"
 
 namespace skv {
@@ -22,10 +22,6 @@ constexpr int yieldsAfterChoice = 1000;
 constexpr int yieldsAfterExtraction = 500;
 constexpr int triesToDelete = 5;
 constexpr int yieldsBetweenTries = 100;
-
-bool isArchive(const FolderEntry& entry) {
-  return !entry.folder && lowerAscii(entry.name).ends_with(packageEnd);
-}
 
 }  // namespace
 
@@ -168,27 +164,17 @@ void AddonArchive::tellRest(const LeftOver& leftOver) {
 // An archive inside the archive is unpacked beside the run's folder. The search looks into that
 // folder only, so an archive inside such an archive stays as it is.
 bool AddonArchive::unpackEmbedded() {
-  for (;;) {
-    app_.FoundDir.clear();
-    const WalkReport search =
-        WalkTree(app_, app_.InstallTempDir + runFolder_, "", WalkFindZip, true);
-    const std::string folder = std::exchange(app_.FoundDir, {});
+  const std::string run = app_.InstallTempDir + runFolder_;
+  std::vector<std::string> files;
+  const WalkReport search = collectFiles(app_, run, files);
+  if (search.stopped || !tellWalk(app_, search, "searched")) return false;
+  for (const std::string& file : files) {
     if (app_.stopRequested) return false;
-    if (folder.empty()) return tellWalk(app_, search, "searched");
-    const auto listing = app_.files().list(folder);
-    if (ReportError(app_, listing.outcome())) return false;
-    int unpacked = 0;
-    for (const FolderEntry& entry : listing.value()) {
-      if (!isArchive(entry)) continue;
-      if (!unpackOneEmbedded(folder, entry.name)) return false;
-      ++unpacked;
-    }
-    // Each round deletes what it has found; what the listing omits would be found for ever.
-    if (unpacked == 0) {
-      ReportError(app_, Outcome::failure(err::deviceIo, folder));
+    if (lowerAscii(file).ends_with(packageEnd) &&
+        !unpackOneEmbedded(folderAbove(run + file), fileName(file)))
       return false;
-    }
   }
+  return true;
 }
 
 bool AddonArchive::unpackOneEmbedded(const std::string& folder, const std::string& name) {
@@ -206,11 +192,11 @@ bool AddonArchive::unpackOneEmbedded(const std::string& folder, const std::strin
   if (length.value() == 0)
     return !fails(Outcome::withText(err::zip, "The embedded ZIP \"" + name + "\" is empty."));
 
-  // Archives of one name in two folders are two, and each of the searches takes but one folder.
-  const std::string target = freePath(files, app_.InstallTempDir + "_" + runFolder_, "SKV" + name);
-  MakePath(files, target);
-  if (!folderExists(files, target) && fails(Outcome::failure(err::pathNotFound, target)))
-    return false;
+  // Archives of one name in two folders are two.
+  const std::string all = app_.InstallTempDir + "_" + runFolder_;
+  MakePath(files, withoutBackslash(all));
+  const std::string target = freePath(files, all, "SKV" + name);
+  if (fails(files.makeFolder(target))) return false;
   {
     ReadAndExtract job(app_, path_);
     if (!job.open(path) || !job.fits(store_.folder) || !job.extract(target, yieldsAfterExtraction))

@@ -3,9 +3,11 @@
 #include <utility>
 
 #include "base/paths.h"
+#include "core/collect_files.h"
 #include "core/disk_queries.h"
 #include "core/folder_guard.h"
 #include "core/messages.h"
+#include "core/same_content.h"
 #include "core/standing_addon.h"
 #include "core/stores.h"
 
@@ -44,11 +46,8 @@ void AddonPlacement::move(const std::string& from, const std::string& to) {
 
 void AddonPlacement::moveBehind(const std::string& from, const std::string& to) {
   if (!goesOn()) return;
-  const auto others = std::exchange(app_.PackFileList, {});
-  WalkReport looked = WalkTree(app_, from, "", WalkCollect, true);
-  const auto names = std::exchange(app_.PackFileList, others);
-  looked.done = 0;
-  placed_ += looked;
+  std::vector<std::string> names;
+  placed_ += collectFiles(app_, from, names);
   for (const std::string& name : names) {
     if (!goesOn()) return;
     const std::string path = withBackslash(from) + name;
@@ -64,14 +63,9 @@ Outcome AddonPlacement::keepOne(const std::string& path, const std::string& plac
   const auto first = files.attributes(place);
   if (!first.ok())
     return presenceBy(first.outcome()) == Presence::absent ? Outcome() : first.outcome();
-  const auto length = files.fileLength(path), firstLength = files.fileLength(place);
-  if (!length.ok()) return length.outcome();
-  if (!firstLength.ok()) return firstLength.outcome();
-  if (length.value() != firstLength.value()) return leftOver_.take(path);
-  const auto content = files.readFile(path), firstContent = files.readFile(place);
-  if (!content.ok()) return content.outcome();
-  if (!firstContent.ok()) return firstContent.outcome();
-  if (content.value() != firstContent.value()) return leftOver_.take(path);
+  const auto same = sameContent(files, path, place);
+  if (!same.ok()) return same.outcome();
+  if (!same.value()) return leftOver_.take(path);
   files.setAttributes(path, {}).skipped();
   return files.deleteFile(path);
 }
@@ -87,9 +81,10 @@ void AddonPlacement::placeShared(const char* text, WalkCode finder, const char* 
 bool AddonPlacement::settle() {
   FileSystem& files = app_.files();
   if (ReportError(app_, files.flushDisk(store_.folder))) return false;
+  // Before the other folder, which may be merged with what stands and cannot be taken back then.
+  if (ReportError(app_, makeRoom())) return false;
   if (!tellWalk(app_, main_.settleOrMerge(), "moved")) return false;
-  Outcome settled = makeRoom();
-  if (settled.ok()) settled = addon_.settle();
+  Outcome settled = addon_.settle();
   if (settled.ok()) settled = files.flushDisk(store_.folder);
   return !ReportError(app_, settled);
 }

@@ -9,6 +9,7 @@
 #include "aircraft/list_files.h"
 #include "aircraft/place_mask.h"
 #include "base/paths.h"
+#include "core/collect_files.h"
 #include "core/disk_queries.h"
 #include "core/long_operation.h"
 #include "core/messages.h"
@@ -124,13 +125,11 @@ void AircraftInstallation::placePanel() {
 }
 
 int AircraftInstallation::countGauges() {
-  const auto others = std::exchange(app_.PackFileList, {});
+  std::vector<std::string> files;
   // Only a number to be shown.
-  WalkTree(app_, placement_->main() + "\\Gauges", "", WalkCollect, true).skipped();
+  collectFiles(app_, placement_->main() + "\\Gauges", files).skipped();
   const auto isGauge = [](const std::string& file) { return upper(file).ends_with(".GAU"); };
-  const auto count = std::ranges::count_if(app_.PackFileList, isGauge);
-  app_.PackFileList = others;
-  return static_cast<int>(count);
+  return static_cast<int>(std::ranges::count_if(files, isGauge));
 }
 
 bool AircraftInstallation::settle() {

@@ -6,8 +6,9 @@
 
 #include "base/paths.h"
 #include "base/text.h"
+#include "core/collect_files.h"
 #include "core/disk_queries.h"
-#include "core/walktree.h"
+#include "core/same_content.h"
 
 namespace skv {
 
@@ -16,26 +17,12 @@ namespace {
 using FilesByName = std::multimap<std::string, std::string>;  // name in upper case, path
 
 Outcome collect(App& app, const std::string& folder, FilesByName& found) {
-  const auto others = std::exchange(app.PackFileList, {});
-  const WalkReport report = WalkTree(app, folder, "", WalkCollect, true);
-  const auto names = std::exchange(app.PackFileList, others);
+  std::vector<std::string> names;
+  const WalkReport report = collectFiles(app, folder, names);
   for (const std::string& name : names)
     found.emplace(upper(fileName(name)), withBackslash(folder) + name);
   if (report.stopped) return Outcome::failure(err::cancelled);
   return report.first;
-}
-
-Result<bool> sameBytes(const FileSystem& files, const std::string& one, const std::string& other) {
-  const auto otherLength = files.fileLength(other);
-  if (!otherLength.ok() && presenceBy(otherLength.outcome()) == Presence::absent) return false;
-  const auto length = files.fileLength(one);
-  if (!length.ok()) return length.outcome();
-  if (!otherLength.ok()) return otherLength.outcome();
-  if (length.value() != otherLength.value()) return false;
-  const auto bytes = files.readFile(one), otherBytes = files.readFile(other);
-  if (!bytes.ok()) return bytes.outcome();
-  if (!otherBytes.ok()) return otherBytes.outcome();
-  return bytes.value() == otherBytes.value();
 }
 
 bool isHidden(const std::string& path) {
@@ -48,8 +35,8 @@ Result<std::vector<std::string>> lackedEntries(App& app, const std::string& arch
                                                const std::vector<std::string>& folders,
                                                const std::string& package) {
   std::vector<std::string> lacked;
-  if (!package.empty()) {
-    const auto same = sameBytes(app.files(), archive, package);
+  if (!package.empty() && presenceOf(app.files(), package) != Presence::absent) {
+    const auto same = sameContent(app.files(), archive, package);
     if (!same.ok()) return same.outcome();
     if (same.value()) return lacked;
   }

@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "base/paths.h"
+#include "core/collect_files.h"
 #include "core/disk_queries.h"
 #include "core/folder_guard.h"
 #include "core/remove_whole.h"
@@ -77,10 +78,8 @@ WalkReport LeftOver::takeRest() {
 }
 
 WalkReport LeftOver::takeFolder(const std::string& folder, const std::string& part) {
-  const auto others = std::exchange(app_.PackFileList, {});
-  WalkReport report = WalkTree(app_, folder, "", WalkCollect, true, OnStop::goOn);
-  const auto files = std::exchange(app_.PackFileList, others);
-  report.done = 0;
+  std::vector<std::string> files;
+  WalkReport report = collectFiles(app_, folder, files, OnStop::goOn);
   if (files.empty() || !report.note(begin(), folder)) return report;
   MakePath(app_.files(), withoutBackslash(folder_ + part));
   report += WalkTree(app_, folder, folder_ + part, WalkMove, true, OnStop::goOn);

@@ -6,6 +6,7 @@
 
 #include "base/paths.h"
 #include "base/text.h"
+#include "core/collect_files.h"
 #include "core/disk_queries.h"
 #include "core/folder_guard.h"
 #include "core/long_operation.h"
@@ -329,12 +330,6 @@ std::vector<std::string> PackageJob::foldersOfOthers() {
     if (std::string other = folderOf(row); !equalsIgnoringCase(other, folder_))
       others.push_back(std::move(other));
   return others;
-}
-
-std::string PackageJob::namesake() {
-  for (const std::string& other : foldersOfOthers())
-    if (equalsIgnoringCase(FolderName(other), name_) && isOrHolds(root_, other)) return other;
-  return {};
 }
 
 }  // namespace skv

@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "aircraft/place_mask.h"
 #include "core/disk_queries.h"
 #include "core/zip_service.h"
 #include "packaging/thinning.h"
@@ -62,8 +63,8 @@ class PackageJob {
   std::string nameOf(int row);
   std::string folderOf(int row);
   std::vector<std::string> foldersOfOthers();
-  // The folder of another row whose Package would have the same name; "" for none.
-  std::string namesake();
+  // Of another aircraft whose Package would have the same name; "" for none.
+  std::string namesake() const { return isAircraft_ ? namesakeInHangar(app_, folder_) : ""; }
 
   App& app_;
   FileSystem& files_;

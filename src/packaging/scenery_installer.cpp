@@ -114,15 +114,6 @@ class SceneryInstallation {
 
   std::string folder() const { return addonScenery + archive_.name(); }
 
-  // The row that the library has for the scenery, 0 for none.
-  int rowOfScenery() const {
-    const auto& list = app_.frmMain.lstInactScenery;
-    for (int row = 1; row <= list.count(); ++row)
-      if (equalsIgnoringCase(leafOf(list.subItem(row, sceneryColumn::Folder)), archive_.name()))
-        return row;
-    return 0;
-  }
-
   // Adds the row, or takes the one that the scenery has, whose folder may have been gone. False
   // when the list could not be saved, which the user is told.
   bool addRow() {
@@ -130,7 +121,7 @@ class SceneryInstallation {
     // Another library, or none yet, is on screen.
     if (!equalsIgnoringCase(app_.librarySource.file, store_.folder + sceneryLibraryFile))
       LoadSceneryLibList(app_);
-    int row = rowOfScenery();
+    int row = rowOfLeaf(list, archive_.name());
     if (row == 0) {
       insertRow(list, {.Name = archive_.name(), .Folder = folder()});
       row = 1;
@@ -151,7 +142,9 @@ class SceneryInstallation {
   // install again. It is whole: only the row is missing. False when it could not be listed, which
   // the user is told.
   bool listIfMissing() {
-    if (archive_.name().empty() || !listIsKnown() || rowOfScenery() != 0) return true;
+    if (archive_.name().empty() || !listIsKnown() ||
+        rowOfLeaf(app_.frmMain.lstInactScenery, archive_.name()) != 0)
+      return true;
     if (!addRow()) return false;
     app_.frmMain.lblStatus.notice =
         archive_.name() + " was in the library already. Now the list has it, too.";

@@ -1,18 +1,10 @@
 #include "packaging/thinning.h"
 
-#include <utility>
-
 #include "base/paths.h"
+#include "core/collect_files.h"
 #include "core/disk_queries.h"
 
 namespace skv {
-
-WalkReport collectFiles(App& app, const std::string& folder, std::vector<std::string>& files) {
-  const auto others = std::exchange(app.PackFileList, {});
-  WalkReport report = WalkTree(app, folder, "", WalkCollect, true);
-  files = std::exchange(app.PackFileList, others);
-  return report;
-}
 
 WalkReport Thinning::collect() {
   WalkReport report;

@@ -46,7 +46,4 @@ class Thinning {
   std::map<std::string, bool> leads_;  // answers of leadsHere()
 };
 
-// The paths of a folder's files, relative to it, in walking order.
-WalkReport collectFiles(App& app, const std::string& folder, std::vector<std::string>& files);
-
 }  // namespace skv

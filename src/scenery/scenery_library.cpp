@@ -6,6 +6,7 @@
 
 #include "base/paths.h"
 #include "core/addon_name.h"
+#include "core/collect_files.h"
 #include "core/disk_queries.h"
 #include "core/long_operation.h"
 #include "core/messages.h"
@@ -122,9 +123,8 @@ class Addition {
 
   bool isPartOfSource(const std::string& folder) {
     constexpr int coarsestTime = 2;  // seconds, of a FAT disk
-    app_.PackFileList.clear();
-    const WalkReport walked = WalkTree(app_, folder, "", WalkCollect, true);
-    const auto paths = std::exchange(app_.PackFileList, {});
+    std::vector<std::string> paths;
+    const WalkReport walked = collectFiles(app_, folder, paths);
     return walked.complete() && std::ranges::all_of(paths, [&](const std::string& path) {
              const auto here = app_.files().fileState(folder + path);
              const auto there = app_.files().fileState(source_ + path);

@@ -143,6 +143,36 @@ TEST_F(HangarTransferTest, APackageGoesBeforeTheHangarFolder) {
   EXPECT_EQ(drive.read("C:\\FS\\aircraft\\h\\aircraft.cfg"), "packed");
 }
 
+TEST_F(HangarTransferTest, WhatMayNotBeTheWholeAircraftIsAskedAbout) {
+  const std::string root = "C:\\Hangar\\aircraft\\", there = "C:\\FS\\aircraft\\h\\aircraft.cfg";
+  drive.write(root + "h\\aircraft.cfg", "[fltsim.0]\r\nsim=flight\r\n");
+  hangarRow("h");
+  for (const ui::Answer answer : {no, yes}) {
+    windows.answers = {answer};
+    press();
+    EXPECT_EQ(drive.exists(there), answer == yes) << "thinned out, and without its Package";
+  }
+  drive.write(root + "h\\flight.air", "");
+  press();
+  EXPECT_EQ(windows.boxes.size(), 2U);
+
+  drive.write(root + "deep\\h\\aircraft.cfg", "[fltsim.0]\r\n");
+  package();
+  drive.write(hangarList, line("h", root + "h\\") + line("Deep", root + "deep\\h\\"));
+  mnuViewFSAircraft_Click(app);
+  mnuViewHangar_Click(app);
+  select(list, 2);
+  for (const auto& [answer, arrives] : {std::pair{ui::Answer::cancel, drive.read(there)},
+                                        {no, std::string("[fltsim.0]\r\n")},
+                                        {yes, std::string("packed")}}) {
+    disk.deleteFile(there).skipped();
+    if (answer == ui::Answer::cancel) drive.write(there, arrives);
+    windows.answers = {answer};
+    press();
+    EXPECT_EQ(drive.read(there), arrives) << "the Package may be that of the other one";
+  }
+}
+
 TEST_F(HangarTransferTest, APackageWithoutRoomStops) {
   package();
   files.freeSpace = 49;

@@ -160,6 +160,23 @@ TEST_F(ListCommandsTest, DeletesInTheHangar) {
   drive.write("C:\\Packs\\b.zip", "");
   EXPECT_EQ(remove(1, {yes, yes, yes}), 3U);
   EXPECT_FALSE(drive.exists("C:\\Packs\\b.zip"));
+
+  // Of two aircraft whose folders have one name, the row's own folder goes and nothing else.
+  drive.write(hangar + "alpha\\b\\aircraft.cfg", "");
+  for (const char* shared : {"C:\\Packs\\b.zip", "C:\\Hangar\\Main\\b\\Gauges\\g.gau"})
+    drive.write(shared, "");
+  drive.write(hangar + "b\\aircraft.cfg", "");
+  drive.write("C:\\Hangar\\SKV_AC.lst",
+              line("B", hangar + "b\\") + line("Deep", hangar + "alpha\\b\\"));
+  mnuViewFSAircraft_Click(app);
+  mnuViewHangar_Click(app);
+  EXPECT_EQ(remove(2, {yes, yes, yes}), 2U);
+  EXPECT_FALSE(drive.exists(hangar + "alpha\\b"));
+  for (const std::string& other :
+       {std::string("C:\\Packs\\b.zip"), std::string("C:\\Hangar\\Main\\b\\Gauges\\g.gau"),
+        hangar + "b\\aircraft.cfg"})
+    EXPECT_TRUE(drive.exists(other)) << other;
+  EXPECT_EQ(rows(form.lstAircraft), Lines{"B|" + hangar + "b\\"});
 }
 
 TEST_F(ListCommandsTest, FilesThatAreNotTheRowsAloneStay) {

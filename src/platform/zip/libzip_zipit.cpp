@@ -175,9 +175,13 @@ Outcome LibzipZipit::holdsFile(std::string_view name, std::string_view path) {
     for (const ArchiveEntry& entry : directory_) byName_.emplace(leaning(entry.Filename), &entry);
   const auto found = byName_.find(leaning(std::string(name)));
   if (found == byName_.end()) return entryFailure(path_, std::string(name), "is not there");
-  const auto sum = checksumOf(files_, path);
-  if (!sum.ok()) return sum.outcome();
-  if (sum.value().length == found->second->size && sum.value().crc == found->second->crc) return {};
+  const auto length = files_.fileLength(path);
+  if (!length.ok()) return length.outcome();
+  if (length.value() == found->second->size) {
+    const auto sum = checksumOf(files_, path);
+    if (!sum.ok()) return sum.outcome();
+    if (sum.value().length == length.value() && sum.value().crc == found->second->crc) return {};
+  }
   return entryFailure(path_, std::string(name),
                       "is another one than \"" + std::string(path) + "\"");
 }
