@@ -6,8 +6,6 @@
 #include <utility>
 
 #include "base/paths.h"
-#include "base/text.h"
-#include "core/addon_name.h"
 #include "core/disk_queries.h"
 #include "core/long_operation.h"
 #include "core/messages.h"
@@ -15,6 +13,7 @@
 #include "core/standing_addon.h"
 #include "core/stores.h"
 #include "core/working_folder.h"
+#include "mail/mail_archive.h"
 #include "mail/mail_contact.h"
 #include "mail/mail_kind.h"
 #include "mail/mail_note.h"
@@ -165,10 +164,10 @@ class MailRun {
   void install(const MailMessage& full, const MailMessage& head) {
     const auto note = full.GetBody();
     if (leftFor(note.outcome())) return;
-    const auto found = archiveOf(full);
-    if (leftFor(found.outcome())) return;
-    const auto& [index, file] = found.value();
-    if (!isArchiveName(file)) {
+    const auto looked = archiveOf(app_, full, addons_);
+    if (leftFor(looked.outcome())) return;
+    const MailArchive& archive = looked.value();
+    if (!archive.found()) {
       showNote(app_, full, note.value(), "", NoteFor::reading);
       status("");
       if (endedBy({})) return;
@@ -176,12 +175,12 @@ class MailRun {
       endedBy({});
       return;
     }
-    const std::string name = addonOf(file);
-    const StandingAddon standing = standingAddon(app_, kind_.type, addons_ + name, packageOf(name));
+    const StandingAddon standing =
+        standingAddon(app_, kind_.type, addons_ + archive.addon, packageOf(archive.addon));
     const bool stands = standing.standing == Standing::whole;
-    const bool wanted =
-        showNote(app_, full, note.value(), file + inWords(full.AttachmentSize(index)),
-                 stands ? NoteFor::reading : NoteFor::installing);
+    const bool wanted = showNote(app_, full, note.value(),
+                                 archive.file + inWords(full.AttachmentSize(archive.index)),
+                                 stands ? NoteFor::reading : NoteFor::installing);
     status("");
     if (endedBy({}) || !wanted) return;
     switch (standing.standing) {
@@ -189,55 +188,35 @@ class MailRun {
         leftFor(standing.why);
         break;
       case Standing::whole:
-        passOver(full, index, file, head);
+        passOver(full, archive, head);
         break;
       // The installer asks what becomes of a folder that is no add-on.
       case Standing::notWhole:
       case Standing::absent:
-        installAttachment(full, index, file, head);
+        installAttachment(full, archive, head);
         break;
     }
   }
 
-  // The last attachment that may be an add-on's archive: behind it there may be a signature, a
-  // card, a picture. Without one the last of all, or -1.
-  Result<std::pair<int, std::string>> archiveOf(const MailMessage& full) const {
-    const auto count = full.AttachmentCount();
-    if (!count.ok()) return count.outcome();
-    std::pair<int, std::string> last{-1, ""};
-    for (int index = count.value() - 1; index >= 0; --index) {
-      const auto name = full.AttachmentName(index);
-      if (!name.ok()) return name.outcome();
-      if (isArchiveName(name.value())) return std::pair(index, name.value());
-      if (last.first < 0) last = {index, name.value()};
-    }
-    return last;
-  }
-
-  // The name that the installer would give to the add-on.
-  std::string addonOf(const std::string& file) const {
-    return nearestAddonName(app_, addons_, withoutEnd(file));
-  }
   std::string packageOf(const std::string& name) const {
     return app_.*kind_.packages + name + packageEnd;
   }
 
   // An add-on that stands and is listed needs the mail no more, when it has all that the mail
   // brings.
-  void passOver(const MailMessage& full, int index, const std::string& file,
-                const MailMessage& head) {
-    const std::string name = addonOf(file);
+  void passOver(const MailMessage& full, const MailArchive& archive, const MailMessage& head) {
+    const auto& [index, file, name] = archive;
     if (!kind_.listStanding(app_, name) || endedBy({})) return;
     if (endedBy(clearWorkingFolders(app_))) return;
-    const std::string archive = app_.InstallTempDir + file;
+    const std::string path = app_.InstallTempDir + file;
     status("Comparing \"" + file + "\" with what stands...");
     const Outcome saved = full.SaveAttachment(index, app_.InstallTempDir);
     line_.clearProgress();
     Result<std::vector<std::string>> lacked = saved;
     if (saved.ok())
-      lacked = lackedEntries(app_, archive, {addons_ + name, mainRootOf(kind_.store(app_)) + name},
+      lacked = lackedEntries(app_, path, {addons_ + name, mainRootOf(kind_.store(app_)) + name},
                              packageOf(name));
-    remove(archive);
+    remove(path);
     status("");
     // Of an archive that cannot be read nobody knows what it brings.
     if (lacked.outcome().number() == err::zip) lacked = std::vector<std::string>{file};
@@ -273,31 +252,32 @@ class MailRun {
     return app_.windows.messageBox(box) == ui::Answer::yes && goesOn(app_);
   }
 
-  void installAttachment(const MailMessage& full, int index, const std::string& file,
+  void installAttachment(const MailMessage& full, const MailArchive& archive,
                          const MailMessage& head) {
+    const std::string& file = archive.file;
     status("Saving Attached \"" + file + "\"...");
     app_.windows.yieldTimes(yieldsBeforeStep);
     if (endedBy(clearWorkingFolders(app_))) return;
-    const std::string archive = app_.InstallTempDir + file;
-    const Outcome saved = full.SaveAttachment(index, app_.InstallTempDir);
+    const std::string path = app_.InstallTempDir + file;
+    const Outcome saved = full.SaveAttachment(archive.index, app_.InstallTempDir);
     line_.clearProgress();
-    if (!saved.ok() || !goesOn(app_)) remove(archive);
+    if (!saved.ok() || !goesOn(app_)) remove(path);
     if (leftFor(saved)) return;
-    app_.PendingZIP = archive;
+    app_.PendingZIP = path;
     app_.windows.yieldTimes(yieldsBeforeInstaller);
     const bool installed = goesOn(app_) && kind_.install(app_);
     app_.PendingZIP.clear();
     if (installed) {
-      remove(archive);
+      remove(path);
       if (source_.onServer) deleteMail(head, file);
       endedBy({});
       return;
     }
     if (source_.onServer && goesOn(app_) && mayDeleteUninstalled(file)) {
       // Now it is the only copy.
-      if (keepOutside(archive)) deleteMail(head, file);
+      if (keepOutside(path)) deleteMail(head, file);
     }
-    remove(archive);
+    remove(path);
     endedBy({});
   }
 
@@ -334,24 +314,6 @@ class MailRun {
       deleted = Outcome::withText(deleted.number(), deleted.description() + "\r\nThe mail of \"" +
                                                         file + "\" may still be in the mailbox.");
     return !endedBy(deleted);
-  }
-
-  // Whether an attachment of that name may be an add-on's archive: the disk takes the name as it
-  // is, and so it takes that of the folder that an installation would make.
-  bool isArchiveName(const std::string& file) const {
-    if (!lowerAscii(file).ends_with(packageEnd)) return false;
-    const std::string base = withoutEnd(file);
-    if (!isElementName(base) || file.find('/') != std::string::npos || base.starts_with('.') ||
-        base.ends_with('.') || base.ends_with(' '))
-      return false;
-    return mayStand(app_.InstallTempDir + file) && mayStand(addons_ + base);
-  }
-  // Asked of the disk, which alone knows how long a name may be.
-  bool mayStand(const std::string& path) const {
-    return app_.files().attributes(path).outcome().number() != err::badFileName;
-  }
-  static std::string withoutEnd(const std::string& file) {
-    return file.substr(0, file.size() - std::string_view(packageEnd).size());
   }
 
   template <class Call>
