@@ -1137,5 +1137,25 @@ Datei, Package/ZIP installieren bringt eines aus einer ZIP-Datei in den Hangar.<
         <source>Leave it compressed</source>
         <translation>Gepackt lassen</translation>
     </message>
+    <message>
+        <source>No add-on is selected</source>
+        <translation>Kein Add-on ist ausgewählt</translation>
+    </message>
+    <message>
+        <source>There is no folder "%1"</source>
+        <translation>Es gibt keinen Ordner "%1"</translation>
+    </message>
+    <message>
+        <source>"%1" does not lie in "%2".</source>
+        <translation>"%1" liegt nicht in "%2".</translation>
+    </message>
+    <message>
+        <source>"%1" leads out of "%2".</source>
+        <translation>"%1" führt aus "%2" hinaus.</translation>
+    </message>
+    <message>
+        <source>This is not an SKV screenshot and cannot be removed</source>
+        <translation>Dieses Bild stammt nicht von SKV und kann nicht entfernt werden</translation>
+    </message>
 </context>
 </TS>

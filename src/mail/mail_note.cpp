@@ -9,16 +9,28 @@ namespace {
 
 // Of a text in a box; more would make the box slow to open and no easier to read.
 constexpr std::size_t longestText = 100000;
-constexpr std::size_t longestLine = 200;
+// Of a line above it, what is shown of its two ends.
+constexpr std::size_t longestEnd = 100;
 // What is longer scrolls.
 constexpr std::size_t shortText = 1000;
 constexpr int shortLines = 20;
 
-// At the end of a character.
+// Where the character begins to which the byte at `place` belongs.
+std::size_t characterAt(const std::string& text, std::size_t place) {
+  while (place > 0 && (static_cast<unsigned char>(text[place]) & 0xC0U) == 0x80U) --place;
+  return place;
+}
+
 void cut(std::string& text, std::size_t most) {
-  if (text.size() <= most) return;
-  while (most > 0 && (static_cast<unsigned char>(text[most]) & 0xC0U) == 0x80U) --most;
-  text.resize(most);
+  if (text.size() > most) text.resize(characterAt(text, most));
+}
+
+// The end counts most: a sender's address stands there, the add-on of a subject, a file's size.
+void cutTheMiddle(std::string& line) {
+  if (line.size() <= 2 * longestEnd) return;
+  const std::size_t begin = characterAt(line, longestEnd);
+  const std::size_t end = characterAt(line, line.size() - longestEnd);
+  line.replace(begin, end - begin, " ... ");
 }
 
 std::string headOf(const MailMessage& mail, const std::string& file) {
@@ -27,7 +39,7 @@ std::string headOf(const MailMessage& mail, const std::string& file) {
                                      {"Subject: ", mail.GetSubject()},
                                      {"File: ", file}}) {
     std::string line = value;
-    cut(line, longestLine);
+    cutTheMiddle(line);
     if (!line.empty()) head += label + line + "\r\n";
   }
   return head;

@@ -184,6 +184,11 @@ TEST_F(MailInstallTest, TheNoteSaysWhatComesAndAsks) {
   EXPECT_EQ(windows.boxTexts(), Lines{head + "\r\nnote of a.zip"});
   EXPECT_EQ(windows.boxes[0].no, "Skip");
   EXPECT_TRUE(left() == Lines{"a.zip"} && !hangarHas("a"));
+  const std::string address = " <who@example.org>";
+  item.sender = "Anna <anna@example.org> " + std::string(300, '-') + address;
+  run({item});
+  EXPECT_TRUE(holds(windows.boxes.at(0).text, address)) << "a long name must not hide it";
+  item.sender = "Anna Berg <anna@example.org>";
   item.body = "\r\n \n";
   windows.usual["Install"] = yes;
   run({item});

@@ -3,6 +3,8 @@
 #include <fcntl.h>
 #include <stdlib.h>
 #include <sys/stat.h>
+#include <sys/statvfs.h>
+#include <sys/xattr.h>
 
 #include <algorithm>
 #include <filesystem>
@@ -16,10 +18,31 @@ namespace skv::test {
 
 namespace fs = std::filesystem;
 
-TemporaryDrive::TemporaryDrive() {
-  std::string pattern = (fs::temp_directory_path() / "skyvault-XXXXXX").string();
-  if (::mkdtemp(pattern.data()) == nullptr) throw std::runtime_error("no temporary folder");
-  root_ = pattern;
+namespace {
+
+std::string makeRoot(const fs::path& parent) {
+  std::string pattern = (parent / "skyvault-XXXXXX").string();
+  return ::mkdtemp(pattern.data()) == nullptr ? std::string() : pattern;
+}
+
+// The memory's disk takes a third of the time, where it can do what the other one can and has room.
+std::string makeRootInMemory() {
+  constexpr const char* memory = "/dev/shm";
+  struct statvfs disk {};
+  if (std::getenv("TMPDIR") || ::statvfs(memory, &disk) != 0 || disk.f_flag & ST_NOEXEC ||
+      disk.f_bavail * disk.f_frsize < std::uint64_t{1} << 30U)
+    return {};
+  const std::string root = makeRoot(memory);
+  if (root.empty() || ::setxattr(root.c_str(), "user.test", "", 0, 0) == 0) return root;
+  fs::remove(root);
+  return {};
+}
+
+}  // namespace
+
+TemporaryDrive::TemporaryDrive() : root_(makeRootInMemory()) {
+  if (root_.empty()) root_ = makeRoot(fs::temp_directory_path());
+  if (root_.empty()) throw std::runtime_error("no temporary folder");
   fs::create_directory(native());
   fs::create_directory(drives());
   fs::create_directory_symlink("../drive_c", drives() + "/c:");

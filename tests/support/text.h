@@ -24,11 +24,10 @@ inline ::testing::AssertionResult holds(const std::string& text, const std::stri
 
 inline std::string withCrLf(const std::string& text) {
   std::string lines;
-  for (const char c : text) {
-    if (c == '\n') lines += '\r';
-    lines += c;
-  }
-  return lines;
+  std::size_t at = 0;
+  for (std::size_t end; (end = text.find('\n', at)) != std::string::npos; at = end + 1)
+    lines.append(text, at, end - at).append("\r\n");
+  return lines.append(text, at);
 }
 
 // A line of a list file in print: "|" is the character of code 1, ";" that of code 5.

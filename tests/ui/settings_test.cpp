@@ -60,6 +60,7 @@ TEST_F(SettingsTest, StoresWhatIsAcceptedAndNothingElse) {
   EXPECT_EQ(settings.values, before);
 
   open([this] {
+    drive.write("C:\\FS\\SKV_AC.lst", line("Late", "C:\\FS\\aircraft\\late\\"));
     form.txtFSRoot.text = "C:\\fs";
     form.txtCentralPanel.text = "C:\\FS\\panels";
     form.txtSceneryLib.text = "C:\\lib\\scenery";
@@ -67,9 +68,25 @@ TEST_F(SettingsTest, StoresWhatIsAcceptedAndNothingElse) {
   });
   EXPECT_EQ(settings.values["General/FSRoot"], "C:\\fs\\");
   EXPECT_EQ(app.FSRoot, "C:\\fs\\");
+  EXPECT_EQ(app.frmMain.lstAircraft.findSubItem1("C:\\FS\\aircraft\\late\\"), 1);
   EXPECT_EQ(settings.values["General/PanelsDir"], "C:\\FS\\panels\\");
   EXPECT_EQ(drive.tree("C:\\lib\\scenery"), (Lines{"Main\\", "Scenery\\"}));
   EXPECT_TRUE(!form.visible && app.frmMain.visible);
+}
+
+TEST_F(SettingsTest, APasswordThatCouldNotBeReadIsNotEmptied) {
+  settings.values["Mail/POPPassword"] = "";
+  settings.values["Mail/POPPasswordPlace"] = "desktop";
+  secrets.kept["POPPassword"] = "kept";
+  secrets.runs = false;
+  open([this] {
+    secrets.runs = true;
+    windows.boxes.clear();
+    form.btnOutlookFile.click();
+    ok();
+  });
+  EXPECT_EQ(secrets.kept["POPPassword"], "kept");
+  EXPECT_TRUE(windows.boxes.empty()) << "a file dialog that was left tells nothing";
 }
 
 TEST_F(SettingsTest, FoldersAreUnderstoodHoweverTheyAreTyped) {
@@ -145,6 +162,9 @@ TEST_F(SettingsTest, WhatCannotBeStoredChangesNothing) {
 }
 
 TEST_F(SettingsTest, PackagesMoveWhenTheUserWishes) {
+  acceptPackages("C:\\Old");
+  acceptPackages("C:\\Packs");
+  EXPECT_TRUE(windows.boxes.empty()) << "there are none";
   drive.write("C:\\Packs\\a.ZIP", "a");
   drive.write("C:\\Packs\\Scenery\\sub\\b.txt", "b");
   acceptPackages("C:\\PACKS\\");
@@ -206,6 +226,7 @@ TEST_F(SettingsTest, AMoveOfPackagesLosesNothing) {
     put(std::string("C:\\Packs\\") + name, "old place", 1000000000);
   put("C:\\new\\a.zip", "newer", 1000000001);
   put("C:\\new\\B.zip", "older", 999999999);
+  put("C:\\new\\c.zip", "as old", 1000000000);
   drive.write("C:\\data\\e.zip", "elsewhere");
   drive.link("C:\\Packs\\linked", "C:\\data");
   files.failWhen("moveFile", "C:\\Packs\\sub\\d.zip", err::diskFull);

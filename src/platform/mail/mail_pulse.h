@@ -13,6 +13,8 @@ class MailPulse {
  public:
   explicit MailPulse(const MailEngine& engine) : engine_(engine) {}
 
+  // Whether the next beat asks the caller.
+  bool isDue() const { return !stopped_ && std::chrono::steady_clock::now() - last_ >= interval; }
   // To be called at least every few milliseconds. Answers false, and from then on, once the caller
   // wants the call to end.
   bool beat() {

@@ -264,6 +264,8 @@ TEST(LanguageTest, CaptionsFollowTheDesktopAndTextsOfTheUserDoNot) {
   EXPECT_EQ(german("&File"), "&Datei");
   EXPECT_EQ(QObject::tr("No picture").toStdString(), "Kein Bild");
   EXPECT_EQ(german("There is no drive Q:"), "Es gibt kein Laufwerk Q:");
+  EXPECT_EQ(german("\"C:\\a\" leads out of \"C:\\b\"."),
+            "\"C:\\a\" f\u00fchrt aus \"C:\\b\" hinaus.");
   EXPECT_EQ(german("Alias: FS98\\panel %1"), "Alias: FS98\\panel %1");
   EXPECT_EQ(german("2 aircraft stand in the Hangar and are not listed yet."),
             "2 Flugzeuge stehen im Hangar und sind noch nicht aufgenommen.");
