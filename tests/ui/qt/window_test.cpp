@@ -287,6 +287,9 @@ TEST_F(WindowTest, AnotherDressReachesWhatIsShown) {
   for (const bool dark : {true, false}) {
     const QPalette palette = ui::qt::paletteFor({.dark = dark}, before);
     EXPECT_EQ(ui::qt::isDark(palette), dark);
+    EXPECT_EQ(palette.color(QPalette::Disabled, QPalette::HighlightedText),
+              palette.color(QPalette::Disabled, QPalette::Text))
+        << "the selected row of a disabled list is grey as well";
     QApplication::setPalette(palette);
     settle();
     EXPECT_EQ(mainWindow()->palette().color(QPalette::Base), palette.color(QPalette::Base));
