@@ -56,7 +56,7 @@ inside() {
 # A copy of the base system with this machine's sources and what programs expect to be mounted.
 furnish() {
   local root=$1
-  rm -rf "$root"
+  rm -rf --one-file-system "$root"
   mkdir -p "$root"
   tar -C "$root" -xf "$work/base.tar"
   rm -rf "$root"/etc/apt/sources.list "$root"/etc/apt/sources.list.d "$root"/etc/apt/apt.conf.d
