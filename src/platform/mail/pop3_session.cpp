@@ -25,6 +25,12 @@ constexpr std::string_view lineEnd = "\r\n";
 
 }  // namespace
 
+std::uint64_t leadingNumber(std::string_view words) {
+  std::uint64_t number = 0;
+  std::from_chars(words.data(), words.data() + words.size(), number);
+  return number;
+}
+
 Pop3Session::Pop3Session(std::unique_ptr<ServerLink> link, ServerAccess access,
                          std::chrono::milliseconds lineTime)
     : link_(std::move(link)),

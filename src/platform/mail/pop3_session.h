@@ -32,6 +32,9 @@ struct Pop3Answer {
   std::string words;  // behind "+OK" or "-ERR"
 };
 
+// The number with which an answer's words begin; 0 for none.
+std::uint64_t leadingNumber(std::string_view words);
+
 class Pop3Session {
  public:
   static Result<std::unique_ptr<Pop3Session>> open(const ServerAccess& access,
