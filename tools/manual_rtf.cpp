@@ -23,7 +23,7 @@ constexpr int letterWidth = 118;  // of a table's text, generously
 constexpr int listStep = 360;
 
 // The styles are numbered as the stylesheet below numbers them; a heading's is its level.
-constexpr const char* head = R"({\rtf1\ansi\ansicpg1252\deff0\deflang2057
+constexpr const char* rtfHead = R"({\rtf1\ansi\ansicpg1252\deff0\deflang2057
 {\fonttbl{\f0\fswiss\fcharset0 Liberation Sans{\*\falt Arial};}{\f1\fmodern\fcharset0 Liberation Mono{\*\falt Courier New};}}
 {\colortbl;\red18\green64\blue111;\red236\green242\blue248;\red160\green170\blue180;\red90\green100\blue110;}
 {\stylesheet{\s0\sa140\sl276\slmult1\f0\fs21 Normal;}
@@ -44,7 +44,7 @@ constexpr const char* headings[] = {
 constexpr const char* caption = "\\pard\\plain\\s4\\qc\\sa220\\f0\\fs18\\i\\cf4 ";
 constexpr const char* code = "\\pard\\plain\\s5\\sa140\\li400\\f1\\fs20 ";
 
-QByteArray escaped(const QString& text) {
+QByteArray rtfText(const QString& text) {
   QByteArray out;
   for (const QChar letter : text) {
     const auto unit = static_cast<int>(letter.unicode());
@@ -67,7 +67,7 @@ class RichText {
 
   // "" when a picture is missing.
   QByteArray written() {
-    out_ = head;
+    out_ = rtfHead;
     for (auto part = text_.rootFrame()->begin(); !part.atEnd(); ++part)
       if (const auto* table = qobject_cast<const QTextTable*>(part.currentFrame()))
         write(*table);
@@ -87,13 +87,13 @@ class RichText {
       out_ += "\\sa80\\fi-" + QByteArray::number(listStep) + "\\li" + QByteArray::number(indent);
       out_ += "\\tx" + QByteArray::number(indent) + " ";
       out_ +=
-          (list->format().style() == QTextListFormat::ListDecimal ? escaped(list->itemText(block))
+          (list->format().style() == QTextListFormat::ListDecimal ? rtfText(list->itemText(block))
                                                                   : QByteArray("\\bullet")) +
           "\\tab ";
       writeInline(block);
       out_ += "\\par\n";
     } else if (block.blockFormat().hasProperty(QTextFormat::BlockCodeFence)) {
-      out_ += code + escaped(block.text()) + "\\par\n";
+      out_ += code + rtfText(block.text()) + "\\par\n";
     } else if (!block.text().isEmpty()) {
       out_ += block.text().contains(QChar::ObjectReplacementCharacter)
                   ? "\\pard\\plain\\qc\\keepn\\sb120\\sa80 "
@@ -106,13 +106,13 @@ class RichText {
   // The first heading is the title, and the contents follow it.
   void writeHeading(const QTextBlock& block, int level) {
     if (!std::exchange(titled_, true)) {
-      out_ += "\\pard\\plain\\qc\\sa60\\f0\\fs56\\b\\cf1 " + escaped(block.text()) + "\\par\n";
+      out_ += "\\pard\\plain\\qc\\sa60\\f0\\fs56\\b\\cf1 " + rtfText(block.text()) + "\\par\n";
       writeContents();
       return;
     }
     const QByteArray mark = markOf(block);
     out_ += headings[level - 1];
-    out_ += "{\\*\\bkmkstart " + mark + "}" + escaped(block.text()) + "{\\*\\bkmkend " + mark + "}";
+    out_ += "{\\*\\bkmkstart " + mark + "}" + rtfText(block.text()) + "{\\*\\bkmkend " + mark + "}";
     out_ += "\\par\n";
   }
 
@@ -130,7 +130,7 @@ class RichText {
                          : "\\pard\\plain\\s7\\li400\\sa0\\f0\\fs17 ";
       out_ += "\\tqr\\tx" + QByteArray::number(textWidth) + " ";
       out_ += "{\\field{\\*\\fldinst HYPERLINK \\\\l \"" + markOf(block) + "\"}{\\fldrslt " +
-              escaped(block.text()) + "}}";
+              rtfText(block.text()) + "}}";
       // The number is the word processor's to fill in. One that does not shows none, which is
       // better than a wrong one.
       out_ +=
@@ -150,7 +150,7 @@ class RichText {
       if (format.fontWeight() > QFont::Medium) style += "\\b";
       if (format.fontItalic()) style += "\\i";
       if (format.fontFixedPitch()) style += "\\f1";
-      const QByteArray text = escaped(fragment.text());
+      const QByteArray text = rtfText(fragment.text());
       out_ += style.isEmpty() ? text : "{" + style + " " + text + "}";
     }
   }
@@ -170,7 +170,7 @@ class RichText {
             number(pictureWidth * picture.height() / picture.width()) + "\n" +
             file.readAll().toHex() + "}";
     out_ += "\\par\n";
-    out_ += caption + escaped(format.property(QTextFormat::ImageAltText).toString());
+    out_ += caption + rtfText(format.property(QTextFormat::ImageAltText).toString());
   }
 
   static std::vector<int> widths(const QTextTable& table) {

@@ -67,7 +67,9 @@ class OneSimulator : public SimulatorFinder {
 class Tour {
  public:
   Tour(const sample::SampleSimulator& sample, fs::path pictures)
-      : sample_(sample), user_(std::move(pictures)) {}
+      : sample_(sample), user_(std::move(pictures)) {
+    user_.expectAnyTime("Left over in the archive", "OK");
+  }
 
   // Before the start: it asks for the folders and goes on with them.
   void expectFirstStart() {
@@ -338,7 +340,8 @@ class Tour {
 
   // What is hidden is not the program's to delete, in its working folder neither.
   bool workingFolderIsEmpty() const {
-    for (const auto& entry : fs::recursive_directory_iterator(sample_.driveC / "Temp"))
+    for (const auto& entry :
+         fs::recursive_directory_iterator(sample_.driveC / "Temp/SKVInstallTemp"))
       if (entry.is_regular_file() && !entry.path().filename().string().starts_with('.'))
         return false;
     return true;

@@ -192,9 +192,10 @@ void SceneryRoad::install() {
 
 void SceneryRoad::import() {
   user_.stage("The simulator's sceneries into the library");
+  user_.expectBox("The library lists 4 of the 37 sceneries already.", "No");
   user_.chooseMenu({"File", "Import", "Sceneries"}, "scenery-import-menu");
   user_.allAnswered();
-  require(User::rows("lstInactScenery") == 6 + 37,
+  require(User::rows("lstInactScenery") == 6 + 33,
           "the library has " + std::to_string(User::rows("lstInactScenery")) + " rows");
   require(fs::exists(sample_.simulator / "SKV-Hangar/SceneryLib/Scenery/Aldersund/readme.txt"),
           "no files were imported");
@@ -206,10 +207,7 @@ void SceneryRoad::import() {
 void SceneryRoad::deleteOnBothSides() {
   user_.stage("Deleting in the simulator, and in the library");
   user_.clickRow("lstScenery", User::rowOf("lstScenery", harbour));
-  user_.expectBox(
-      "This will delete ALL folders and files in \"{FSRoot}\\ADDON SCENERY\\Lake Harbour\" and "
-      "below.  Do you want to proceed?",
-      "Yes");
+  user_.expectBox("The scenery \"Lake Harbour\" goes from FS2002.", "Yes");
   user_.click("btnFSScenDel");
   user_.allAnswered();
   require(!fs::exists(sample_.simulator / "ADDON SCENERY" / harbour), "the folder is still there");
@@ -221,7 +219,7 @@ void SceneryRoad::deleteOnBothSides() {
   user_.expectBox("Delete related Scenery files from harddrive as well?", "Yes");
   user_.click("btnSLDel");
   user_.allAnswered();
-  require(User::rows("lstInactScenery") == 6 + 36, "the row is still there");
+  require(User::rows("lstInactScenery") == 6 + 32, "the row is still there");
   require(!fs::exists(sample_.simulator / "SKV-Hangar/SceneryLib/Scenery/Aldersund"),
           "the files are still there");
   require(User::text("lblStatus").empty(), "the status line says " + User::text("lblStatus"));

@@ -330,6 +330,25 @@ void User::expectBox(const std::string& text, const std::string& button) {
   });
 }
 
+void User::expectAnyTime(const std::string& part, const std::string& button) {
+  anyTime_.emplace_back(part, button);
+}
+
+bool User::comesAnyTime(QWidget& window) {
+  const auto* box = qobject_cast<QMessageBox*>(&window);
+  if (box == nullptr) return false;
+  const std::string text = flat(box->text());
+  for (const auto& [part, button] : anyTime_) {
+    if (text.find(part) == std::string::npos) continue;
+    answers_.push_front({"messageBox", [this, answer = button](QWidget& opened) {
+                           picture("box");
+                           pressButton(opened, answer);
+                         }});
+    return true;
+  }
+  return false;
+}
+
 void User::pressButton(QWidget& box, const std::string& button) {
   for (QAbstractButton* it : dynamic_cast<QMessageBox&>(box).buttons())
     if (caption(it->text()) == button) return QTest::mouseClick(it, Qt::LeftButton);
@@ -351,7 +370,7 @@ void User::look() {
   QWidget* window = waiting();
   if (window == nullptr || window == answering_ || !window->isVisible()) return;
   const std::string name = window->objectName().toStdString();
-  if (answers_.empty() || answers_.front().window != name) {
+  if (!comesAnyTime(*window) && (answers_.empty() || answers_.front().window != name)) {
     // A window that is answered already may still be on its way out.
     if (answering_ != nullptr) return;
     if (wrong_.empty()) {

@@ -10,6 +10,8 @@
 #include <functional>
 #include <stdexcept>
 #include <string>
+#include <utility>
+#include <vector>
 
 class QAction;
 class QMenu;
@@ -87,6 +89,9 @@ class User {
   void expect(const std::string& window, std::function<void(QWidget& window)> answer);
   // A message box: how its text begins, and the button that is pressed ("OK", "Yes", "No").
   void expectBox(const std::string& text, const std::string& button);
+  // A message box that may come at any time, since an archive may hold what has no place: a part of
+  // its text, and the button.
+  void expectAnyTime(const std::string& part, const std::string& button);
   static void pressButton(QWidget& box, const std::string& button);
   // Throws when an expected window did not come, or an answer went wrong.
   void allAnswered();
@@ -101,12 +106,14 @@ class User {
   };
   void watch();
   void look();
+  bool comesAnyTime(QWidget& window);
   QWidget* waiting() const;
   static std::string caption(const QString& text);
 
   std::filesystem::path pictures_;
   int pictureNumber_ = 0;
   std::deque<Answer> answers_;
+  std::vector<std::pair<std::string, std::string>> anyTime_;  // part of a text, button
   QWidget* answering_ = nullptr;
   std::string wrong_;
   QObject context_;

@@ -850,6 +850,18 @@ Datei, Package/ZIP installieren bringt eines aus einer ZIP-Datei in den Hangar.<
         <translation>Der Name des Servers, oder Name:Port</translation>
     </message>
     <message>
+        <source>No add-on is selected</source>
+        <translation>Kein Add-on ist ausgewählt</translation>
+    </message>
+    <message>
+        <source>There is no picture to remove</source>
+        <translation>Es gibt kein Bild zu entfernen</translation>
+    </message>
+    <message>
+        <source>This is not an SKV screenshot and cannot be removed</source>
+        <translation>Dieses Bild kam mit dem Add-on und kann nicht entfernt werden</translation>
+    </message>
+    <message>
         <source>Empty when the server asks for no login</source>
         <translation>Leer, wenn der Server keine Anmeldung verlangt</translation>
     </message>
@@ -1124,6 +1136,26 @@ Datei, Package/ZIP installieren bringt eines aus einer ZIP-Datei in den Hangar.<
     <message>
         <source>Leave it compressed</source>
         <translation>Gepackt lassen</translation>
+    </message>
+    <message>
+        <source>No add-on is selected</source>
+        <translation>Kein Add-on ist ausgewählt</translation>
+    </message>
+    <message>
+        <source>There is no folder "%1"</source>
+        <translation>Es gibt keinen Ordner "%1"</translation>
+    </message>
+    <message>
+        <source>"%1" does not lie in "%2".</source>
+        <translation>"%1" liegt nicht in "%2".</translation>
+    </message>
+    <message>
+        <source>"%1" leads out of "%2".</source>
+        <translation>"%1" führt aus "%2" hinaus.</translation>
+    </message>
+    <message>
+        <source>This is not an SKV screenshot and cannot be removed</source>
+        <translation>Dieses Bild stammt nicht von SKV und kann nicht entfernt werden</translation>
     </message>
 </context>
 </TS>

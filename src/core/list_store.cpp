@@ -50,6 +50,7 @@ std::vector<std::vector<std::string_view>> listLines(std::string_view bytes) {
     std::string_view line = bytes.substr(0, end);
     bytes.remove_prefix(std::min(end + 1, bytes.size()));
     if (line.ends_with('\r')) line.remove_suffix(1);
+    if (line.empty()) continue;
     auto& fields = lines.emplace_back();
     for (std::size_t separator; (separator = line.find(fieldSeparator)) != std::string_view::npos;
          line.remove_prefix(separator + 1))

@@ -19,7 +19,8 @@ std::string inOneField(std::string text);
 // The same for what stands in a line from `start` on. False when there was something to replace.
 bool keepInOneField(std::string& line, std::size_t start);
 
-// The lines of a file, which may end in CR LF or LF, each split into its fields. Views of `bytes`.
+// The lines of a file, which may end in CR LF or LF, each split into its fields; empty lines are
+// none. Views of `bytes`.
 std::vector<std::vector<std::string_view>> listLines(std::string_view bytes);
 
 // The content of a list file, "" for one that is clearly not there. In a folder that is not there

@@ -78,7 +78,9 @@ void showPictureCommands(App& app) {
   }
   const bool own = PathExists(app.files(), PicFile(app, image).valueOr({}));
   form.mnuPicDel.enabled = takes.ok() && own;
-  form.mnuPicDel.hint = takes.ok() && !own ? notOwnPicture : why;
+  form.mnuPicDel.hint = !takes.ok() || own    ? why
+                        : image.picture == "" ? "There is no picture to remove"
+                                              : notOwnPicture;
 }
 
 }  // namespace skv

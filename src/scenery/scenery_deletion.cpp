@@ -171,11 +171,13 @@ class LibraryDeletion {
 
   // Finds out, with the user, which files are to go. False when nothing is to be done.
   bool decide() {
+    const int row = app_.frmMain.lstInactScenery.rowOf(id_);
+    if (row == 0) return false;  // it has gone during the question
     AddonFiles files;
     std::string named;
     Outcome may = leafMayBeUsed(app_, leaf_);
     for (const std::string& root : {sceneryRootOf(app_.SceneryLib), mainRootOf(app_.SceneryLib)}) {
-      files.folders.push_back(libraryFolder(app_, root, app_.frmMain.lstInactScenery.rowOf(id_)));
+      files.folders.push_back(libraryFolder(app_, root, row));
       if (may.ok()) may = mayBeGivenUp(app_, files.folders.back());
       named += "\r\n" + files.folders.back().folder;
     }

@@ -61,7 +61,8 @@ TEST(SceneryCfgTest, LosesNoCharacterOfAnArea) {
 }
 
 TEST(SceneryListFilesTest, ReadBackWhateverTheFieldsHold) {
-  const auto rows = parseSceneryLibrary(coded("Foo|x\\Foo\r\nA|B|1|2|3|4|5|6|7|more\n"), page);
+  const auto rows =
+      parseSceneryLibrary(coded("\n\r\nFoo|x\\Foo\r\n\nA|B|1|2|3|4|5|6|7|more\n"), page);
   ASSERT_EQ(rows.size(), 2U);
   EXPECT_EQ(rows[0].Name + rows[0].Folder + rows[0].Area + rows[1].Exclude, "Foox\\Foo7");
   EXPECT_EQ(sceneryLibraryBytes({{.Name = coded("a|b\r\n"), .Exclude = coded("c;d")}}, page),

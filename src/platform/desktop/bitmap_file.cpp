@@ -2,6 +2,7 @@
 
 #include <QtEndian>
 #include <algorithm>
+#include <array>
 #include <cstdlib>
 #include <cstring>
 #include <vector>
@@ -34,17 +35,18 @@ bool byAnyMasks(quint32 compression) {
 // The bytes of a header; those that it does not have are 0.
 class Fields {
  public:
-  explicit Fields(QByteArray bytes) : bytes_(std::move(bytes)) {}
-  quint16 word(qsizetype at) const { return value<quint16>(at); }
-  quint32 number(qsizetype at) const { return value<quint32>(at); }
+  explicit Fields(const QByteArray& bytes) {
+    std::copy_n(bytes.begin(), std::min<qsizetype>(bytes.size(), longestHeader), bytes_.begin());
+  }
+  quint16 word(std::size_t at) const { return value<quint16>(at); }
+  quint32 number(std::size_t at) const { return value<quint32>(at); }
 
  private:
   template <class T>
-  T value(qsizetype at) const {
-    const auto size = static_cast<qsizetype>(sizeof(T));
-    return at + size <= bytes_.size() ? qFromLittleEndian<T>(bytes_.constData() + at) : T{0};
+  T value(std::size_t at) const {
+    return at + sizeof(T) <= bytes_.size() ? qFromLittleEndian<T>(bytes_.data() + at) : T{0};
   }
-  QByteArray bytes_;
+  std::array<char, longestHeader> bytes_{};
 };
 
 // Where they are told, else those that programs agree on.

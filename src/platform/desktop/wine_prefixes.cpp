@@ -1,6 +1,7 @@
 #include "platform/desktop/wine_prefixes.h"
 
 #include <algorithm>
+#include <climits>
 #include <filesystem>
 #include <fstream>
 #include <unordered_set>
@@ -77,6 +78,7 @@ fs::path pathOf(const std::string& line, std::string_view key, const fs::path& h
   for (const char quote : {'"', '\''})
     if (value.size() > 1 && value.front() == quote && value.back() == quote)
       value = value.substr(1, value.size() - 2);
+  if (value.size() >= PATH_MAX) return {};
   if (value.starts_with("~/")) return home / value.substr(2);
   return value.starts_with('/') ? fs::path(value) : fs::path();
 }

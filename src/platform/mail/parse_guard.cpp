@@ -36,6 +36,10 @@ constexpr std::size_t mostMemory = std::size_t{8} << 20U;
 // Memory is looked at after so many bytes, of which one that may begin a part counts as many.
 constexpr std::size_t judgedAtOnce = std::size_t{1} << 16U;
 constexpr std::size_t weightOfParts = 8;
+// A line that may begin a part is compared with the marks of all parts that it lies in, which may
+// be a thousand. Mails have fewer such lines, be they of text.
+constexpr std::size_t mostDashes = 50'000;
+constexpr std::size_t mostOpenWords = 64;
 constexpr std::chrono::milliseconds timeOfOthers{500};
 // The parser asks for a few thousand bytes at a time.
 constexpr std::size_t readSize = std::size_t{1} << 18U;
@@ -64,13 +68,27 @@ bool isHidden(std::string_view line) {
          std::ranges::find(hiddenNames, lowerAscii(line.substr(0, end))) != hiddenNames.end();
 }
 
-// Gives such headers other names, in lines that begin at `from` or behind it.
-void hideHeaders(std::span<char> bytes, std::size_t from) {
+// Gives such headers other names, in lines that begin at `from` or behind it. Answers how many
+// lines there may begin a part.
+std::size_t hideHeaders(std::span<char> bytes, std::size_t from) {
   const std::string_view text(bytes.data(), bytes.size());
+  std::size_t dashes = 0;
   for (std::size_t line = from; line < text.size();) {
     const bool begins = line == 0 || text[line - 1] == '\n';
     if (begins && isHidden(text.substr(line))) bytes[line] = 'X';
+    if (begins && text.substr(line, 2) == "--") ++dashes;
     line = std::min(text.find('\n', line), text.size() - 1) + 1;
+  }
+  return dashes;
+}
+
+// Takes the begin off encoded words ("=?utf-8?q?...") where too many in a row have no end: the
+// parser looks for the end of each in all that is left of the header. `open`: how many there were.
+void dropEndlessWords(std::span<char> bytes, std::size_t& open) {
+  const std::string_view text(bytes.data(), bytes.size());
+  for (std::size_t at = text.find('?'); at != std::string_view::npos; at = text.find('?', at + 1)) {
+    if (at > 0 && text[at - 1] == '=' && ++open > mostOpenWords) bytes[at - 1] = '_';
+    if (text.substr(at + 1, 1) == "=") open = 0;
   }
 }
 
@@ -119,7 +137,8 @@ void ParseGuard::readPiece(std::int64_t at) {
   if (got < 0) error_ = errno;
   const auto length = static_cast<std::size_t>(std::max<ssize_t>(got, 0));
   const auto before = std::min<std::size_t>(static_cast<std::size_t>(at - from), length);
-  hideHeaders({piece_.data(), length}, before);
+  dashes_ += hideHeaders({piece_.data(), length}, before);
+  dropEndlessWords({piece_.data(), length}, openWords_);
   piece_.erase(piece_.begin(), piece_.begin() + static_cast<std::ptrdiff_t>(before));
   pieceBegin_ = at;
   pieceLength_ = static_cast<std::int64_t>(std::min(length - before, readSize));
@@ -137,6 +156,7 @@ std::size_t ParseGuard::inUse() {
 bool ParseGuard::mayReadOn(std::span<const char> bytes) {
   const bool mayHoldParts = std::memchr(bytes.data(), '-', bytes.size()) != nullptr;
   unjudged_ += bytes.size() * (mayHoldParts ? weightOfParts : 1);
+  if (dashes_ > mostDashes) tooMuch_ = ended_ = true;
   if (ended_ || unjudged_ < judgedAtOnce) return !ended_;
   unjudged_ = 0;
   // Pictures may be read meanwhile, for which nobody has to pay here: they go soon.

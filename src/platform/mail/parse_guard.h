@@ -47,6 +47,8 @@ class ParseGuard {
   MailPulse& pulse_;
   std::size_t before_;
   std::size_t unjudged_ = 0;
+  std::size_t dashes_ = 0;     // lines so far that may begin a part
+  std::size_t openWords_ = 0;  // encoded words since the last end of one
   bool ended_ = false, tooMuch_ = false;
 
   int file_ = -1, error_ = 0;

@@ -63,8 +63,8 @@ bool RowDelegate::eventFilter(QObject* editor, QEvent* event) {
   if (key.key() != Qt::Key_Tab && key.key() != Qt::Key_Backtab)
     return QStyledItemDelegate::eventFilter(editor, event);
   // Leaves the list, as it does when no field is open.
-  emit commitData(static_cast<QWidget*>(editor));
-  emit closeEditor(static_cast<QWidget*>(editor), NoHint);
+  Q_EMIT commitData(static_cast<QWidget*>(editor));
+  Q_EMIT closeEditor(static_cast<QWidget*>(editor), NoHint);
   QKeyEvent onward(key.type(), key.key(), key.modifiers(), key.text());
   QCoreApplication::sendEvent(list_, &onward);
   return true;

@@ -37,7 +37,7 @@ RowsModel::Followed RowsModel::refresh() {
   const int added = static_cast<int>(newTail.base() - newEnd);
 
   if (removed == 0 && added == 0) {
-    if (!ids_.empty()) emit dataChanged(index(0, 0), index(rowCount() - 1, columnCount() - 1));
+    if (!ids_.empty()) Q_EMIT dataChanged(index(0, 0), index(rowCount() - 1, columnCount() - 1));
     return Followed::asBefore;
   }
   if (removed == 0) {
@@ -63,7 +63,7 @@ RowsModel::Followed RowsModel::refresh() {
 }
 
 void RowsModel::reorder(Ids now) {
-  emit layoutAboutToBeChanged();
+  Q_EMIT layoutAboutToBeChanged();
   const QModelIndexList before = persistentIndexList();
   QModelIndexList after;
   for (const QModelIndex& index : before) {
@@ -73,7 +73,7 @@ void RowsModel::reorder(Ids now) {
   }
   ids_ = std::move(now);
   changePersistentIndexList(before, after);
-  emit layoutChanged();
+  Q_EMIT layoutChanged();
 }
 
 void RowsModel::detach() {

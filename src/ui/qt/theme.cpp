@@ -66,7 +66,8 @@ QPalette paletteOf(const Tones& tones) {
   set(QPalette::Midlight, tones.hover);
   set(QPalette::Mid, tones.border);
   set(QPalette::Dark, tones.bar);
-  for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText})
+  for (const auto role :
+       {QPalette::WindowText, QPalette::Text, QPalette::ButtonText, QPalette::HighlightedText})
     palette.setColor(QPalette::Disabled, role, QColor(tones.faint));
   return palette;
 }

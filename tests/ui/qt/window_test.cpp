@@ -264,6 +264,8 @@ TEST(LanguageTest, CaptionsFollowTheDesktopAndTextsOfTheUserDoNot) {
   EXPECT_EQ(german("&File"), "&Datei");
   EXPECT_EQ(QObject::tr("No picture").toStdString(), "Kein Bild");
   EXPECT_EQ(german("There is no drive Q:"), "Es gibt kein Laufwerk Q:");
+  EXPECT_EQ(german("\"C:\\a\" leads out of \"C:\\b\"."),
+            "\"C:\\a\" f\u00fchrt aus \"C:\\b\" hinaus.");
   EXPECT_EQ(german("Alias: FS98\\panel %1"), "Alias: FS98\\panel %1");
   EXPECT_EQ(german("2 aircraft stand in the Hangar and are not listed yet."),
             "2 Flugzeuge stehen im Hangar und sind noch nicht aufgenommen.");
@@ -285,6 +287,9 @@ TEST_F(WindowTest, AnotherDressReachesWhatIsShown) {
   for (const bool dark : {true, false}) {
     const QPalette palette = ui::qt::paletteFor({.dark = dark}, before);
     EXPECT_EQ(ui::qt::isDark(palette), dark);
+    EXPECT_EQ(palette.color(QPalette::Disabled, QPalette::HighlightedText),
+              palette.color(QPalette::Disabled, QPalette::Text))
+        << "the selected row of a disabled list is grey as well";
     QApplication::setPalette(palette);
     settle();
     EXPECT_EQ(mainWindow()->palette().color(QPalette::Base), palette.color(QPalette::Base));
