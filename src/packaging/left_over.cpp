@@ -60,6 +60,8 @@ Outcome LeftOver::take(const std::string& path) {
 
 WalkReport LeftOver::takeRest() {
   WalkReport report;
+  // A link that has come in its place would have files of others taken for the archive's.
+  if (!report.note(mayBeEmptied(app_, app_.InstallTempDir), app_.InstallTempDir)) return report;
   const auto folders = app_.files().list(app_.InstallTempDir, FileSystem::Entries::all);
   if (!report.note(folders.outcome(), app_.InstallTempDir)) return report;
   for (const FolderEntry& run : folders.value()) {

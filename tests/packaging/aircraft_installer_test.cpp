@@ -280,6 +280,73 @@ TEST_F(InstallerTest, TheLastCopyStaysWhenTheArchiveHasGoneMeanwhile) {
   EXPECT_EQ(drive.read("C:\\Hangar\\aircraft\\~SKVUnfinished\\aircraft.cfg"), cfg);
 }
 
+TEST_F(InstallerTest, WhatComesUnderTheNameMeanwhileStays) {
+  const std::string root = "C:\\Hangar\\aircraft", place = root + "\\plane";
+  drive.write("C:\\Own\\mine.txt", "m");
+  zip({{"p/aircraft.cfg", cfg}, {"Gauges/g.gau", "g"}});
+  const std::tuple<std::function<void()>, std::string, Lines> newcomers[] = {
+      {[&] { drive.write(place + "\\AIRCRAFT.CFG", "another's"); },
+       "File already exists",
+       {"plane\\", "plane\\AIRCRAFT.CFG"}},
+      {[&] { drive.link(place, drive.native("C:\\Own")); }, "is a link", {"plane\\"}},
+      {[&] { drive.write(place, "a file"); }, "is a file", {"plane"}},
+  };
+  for (const auto& [comes, told, stands] : newcomers) {
+    SCOPED_TRACE(told);
+    windows.onYield = [&] {
+      if (drive.exists(root + "\\~SKVUnfinished") && !drive.exists(place)) comes();
+    };
+    install();
+    windows.onYield = nullptr;
+    expectTold(told);
+    EXPECT_EQ(drive.tree(root), stands);
+    EXPECT_EQ(drive.tree("C:\\Hangar\\Main"), Lines{});
+    expectClean();
+    drive.remove(place);
+    install();
+    EXPECT_EQ(drive.read(place + "\\aircraft.cfg"), cfg);
+    drive.clear("C:\\Hangar");
+    mnuViewFSAircraft_Click(app);
+  }
+  EXPECT_EQ(drive.tree("C:\\Own"), Lines{"mine.txt"});
+
+  files.failWhen("attributes", place, err::deviceIo);
+  install();
+  files.heal();
+  expectTold("Error #57");
+  EXPECT_EQ(hangar(), Lines{});
+}
+
+TEST_F(InstallerTest, NothingGoesBehindALinkInPlaceOfTheWorkingFolder) {
+  const std::string work = "C:\\Temp\\SKVInstallTemp";
+  const Lines own{"mine.txt", "sub\\mine.txt"};
+  for (const std::string& file : own) drive.write("C:\\Own\\" + file, "m");
+  zip({{"p/aircraft.cfg", cfg}, {"Gauges/g.gau", "g"}, {"read.me", "r"}});
+  const std::pair<std::string, std::string> cases[] = {
+      {"", "An installation empties the working folder"},
+      {"Processing: C:\\Hangar\\Main", "could not be kept of what was left over"},
+      {"Cleaning temporary", "Left over in the archive: 1 file"},
+  };
+  for (const auto& [when, told] : cases) {
+    SCOPED_TRACE(when);
+    drive.clear("C:\\Hangar");
+    drive.write("C:\\Hangar\\Main\\plane\\old", "what the new one is merged with");
+    mnuViewFSAircraft_Click(app);
+    windows.onYield = [&] {
+      if (!form.lblStatus.caption.get().starts_with(when) || disk.isLink(work)) return;
+      drive.remove(work);
+      drive.link(work, drive.native("C:\\Own"));
+    };
+    install();
+    windows.onYield = nullptr;
+    expectTold(told);
+    EXPECT_EQ(drive.filesIn("C:\\Own"), own);
+    EXPECT_EQ(drive.exists("C:\\Hangar\\aircraft\\plane\\aircraft.cfg"), !when.empty());
+    drive.remove(work);
+  }
+  EXPECT_EQ(drive.filesIn("C:\\Temp\\SKVLeftOver"), Lines{"plane\\read.me"});
+}
+
 TEST_F(InstallerTest, StopsWhenTheUserWantsIt) {
   zip({{"p/aircraft.cfg", cfg},
        {"Gauges/g.gau", "g"},

@@ -235,6 +235,18 @@ TEST_F(PackageTest, WhatComesWhileItIsPackedStays) {
   }
 }
 
+TEST_F(PackageTest, NothingBehindALinkThatComesBeforeTheThinningGoes) {
+  windows.onYield = [&] {
+    if (!form.lblStatus.caption.get().starts_with("Deleting") || drive.exists("C:\\Own")) return;
+    EXPECT_TRUE(disk.rename(plane + "texture", "C:\\Own").ok());
+    drive.link(plane + "texture", drive.native("C:\\Own"));
+  };
+  compress();
+  windows.onYield = {};
+  EXPECT_EQ(drive.filesIn("C:\\Own"), Lines{"t.bmp"});
+  EXPECT_TRUE(!drive.exists(plane + "model\\a.mdl") && icon() == 7);
+}
+
 TEST_F(PackageTest, APackageThatComesMeanwhileStays) {
   for (const char* moment : {"Compressing", "Processing"}) {
     putAircraft();

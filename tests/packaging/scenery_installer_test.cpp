@@ -111,6 +111,8 @@ TEST_F(SceneryInstallerTest, NoFileTakesThePlaceOfAnotherAndWhatIsLeftOverIsKept
   zip("x/c.bgl read.me");
   windows.inputs = {"Third"};
   install("could not be kept of what was left over");
+  EXPECT_EQ(listed()[0], "Third|ADDON SCENERY\\Third");
+  EXPECT_TRUE(holds(::testing::PrintToString(drive.filesIn(work)), "read.me")) << "not lost unseen";
   clearLeftOver(app);
   EXPECT_EQ(drive.tree("C:\\Own"), Lines{"mine.txt"});
 }

@@ -2,6 +2,7 @@
 // its place, which is seen, named and enabled as the control says, and tells it what the user does.
 #include <QAbstractButton>
 #include <QAccessible>
+#include <QClipboard>
 #include <QComboBox>
 #include <QHeaderView>
 #include <QLineEdit>
@@ -85,10 +86,13 @@ class FormTest : public WindowTest {
         bound[binding->control()->name()] = {binding->control(), binding->parent()};
     for (const std::string& name : declaredIn(structName)) {
       const auto found = bound.find(name);
-      if (found == bound.end())
+      if (found == bound.end()) {
         ADD_FAILURE() << structName << " shows no " << name;
-      else
-        parts.push_back(found->second);
+        continue;
+      }
+      parts.push_back(found->second);
+      const auto* button = dynamic_cast<const ui::Button*>(found->second.control);
+      EXPECT_TRUE(!button || button->click) << name << " does nothing";
     }
     EXPECT_EQ(window->windowTitle().toStdString(), form->caption.get());
   }
@@ -242,6 +246,9 @@ class FormTest : public WindowTest {
       auto* tabs = qobject_cast<QTabBar*>(widget);
       ASSERT_GT(tabs->count(), 1) << control.name();
       QTest::mouseClick(tabs, Qt::LeftButton, {}, tabs->tabRect(1).center());
+      tabs->setFocus();
+      QTest::keyClick(tabs, Qt::Key_Backtab, Qt::ControlModifier | Qt::ShiftModifier);
+      EXPECT_EQ(tabs->currentIndex(), 0) << control.name();
     } else if (dynamic_cast<ui::Image*>(&control)) {
       QTest::mouseClick(widget, Qt::LeftButton);
       if (form == &app.frmMain) expectHeard(control, " mouseDown");
@@ -340,7 +347,13 @@ class FormTest : public WindowTest {
     if (list.dblClick) {
       QTest::mouseDClick(view.viewport(), Qt::LeftButton, {}, cell(view, list.selected()));
       expectHeard(list, " dblClick");
+      heard.erase(list.name() + " dblClick");
+      QTest::keyClick(&view, Qt::Key_Return);
+      expectHeard(list, " dblClick");
     }
+    QTest::keySequence(&view, QKeySequence::Copy);
+    const auto last = view.currentIndex().siblingAtColumn(view.model()->columnCount() - 1);
+    EXPECT_EQ(QApplication::clipboard()->text(), last.data().toString()) << list.name();
     if (!list.afterLabelEdit) return;
     doubleClickName(view, list.selected());
     auto* editor = view.findChild<QLineEdit*>();
