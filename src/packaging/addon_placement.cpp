@@ -89,7 +89,8 @@ bool AddonPlacement::settle() {
   return !ReportError(app_, settled);
 }
 
-// The user has been asked about what stands there. What has come meanwhile is refused.
+// The user has been asked about what stands there. A whole add-on that has come meanwhile is
+// refused; a folder without one is put aside, and nothing of it is lost.
 Outcome AddonPlacement::makeRoom() {
   FileSystem& files = app_.files();
   const StandingAddon found =
