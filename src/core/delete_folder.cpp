@@ -13,7 +13,7 @@ namespace {
 
 // Takes its name off the folder, where that can be done in one step. Answers where it is then.
 std::string setAside(App& app, const std::string& path, const std::string& root) {
-  const std::string aside = root + StagedFolder::name;
+  std::string aside = root + StagedFolder::name;
   const bool liesInRoot = isOrHolds(root, path) && !isOrHolds(path, root);
   if (!liesInRoot || isOrHolds(aside, path) || app.files().isLink(path)) return path;
   if (!StagedFolder::clear(app, root).ok() || !app.files().rename(path, aside).ok()) return path;

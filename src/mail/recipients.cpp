@@ -13,13 +13,11 @@ std::vector<std::string> piecesOf(std::string_view text) {
     if (c == '"') quoted = !quoted;
     if (!quoted && (c == '<' || c == '>')) inAddress = c == '<';
     const bool parts = !quoted && !inAddress && (c == ',' || c == ';');
-    if (!parts) {
-      pieces.back() += c;
-    } else if (pieces.back().find('@') != std::string::npos) {
+    // A comma in front of the address belongs to the name: Berg, Anna <anna@example.org>.
+    if (parts && pieces.back().find('@') != std::string::npos)
       pieces.emplace_back();
-    } else if (!trim(pieces.back()).empty()) {
+    else if (!parts || !trim(pieces.back()).empty())
       pieces.back() += c;
-    }
   }
   if (pieces.size() > 1 && trim(pieces.back()).empty()) pieces.pop_back();
   return pieces;
