@@ -75,7 +75,8 @@ std::vector<std::string> unreachedAreas(const Profile& file, std::set<int> reach
       words->second = name + " (there twice)";
       if (reached.erase(numberOf(name)) != 0) continue;
       const std::string title = file.read(name, "Title");
-      areas.push_back(name + (title.empty() ? " (no title)" : ": " + title));
+      areas.push_back(name);
+      areas.back().append(title.empty() ? " (no title)" : ": ").append(title);
     } else if (!isNew && !words->second.empty()) {
       areas.push_back(words->second);
     }

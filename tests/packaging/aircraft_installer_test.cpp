@@ -293,8 +293,8 @@ TEST_F(InstallerTest, WhatComesUnderTheNameMeanwhileStays) {
   };
   for (const auto& [comes, told, stands] : newcomers) {
     SCOPED_TRACE(told);
-    windows.onYield = [&] {
-      if (drive.exists(root + "\\~SKVUnfinished") && !drive.exists(place)) comes();
+    windows.onYield = [&, &newcomer = comes] {
+      if (drive.exists(root + "\\~SKVUnfinished") && !drive.exists(place)) newcomer();
     };
     install();
     windows.onYield = nullptr;
@@ -332,8 +332,8 @@ TEST_F(InstallerTest, NothingGoesBehindALinkInPlaceOfTheWorkingFolder) {
     drive.clear("C:\\Hangar");
     drive.write("C:\\Hangar\\Main\\plane\\old", "what the new one is merged with");
     mnuViewFSAircraft_Click(app);
-    windows.onYield = [&] {
-      if (!form.lblStatus.caption.get().starts_with(when) || disk.isLink(work)) return;
+    windows.onYield = [&, &begin = when] {
+      if (!form.lblStatus.caption.get().starts_with(begin) || disk.isLink(work)) return;
       drive.remove(work);
       drive.link(work, drive.native("C:\\Own"));
     };
@@ -417,7 +417,7 @@ TEST_P(InstallerFaultTest, AnyFailingCallIsToldAndTheNextTryEndsWell) {
       EXPECT_EQ(drive.read("C:\\Hangar\\Main\\plane\\Gauges\\g.gau"), "g");
       EXPECT_TRUE(told || hangar() == whole);
     } else {
-      EXPECT_TRUE(told && (dies || hangar() == Lines{}));
+      EXPECT_TRUE(told && (dies || hangar().empty()));
     }
 
     mnuViewFSAircraft_Click(app);

@@ -130,7 +130,8 @@ DesktopEntry readDesktopEntry(std::istream& text, std::string file) {
 
 DesktopEntry findDesktopEntry(const std::string& name) {
   for (const std::string& folder : dataFolders()) {
-    const std::string path = folder + "/applications/" + name;
+    std::string path = folder;
+    path.append("/applications/").append(name);
     std::ifstream file(path);
     DesktopEntry entry = readDesktopEntry(file, path);
     if (!entry.Exec.empty()) return entry;

@@ -64,7 +64,7 @@ class Planner {
     if (path.value().empty() && !isFolderName(entry.entry->Filename))
       return Outcome::withText(err::zip, "has no name");
     Path& elements = paths_.emplace_back(std::move(path).value());
-    const std::size_t file = isFolderName(entry.entry->Filename) ? 0 : 1;
+    const std::ptrdiff_t file = isFolderName(entry.entry->Filename) ? 0 : 1;
     if (!keepFolders_) elements.erase(elements.begin(), elements.end() - file);
     allHeld_ = allHeld_ && std::ranges::all_of(elements, [](const PathElement& element) {
                  return element.name == element.held;

@@ -126,13 +126,14 @@ TEST_F(EngineTest, PassesOverAMailThatDoesNotCome) {
     SCOPED_TRACE(what);
     Mailbox box{{mailOf("bad"), mailOf("good")}, true, true, "", 0};
     std::size_t asked = 0;
-    RudeServer server([&, &replies = answers](const std::string& line) {
-      if (line == "LIST 1" && std::string(what) == "too large")
-        return std::optional<std::string>("+OK 1 5000000000\r\n");
-      if (line == "RETR 1" && asked++ < replies.size())
-        return std::optional<std::string>(replies[asked - 1]);
-      return box(line);
-    });
+    RudeServer server(
+        [&, &replies = answers, isLarge = told == std::string("4768 MB")](const std::string& line) {
+          if (line == "LIST 1" && isLarge)
+            return std::optional<std::string>("+OK 1 5000000000\r\n");
+          if (line == "RETR 1" && asked++ < replies.size())
+            return std::optional<std::string>(replies[asked - 1]);
+          return box(line);
+        });
     auto engine = loadFor(server, 700ms);
     const auto heads = engine->FetchHeaders(0);
     ASSERT_TRUE(heads.ok()) << heads.outcome().description();
