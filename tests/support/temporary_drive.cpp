@@ -32,7 +32,7 @@ std::string makeRootInMemory() {
   if (std::getenv("TMPDIR") || ::statvfs(memory, &disk) != 0 || disk.f_flag & ST_NOEXEC ||
       disk.f_bavail * disk.f_frsize < std::uint64_t{1} << 30U)
     return {};
-  const std::string root = makeRoot(memory);
+  std::string root = makeRoot(memory);
   if (root.empty() || ::setxattr(root.c_str(), "user.test", "", 0, 0) == 0) return root;
   fs::remove(root);
   return {};
