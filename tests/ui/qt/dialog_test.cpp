@@ -98,7 +98,7 @@ TEST_F(BoxTest, AFileDialogAnswersTheFileAndCancelledWhenItIsLeft) {
   showMain();
   drive.write("C:\\Temp\\one.ZIP", "");
   drive.write("C:\\Temp\\one.txt", "");
-  const auto ask = [&](std::function<void(QFileDialog&)> act) {
+  const auto ask = [&](const std::function<void(QFileDialog&)>& act) {
     withBox([act](QDialog& box) { act(dynamic_cast<QFileDialog&>(box)); });
     return windows.openFile({"C:\\Temp\\", "Zip Files|*.zip"});
   };
