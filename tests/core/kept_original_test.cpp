@@ -20,27 +20,36 @@ class KeptOriginalTest : public DiskTest {
   }
 };
 
-// One of the two files always stands whole, the disk's cache being lost or not.
+// One of the two files always stands whole, the disk's cache being lost or not, and a second try
+// ends well.
 TEST_F(KeptOriginalTest, ChangesAndResetsThatEndAnywhereLoseNeitherFile) {
-  for (const Ending ending :
-       {Ending::failure, Ending::failedLook, Ending::kill, Ending::emptyFiles, Ending::lostFiles}) {
-    for (const bool resets : {false, true}) {
-      SCOPED_TRACE(resets ? "reset" : "change");
-      bool ok = false;
-      const int calls = forEveryCall(
-          files, ending, [&] { resets ? put("changed", "original") : put("original", ""); },
-          [&] {
-            ok = (resets ? restoreOriginal(files, current, original)
+  enum Job { change, changeAgain, reset };
+  for (const Job job : {change, changeAgain, reset}) {
+    SCOPED_TRACE(job);
+    bool ok = false, failed = false;  // neither when the run was killed
+    const auto run = [&] {
+      ok = failed = false;
+      ok = (job == reset ? restoreOriginal(files, current, original)
                          : changeKeepingOriginal(files, current, original, "changed"))
-                     .ok();
-          },
-          [&](bool struck) {
-            const std::string now = drive.read(current);
-            EXPECT_EQ(now == "changed" ? drive.read(original) : now, "original");
-            EXPECT_TRUE(struck || (ok && now == (resets ? "original" : "changed")));
-          });
-      EXPECT_GT(calls, 1);
-    }
+               .ok();
+      failed = !ok;
+    };
+    forEveryEnding(
+        files, [&] { job == change ? put("original", "") : put("edited", "original"); }, run,
+        [&](bool struck) {
+          const std::string now = drive.read(current);
+          EXPECT_EQ(now == "original" ? now : drive.read(original), "original");
+          if (failed) {
+            EXPECT_TRUE(disk.attributes(current).value().readOnly) << "a failure puts it back";
+            EXPECT_EQ(drive.exists(original), job != change) << "a backup of nothing";
+          }
+          if (struck) run();
+          EXPECT_TRUE(ok || now == "original") << "nothing is left to reset";
+          EXPECT_EQ(drive.read(current), job == reset ? "original" : "changed");
+          EXPECT_EQ(drive.read(original), job == reset ? "" : "original");
+          EXPECT_TRUE(struck || disk.attributes(current).value().readOnly);
+        },
+        {Ending::failure, Ending::failedLook, Ending::kill, Ending::emptyFiles, Ending::lostFiles});
   }
 }
 
@@ -55,10 +64,14 @@ TEST_F(KeptOriginalTest, AChangeNeedsABackupAndAResetAnOriginal) {
   EXPECT_FALSE(restoreOriginal(files, current, original).ok())
       << "what a power cut has left of a copy";
   EXPECT_EQ(drive.read(current), "now");
-  drive.remove(current);
-  drive.write(original, "original");
-  EXPECT_TRUE(restoreOriginal(files, current, original).ok()) << "the file in force may be gone";
-  EXPECT_EQ(drive.read(current), "original");
+  ASSERT_TRUE(disk.setAttributes(current, {.readOnly = true}).ok());
+  for (const char* state : {"read-only meanwhile", "gone"}) {
+    drive.write(original, "original");
+    EXPECT_TRUE(restoreOriginal(files, current, original).ok()) << state;
+    EXPECT_EQ(drive.read(current), "original");
+    EXPECT_FALSE(disk.attributes(current).value().readOnly) << "as the original was";
+    drive.remove(current);
+  }
 }
 
 }  // namespace skv::test
