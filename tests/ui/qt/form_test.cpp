@@ -238,7 +238,7 @@ class FormTest : public WindowTest {
       QTest::keyClick(widget, Qt::Key_7);
       QTest::keyClick(widget, Qt::Key_Return);
       const char* enter = box->lineBreaks ? "\n" : box->multiLine ? "\\n" : "";
-      EXPECT_EQ(box->text, std::string("17") + enter) << control.name();
+      EXPECT_EQ(box->text.get(), std::string("17") + enter) << control.name();
       const auto* line = qobject_cast<QLineEdit*>(widget);
       EXPECT_EQ(line && line->echoMode() == QLineEdit::Password, box->password) << control.name();
       expectHeard(control, " gotFocus");
