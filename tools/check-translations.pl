@@ -1,6 +1,6 @@
 #!/usr/bin/env perl
-# Fails when a text that the window shows has no German. Looks at the captions of the controls
-# (src/ui/model), at the words of tr(), the patterns and the places (src/ui/qt), at the lists of tabs
+# Fails when a text that the window shows has no German, or has it twice. Looks at the captions of the
+# controls (src/ui/model), at the words of tr(), the patterns and the places (src/ui/qt), at the lists of tabs
 # and entries, at the filters of file dialogs, and at what the program puts into captions and empty
 # lists while it runs.
 #   tools/check-translations.pl
@@ -18,19 +18,19 @@ sub slurp {
 
 my %known;     # whole texts
 my %fragment;  # what stands beside the values of a text with %1 in it
+my $bad = 0;
 my $ts = slurp('share/translations/fsskyvault_de.ts');
 while ($ts =~ m{<source>(.*?)</source>\s*<translation>(.+?)</translation>}gs) {
   my $text = $1;
   $text =~ s/&lt;/</g;
   $text =~ s/&gt;/>/g;
   $text =~ s/&amp;/&/g;
-  $known{$text} = 1;
+  print("\"$text\" stands twice in share/translations\n"), $bad = 1 if $known{$text}++;
   $fragment{$_} = 1 for split /%\d/, $text =~ /%\d/ ? $text : '';
 }
 
 my $literal = qr/"((?:[^"\\]|\\.)*)"/;
 my $string = qr/"(?:[^"\\]|\\.)*"/;
-my $bad = 0;
 sub check {
   my ($file, $text) = @_;
   $text =~ s/\\n/\n/g;

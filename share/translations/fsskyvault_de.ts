@@ -859,7 +859,7 @@ Datei, Package/ZIP installieren bringt eines aus einer ZIP-Datei in den Hangar.<
     </message>
     <message>
         <source>This is not an SKV screenshot and cannot be removed</source>
-        <translation>Dieses Bild kam mit dem Add-on und kann nicht entfernt werden</translation>
+        <translation>Dieses Bild stammt nicht von SKV und kann nicht entfernt werden</translation>
     </message>
     <message>
         <source>Empty when the server asks for no login</source>
@@ -1138,10 +1138,6 @@ Datei, Package/ZIP installieren bringt eines aus einer ZIP-Datei in den Hangar.<
         <translation>Gepackt lassen</translation>
     </message>
     <message>
-        <source>No add-on is selected</source>
-        <translation>Kein Add-on ist ausgewählt</translation>
-    </message>
-    <message>
         <source>There is no folder "%1"</source>
         <translation>Es gibt keinen Ordner "%1"</translation>
     </message>
@@ -1152,10 +1148,6 @@ Datei, Package/ZIP installieren bringt eines aus einer ZIP-Datei in den Hangar.<
     <message>
         <source>"%1" leads out of "%2".</source>
         <translation>"%1" führt aus "%2" hinaus.</translation>
-    </message>
-    <message>
-        <source>This is not an SKV screenshot and cannot be removed</source>
-        <translation>Dieses Bild stammt nicht von SKV und kann nicht entfernt werden</translation>
     </message>
 </context>
 </TS>

@@ -57,8 +57,7 @@ FrmMain::FrmMain() : Form("frmMain", "FS Skyvault") {
   lblListLoading.visible = false;
   lblSceneryChanged.visible = false;
   lblSceneryUnreached.visible = false;
-  lblSceneryUnreached.colour = 33023;
-  lblSceneryChanged.colour = 33023;  // orange
+  lblSceneryChanged.colour = lblSceneryUnreached.colour = 33023;  // orange
   frameScenery.visible = false;
   for (Frame* later :
        {&framePanel, &frameSound, &frameACInfoATC, &frameACinfoUI, &frameACDescription})

@@ -45,8 +45,8 @@ class PlacePictures {
   explicit PlacePictures(const PlaceSet& set) : set_(set) {}
 
   QSize size() const { return set_.size(); }
-  // Blank for a number that is no picture. Drawn once for each sharpness and
-  // dress.
+  // Blank for a number that is no picture. Drawn once for each sharpness, light or
+  // dark, and contrast.
   const QPixmap& picture(int number, const QPalette& palette, qreal ratio);
 
  private:

@@ -61,12 +61,9 @@ const std::string webp =
 // 16 by 8 pixels in grey, the left half black, the right one white.
 const std::string jpeg = fromHex(
     "ffd8ffe000104a46494600010100000100010000ffdb0043001b12141714111b1716171e1c1b2028422b2825252851"
-    "3a3d"
-    "3042605565645f555d5b6a7899816a7190735b5d85b586909ea3abadab6780bcc9baa6c799a8aba4ffc0000b080008"
-    "0010"
-    "01011100ffc4001500010100000000000000000000000000000607ffc4001410010000000000000000000000000000"
-    "0000"
-    "ffda0008010100003f0032a63fffd9");
+    "3a3d3042605565645f555d5b6a7899816a7190735b5d85b586909ea3abadab6780bcc9baa6c799a8aba4ffc0000b08"
+    "0008001001011100ffc4001500010100000000000000000000000000000607ffc40014100100000000000000000000"
+    "000000000000ffda0008010100003f0032a63fffd9");
 std::string turned(char orientation) {
   const std::string exif = "Exif\0\0MM\0*\0\0\0\x08\0\x01\x01\x12\0\x03\0\0\0\x01\0"s +
                            orientation + std::string(6, '\0');
@@ -149,14 +146,11 @@ TEST_F(PictureReaderTest, ReadsByContentUprightAndOnWhite) {
        0, 4, 4, 0xFFFFFF, 0xFF0000},
       {"PNG", png, 0, 2, 1, 0xFF0000, 0x00FF00},
       {"WebP", webp, 0, 2, 1, 0xFF0000, 0x00FF00},
-      {"GIF", gif(2, 1), 0, 2, 1, 0xFF0000, 0x00FF00},
-      {"clear pixel", gif(2, 1, true), 0, 2, 1, 0xFFFFFF, 0x00FF00},
+      {"GIF with a clear pixel", gif(2, 1, true), 0, 2, 1, 0xFFFFFF, 0x00FF00},
       {"part of the screen", gif(4, 3), 0, 4, 3, 0xFF0000, 0xFF0000},
-      {"JPEG", jpeg, 0, 16, 8, 0x000000, 0xFFFFFF},
       {"upside down", turned(3), 0, 16, 8, 0xFFFFFF, 0x000000},
-      {"turned", turned(6), 0, 8, 16, 0x000000, 0xFFFFFF},
       {"turned and smaller", turned(6), 8, 4, 8, 0x000000, 0xFFFFFF},
-      {"not made larger", jpeg, 1000, 16, 8, 0x000000, 0xFFFFFF},
+      {"JPEG, not made larger", jpeg, 1000, 16, 8, 0x000000, 0xFFFFFF},
       {"plain metafile", metafile(window(200, 100)), 0, 200, 100, 0xFFFFFF, 0xFFFFFF},
       {"smaller metafile", metafile(window(200, 100)), 50, 50, 25, 0xFFFFFF, 0xFFFFFF},
       {"large metafile", metafile(window(20000, 10000)), 0, 2000, 1000, 0xFFFFFF, 0xFFFFFF},
@@ -189,7 +183,6 @@ TEST_F(PictureReaderTest, SaysWhyThereIsNoPicture) {
     const char* reason;
   } const cases[] = {
       {"nothing", "", "no JPEG"},
-      {"text", "hello, hello", "no JPEG"},
       {"vector picture", "<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"9\" height=\"9\"/>",
        "no JPEG"},
       {"bitmap cut short", whole.substr(0, whole.size() - 1), "cut short"},
@@ -214,8 +207,7 @@ TEST_F(PictureReaderTest, SaysWhyThereIsNoPicture) {
     const auto picture = read(c.content);
     ASSERT_FALSE(picture.ok());
     EXPECT_EQ(picture.outcome().number(), err::invalidPicture);
-    EXPECT_NE(picture.outcome().description().find(c.reason), std::string::npos)
-        << picture.outcome().description();
+    EXPECT_TRUE(holds(picture.outcome().description(), c.reason));
   }
   EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
   EXPECT_TRUE(read(png.substr(0, png.size() - 20)).outcome().description().ends_with("short)"));

@@ -12,9 +12,9 @@
 namespace skv::test {
 
 using namespace std::chrono_literals;
+using namespace std::string_literals;
 
-constexpr const char* registryHead =
-    "WINE REGISTRY Version 2\n;; All keys relative to \\\\Machine\n\n";
+const std::string registryHead = "WINE REGISTRY Version 2\n;; All keys relative to \\\\Machine\n\n";
 
 // A home on drive C: of the test, and the prefixes in it.
 class WineSimulatorFinderTest : public DiskTest {
@@ -31,14 +31,14 @@ class WineSimulatorFinderTest : public DiskTest {
   }
   void simulator(const std::string& folder) { drive.write("C:\\" + folder + "\\Scenery.cfg", ""); }
 
-  Variable home{"HOME", drive.native() + "/home"};
+  Variable home{"HOME", onMachine("home")};
   Variable wine{"WINEPREFIX", ""};
   Variable config{"XDG_CONFIG_HOME", ""};
   Variable data{"XDG_DATA_HOME", ""};
 };
 
 TEST_F(WineSimulatorFinderTest, FindsWhatTheLaunchersKeep) {
-  const std::vector<std::string> places = {
+  const Lines places = {
       "home\\Games\\one", "home\\.local\\share\\bottles\\bottles\\Old games",
       "home\\.PlayOnLinux\\wineprefix\\fs",
       "home\\.local\\share\\Steam\\steamapps\\compatdata\\4711\\pfx",
@@ -54,25 +54,25 @@ TEST_F(WineSimulatorFinderTest, FindsWhatTheLaunchersKeep) {
     simulator(place + "\\drive_c\\program files\\MICROSOFT GAMES\\fs2002");
   }
   drive.write("C:\\home\\.config\\lutris\\games\\fs-1.yml",
-              "game:\n  exe: x\n  prefix: '" + drive.native() + "/elsewhere/lutris fs'\n");
-  const auto at = [this](const char* place) { return drive.native() + "/" + place; };
+              "game:\n  exe: x\n  prefix: '" + onMachine("elsewhere/lutris fs") + "'\n");
   drive.write("C:\\home\\.local\\share\\lutris\\games\\fs-2.yml",
-              "game:\n  exe: " + at("elsewhere/program/drive_c/fs2002/fs2002.exe") + "\n");
+              "game:\n  exe: " + onMachine("elsewhere/program/drive_c/fs2002/fs2002.exe") + "\n");
   drive.write("C:\\home\\.local\\share\\lutris\\runners\\wine.yml",
               "game:\n  prefix: ~/../runner\n");
-  drive.write("C:\\home\\.config\\lutris\\system.yml", "system:\n  game_path: " + at("games"));
+  drive.write("C:\\home\\.config\\lutris\\system.yml",
+              "system:\n  game_path: " + onMachine("games"));
   drive.write("C:\\home\\.local\\share\\bottles\\data.yml",
-              "custom_bottles_path: \"" + at("my bottles") + "\"\n");
+              "custom_bottles_path: \"" + onMachine("my bottles") + "\"\n");
   const std::string heroic = "C:\\home\\.var\\app\\com.heroicgameslauncher.hgl\\config\\heroic\\";
   drive.write(heroic + "GamesConfig\\fs.json",
-              "{\"fs\":{\"autoSync\":true,\"winePrefix\":\"" + at("heroic/named") + "\"}}");
+              "{\"fs\":{\"autoSync\":true,\"winePrefix\":\"" + onMachine("heroic/named") + "\"}}");
   drive.write(heroic + "config.json",
-              "{\n  \"defaultWinePrefix\": \"" + at("heroic/new") + "\",\n}");
+              "{\n  \"defaultWinePrefix\": \"" + onMachine("heroic/new") + "\",\n}");
   drive.write("C:\\home\\.local\\share\\Steam\\steamapps\\libraryfolders.vdf",
-              "\"libraryfolders\"\n{\n\t\"1\"\n\t{\n\t\t\"path\"\t\t\"" + drive.native() +
-                  "/disk/SteamLibrary\"\n");
+              "\"libraryfolders\"\n{\n\t\"1\"\n\t{\n\t\t\"path\"\t\t\"" +
+                  onMachine("disk/SteamLibrary") + "\"\n");
   auto found = WineSimulatorFinder(drive.drives()).find();
-  std::vector<std::string> expected;
+  Lines expected;
   for (const std::string& place : places)
     expected.push_back("C:\\" + place + "\\drive_c\\program files\\MICROSOFT GAMES\\fs2002\\");
   std::sort(found.begin(), found.end());
@@ -82,30 +82,25 @@ TEST_F(WineSimulatorFinderTest, FindsWhatTheLaunchersKeep) {
 
 TEST_F(WineSimulatorFinderTest, AsksTheRegistryFirst) {
   simulator("Games\\Flight Simulator 2002");  // on the program's own drive
-  simulator(
-      "home\\.wine\\drive_c\\Spiele\\Flug\xC3\xBC"
-      "bungen");
+  simulator("home\\.wine\\drive_c\\Spiele\\Flug\u00fcbungen");
   drive.write(
       "C:\\home\\.wine\\system.reg",
-      std::string(registryHead) +
+      registryHead +
           "[Software\\\\Microsoft\\\\Microsoft Games\\\\Flight Simulator\\\\7.0] 1\n"
           "\"EXE Path\"=\"C:\\\\windows\"\n\n"
           "[Software\\\\Wow6432Node\\\\microsoft\\\\Microsoft Games\\\\Flight Simulator\\\\8.0] 1\n"
           "#time=1\n@=\"none\"\n\"App\"=dword:00000001\n"
-          "\"exe path\"=\"c:\\\\Spiele\\\\Flug\\x00fc"
-          "bungen" +
-          std::string(1, '\0') + "rest\"\n");
+          "\"exe path\"=\"c:\\\\Spiele\\\\Flug\\x00fcbungen\0rest\"\n"s);
   EXPECT_EQ(WineSimulatorFinder(drive.drives()).find(),
-            (std::vector<std::string>{"C:\\home\\.wine\\drive_c\\Spiele\\Flug\xC3\xBC"
-                                      "bungen\\",
-                                      "C:\\Games\\Flight Simulator 2002\\"}));
+            (Lines{"C:\\home\\.wine\\drive_c\\Spiele\\Flug\u00fcbungen\\",
+                   "C:\\Games\\Flight Simulator 2002\\"}));
 }
 
 TEST_F(WineSimulatorFinderTest, IsNotLedAstray) {
   prefix("home\\Games\\p");
   // The folder is gone, the file is cut, no registry at all, a loop of links, a pipe.
   drive.write("C:\\home\\.wine\\system.reg",
-              std::string(registryHead) +
+              registryHead +
                   "[Software\\\\Microsoft\\\\Microsoft Games\\\\Flight Simulator\\\\8.0] 1\n"
                   "\"EXE Path\"=\"C:\\\\gone\\\\\"\n");
   for (const char* text : {"[", "\n[Software\\\\",
@@ -115,7 +110,7 @@ TEST_F(WineSimulatorFinderTest, IsNotLedAstray) {
     EXPECT_TRUE(WineSimulatorFinder(drive.drives()).find().empty()) << text;
   }
   drive.link("C:\\home\\Games\\loop", "loop");
-  ASSERT_EQ(mkfifo((drive.native() + "/home/.wine-pipe").c_str(), 0600), 0);
+  ASSERT_EQ(mkfifo(onMachine("home/.wine-pipe").c_str(), 0600), 0);
   EXPECT_TRUE(WineSimulatorFinder(drive.drives()).find().empty());
 }
 
@@ -128,11 +123,11 @@ TEST(TimedSearchTest, GivesUpWhatDoesNotAnswer) {
     answers.wait();
     tell("after");
   });
-  EXPECT_EQ(found, std::vector<std::string>{"before"});
+  EXPECT_EQ(found, Lines{"before"});
   server.set_value();
   // One that ends is not waited for beyond that.
   EXPECT_EQ(foundInTime<std::string>(24h, [](const Tell<std::string>& tell) { tell("all"); }),
-            std::vector<std::string>{"all"});
+            Lines{"all"});
 }
 
 }  // namespace skv::test

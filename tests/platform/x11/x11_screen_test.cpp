@@ -8,7 +8,6 @@
 #include <QProcess>
 #include <chrono>
 #include <csignal>
-#include <cstring>
 #include <functional>
 #include <map>
 #include <thread>
@@ -52,17 +51,15 @@ class X11ScreenTest : public ::testing::Test {
       program->waitForFinished();
     }
   }
-  void serve(const QStringList& options) {
-    desk.reset();
-    TearDown();
-    const QByteArray number = start(server, "Xvfb", QStringList{"-displayfd", "1"} + options);
+  // A server of those options, and a window manager; a window that is opened before that has
+  // started for good is overlooked.
+  void serve(const QStringList& options = {}) {
+    const QStringList size{"-displayfd", "1", "-screen", "0", "640x480x24"};
+    const QByteArray number = start(server, "Xvfb", size + options);
     ASSERT_NE(number, "") << "Xvfb does not start";
     display.emplace("DISPLAY", ":" + number.toStdString());
     desk = X11Connection::open();
     ASSERT_TRUE(desk);
-  }
-  // A window that is opened before it has started for good is overlooked.
-  void manage() {
     const QStringList words{"--sm-disable", "--startup", "echo started"};
     ASSERT_EQ(start(manager, "openbox", words, "started"), "started");
   }
@@ -71,34 +68,40 @@ class X11ScreenTest : public ::testing::Test {
     xcb_change_property(desk->get(), XCB_PROP_MODE_REPLACE, window, desk->atom(name), type, 32,
                         static_cast<std::uint32_t>(values.size()), values.data());
   }
-  // Red, and blue in its right half. The server paints it, so that nobody has to.
-  xcb_window_t open(const std::string& name, int x, int y, int width = 200, int height = 150,
-                    bool above = false) {
-    const auto make = [&](xcb_window_t parent, int left, int top, int wide, std::uint32_t colour) {
-      const xcb_window_t window = xcb_generate_id(desk->get());
-      xcb_create_window(desk->get(), XCB_COPY_FROM_PARENT, window, parent,
-                        static_cast<std::int16_t>(left), static_cast<std::int16_t>(top),
-                        static_cast<std::uint16_t>(wide), static_cast<std::uint16_t>(height), 0,
-                        XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT, XCB_CW_BACK_PIXEL,
-                        &colour);
-      return window;
-    };
-    const xcb_window_t window = make(desk->root(), x, y, width, above ? green : red);
-    if (!above) xcb_map_window(desk->get(), make(window, width / 2, 0, width, blue));
+  // The server paints it, so that nobody has to.
+  xcb_window_t make(xcb_window_t parent, const std::string& name, xcb_rectangle_t place,
+                    std::uint32_t colour) {
+    const xcb_window_t window = xcb_generate_id(desk->get());
+    xcb_create_window(desk->get(), XCB_COPY_FROM_PARENT, window, parent, place.x, place.y,
+                      place.width, place.height, 0, XCB_WINDOW_CLASS_INPUT_OUTPUT,
+                      XCB_COPY_FROM_PARENT, XCB_CW_BACK_PIXEL, &colour);
     xcb_change_property(desk->get(), XCB_PROP_MODE_REPLACE, window, XCB_ATOM_WM_NAME,
                         XCB_ATOM_STRING, 8, static_cast<std::uint32_t>(name.size()), name.data());
+    return window;
+  }
+  // Red, and blue in its right half.
+  xcb_window_t open(const std::string& name, xcb_rectangle_t place = {60, 60, 200, 150},
+                    bool above = false) {
+    const xcb_window_t window = make(desk->root(), name, place, above ? green : red);
+    place = {static_cast<std::int16_t>(place.width / 2), 0, place.width, place.height};
+    if (!above) xcb_map_window(desk->get(), make(window, "", place, blue));
     std::vector<std::uint32_t> hints(18);
     hints[0] = 1;  // the place is the user's
     setProperty(window, "WM_NORMAL_HINTS", XCB_ATOM_WM_SIZE_HINTS, hints);
     if (above)
       setProperty(window, "_NET_WM_STATE", XCB_ATOM_ATOM, {desk->atom("_NET_WM_STATE_ABOVE")});
-    xcb_map_window(desk->get(), window);
-    xcb_flush(desk->get());
-    EXPECT_TRUE(comes([&] {
-      return desk->isViewable(window) && (manager.state() == QProcess::NotRunning ||
-                                          !desk->numbers(window, "_NET_FRAME_EXTENTS").empty());
-    }));
+    map(window);
+    EXPECT_TRUE(comes([&] { return !desk->numbers(window, "_NET_FRAME_EXTENTS").empty(); }));
     return window;
+  }
+  void map(xcb_window_t window) {
+    xcb_map_window(desk->get(), window);
+    EXPECT_TRUE(comes([&] { return desk->isViewable(window); }));
+  }
+  void moveOff(xcb_window_t window) {
+    const std::uint32_t left = 560;
+    xcb_configure_window(desk->get(), window, XCB_CONFIG_WINDOW_X, &left);
+    xcb_flush(desk->get());
   }
   void tell(xcb_window_t window, const char* what, std::uint32_t value) {
     xcb_client_message_event_t message{};
@@ -130,23 +133,20 @@ class X11ScreenTest : public ::testing::Test {
 };
 
 TEST_F(X11ScreenTest, TakesTheWholeWindowWhereverItIs) {
-  serve({"-screen", "0", "640x480x24"});
-  manage();
+  serve();
   tell(desk->root(), "_NET_NUMBER_OF_DESKTOPS", 3);
   const std::map<std::string, std::function<void(xcb_window_t)>> situations = {
       {"covered by a window that stays above",
-       [&](xcb_window_t) { open("cover", 0, 0, 500, 400, true); }},
+       [&](xcb_window_t) {
+         open("cover", {0, 0, 500, 400}, true);
+       }},
       {"minimised", [&](xcb_window_t window) { tell(window, "WM_CHANGE_STATE", 3); }},
       {"on another desktop", [&](xcb_window_t window) { tell(window, "_NET_WM_DESKTOP", 2); }},
-      {"half off the screen",
-       [&](xcb_window_t window) {
-         const std::uint32_t left = 560;
-         xcb_configure_window(desk->get(), window, XCB_CONFIG_WINDOW_X, &left);
-       }},
+      {"half off the screen", [&](xcb_window_t window) { moveOff(window); }},
   };
   for (const auto& [what, arrange] : situations) {
     SCOPED_TRACE(what);
-    const xcb_window_t window = open(title, 60, 60);
+    const xcb_window_t window = open(title);
     arrange(window);
     const bool goes = what[0] == 'm' || what[0] == 'o';
     EXPECT_TRUE(comes([&] { return desk->isViewable(window) != goes; }));
@@ -170,19 +170,18 @@ TEST_F(X11ScreenTest, TakesTheWholeWindowWhereverItIs) {
 }
 
 TEST_F(X11ScreenTest, ChoosesAmongTitlesAndMissesWhatHasGone) {
-  serve({"-screen", "0", "640x480x24"});
-  manage();
+  serve();
   const auto widthOf = [&] {
     const auto picture = screen.captureActiveWindow();
     return picture.ok() ? picture.value().width / 100 * 100 : 0;
   };
   EXPECT_FALSE(screen.activate(title, true).ok());
-  const xcb_window_t exact = open("microsoft FLIGHT simulator 2002", 0, 0, 100);
-  open(std::string(title) + " - notes", 30, 30, 200);
-  open(std::string("About ") + title, 60, 60, 300);
+  const xcb_window_t exact = open("microsoft FLIGHT simulator 2002", {0, 0, 100, 150});
+  open(std::string(title) + " - notes", {30, 30, 200, 150});
+  open(std::string("About ") + title, {60, 60, 300, 150});
   EXPECT_TRUE(screen.activate(title, true).ok());
   EXPECT_EQ(widthOf(), 100);
-  const xcb_window_t upper = open(title, 90, 90, 400);
+  const xcb_window_t upper = open(title, {90, 90, 400, 150});
   EXPECT_TRUE(screen.activate(title, true).ok());
   EXPECT_TRUE(screen.activate(title, false).ok());
   EXPECT_EQ(widthOf(), 400) << "the upper one of two";
@@ -193,8 +192,8 @@ TEST_F(X11ScreenTest, ChoosesAmongTitlesAndMissesWhatHasGone) {
   EXPECT_TRUE(screen.activate(title, true).ok());
   EXPECT_EQ(widthOf(), 200) << "the title begins with it";
 
-  open("later", 0, 0);
-  open("front", 0, 0);
+  open("later");
+  open("front");
   EXPECT_TRUE(screen.activate("front", true).ok());
   ::kill(static_cast<pid_t>(manager.processId()), SIGSTOP);
   waits = 0;
@@ -205,23 +204,11 @@ TEST_F(X11ScreenTest, ChoosesAmongTitlesAndMissesWhatHasGone) {
 // As Wine keeps one: the desktop is a window, its windows lie in that, and no window manager knows
 // them.
 TEST_F(X11ScreenTest, TakesAWindowOfADesktopInAWindow) {
-  serve({"-screen", "0", "640x480x24"});
-  manage();
-  const xcb_window_t desktop = open("Wine desktop", 20, 20, 400, 300);
-  open("in front", 0, 0, 600, 400);
-  const auto inside = [&](const char* name, int x, int width, std::uint32_t colour) {
-    const xcb_window_t window = xcb_generate_id(desk->get());
-    xcb_create_window(desk->get(), XCB_COPY_FROM_PARENT, window, desktop,
-                      static_cast<std::int16_t>(x), 20, static_cast<std::uint16_t>(width), 60, 0,
-                      XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT, XCB_CW_BACK_PIXEL,
-                      &colour);
-    xcb_change_property(desk->get(), XCB_PROP_MODE_REPLACE, window, XCB_ATOM_WM_NAME,
-                        XCB_ATOM_STRING, 8, static_cast<std::uint32_t>(std::strlen(name)), name);
-    xcb_map_window(desk->get(), window);
-    EXPECT_TRUE(comes([&] { return desk->isViewable(window); }));
-  };
-  inside(title, 30, 100, green);
-  inside("on top of it", 0, 300, red);
+  serve();
+  const xcb_window_t desktop = open("Wine desktop", {20, 20, 400, 300});
+  open("in front", {0, 0, 600, 400});
+  map(make(desktop, title, {30, 20, 100, 60}, green));
+  map(make(desktop, "on top of it", {0, 20, 300, 60}, red));
   EXPECT_EQ(screen.activate(title, true).description(), "");
   EXPECT_EQ(desk->number(desk->root(), "_NET_ACTIVE_WINDOW"), desktop);
   const auto picture = screen.captureActiveWindow();
@@ -232,14 +219,11 @@ TEST_F(X11ScreenTest, TakesAWindowOfADesktopInAWindow) {
 }
 
 TEST_F(X11ScreenTest, TellsOfWhatIsOffTheScreenWhereNobodyKeepsIt) {
-  serve({"-screen", "0", "640x480x24", "-extension", "Composite"});
-  manage();
-  const xcb_window_t window = open(title, 60, 60);
+  serve({"-extension", "Composite"});
+  const xcb_window_t window = open(title);
   EXPECT_TRUE(screen.activate(title, true).ok());
   EXPECT_TRUE(screen.captureActiveWindow().ok());
-  const std::uint32_t left = 560;
-  xcb_configure_window(desk->get(), window, XCB_CONFIG_WINDOW_X, &left);
-  xcb_flush(desk->get());
+  moveOff(window);
   EXPECT_TRUE(screen.activate(title, true).ok());
   EXPECT_NE(screen.captureActiveWindow().outcome().description().find("off the screen"),
             std::string::npos);

@@ -1,7 +1,5 @@
 // The main window: buttons, menus, fields, and what it does while it is disabled or closed.
-#include <QAccessible>
 #include <QAction>
-#include <QHeaderView>
 #include <QLineEdit>
 #include <QLocale>
 #include <QPlainTextEdit>
@@ -12,52 +10,11 @@
 #include <QTranslator>
 
 #include "core/long_operation.h"
-#include "ui/qt/icons.h"
 #include "ui/qt/language.h"
 #include "ui/qt/place_pictures.h"
-#include "ui/qt/theme.h"
 #include "ui/qt/window_fixture.h"
 
 namespace skv::test {
-
-TEST_F(WindowTest, AClickInALibraryShowsTheStateOfItsRow) {
-  showMain();
-  auto& form = app.frmMain;
-  const struct {
-    ui::ListView& list;
-    ui::Label& status;
-    int tab;
-  } libraries[] = {{form.lstPanel, form.lblPNStatus, 1}, {form.lstSound, form.lblSNStatus, 2}};
-  for (const auto& [list, status, tab] : libraries) {
-    for (const std::string name : {"a", "b"}) list.add(name, {"C:\\FS\\" + name + "\\"});
-    for (const char* cfg : {"panel.cfg", "sound.cfg"})
-      drive.write(std::string("C:\\FS\\b\\") + cfg, "[fltsim]\r\nalias=far\r\n");
-    click("tabAddon", tab);
-    clickRow(*find<QTreeView>(list.name().c_str()), 2);
-    EXPECT_EQ(list.selected(), 2);
-    EXPECT_EQ(status.caption, "Alias: far");
-  }
-}
-
-TEST_F(WindowTest, FieldsGoBothWaysAndEnterIsTypedAsBackslashN) {
-  showMain();
-  auto& form = app.frmMain;
-  for (ui::TextBox* box : {&form.txtACTitle, &form.txtACDescription}) box->enabled = true;
-  form.txtACTitle.text = "Boeing";
-  settle();
-  auto* title = find<QLineEdit>("txtACTitle");
-  EXPECT_EQ(title->text(), "Boeing");
-  QTest::keyClick(title, Qt::Key_End);
-  QTest::keyClicks(title, " 737");
-  EXPECT_EQ(form.txtACTitle.text.get(), "Boeing 737");
-
-  click("tabACInfo", 3);
-  auto* description = find<QPlainTextEdit>("txtACDescription");
-  QTest::keyClicks(description, "one");
-  QTest::keyClick(description, Qt::Key_Return);
-  QTest::keyClicks(description, "two");
-  EXPECT_EQ(form.txtACDescription.text.get(), "one\\ntwo");
-}
 
 TEST_F(WindowTest, CtrlAndALetterBelongToTheTextThatIsTyped) {
   showMain();
@@ -168,61 +125,6 @@ TEST_F(WindowTest, ALongOperationIgnoresTheUserAndHearsAWishToClose) {
   EXPECT_EQ(clicks, 1);
 }
 
-TEST_F(WindowTest, ScreenReadersHearWhatAControlIsAndDoes) {
-  showMain();
-  fillAircraft(2);
-  auto& form = app.frmMain;
-  form.lstAircraft.setSmallIcon(2, 6);
-  form.txtACTitle.enabled = true;
-  form.txtACTitle.text = "Boeing";
-  form.btnHangar.enabled = true;
-  form.btnDelAC.enabled = false;
-  settle();
-  const auto part = [](const char* name) {
-    return QAccessible::queryAccessibleInterface(find<QWidget>(name));
-  };
-  const auto expect = [](QAccessibleInterface* heard, QAccessible::Role role, const char* name) {
-    ASSERT_NE(heard, nullptr) << name;
-    EXPECT_EQ(heard->role(), role) << name;
-    EXPECT_EQ(heard->text(QAccessible::Name).toStdString(), name);
-  };
-  expect(part("btnHangar"), QAccessible::Button, "To Hangar...");
-  EXPECT_FALSE(part("btnHangar")->state().disabled);
-  EXPECT_TRUE(part("btnDelAC")->state().disabled);
-
-  expect(part("txtACTitle"), QAccessible::EditableText, "Title");
-  EXPECT_EQ(part("txtACTitle")->text(QAccessible::Value), "Boeing");
-  EXPECT_TRUE(part("txtACTitle")->state().editable);
-  EXPECT_TRUE(part("txtSim")->state().disabled);
-
-  // Rows are heard with their pictures of places.
-  const auto cell = [&part](const char* list, int row) {
-    return part(list)->tableInterface()->cellAt(row - 1, 0);
-  };
-  expect(part("lstAircraft"), QAccessible::Tree, "Aircraft");
-  expect(part("lstAircraft")->child(0), QAccessible::ColumnHeader, "Name");
-  expect(cell("lstAircraft", 1), QAccessible::TreeItem, "Aircraft 1");
-  expect(cell("lstAircraft", 2), QAccessible::TreeItem, "Aircraft 2, in FS2002, in Hangar");
-  EXPECT_TRUE(cell("lstAircraft", 1)->state().selected);
-  EXPECT_FALSE(cell("lstAircraft", 2)->state().selected);
-
-  click("mnuViewFSScenery");
-  form.lstScenery.clear();
-  for (const bool on : {true, false}) {
-    form.lstScenery.add("Rome");
-    form.lstScenery.setChecked(form.lstScenery.count(), on);
-  }
-  settle();
-  expect(cell("lstScenery", 1), QAccessible::TreeItem, "Rome, Active in FS2002");
-  for (const int row : {1, 2}) {
-    const QAccessible::State state = cell("lstScenery", row)->state();
-    EXPECT_TRUE(state.checkable);
-    EXPECT_EQ(state.checked, row == 1 ? 1 : 0);
-  }
-  expect(part("optMove"), QAccessible::RadioButton, "Move");
-  EXPECT_NE(part("optMove")->state().checked, part("optCopy")->state().checked);
-}
-
 TEST_F(WindowTest, RightToLeftTheHalvesAndWhatTheyHoldChangeSides) {
   QApplication::setLayoutDirection(Qt::RightToLeft);
   const auto back = qScopeGuard([] { QApplication::setLayoutDirection(Qt::LeftToRight); });
@@ -274,31 +176,6 @@ TEST(LanguageTest, CaptionsFollowTheDesktopAndTextsOfTheUserDoNot) {
   EXPECT_EQ(german("Title:\n\nMy own words"), "Titel:\n\nMy own words");
   for (QTranslator* translator : qApp->findChildren<QTranslator*>()) delete translator;
   QLocale::setDefault(before);
-}
-
-TEST_F(WindowTest, AnotherDressReachesWhatIsShown) {
-  const QPalette before = QApplication::palette();
-  const auto restored = qScopeGuard([&] { QApplication::setPalette(before); });
-  showMain();
-  auto* header = find<QTreeView>("lstAircraft")->header();
-  ui::qt::PlacePictures drawn(ui::qt::aircraftPlaces());
-  const QIcon icon = ui::qt::drawnIcon("up", QPalette::ButtonText);
-  QImage picture, arrow;
-  for (const bool dark : {true, false}) {
-    const QPalette palette = ui::qt::paletteFor({.dark = dark}, before);
-    EXPECT_EQ(ui::qt::isDark(palette), dark);
-    EXPECT_EQ(palette.color(QPalette::Disabled, QPalette::HighlightedText),
-              palette.color(QPalette::Disabled, QPalette::Text))
-        << "the selected row of a disabled list is grey as well";
-    QApplication::setPalette(palette);
-    settle();
-    EXPECT_EQ(mainWindow()->palette().color(QPalette::Base), palette.color(QPalette::Base));
-    EXPECT_EQ(header->palette().color(QPalette::ButtonText),
-              palette.color(QPalette::PlaceholderText));
-    EXPECT_NE(std::exchange(picture, drawn.picture(2, palette, 1).toImage()),
-              drawn.picture(2, palette, 1).toImage());
-    EXPECT_NE(std::exchange(arrow, icon.pixmap(16).toImage()), icon.pixmap(16).toImage());
-  }
 }
 
 }  // namespace skv::test
