@@ -26,6 +26,14 @@ class PackageTest : public SceneryTest {
   }
   void compress(const std::string& told = "") { click(form.mnuFilePackage, told); }
   void uncompress(const std::string& told = "") { click(form.mnuFileUnpackage, told); }
+  // What a user does at each yield at which the status line begins so.
+  void compressWhile(const std::string& status, std::function<void()> does) {
+    SCOPED_TRACE(status);
+    putAircraft();
+    duringYields(status, std::move(does));
+    compress();
+    windows.onYield = {};
+  }
   // What is in sight of it.
   Lines aircraft() {
     Lines names = drive.filesIn(plane);
@@ -74,7 +82,6 @@ TEST_F(PackageTest, AnAircraftGoesIntoItsPackageAndComesBackWithItsEdits) {
   EXPECT_TRUE(icon() == 5 && !drive.exists(package));
   EXPECT_TRUE(holds(form.lblStatus.notice.get(), "is unpacked: 7 files"))
       << form.lblStatus.notice.get();
-  uncompress("This Aircraft not yet compressed!");
 }
 
 TEST_F(PackageTest, ASceneryLikewise) {
@@ -215,49 +222,33 @@ TEST_F(PackageTest, APackageOfAStrangerStaysWhenItHoldsMore) {
 }
 
 TEST_F(PackageTest, WhatComesWhileItIsPackedStays) {
-  for (const char* moment : {"Compressing", "Processing", "Deleting"}) {
-    SCOPED_TRACE(moment);
-    putAircraft();
-    const bool packs = std::string(moment) == "Compressing";
+  for (const std::string moment : {"Compressing", "Processing", "Deleting"}) {
+    const bool packs = moment == "Compressing";
     const std::string late = plane + (packs ? "late.txt" : "texture\\late.bmp");
-    windows.onYield = [&] {
-      if (packs == drive.exists(package) || !form.lblStatus.caption.get().starts_with(moment))
-        return;
+    compressWhile(moment, [&] {
+      if (packs == drive.exists(package)) return;
       drive.write(late, "late");
       drive.write(plane + "texture\\t.bmp", "TEXTURE\\t.bmp");
-    };
-    compress();
-    windows.onYield = {};
+    });
     EXPECT_EQ(drive.read(late), "late");
     EXPECT_EQ(drive.read(plane + "texture\\t.bmp"), "TEXTURE\\t.bmp");
     EXPECT_EQ(drive.exists(package), !drive.exists(plane + "model\\a.mdl"));
     EXPECT_EQ(windows.boxes.size(), 1U);
   }
-}
-
-TEST_F(PackageTest, NothingBehindALinkThatComesBeforeTheThinningGoes) {
-  windows.onYield = [&] {
-    if (!form.lblStatus.caption.get().starts_with("Deleting") || drive.exists("C:\\Own")) return;
-    EXPECT_TRUE(disk.rename(plane + "texture", "C:\\Own").ok());
-    drive.link(plane + "texture", drive.native("C:\\Own"));
-  };
-  compress();
-  windows.onYield = {};
-  EXPECT_EQ(drive.filesIn("C:\\Own"), Lines{"t.bmp"});
-  EXPECT_TRUE(!drive.exists(plane + "model\\a.mdl") && icon() == 7);
-}
-
-TEST_F(PackageTest, APackageThatComesMeanwhileStays) {
   for (const char* moment : {"Compressing", "Processing"}) {
-    putAircraft();
-    windows.onYield = [&] {
-      if (form.lblStatus.caption.get().starts_with(moment)) drive.write(package, "another's");
-    };
-    compress("File already exists");
-    windows.onYield = {};
+    compressWhile(moment, [&] { drive.write(package, "another's"); });
+    expectTold("File already exists");
     EXPECT_EQ(drive.read(package), "another's");
     EXPECT_TRUE(aircraft() == whole && icon() == 7);
   }
+  // And what lies behind a link.
+  compressWhile("Deleting", [&] {
+    if (drive.exists("C:\\Own")) return;
+    EXPECT_TRUE(disk.rename(plane + "texture", "C:\\Own").ok());
+    drive.link(plane + "texture", drive.native("C:\\Own"));
+  });
+  EXPECT_EQ(drive.filesIn("C:\\Own"), Lines{"t.bmp"});
+  EXPECT_TRUE(!drive.exists(plane + "model\\a.mdl") && icon() == 7);
 }
 
 // And a second try finishes what the first one has left.

@@ -7,7 +7,8 @@
 
 #include "platform/desktop/qt_pictures.h"
 #include "support/disk_fixture.h"
-#include "support/every_call.h"
+#include "support/failing_calls.h"
+#include "support/text.h"
 
 namespace skv::test {
 
@@ -65,27 +66,23 @@ TEST_F(JpegFileTest, AnotherDecoderSeesTheSamePicture) {
 
 TEST_F(JpegFileTest, AReplacedFileKeepsItsAttributesAndTimes) {
   const struct timespec times[] = {{1000000000, 123456789}, {1020304050, 987654321}};
-  for (const Attributes kept : {Attributes{}, Attributes{.readOnly = true},
-                                Attributes{.readOnly = true, .archive = true}}) {
+  for (const bool kept : {false, true}) {
     drive.clear(folder);
     drive.write(folder + "skvSCRN.jpg", "old");
-    ASSERT_TRUE(disk.setAttributes(file, kept).ok());
+    ASSERT_TRUE(disk.setAttributes(file, {.readOnly = kept, .archive = kept}).ok());
     const auto before = disk.attributes(file);  // a disk may know no archive
     ASSERT_EQ(::utimensat(AT_FDCWD, drive.native(folder + "skvSCRN.jpg").c_str(), times, 0), 0);
     ASSERT_TRUE(SaveJPEGFile(files, picture(9, 9), file, 70).ok());
-    EXPECT_EQ(drive.tree(folder), std::vector<std::string>{"skvSCRN.jpg"});
+    EXPECT_EQ(drive.tree(folder), Lines{"skvSCRN.jpg"});
     EXPECT_GT(disk.fileLength(file).valueOr(0), 100U);
     const struct stat now = status();
-    EXPECT_EQ(std::pair(now.st_atim.tv_sec, now.st_atim.tv_nsec),
-              std::pair(times[0].tv_sec, times[0].tv_nsec));
-    EXPECT_EQ(std::pair(now.st_mtim.tv_sec, now.st_mtim.tv_nsec),
-              std::pair(times[1].tv_sec, times[1].tv_nsec));
-    EXPECT_EQ(disk.attributes(file).value().readOnly, kept.readOnly);
+    EXPECT_EQ(std::tuple(now.st_atim.tv_sec, now.st_atim.tv_nsec, now.st_mtim.tv_sec),
+              std::tuple(times[0].tv_sec, times[0].tv_nsec, times[1].tv_sec));
+    EXPECT_EQ(now.st_mtim.tv_nsec, times[1].tv_nsec);
+    EXPECT_EQ(disk.attributes(file).value().readOnly, kept);
     EXPECT_EQ(disk.attributes(file).value().archive, before.value().archive);
   }
-}
-
-TEST_F(JpegFileTest, ALinkIsReplacedByAFileOfNow) {
+  // Behind a link lies no file of the add-on's.
   drive.clear(folder);
   drive.write("C:\\elsewhere.jpg", "foreign");
   drive.setModified("C:\\elsewhere.jpg", {1, 0});
@@ -93,49 +90,24 @@ TEST_F(JpegFileTest, ALinkIsReplacedByAFileOfNow) {
   ASSERT_TRUE(SaveJPEGFile(files, picture(9, 9), file, 70).ok());
   EXPECT_EQ(drive.read("C:\\elsewhere.jpg"), "foreign");
   EXPECT_FALSE(disk.isLink(file));
-  EXPECT_GT(status().st_mtim.tv_sec, 1600000000);
+  EXPECT_GT(status().st_mtim.tv_sec, 1600000000) << "a file of now";
 }
 
 TEST_F(JpegFileTest, AFailedSaveTellsWhyAndLeavesTheOldFile) {
-  const cDIBSection good = picture(64, 64);
+  drive.write(file, "old");
+  const auto fails = [&](const cDIBSection& dib, const std::string& path, const char* told) {
+    const Outcome saved = SaveJPEGFile(files, dib, path, 70);
+    EXPECT_TRUE(saved.description().starts_with("Failed to save to JPG ") &&
+                holds(saved.description(), told));
+    EXPECT_EQ(drive.tree(folder), Lines{"SKVscrn.jpg"});
+    EXPECT_EQ(drive.read(file), "old");
+  };
   cDIBSection wide;
   ASSERT_TRUE(wide.Create(65501, 1));
-  for (const bool stood : {true, false}) {
-    const auto put = [&] {
-      drive.clear(folder);
-      if (stood) {
-        drive.write(file, "old");
-        ASSERT_TRUE(disk.setAttributes(file, {.readOnly = true}).ok());
-        drive.setModified(file, {1000000000, 5});
-      }
-    };
-    const auto expectOld = [&] {
-      EXPECT_EQ(drive.tree(folder).size(), stood ? 1U : 0U);
-      if (!stood) return;
-      EXPECT_EQ(drive.read(file), "old");
-      EXPECT_TRUE(disk.attributes(file).value().readOnly);
-      EXPECT_EQ(status().st_mtim.tv_sec, 1000000000);
-    };
-    for (const auto ending : {Ending::fullDisk, Ending::kill, Ending::lostFiles})
-      forEveryCall(
-          files, ending, put, [&] { SaveJPEGFile(files, good, file, 70).skipped(); },
-          [&](bool struck) {
-            if (struck)
-              expectOld();
-            else
-              EXPECT_GT(disk.fileLength(file).valueOr(0), 100U);
-          });
-    put();
-    const Outcome tooWide = SaveJPEGFile(files, wide, file, 70);
-    EXPECT_EQ(tooWide.number(), jpegError);
-    EXPECT_TRUE(tooWide.description().starts_with("Failed to save to JPG ") &&
-                tooWide.description().find("65500") != std::string::npos)
-        << tooWide.description();
-    EXPECT_EQ(SaveJPEGFile(files, cDIBSection(), file, 70).number(), jpegError);
-    expectOld();
-  }
-  EXPECT_EQ(SaveJPEGFile(files, good, "C:\\missing\\a.jpg", 70).description(),
-            "Failed to save to JPG 76: Path not found: C:\\missing");
+  fails(wide, file, "65500");
+  fails(cDIBSection(), file, "");
+  fails(picture(9, 9), "C:\\missing\\a.jpg", "76: Path not found: C:\\missing");
+  withFullDisk(100, [&] { fails(picture(64, 64), file, "61"); });
 }
 
 }  // namespace skv::test

@@ -43,8 +43,8 @@ TEST_F(PictureTest, APictureFromTheClipboardBelongsToTheImageOfTheLastRightClick
   openSceneries({"ADDON SCENERY\\A"}, "B|x\\B\r\n");
   clipboard.held = plain(40, 30);
   ui::raise(form.mnuPicClip.click);  // the aircraft is not in this view
-  form.lstInactScenery.select(1);
-  ui::raise(form.lstInactScenery.itemClick);
+  select(form.lstInactScenery, 1);
+  EXPECT_EQ(form.imgScenery.picture, "");
   paste(form.imgScenery);
   form.ftreeScenery.folder = "C:\\Picked\\";
   ui::raise(form.ftreeScenery.change);
@@ -54,11 +54,12 @@ TEST_F(PictureTest, APictureFromTheClipboardBelongsToTheImageOfTheLastRightClick
         std::string("C:\\Lib\\Scenery\\B\\SKVscrn.jpg"), std::string("C:\\Picked\\SKVscrn.jpg")})
     EXPECT_EQ(sizeOf(file), "40x30") << file;
   EXPECT_EQ(form.imgScenery.picture, "C:\\Picked\\SKVscrn.jpg");
+  select(form.lstScenery, 1);
+  EXPECT_EQ(form.imgScenery.picture, "C:\\FS\\ADDON SCENERY\\A\\SKVscrn.jpg");
   EXPECT_TRUE(windows.boxes.empty());
 
   clipboard.held.reset();
   click(form.mnuPicClip);
-  EXPECT_EQ(windows.boxes.back().title, "FD Skyvault");
   expectTold("No valid picture in Clipboard!");
 }
 
@@ -87,8 +88,7 @@ TEST_F(PictureTest, NothingIsWrittenOutsideTheStore) {
     openSceneries({folder}, "Up|x\\..\r\n");
     refuses(form.imgScenery, folder);
   }
-  form.lstInactScenery.select(1);
-  ui::raise(form.lstInactScenery.itemClick);
+  select(form.lstInactScenery, 1);
   refuses(form.imgScenery, "a leaf that leads up");
 }
 
@@ -149,9 +149,8 @@ TEST_F(PictureTest, AFailedSaveLeavesTheOldPicture) {
     EXPECT_TRUE(whole || sizeOf(own) == "40x30");
     EXPECT_TRUE(struck || !whole);
     EXPECT_TRUE(disk.attributes(own).value().readOnly);
-    if (whole && windows.boxes.size() > 1) {
-      EXPECT_EQ(windows.boxes[1].text, "Failed to save the picture to the file: '" + own + "'");
-    }
+    EXPECT_TRUE(!whole || windows.boxes.size() < 2 ||
+                holds(windows.boxes[1].text, "Failed to save the picture"));
   };
   for (const Ending ending : {Ending::fullDisk, Ending::failedLook, Ending::emptyFiles})
     EXPECT_GT(forEveryCall(
@@ -204,11 +203,6 @@ TEST_F(PictureTest, ASnapshotIsTheWindowWithoutItsMargins) {
   for (int y = 45; y < 155; ++y)
     std::fill_n(window.rows.begin() + y * static_cast<int>(window.rowBytes()) + 30, 300, 200);
   click(form.mnuPicSnap);
-  ASSERT_EQ(windows.boxes.size(), 1U);
-  EXPECT_TRUE(
-      windows.boxes[0].text.starts_with("This will take a Snapshot of your FS2002 screen."
-                                        "\r\n\r\n1. Set"));
-  EXPECT_TRUE(windows.boxes[0].text.ends_with("until the SKV window is activated again.\r\n"));
   EXPECT_EQ(screen.activated, (std::vector<std::string>(2, "Microsoft Flight Simulator 2002")));
   const auto saved = pictures.read(own);
   ASSERT_EQ(sizeOf(own), "100x110");

@@ -30,9 +30,6 @@ class PictureTest : public ProgramTest {
                 "[fltsim.0]\r\ntitle=One\r\ntexture=" + texture + "\r\nui_type=" + type +
                     "\r\n[fltsim.1]\r\ntitle=Two\r\ntexture=" + second + "\r\n");
   }
-  void put(const std::vector<std::string>& paths) const {
-    for (const std::string& path : paths) drive.write(path, "x");
-  }
   void open() { mnuViewFSAircraft_Click(app); }
   void pointPanelAt(const std::string& alias) {
     drive.write(panel + "panel.cfg", "[fltsim]\r\nalias=" + alias + "\r\n");

@@ -1,6 +1,5 @@
 #include "scenery/scenery_database.h"
 
-#include "support/every_call.h"
 #include "support/scenery_fixture.h"
 
 namespace skv::test {
@@ -134,31 +133,6 @@ TEST_F(SceneryDatabaseTest, ADatabaseThatIsMissingOrCannotBeReadIsNotTakenForAnE
   save();
   EXPECT_EQ(areasInFile() + valueOf("General", "Cache_Size"), "Rome World Alps7");
   EXPECT_TRUE(windows.boxes.empty());
-}
-
-TEST_F(SceneryDatabaseTest, AtEveryMomentAWholeDatabaseStands) {
-  bool killed = false;
-  forEveryEnding(
-      files,
-      [&] {
-        drive.remove(org);
-        putDatabase();
-        EXPECT_TRUE(disk.setAttributes(cfg, {.readOnly = true}).ok());
-        open();
-        uncheckTop();
-        windows.boxes.clear();
-        killed = true;
-      },
-      [&] {
-        save();
-        killed = false;
-      },
-      [&](bool struck) {
-        const bool saved = areasInFile() == "Rome World Alps";
-        EXPECT_EQ(drive.read(saved ? org : cfg), database);
-        EXPECT_TRUE(saved || (struck && (killed || !windows.boxes.empty())));
-        for (const std::string& file : {cfg, org}) disk.setAttributes(file, {}).skipped();
-      });
 }
 
 TEST_F(SceneryDatabaseTest, UnsavedChangesAreAskedAboutBeforeTheyGo) {

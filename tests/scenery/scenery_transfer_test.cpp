@@ -31,6 +31,16 @@ TEST_F(SceneryTransferTest, ALibrarySceneryBecomesTheTopArea) {
   EXPECT_EQ(drive.tree(paris), (Lines{"Scenery\\", "Scenery\\p.bgl"}));
   EXPECT_EQ(drive.read("C:\\FS\\Texture\\p.bmp") + drive.read("C:\\FS\\Effects\\p.fx"), "te");
   EXPECT_TRUE(form.lstInactScenery.smallIcon(1) == 2 && !form.btnFSScenerySave.enabled);
+
+  // Before it gets a twin the user is asked.
+  drive.write("C:\\Lib\\Scenery\\Paris\\Scenery\\p.bgl", "newer");
+  EXPECT_EQ(answer(form.btnAddSLtoFS, {}), 1U);
+  EXPECT_EQ(drive.read(paris + "Scenery\\p.bgl"), "new");
+  answer(form.btnAddSLtoFS, {no});
+  EXPECT_EQ(drive.read(paris + "Scenery\\p.bgl"), "newer");
+  EXPECT_EQ(form.lstScenery.count(), 4);
+  answer(form.btnAddSLtoFS, {yes});
+  EXPECT_EQ(form.lstScenery.count(), 5);
 }
 
 TEST_F(SceneryTransferTest, ASceneryWithAPackageComesFromIt) {
@@ -61,36 +71,35 @@ TEST_F(SceneryTransferTest, NothingIsFilledOutsideTheSimulatorOrInItsOwnFolders)
 }
 
 TEST_F(SceneryTransferTest, AnAddThatEndsAnywhereLeavesAWholeDatabaseAndNoHalfScenery) {
-  bool killed = false;
   forEveryEnding(
       files,
       [&] {
         drive.clear("C:\\FS\\ADDON SCENERY");
         drive.remove(org);
         putDatabase();
+        EXPECT_TRUE(disk.setAttributes(cfg, {.readOnly = true}).ok());
         open();
+        windows.boxes.clear();
       },
-      [&] {
-        killed = true;
-        add();
-        killed = false;
-      },
-      [&](bool struck) {
+      [&] { add(); },
+      [&](RunEnd end) {
         const bool listed = areasInFile() == "Rome Paris World Alps";
-        EXPECT_TRUE(listed || (struck && drive.read(cfg) == database));
+        EXPECT_EQ(drive.read(listed ? org : cfg), database);
+        EXPECT_TRUE(listed || (end.struck && (end.killed || !windows.boxes.empty())));
         const bool whole = drive.read(paris + "Scenery\\p.bgl") == "new";
         EXPECT_TRUE(whole || !(listed || drive.exists(paris)));
-        EXPECT_TRUE(whole || areas() == "Alps+ World+ Rome+" || killed) << "no row without files";
-        if (killed) open();
+        EXPECT_TRUE(whole || areas() == "Alps+ World+ Rome+" || end.killed)
+            << "no row without files";
+        if (end.killed) open();
         answer(form.btnAddSLtoFS, {no, no});
         EXPECT_EQ(areas() + " " + areasInFile(), "Alps+ World+ Paris+ Rome+ Rome Paris World Alps");
         EXPECT_EQ(drive.tree(paris), (Lines{"Scenery\\", "Scenery\\p.bgl"}));
+        for (const std::string& file : {cfg, org}) disk.setAttributes(file, {}).skipped();
       });
 }
 
 TEST_F(SceneryTransferTest, ADeletionThatEndsAnywhereIsFinishedByASecondOne) {
   const std::string rome = addons + "Rome\\";
-  bool killed = false;
   forEveryEnding(
       files,
       [&] {
@@ -99,24 +108,22 @@ TEST_F(SceneryTransferTest, ADeletionThatEndsAnywhereIsFinishedByASecondOne) {
         drive.remove(org);
         putDatabase();
         open();
-        killed = true;
       },
       [&] {
         remove(3, {yes, yes});
-        killed = false;
       },
-      [&](bool struck) {
-        EXPECT_TRUE(struck || !drive.exists(rome));
-        EXPECT_TRUE(killed || !drive.exists(rome) ||
+      [&](RunEnd end) {
+        EXPECT_TRUE(end.struck || !drive.exists(rome));
+        EXPECT_TRUE(end.killed || !drive.exists(rome) ||
                     windows.boxes.back().buttons == ui::BoxButtons::ok)
             << "told";
-        EXPECT_TRUE(killed || form.lstScenery.count() == (drive.exists(rome) ? 3 : 2));
-        if (killed) open();
+        EXPECT_TRUE(end.killed || form.lstScenery.count() == (drive.exists(rome) ? 3 : 2));
+        if (end.killed) open();
         // What has no files has no area, whatever happens; a kill may leave the files.
         EXPECT_TRUE(drive.exists(rome) || areasInFile() == "World Alps");
         if (form.lstScenery.count() == 3) remove(3, {yes, yes});
         EXPECT_EQ(areas() + " " + areasInFile(), "Alps+ World+ World Alps");
-        EXPECT_TRUE(killed || !drive.exists(rome));
+        EXPECT_TRUE(end.killed || !drive.exists(rome));
       });
 }
 
@@ -162,18 +169,6 @@ TEST_F(SceneryTransferTest, EveryQuestionComesBeforeTheDeed) {
   drive.write(cfg, area(1, "Rome", "1", "ADDON SCENERY\\Rome"));
   open();
   EXPECT_EQ(remove(1, {yes, yes}), 3U);
-}
-
-TEST_F(SceneryTransferTest, AsksBeforeAnAreaGetsItsTwin) {
-  add();
-  drive.write("C:\\Lib\\Scenery\\Paris\\Scenery\\p.bgl", "newer");
-  EXPECT_EQ(answer(form.btnAddSLtoFS, {}), 1U);
-  EXPECT_EQ(drive.read(paris + "Scenery\\p.bgl"), "new");
-  answer(form.btnAddSLtoFS, {no});
-  EXPECT_EQ(drive.read(paris + "Scenery\\p.bgl"), "newer");
-  EXPECT_EQ(form.lstScenery.count(), 4);
-  answer(form.btnAddSLtoFS, {yes});
-  EXPECT_EQ(form.lstScenery.count(), 5);
 }
 
 TEST_F(SceneryTransferTest, DeletesNoFilesOfAnotherAreaOrOfTheSimulator) {

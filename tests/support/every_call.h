@@ -18,10 +18,15 @@ constexpr auto mostEndings = {Ending::fullDisk, Ending::failedLook, Ending::kill
                               Ending::emptyFiles, Ending::lostFiles};
 
 using Step = std::function<void()>;
-using Check = std::function<void(bool struck)>;
+// How a run has ended. As a bool: whether the call was reached.
+struct RunEnd {
+  bool struck = false;
+  bool killed = false;  // and by it the program
+  operator bool() const { return struck; }
+};
+using Check = std::function<void(RunEnd)>;
 
-// Runs once for each call and once more, in which nothing happens. `check` is told whether the call
-// was reached. Answers how many there are.
+// Runs once for each call and once more, in which nothing happens. Answers how many there are.
 inline int forEveryCall(FaultyFileSystem& files, Ending ending, const Step& prepare,
                         const Step& run, const Check& check) {
   for (int call = 1; call < 500; ++call) {
@@ -34,15 +39,17 @@ inline int forEveryCall(FaultyFileSystem& files, Ending ending, const Step& prep
       files.failAt(call, ending == Ending::failure ? err::deviceIo : err::diskFull);
     else
       files.killAt(call);
+    RunEnd end;
     try {
       run();
     } catch (const Killed&) {
+      end.killed = true;
     }
-    const bool struck = files.heal();
+    end.struck = files.heal();
     if (ending == Ending::emptyFiles) files.powerCut(FaultyFileSystem::Lost::contents);
     if (ending == Ending::lostFiles) files.powerCut(FaultyFileSystem::Lost::files);
-    check(struck);
-    if (!struck) return call - 1;
+    check(end);
+    if (!end.struck) return call - 1;
   }
   ADD_FAILURE() << "more calls than there can be";
   return 0;

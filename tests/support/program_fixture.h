@@ -139,6 +139,9 @@ class ProgramTest : public ProgramWith<ScriptedWindows> {
       result.push_back(list.text(row) + "|" + list.subItem(row, 1));
     return result;
   }
+  void put(const std::vector<std::string>& paths) const {
+    for (const std::string& path : paths) drive.write(path, "x");
+  }
   // The user was told one thing since the last such look.
   void expectTold(const std::string& part) {
     EXPECT_EQ(windows.boxes.size(), 1U);
@@ -164,6 +167,12 @@ class ProgramTest : public ProgramWith<ScriptedWindows> {
   void select(ui::ListView& list, int row) {
     list.select(row);
     ui::raise(list.itemClick);
+  }
+  // Does it at each yield at which the status line begins so.
+  void duringYields(const std::string& status, std::function<void()> does) {
+    windows.onYield = [this, status, does = std::move(does)] {
+      if (form.lblStatus.caption.get().starts_with(status)) does();
+    };
   }
   // Picks a folder in the dialog for one, whenever it comes up.
   void picks(const std::string& folder) {

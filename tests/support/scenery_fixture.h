@@ -18,9 +18,6 @@ class SceneryTest : public ProgramTest {
     putDatabase();
     open();
   }
-  void put(std::initializer_list<std::string> paths) {
-    for (const std::string& path : paths) drive.write(path, "x");
-  }
   void putLibrary(const std::string& lines) {
     drive.write(library, coded(lines));
     open();

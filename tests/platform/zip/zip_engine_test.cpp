@@ -94,15 +94,13 @@ TEST_F(ZipEngineTest, ReadsNamesAsTheirMakersWroteThem) {
       {.name = "\x84", .data = ""},                // page 437
       {.name = "\xE4", .data = "", .madeBy = 11},  // page 1252
       {.name = "\xE4", .data = ""},                // a Greek letter in page 437
+      // Page 437 from NTFS: 1252 has nothing at the place of the ü.
+      {.name = "\x81\x84", .data = "", .madeBy = 11},
   };
-  for (const RawEntry& entry : names) {
-    const auto zip = open(rawZip({entry}));
-    ASSERT_TRUE(opened.ok()) << opened.description();
-    EXPECT_EQ(namesOf(*zip), Lines{unicode}) << entry.madeBy << " " << entry.flags;
-  }
-  // Page 437 from NTFS: 1252 has nothing at the place of the ü.
-  EXPECT_EQ(namesOf(*open(rawZip({{.name = "\x81\x84", .data = "", .madeBy = 11}}))),
-            Lines{"\xC3\xBC\xC3\xA4"});
+  for (const RawEntry& entry : names)
+    EXPECT_EQ(namesOf(*open(rawZip({entry}))).back(),
+              (entry.name == "\x81\x84" ? "\xC3\xBC" : "") + unicode)
+        << entry.madeBy << " " << entry.flags;
 }
 
 TEST_F(ZipEngineTest, RefusesHostileArchivesBeforeItWritesAnything) {
